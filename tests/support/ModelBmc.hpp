@@ -1,0 +1,58 @@
+#pragma once
+
+#include "transport/MachineIo.hpp"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <vector>
+
+/// One IPMI request as the BMC sees it.
+struct IpmiRequest {
+    std::uint8_t target = 0x20; ///< slave address, 0x20 for the BMC itself
+    std::uint8_t channel = 0x0F;
+    std::uint8_t lun = 0;
+    std::uint8_t netFn = 0;
+    std::uint8_t cmd = 0;
+    std::vector<std::uint8_t> data;
+};
+
+/// The answer's bytes, completion code first. An empty answer stands for a BMC that does not answer.
+using IpmiAnswer = std::vector<std::uint8_t>;
+
+/// A BMC behind the kernel driver's ioctl interface, modelled in process: install with
+/// `ScopedSeam<DeviceFile> use(bmc);`. Every exchange goes through the real driver code of src/transport.
+class ModelBmc : public DeviceFile
+{
+public:
+    using Handler = std::function<IpmiAnswer(const IpmiRequest&)>;
+
+    /// Answers for one command; later calls replace earlier ones. Commands without a handler get completion code C1h.
+    void on(std::uint8_t netFn, std::uint8_t cmd, Handler handler);
+    /// The same with a fixed answer.
+    void on(std::uint8_t netFn, std::uint8_t cmd, IpmiAnswer answer);
+
+    /// Every request so far, in order.
+    std::vector<IpmiRequest> requests;
+    /// False: no device node opens.
+    bool present = true;
+
+    int open(const char* path, int flags) override;
+    int ioctl(int fd, unsigned long request, void* argument) override;
+    int waitReadable(int fd, unsigned seconds) override;
+    int close(int fd) override;
+
+private:
+    struct Reply {
+        long msgid;
+        std::uint8_t netFn, cmd;
+        IpmiAnswer bytes;
+    };
+
+    int send(void* argument);
+    int receive(void* argument);
+
+    std::map<std::uint16_t, Handler> handlers;
+    std::deque<Reply> replies;
+};
