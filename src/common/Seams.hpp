@@ -7,10 +7,12 @@
 #include <vector>
 
 /// The places where the system touches the machine. Each seam is a small abstract struct with one real implementation;
-/// tests put a fake in front of it for the life of a scope. Code asks `current<Clock>().now()` and knows nothing of either.
+/// tests put a fake in front of it for the life of a scope. Code asks `current<Clock>().now()` and knows nothing of
+/// either.
 
 namespace seams {
-template<class Seam> inline std::atomic<Seam*> replacement{nullptr};
+template<class Seam>
+inline std::atomic<Seam*> replacement{nullptr};
 }
 
 /// The implementation in force: the innermost ScopedSeam, or the real one.
@@ -22,8 +24,8 @@ Seam& current()
 }
 
 /// Puts `fake` in place of the seam's implementation, in every thread of the process, until the end of the scope.
-template<class Seam> class ScopedSeam
-{
+template<class Seam>
+class ScopedSeam {
 public:
     explicit ScopedSeam(Seam& fake) : previous(seams::replacement<Seam>.exchange(&fake)) {}
     ~ScopedSeam() { seams::replacement<Seam>.store(previous); }

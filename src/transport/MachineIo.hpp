@@ -7,7 +7,8 @@
 /// Byte-wide I/O ports.
 struct PortIo {
     virtual ~PortIo() = default;
-    /// Asks the kernel for I/O privilege level 3 for the calling thread. False without the right or on other processors.
+    /// Asks the kernel for I/O privilege level 3 for the calling thread. False without the right or on other
+    /// processors.
     virtual bool acquire() = 0;
     virtual std::uint8_t in(std::uint16_t port) = 0;
     virtual void out(std::uint16_t port, std::uint8_t value) = 0;

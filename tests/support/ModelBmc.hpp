@@ -23,8 +23,7 @@ using IpmiAnswer = std::vector<std::uint8_t>;
 
 /// A BMC behind the kernel driver's ioctl interface, modelled in process: install with
 /// `ScopedSeam<DeviceFile> use(bmc);`. Every exchange goes through the real driver code of src/transport.
-class ModelBmc : public DeviceFile
-{
+class ModelBmc : public DeviceFile {
 public:
     using Handler = std::function<IpmiAnswer(const IpmiRequest&)>;
 

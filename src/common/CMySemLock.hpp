@@ -1,0 +1,45 @@
+#pragma once
+
+#include <semaphore.h>
+
+/// Handle and name of an acquired lock.
+struct _MY_LOCK {
+    sem_t* handle = nullptr;
+    char name[260] = {};
+};
+
+namespace Common {
+
+/// Named locks between the threads of this process: the existence of the named semaphore is the lock.
+class CMySemLock {
+public:
+    /// Locks are really taken only while this is on; off, every acquire succeeds at once.
+    static void SetThreadFlag(bool on);
+    /// Takes the flag and does nothing with it.
+    static void SetClearSemaphore(bool clear);
+
+    /// Tries for about 300 seconds, every millisecond. False when the lock was not got; callers go on regardless.
+    static bool AcquireSymLock(_MY_LOCK& lock, const char* name);
+    static void ReleaseSymLock(_MY_LOCK lock);
+    static bool AcquireMutexLock(_MY_LOCK& lock, const char* name) { return AcquireSymLock(lock, name); }
+    static void ReleaseMutexLock(_MY_LOCK lock) { ReleaseSymLock(lock); }
+};
+
+/// Holds one named lock for a scope.
+class NamedLock {
+public:
+    explicit NamedLock(const char* name) { CMySemLock::AcquireSymLock(lock, name); }
+    ~NamedLock() { CMySemLock::ReleaseSymLock(lock); }
+    NamedLock(const NamedLock&) = delete;
+    NamedLock& operator=(const NamedLock&) = delete;
+
+private:
+    _MY_LOCK lock;
+};
+
+} // namespace Common
+
+/// Traces on the third category and takes the named lock for the rest of the scope.
+#define HW_NAMED_LOCK(variable, name)                                                                                  \
+    HW_LOG(LOGGER::Category::Third, "Locking at %s: %s: %d", __FILE__, __func__, __LINE__);                            \
+    const Common::NamedLock variable(name)

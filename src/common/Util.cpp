@@ -1,0 +1,96 @@
+#include "common/Util.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+
+namespace Util {
+
+std::vector<std::string> split(std::string_view text, std::string_view separators)
+{
+    std::vector<std::string> fields;
+    std::size_t at = 0;
+    while ((at = text.find_first_not_of(separators, at)) != std::string_view::npos) {
+        const std::size_t end = std::min(text.find_first_of(separators, at), text.size());
+        fields.emplace_back(text.substr(at, end - at));
+        at = end;
+    }
+    return fields;
+}
+
+std::string join(std::span<const std::string> values, std::string_view separator)
+{
+    std::string text;
+    for (const std::string& value : values) {
+        if (&value != values.data())
+            text += separator;
+        text += value;
+    }
+    return text;
+}
+
+std::string upcase(std::string text)
+{
+    for (char& c : text)
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+    return text;
+}
+
+std::string replace_all(std::string text, std::string_view from, std::string_view to)
+{
+    for (std::size_t at = 0; !from.empty() && (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+long string_to_long(const std::string& text, int base)
+{
+    errno = 0;
+    const long value = std::strtol(text.c_str(), nullptr, base);
+    return errno == ERANGE ? 0 : value;
+}
+
+std::string int_to_string(int value)
+{
+    return std::to_string(value);
+}
+
+std::string dec_to_hex_string(unsigned value)
+{
+    constexpr std::size_t mostDigits = 7;
+    char digits[16];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value, 16).ptr;
+    return {digits, std::min<std::size_t>(static_cast<std::size_t>(end - digits), mostDigits)};
+}
+
+std::string double_to_string(double value)
+{
+    // 309 digits before the point, six behind it, sign and terminator
+    char text[320];
+    const int length = std::snprintf(text, sizeof text, "%f", value);
+    return {text, static_cast<std::size_t>(std::clamp<int>(length, 0, sizeof text - 1))};
+}
+
+std::vector<std::uint8_t> hexTextToBytes(std::string_view text)
+{
+    std::vector<std::uint8_t> bytes;
+    for (const std::string& item : split(text, " "))
+        bytes.push_back(static_cast<std::uint8_t>(std::strtoul(item.c_str(), nullptr, 16)));
+    return bytes;
+}
+
+std::string bytesToHexText(std::span<const std::uint8_t> bytes)
+{
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        if (!text.empty())
+            text += ' ';
+        text += dec_to_hex_string(byte);
+    }
+    return text;
+}
+
+} // namespace Util
