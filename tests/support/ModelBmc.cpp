@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <linux/ipmi.h>
+#include <sys/ioctl.h>
 
 namespace {
 

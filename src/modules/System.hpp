@@ -1,0 +1,31 @@
+#pragma once
+
+#include "common/ResultStatus.hpp"
+#include "common/XNode.hpp"
+
+#include <map>
+#include <string>
+
+namespace SDK {
+
+/// Named parameters of a query.
+using Parameters = std::map<std::string, std::string>;
+/// Queries with their parameters.
+using QueryMap = std::map<std::string, Parameters>;
+
+/// The SDK `Morvandale` as its callers hold it. Every failure is a thrown ResultStatus.
+class System {
+public:
+    /// One local GET. `results` is emptied first.
+    void Get(std::string query, ResultMap& results);
+    /// GET of each query with its parameters.
+    void Get(QueryMap& queries, ResultMap& results);
+    /// SET of each query to its value.
+    void Set(std::map<std::string, std::string>& values);
+    /// SET of each query with named parameters.
+    void Set(QueryMap& queries);
+    /// Start-up word: bit 0 locks, bits 1, 2, 3 log categories, bit 5 logging off.
+    void SetFlags(unsigned char flags);
+};
+
+} // namespace SDK

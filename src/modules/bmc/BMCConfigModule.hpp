@@ -1,0 +1,52 @@
+#pragma once
+
+#include "modules/bmc/Databases.hpp"
+#include "modules/bmc/Interpreter.hpp"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Module::BMCConfig {
+
+/// What the director sees of the BMC engine. Built for one query and destroyed after it.
+class BMCConfigModule {
+public:
+    /// `mask`: which Config classes to load, 0 for all.
+    explicit BMCConfigModule(unsigned long mask = 0);
+
+    void LoadDB();
+    /// The whole catalogue, for other users.
+    static void LoadTables(SymbolTable& symbols, IPMIFilterDB& filters, TableDB& tables, IPMIPacketDB& packets,
+                           TemplateDB& templates);
+
+    /// GET of `query`, a path without scheme. Throws ResultStatus.
+    void Process(const std::string& query, ResultMap& results);
+    void ProcessXQuery(const std::string& query, ResultMap& results) { Process(query, results); }
+    /// SET of one value; `flag` is taken and not used by the BMC road.
+    void ProcessXQuery(const std::string& query, const std::string& value, bool flag);
+    /// SET with named parameters.
+    void ProcessXQuery(const std::string& query, const std::map<std::string, std::string>& parameters);
+    /// GET with named parameters.
+    void ProcessXQuery(const std::string& query, const std::map<std::string, std::string>& parameters,
+                       ResultMap& results, unsigned flags);
+
+    void GetIPMI(const std::string& request, std::vector<std::string>& reply);
+    bool SelectIPMIInterface(int interface);
+    int Reinit_OpenIPMI();
+
+private:
+    Interpreter makeInterpreter();
+
+    SymbolTable symbols;
+    SymbolTable pristine;
+    IPMIFilterDB filters;
+    TableDB tables;
+    IPMIPacketDB packets;
+    TemplateDB templates;
+    unsigned long mask;
+    bool lanWanted = false;
+    bool loaded = false;
+};
+
+} // namespace Module::BMCConfig

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "common/XTokenizer.hpp"
+#include "modules/bmc/Databases.hpp"
+#include "modules/bmc/Handler.hpp"
+#include "modules/bmc/SymbolTable.hpp"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Module::BMCConfig {
+
+/// A saved state of the machine. The program is shared, so saving copies no script.
+struct _INTERPRETER_STATE {
+    Program program;
+    std::uint32_t programCounter = 0;
+    std::uint32_t halted = 0;
+    std::string templateName;
+};
+
+/// Runs the scripts of one query. Belongs to one thread; lives as long as the query.
+class Interpreter {
+public:
+    /// `rules`: who answers which query beside the scripts; may be empty. `memo`: answer a repeated IPMI request from
+    /// memory.
+    Interpreter(SymbolTable& symbols, IPMIFilterDB& filters, TableDB& tables, IPMIPacketDB& packets,
+                TemplateDB& templates, bool memo, const HandlerRules& rules = noRules());
+
+    // The machine.
+    Function fetch();
+    int execute(const Function& function);
+    int FunctionalHandler(const Function& function);
+    _INTERPRETER_STATE get_state() const;
+    void restore_state(const _INTERPRETER_STATE& state);
+    void restore(const SymbolTable& table);
+    void Evaluate_Block();
+    /// Runs the script of `key` (or `functions`, if not null) in a frame of its own; the result is left in
+    /// `symbols[key]`.
+    void run(SymbolMap& symbols, const std::string& key, const Program& functions = nullptr);
+    void run_without_gc(SymbolMap& symbols, const std::string& key, const Program& functions = nullptr);
+    void set_without_value(SymbolMap& symbols, const std::string& query);
+    void set_without_value_and_without_gc(SymbolMap& symbols, const std::string& query);
+    /// The value of a symbol; a literal is itself.
+    Symbol get(const std::string& name);
+    /// A symbol's first value as text; a literal is itself.
+    std::string getText(const std::string& name);
+
+    // Queries. Keys carry their scheme: "GET://BMC/INFO/VERSION".
+    void router(const std::string& query, SymbolMap& symbols);
+    void router(SymbolMap& symbols, const std::string& query);
+    void router(const std::string& query, ResultMap& results);
+    void rerouter(const std::string& query, SymbolMap& symbols);
+    void one_way_router(const std::string& query, SymbolMap& symbols);
+    void set(SymbolMap& symbols, const std::string& query, const std::string& value);
+    void set(SymbolMap& symbols, const std::string& query, const std::map<std::string, std::string>& parameters);
+    void add(const SymbolMap& source, SymbolMap& destination);
+    void swap(const SymbolMap& symbols, ResultMap& results);
+    void extract_and_inject(const std::string& query);
+    /// Children of a non-leaf made absolute, with the parent's subscripts.
+    Symbol prepend(const std::string& key, Symbol symbol) const;
+    static std::string build(const std::string& key, const std::string& child);
+    static std::string handleIndexes(const std::string& query);
+    static std::string removeIndexes(const std::string& query);
+    static Symbol just_leaves(const Symbol& symbol);
+
+    // IPMI.
+    /// One raw exchange: blank-separated hexadecimal tokens in; completion code in decimal and data in "%x" out.
+    void execIPMICommand(const std::string& request, std::vector<std::string>& reply);
+    void GetIPMI(const std::string& request, std::vector<std::string>& reply);
+    bool SelectIPMIInterface(int interface);
+    int Reinit_OpenIPMI();
+
+    SymbolTable& symbolTable() { return table; }
+    _BMC_EXEC mode() const { return exec; }
+    static const HandlerRules& noRules();
+
+private:
+    friend struct Dispatch;
+
+    // One member an instruction; each returns 0, failures are thrown.
+#define HW_DECLARE(name, code, fewest, most) int Evaluate_##name(const Function& function);
+    HW_OPCODES(HW_DECLARE)
+#undef HW_DECLARE
+
+    bool check_condition(const Symbol& operands);
+
+    SymbolTable& table;
+    IPMIFilterDB& filters;
+    TemplateDB& templates;
+    std::vector<_INTERPRETER_STATE> frames;
+    _INTERPRETER_STATE state;
+    TableDB& tables;
+    IPMIPacketDB& packets;
+    _BMC_EXEC exec = BMC_EXEC_LOCAL;
+    bool memo;
+    int retries = 3;
+    bool interfaceReady = false;
+    bool noSatelliteRetries = false;
+    const HandlerRules& rules;
+    Common::XEngine engine;
+};
+
+} // namespace Module::BMCConfig

@@ -1,0 +1,52 @@
+#include "modules/bmc/catalogue/Catalogue.hpp"
+
+#include "modules/bmc/catalogue/ConfigClasses.hpp"
+
+#include <map>
+#include <mutex>
+
+namespace Module::BMCConfig {
+
+namespace {
+
+struct ConfigClass {
+    unsigned long bit;
+    void (*fill)(Stores&);
+};
+
+template<class Config>
+void fill(Stores& stores)
+{
+    Config{stores};
+}
+
+constexpr ConfigClass configClasses[] = {
+    {BMC_CONFIG, fill<BmcConfig>}, {IPMI_CONFIG, fill<IpmiConfig>},     {INFO_CONFIG, fill<InfoConfig>},
+    {SDR_CONFIG, fill<SdrConfig>}, {SENSOR_CONFIG, fill<SensorConfig>},
+};
+
+std::shared_ptr<const Stores> build(unsigned long mask)
+{
+    auto stores = std::make_shared<Stores>();
+    for (const ConfigClass& config : configClasses)
+        if (mask & config.bit)
+            config.fill(*stores);
+    return stores;
+}
+
+} // namespace
+
+std::shared_ptr<const Stores> catalogue(unsigned long mask, bool lanWanted)
+{
+    static std::mutex guard;
+    static std::map<unsigned long, std::shared_ptr<const Stores>> built;
+
+    const unsigned long wanted = mask ? mask : lanWanted ? ~0UL : ~0UL & ~static_cast<unsigned long>(LAN_CONFIG);
+    const std::lock_guard hold(guard);
+    std::shared_ptr<const Stores>& stores = built[wanted];
+    if (!stores)
+        stores = build(wanted);
+    return stores;
+}
+
+} // namespace Module::BMCConfig

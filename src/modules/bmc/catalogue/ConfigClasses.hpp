@@ -1,0 +1,19 @@
+#pragma once
+
+#include "modules/bmc/catalogue/Stores.hpp"
+
+/// One class an area of the catalogue. The constructor adds the area's entries to the stores, and that is all there is.
+namespace Module::BMCConfig {
+
+#define HW_CONFIG_CLASS(name)                                                                                          \
+    struct name {                                                                                                      \
+        explicit name(Stores& stores);                                                                                 \
+    };
+HW_CONFIG_CLASS(BmcConfig)
+HW_CONFIG_CLASS(InfoConfig)
+HW_CONFIG_CLASS(IpmiConfig)
+HW_CONFIG_CLASS(SdrConfig)
+HW_CONFIG_CLASS(SensorConfig)
+#undef HW_CONFIG_CLASS
+
+} // namespace Module::BMCConfig

@@ -1,0 +1,98 @@
+#include "modules/bmc/catalogue/Rows.hpp"
+
+#include "common/Util.hpp"
+#include "modules/bmc/catalogue/Steps.hpp"
+
+#include <stdexcept>
+
+namespace Module::BMCConfig {
+
+namespace {
+
+template<class Value>
+void addOnce(TextMap<Value>& map, const std::string& key, Value value)
+{
+    if (!map.emplace(key, std::move(value)).second)
+        throw std::logic_error("the catalogue declares twice: " + key);
+}
+
+void addTexts(TextMap<Symbol>& map, std::span<const TextRow> rows)
+{
+    for (const TextRow& row : rows)
+        addOnce(map, row.key, Symbol(NODE_LEAF, Util::split(row.values, " ")));
+}
+
+/// Steps that pass $RESULT through each function of "HEX2DEC" or "MASK 7F, HEX2DEC".
+steps::Steps mapSteps(const char* functions)
+{
+    steps::Steps run;
+    for (const std::string& function : Util::split(functions, ",")) {
+        std::vector<std::string> operands = Util::split(function, " ");
+        operands.insert(operands.begin(), "$RESULT");
+        operands.emplace_back("$RESULT");
+        run = steps::script({run, steps::makeStep(Opcode::Map, std::move(operands))});
+    }
+    return run;
+}
+
+Script readScript(const ReadRow& row)
+{
+    using namespace steps;
+    Steps found = IPMIResponse("$BUFFER", row.filter ? row.filter : row.key, "$RESULT");
+    if (row.map)
+        found = steps::script({found, mapSteps(row.map)});
+    if (row.table)
+        found = steps::script({found, LookupTable("$RESULT", row.table, "$RESULT")});
+    return steps::script({
+        send(row.packet ? row.packet : row.key),
+        If("$COMPLETION_CODE == 0", {found, Return("$RESULT")}),
+        Throw(row.error),
+    });
+}
+
+} // namespace
+
+void addConstants(Stores& stores, std::span<const TextRow> rows)
+{
+    addTexts(stores.symbols, rows);
+}
+
+void addPackets(Stores& stores, std::span<const TextRow> rows)
+{
+    addTexts(stores.packets, rows);
+}
+
+void addFilters(Stores& stores, std::span<const TextRow> rows)
+{
+    addTexts(stores.filters, rows);
+}
+
+void addTables(Stores& stores, std::span<const TableRow> rows)
+{
+    for (const TableRow& row : rows)
+        addOnce(stores.tables, row.key, Table(row.pairs.begin(), row.pairs.end()));
+}
+
+void addTables(Stores& stores, std::span<const TablePair> rows)
+{
+    for (const TablePair& row : rows) {
+        Table inverse;
+        for (const auto& [text, word] : row.pairs)
+            inverse.emplace(word, text);
+        addOnce(stores.tables, row.getKey, Table(row.pairs.begin(), row.pairs.end()));
+        addOnce(stores.tables, row.setKey, std::move(inverse));
+    }
+}
+
+void addReads(Stores& stores, std::span<const ReadRow> rows)
+{
+    for (const ReadRow& row : rows)
+        addTemplate(stores, row.key, readScript(row));
+}
+
+void addTemplate(Stores& stores, const std::string& key, Script script)
+{
+    addOnce(stores.templates, key, Program(std::make_shared<const Script>(std::move(script))));
+}
+
+} // namespace Module::BMCConfig

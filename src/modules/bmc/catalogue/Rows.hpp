@@ -1,0 +1,51 @@
+#pragma once
+
+#include "modules/bmc/catalogue/Stores.hpp"
+
+#include <span>
+#include <utility>
+#include <vector>
+
+/// The forms in which the catalogue is written down: rows of blank-separated text, one entry a row, and the one loop
+/// that adds them to the stores. A key that is added twice is a fault of the catalogue and throws std::logic_error.
+namespace Module::BMCConfig {
+
+/// A constant, packet or filter: its key and its values, separated by blanks.
+struct TextRow {
+    const char* key;
+    const char* values;
+};
+
+/// A table: its key and its pairs, from what is looked up to what comes out.
+struct TableRow {
+    const char* key;
+    std::vector<std::pair<const char*, const char*>> pairs;
+};
+
+/// A GET table and the SET table that is its inverse, from one list of {BMC's text, word}.
+struct TablePair {
+    const char* getKey;
+    const char* setKey;
+    std::vector<std::pair<const char*, const char*>> pairs;
+};
+
+/// A read of one field: sends the packet, and on completion code 0 takes the filter's fields, passes them through the
+/// map function and the table where they are given, and returns them; throws the error otherwise.
+struct ReadRow {
+    const char* key;
+    const char* error;
+    const char* packet = nullptr; ///< the key unless given
+    const char* filter = nullptr; ///< the key unless given
+    const char* map = nullptr;    ///< "HEX2DEC", or with an argument "MASK 7F"; several separated by ", "
+    const char* table = nullptr;
+};
+
+void addConstants(Stores& stores, std::span<const TextRow> rows);
+void addPackets(Stores& stores, std::span<const TextRow> rows);
+void addFilters(Stores& stores, std::span<const TextRow> rows);
+void addTables(Stores& stores, std::span<const TableRow> rows);
+void addTables(Stores& stores, std::span<const TablePair> rows);
+void addReads(Stores& stores, std::span<const ReadRow> rows);
+void addTemplate(Stores& stores, const std::string& key, Script script);
+
+} // namespace Module::BMCConfig

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "modules/bmc/catalogue/Function.hpp"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Builders of scripts. Each instruction's step carries the instruction's own name; If, For and While take their body
+/// and bring their End along, so that none can be lost; idioms return runs of steps. A script reads like the list of
+/// its steps:
+///
+///     script({
+///         IPMI("GET://BMC/SDR/RESERVE", "$BUFFER"),
+///         If("$CODE == 0", {
+///             Return("$RESULT"),
+///         }),
+///         Throw("ERROR_SDR_REPOSITORY_EXCEPTION"),
+///     })
+namespace Module::BMCConfig::steps {
+
+/// One step or a run of steps.
+using Steps = std::vector<Function>;
+
+/// Joins runs of steps into one script.
+Script script(std::initializer_list<Steps> parts);
+
+/// Operands of a condition, written with blanks: "$A == 0", "$A != $B AND $C < 10". Operands cannot hold blanks.
+std::vector<std::string> condition(std::string_view text);
+
+Steps makeStep(Opcode opcode, std::vector<std::string> operands);
+Steps makeBlock(Opcode opcode, std::vector<std::string> operands, std::initializer_list<Steps> body);
+
+#define HW_STEP(name)                                                                                                  \
+    template<class... Operands>                                                                                        \
+    Steps name(Operands&&... operands)                                                                                 \
+    {                                                                                                                  \
+        return makeStep(Opcode::name, {std::string(std::forward<Operands>(operands))...});                             \
+    }
+HW_STEP(IPMI)
+HW_STEP(IPMIResponse)
+HW_STEP(LookupTable)
+HW_STEP(Store)
+HW_STEP(Copy)
+HW_STEP(Append)
+HW_STEP(Template)
+HW_STEP(Map)
+HW_STEP(Expression)
+HW_STEP(FormatString)
+HW_STEP(Split)
+HW_STEP(Join)
+HW_STEP(Pad)
+HW_STEP(Flatten)
+HW_STEP(Filter)
+HW_STEP(Read)
+HW_STEP(Print)
+HW_STEP(Exclude)
+HW_STEP(Size)
+HW_STEP(Return)
+HW_STEP(Assert)
+HW_STEP(Throw)
+HW_STEP(Sleep)
+HW_STEP(Increment)
+HW_STEP(String_Length)
+HW_STEP(Assign)
+HW_STEP(Prepend)
+HW_STEP(Poll)
+HW_STEP(IPMI_Without_Throw)
+HW_STEP(Mathematical)
+HW_STEP(Template_with_Catch)
+#undef HW_STEP
+
+Steps If(std::string_view test, std::initializer_list<Steps> body);
+/// The body runs for `name` from `first` up to and including `last`, as hexadecimal text in "$name".
+Steps For(std::string name, std::string first, std::string last, std::initializer_list<Steps> body);
+Steps While(std::string_view test, std::initializer_list<Steps> body);
+
+// Idioms.
+
+/// Stores `value` as the result and ends the script.
+Steps returnText(const std::string& value);
+/// Sends `packet`; leaves the reply in $BUFFER and the completion code, "0" or its name, in $COMPLETION_CODE.
+Steps send(const std::string& packet);
+/// Sends `packet`; a completion code of 0 returns "SUCCESS", any other throws `error`.
+Steps sendOrThrow(const std::string& packet, const std::string& error);
+/// A branch of the tree: a non-leaf that names `children`.
+Script branch(std::initializer_list<const char*> children);
+
+} // namespace Module::BMCConfig::steps
