@@ -1,0 +1,12 @@
+#include "transport/TransportState.hpp"
+
+TransportState& transportState()
+{
+    static constinit TransportState state;
+    return state;
+}
+
+void resetTransportForTests()
+{
+    transportState() = {};
+}

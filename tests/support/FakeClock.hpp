@@ -1,0 +1,33 @@
+#pragma once
+
+#include "common/Seams.hpp"
+
+#include <vector>
+
+/// A clock that stands still but for sleeps, which take no time and are kept in a list. Install it with
+/// `ScopedSeam<Clock> use(clock);`. Not for more than one thread at a time.
+class FakeClock : public Clock {
+public:
+    TimePoint now() override
+    {
+        time += perReading;
+        return time;
+    }
+
+    void sleepFor(std::chrono::nanoseconds duration) override
+    {
+        sleeps.push_back(duration);
+        advance(duration);
+    }
+
+    void advance(std::chrono::nanoseconds duration)
+    {
+        time += std::chrono::duration_cast<TimePoint::duration>(duration);
+    }
+
+    /// Every sleep so far, in order.
+    std::vector<std::chrono::nanoseconds> sleeps;
+    /// How far each reading of the clock moves it on, for loops that wait by the clock alone.
+    std::chrono::nanoseconds perReading{0};
+    TimePoint time{std::chrono::seconds{1'700'000'000}};
+};
