@@ -1,0 +1,1 @@
+"""What the repository's Python tools and system tests share. Standard library only."""

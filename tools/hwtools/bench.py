@@ -1,0 +1,195 @@
+"""A bench without hardware: ipmi_sim as the controller, a private snmpd, the unmodified agent under the preload library.
+
+Each part is a context manager that keeps all its files in the folder it is given and binds 127.0.0.1 only."""
+
+import os
+import shutil
+import signal
+import socket
+import subprocess
+import time
+from pathlib import Path
+
+from . import simfiles
+from .board import load_board
+from .processes import (BenchError, adopt_orphans, end, free_port, is_running, parent_of, reap, spawn, tail, wait_until)
+
+ROOT = Path(__file__).resolve().parents[2]
+AGENT_HOME = "/usr/local/hwagent"
+PID_FILE = "/var/run/hwagentd.pid"
+COMMUNITY = "public"
+ENTERPRISE = "1.3.6.1.4.1.44444"
+
+
+def build_folder():
+    """Where the executables under test are: HWAGENT_BUILD, or the release build."""
+    return Path(os.environ.get("HWAGENT_BUILD", ROOT / "build" / "release"))
+
+
+class Simulator:
+    """ipmi_sim playing a board. `lan_port` is for ipmitool, `serial_port` for the preload library or QEMU."""
+
+    def __init__(self, board, folder):
+        self.board = load_board(board)
+        self.folder = Path(folder)
+        self.process = None
+
+    def __enter__(self):
+        self.folder.mkdir(parents=True, exist_ok=True)
+        simfiles.write_board(self.board, self.folder)
+        self.lan_port, self.serial_port = free_port(socket.SOCK_DGRAM), free_port()
+        (self.folder / "lan.conf").write_text(simfiles.lan_conf(self.board.name, self.lan_port, self.serial_port))
+        self.start()
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def start(self):
+        """Starts it, again on the same ports after a stop()."""
+        log = self.folder / "simulator.log"
+        log.write_bytes(b"")
+        self.process = spawn(["ipmi_sim", "-c", "lan.conf", "-f", "board.emu", "-s", "state"], log, cwd=self.folder,
+                             stdin=subprocess.PIPE)
+        wait_until(lambda: self.process.poll() is not None or self._answers(), 10, "ipmi_sim's first answer")
+        refused = [line for line in tail(log, 400).splitlines() if line.startswith("**")]
+        if self.process.poll() is not None or refused:
+            self.stop()
+            raise BenchError("ipmi_sim refuses the board:\n" + "\n".join(refused or [tail(log)]))
+        now = int(time.time())  # its event log's clock starts at the host's uptime
+        self.ipmitool("raw", "0x0a", "0x49", *(str(now >> 8 * i & 0xFF) for i in range(4)))
+
+    def stop(self):
+        if self.process:
+            self.process.stdin.close()
+            end(self.process)
+
+    def _answers(self):
+        return self.ipmitool("raw", "6", "1", check=False).returncode == 0
+
+    def ipmitool(self, *arguments, check=True):
+        """Runs ipmitool over the simulator's LAN."""
+        command = ["ipmitool", "-I", "lan", "-H", "127.0.0.1", "-p", str(self.lan_port), "-U", simfiles.LAN_USER,
+                   "-P", simfiles.LAN_PASSWORD, "-N", "1", "-R", "2", *arguments]
+        return subprocess.run(command, capture_output=True, text=True, check=check, timeout=120)
+
+    def say(self, line):
+        """One line to the simulator's console (man ipmi_sim_cmd)."""
+        self.process.stdin.write(line.encode() + b"\n")
+        self.process.stdin.flush()
+
+
+class MasterAgent:
+    """snmpd with a configuration of its own, AgentX on a unix socket."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.port = free_port(socket.SOCK_DGRAM)
+        self.agentx = self.folder / "agentx"
+        self.process = None
+
+    def __enter__(self):
+        (self.folder / "persist").mkdir(parents=True, exist_ok=True)
+        self.start()
+        return self
+
+    def __exit__(self, *_):
+        end(self.process)
+
+    def start(self):
+        configuration = self.folder / "snmpd.conf"
+        configuration.write_text(f"master agentx\nagentXSocket unix:{self.agentx}\nagentXPerms 0600 0700\n"
+                                 f"agentAddress udp:127.0.0.1:{self.port}\nrocommunity {COMMUNITY} 127.0.0.1\n"
+                                 f"rwcommunity private 127.0.0.1\n")
+        self.agentx.unlink(missing_ok=True)
+        environment = dict(os.environ, MIBS="", SNMP_PERSISTENT_DIR=str(self.folder / "persist"))
+        self.process = spawn(["snmpd", "-f", "-C", "-c", configuration, "-I", "-smux", "-Lo", "-r"],
+                             self.folder / "snmpd.log", env=environment)
+        wait_until(lambda: self.process.poll() is not None or self.agentx.exists(), 10, "snmpd's AgentX socket")
+        if self.process.poll() is not None:
+            raise BenchError("snmpd does not start:\n" + tail(self.folder / "snmpd.log"))
+
+
+class Agent:
+    """The unmodified agent, with /dev/ipmi0 on a simulator and its files in a private folder. It makes a daemon of
+    itself; `pid` is the daemon's, `watcher` its parent's."""
+
+    def __init__(self, folder, simulator, master, configuration=None, executable=None):
+        self.folder, self.simulator, self.master = Path(folder), simulator, master
+        self.root = self.folder / "root"
+        self.configuration = configuration or (ROOT / "packaging" / "hwagent.conf").read_text()
+        self.executable = executable or build_folder() / "api-netsnmp" / "hwAgent"
+        self.pid = self.watcher = None
+
+    def __enter__(self):
+        self.prepare()
+        self.start()
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def prepare(self):
+        """Lays out the files that the agent finds at their absolute paths."""
+        def place(path, text):
+            target = self.root / path.lstrip("/")
+            target.parent.mkdir(parents=True, exist_ok=True)
+            target.write_text(text)
+
+        place(AGENT_HOME + "/conf/hwagent.conf", self.configuration)
+        place(PID_FILE, "")
+        place("/dev/mem", "")
+        os.truncate(self.root / "dev" / "mem", 1 << 20)
+        binary = self.root / (AGENT_HOME + "/bin/hwAgent").lstrip("/")
+        binary.parent.mkdir(parents=True, exist_ok=True)
+        binary.unlink(missing_ok=True)
+        binary.symlink_to(self.executable)
+        shutil.copytree(ROOT / "share" / "data", self.root / (AGENT_HOME + "/data").lstrip("/"), dirs_exist_ok=True)
+        snmp = self.folder / "snmp"
+        snmp.mkdir(exist_ok=True)
+        for name in ("hwAgent", "hwSubgent"):  # the library reads the one or the other, by the call that asks
+            (snmp / f"{name}.conf").write_text(f"agentXSocket unix:{self.master.agentx}\nagentXPingInterval 2\n")
+
+    def environment(self):
+        return dict(os.environ, MIBS="", SNMPCONFPATH=str(self.folder / "snmp"),
+                    SNMP_PERSISTENT_DIR=str(self.folder / "snmp"),
+                    LD_PRELOAD=str(build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"),
+                    HWAGENT_PRELOAD_ROOT=str(self.root),
+                    HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}")
+
+    def start(self):
+        """Starts it and waits until its daemon runs."""
+        adopt_orphans()
+        pid_file = self.root / PID_FILE.lstrip("/")
+        pid_file.write_text("")
+        with open(self.folder / "agent.log", "ab") as log:
+            subprocess.run([str(self.executable)], stdin=subprocess.DEVNULL, stdout=log, stderr=log, check=True,
+                           env=self.environment(), timeout=30)
+        self.pid = wait_until(self.written_pid, 10, "the agent's pid file")
+        self.watcher = parent_of(self.pid)
+
+    def written_pid(self):
+        text = (self.root / PID_FILE.lstrip("/")).read_text().split()
+        return int(text[0]) if text else None
+
+    def wait_served(self, seconds=60):
+        """Waits until the last table that registers can be asked for."""
+        wait_until(lambda: self.master_knows(ENTERPRISE + ".2.10.3.5.100.4.0"), seconds, "the agent's registration", 0.2)
+
+    def master_knows(self, oid):
+        answer = subprocess.run(["snmpget", "-v2c", "-c", COMMUNITY, "-r1", "-t1", "-On", f"127.0.0.1:{self.master.port}",
+                                 oid], capture_output=True, text=True, env=dict(os.environ, MIBS=""))
+        return answer.returncode == 0 and "No Such" not in answer.stdout
+
+    def stop(self, patience=5):
+        """Ends daemon and watcher, as gently as they let it be done."""
+        for pid, sign in ((self.pid, signal.SIGTERM), (self.pid, signal.SIGKILL), (self.watcher, signal.SIGKILL)):
+            if pid is None or not is_running(pid):
+                continue
+            os.kill(pid, sign)
+            limit = time.monotonic() + patience
+            while is_running(pid) and time.monotonic() < limit:
+                time.sleep(0.05)
+        for pid in (self.watcher, self.pid):
+            if pid is not None:
+                reap(pid)

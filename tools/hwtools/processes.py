@@ -1,0 +1,89 @@
+"""Starting, watching and ending the processes of a test bench, so that none outlives it."""
+
+import ctypes
+import os
+import signal
+import socket
+import subprocess
+import time
+from pathlib import Path
+
+PR_SET_PDEATHSIG, PR_SET_CHILD_SUBREAPER = 1, 36
+
+
+class BenchError(Exception):
+    """A part of the bench did not come up; the text says which and what it printed."""
+
+
+def adopt_orphans():
+    """Makes this process the parent of daemons that its children leave behind, so that it can end and reap them."""
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
+
+
+def _end_with_parent():
+    ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
+
+
+def spawn(command, log, **options):
+    """Starts `command` with both outputs in the file `log`; it ends when this process does."""
+    with open(log, "ab") as output:
+        return subprocess.Popen(list(map(str, command)), stdout=output, stderr=output, preexec_fn=_end_with_parent,
+                                **{"stdin": subprocess.DEVNULL, **options})
+
+
+def end(process, patience=5):
+    """Ends a process of spawn() with SIGTERM, after `patience` seconds with SIGKILL."""
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(patience)
+        except subprocess.TimeoutExpired:
+            process.kill()
+    return process.wait()
+
+
+def wait_until(condition, seconds, what, step=0.05):
+    """The first true result of `condition`; BenchError naming `what` when there is none in time."""
+    limit = time.monotonic() + seconds
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > limit:
+            raise BenchError(f"{what} did not happen within {seconds} s")
+        time.sleep(step)
+
+
+def free_port(kind=socket.SOCK_STREAM):
+    with socket.socket(socket.AF_INET, kind) as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def tail(path, lines=20):
+    path = Path(path)
+    return "\n".join(path.read_text(errors="replace").splitlines()[-lines:]) if path.exists() else ""
+
+
+def parent_of(pid):
+    """Parent process id of `pid`, or None when it is gone."""
+    try:
+        return int(Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[1])
+    except (FileNotFoundError, ProcessLookupError):
+        return None
+
+
+def is_running(pid):
+    """Whether `pid` exists and is not a zombie."""
+    try:
+        return Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
+    except (FileNotFoundError, ProcessLookupError):
+        return False
+
+
+def reap(pid):
+    """Takes the end of an adopted child, if it is one and has ended."""
+    try:
+        os.waitpid(pid, os.WNOHANG)
+    except ChildProcessError:
+        pass
