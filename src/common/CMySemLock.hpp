@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Logger.hpp"
+
 #include <semaphore.h>
 
 /// Handle and name of an acquired lock.
@@ -20,16 +22,21 @@ public:
 
     /// Tries for about 300 seconds, every millisecond. False when the lock was not got; callers go on regardless.
     static bool AcquireSymLock(_MY_LOCK& lock, const char* name);
+    /// Closes the handle and removes the name, whoever made it: not for a lock that was not got.
     static void ReleaseSymLock(_MY_LOCK lock);
     static bool AcquireMutexLock(_MY_LOCK& lock, const char* name) { return AcquireSymLock(lock, name); }
     static void ReleaseMutexLock(_MY_LOCK lock) { ReleaseSymLock(lock); }
 };
 
-/// Holds one named lock for a scope.
+/// Holds one named lock for a scope. A lock that was not got is not released, so that its holder keeps it.
 class NamedLock {
 public:
     explicit NamedLock(const char* name) { CMySemLock::AcquireSymLock(lock, name); }
-    ~NamedLock() { CMySemLock::ReleaseSymLock(lock); }
+    ~NamedLock()
+    {
+        if (lock.handle)
+            CMySemLock::ReleaseSymLock(lock);
+    }
     NamedLock(const NamedLock&) = delete;
     NamedLock& operator=(const NamedLock&) = delete;
 
