@@ -19,6 +19,7 @@ struct RStatus {
 /// name.
 class ResultStatus {
 public:
+    ResultStatus() = default;
     ResultStatus(unsigned short errorCode, std::string message, std::string xquery, _XCOMMAND command);
     ResultStatus(unsigned short component, unsigned short errorCode, std::string message);
 

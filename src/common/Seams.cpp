@@ -1,6 +1,7 @@
 #include "common/Seams.hpp"
 
 #include <cerrno>
+#include <csignal>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -25,18 +26,30 @@ struct RealRoot final : SystemRoot {
     std::string resolve(const std::string& absolutePath) override { return absolutePath; }
 };
 
-[[noreturn]] void execInChild(const std::vector<std::string>& argv, int output)
+std::vector<char*> pointersTo(const std::vector<std::string>& argv)
 {
     std::vector<char*> words;
     words.reserve(argv.size() + 1);
     for (const std::string& word : argv)
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
+    return words;
+}
 
-    const int sink = output >= 0 ? output : open("/dev/null", O_WRONLY | O_CLOEXEC);
-    dup2(sink, STDOUT_FILENO);
+/// Between fork and exec of a process with threads only calls that are safe in signal handlers are allowed, so
+/// nothing here allocates. The program inherits no descriptor of ours but the output.
+[[noreturn]] void execInChild(char* const* words, int output)
+{
+    const int null = open("/dev/null", O_RDWR);
+    const int sink = output >= 0 ? output : null;
     dup2(sink, STDERR_FILENO);
-    execvp(words[0], words.data());
+    dup2(sink, STDOUT_FILENO);
+    dup2(null, STDIN_FILENO);
+    close_range(STDERR_FILENO + 1, ~0U, 0);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    execvp(words[0], words);
     _exit(127);
 }
 
@@ -45,9 +58,10 @@ struct ForkingRunner final : CommandRunner {
     {
         if (argv.empty())
             return -1;
+        const std::vector<char*> words = pointersTo(argv);
         const pid_t child = fork();
         if (child == 0)
-            execInChild(argv, output);
+            execInChild(words.data(), output);
         if (child < 0)
             return -1;
         int status = 0;

@@ -63,7 +63,9 @@ std::string systemPath(const std::string& absolutePath);
 struct CommandRunner {
     virtual ~CommandRunner() = default;
     /// Runs argv[0] (looked up in PATH) with standard output and error going to the open descriptor `output`, or to
-    /// /dev/null when that is negative. Returns the exit status, or -1 if it could not be run or ended by a signal.
+    /// /dev/null when that is negative; standard input is /dev/null and no other descriptor is inherited. Waits for
+    /// the end. Returns the exit status, 127 if there is no such program (what a shell would say), or -1 if no process
+    /// could be made or a signal ended it.
     virtual int run(const std::vector<std::string>& argv, int output) = 0;
     static CommandRunner& real();
 };

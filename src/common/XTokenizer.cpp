@@ -57,6 +57,8 @@ void XTokenizer::TokenizeWithQuote()
 {
     bool quoted = false;
     for (const std::string_view field : readFields(mXQuery, quote)) {
+        if (quoted && field.empty())
+            throwError(ERROR_INVALID_QUERY, mXQuery, COMMAND_GET);
         if (quoted)
             tokens.emplace_back(field);
         else
@@ -110,7 +112,7 @@ void XTokenizer::GetSubscriptKeys(const std::vector<std::string>& tokens, std::v
 int XTokenizer::GetSMBIOSType(const std::string& token)
 {
     constexpr std::size_t prefix = 4; // "TYPE"
-    return token.size() <= prefix ? 0 : std::atoi(token.c_str() + prefix);
+    return token.size() <= prefix ? 0 : static_cast<int>(std::strtol(token.c_str() + prefix, nullptr, 10));
 }
 
 } // namespace Common

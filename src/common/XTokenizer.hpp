@@ -11,12 +11,13 @@ class XTokenizer {
 public:
     /// Cuts `query` at `delimiter`. A leading delimiter is passed over; any other empty field is error 1001.
     XTokenizer(std::string query, char delimiter);
-    /// The same, but what stands between two `quote` characters is one token, taken whole.
+    /// The same, but what stands between two `quote` characters is one token, taken whole. Error 1001 for nothing
+    /// between them.
     XTokenizer(std::string query, char delimiter, char quote);
     /// A path made from its tokens.
     XTokenizer(std::vector<std::string> tokens, char delimiter);
 
-    const std::vector<std::string>& TokenList() const { return tokens; }
+    std::vector<std::string> TokenList() const { return tokens; }
     /// First and last token, empty without one.
     std::string First() const;
     std::string Last() const;
