@@ -71,7 +71,7 @@ class Simulator:
         """Runs ipmitool over the simulator's LAN."""
         command = ["ipmitool", "-I", "lan", "-H", "127.0.0.1", "-p", str(self.lan_port), "-U", simfiles.LAN_USER,
                    "-P", simfiles.LAN_PASSWORD, "-N", "1", "-R", "2", *arguments]
-        return subprocess.run(command, capture_output=True, text=True, check=check, timeout=120)
+        return subprocess.run(command, capture_output=True, encoding="latin-1", check=check, timeout=120)
 
     def say(self, line):
         """One line to the simulator's console (man ipmi_sim_cmd)."""
