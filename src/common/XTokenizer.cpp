@@ -55,14 +55,16 @@ void XTokenizer::Tokenize(std::string_view text, char separator)
 
 void XTokenizer::TokenizeWithQuote()
 {
+    bool first = true;
     bool quoted = false;
     for (const std::string_view field : readFields(mXQuery, quote)) {
-        if (quoted && field.empty())
+        if (field.empty() && !first)
             throwError(ERROR_INVALID_QUERY, mXQuery, COMMAND_GET);
         if (quoted)
             tokens.emplace_back(field);
         else
             Tokenize(field, delimiter);
+        first = false;
         quoted = !quoted;
     }
 }

@@ -11,8 +11,8 @@ class XTokenizer {
 public:
     /// Cuts `query` at `delimiter`. A leading delimiter is passed over; any other empty field is error 1001.
     XTokenizer(std::string query, char delimiter);
-    /// The same, but what stands between two `quote` characters is one token, taken whole. Error 1001 for nothing
-    /// between them.
+    /// The same, but what stands between two `quote` characters is one token, taken whole. Error 1001 too for two
+    /// quotes side by side.
     XTokenizer(std::string query, char delimiter, char quote);
     /// A path made from its tokens.
     XTokenizer(std::vector<std::string> tokens, char delimiter);

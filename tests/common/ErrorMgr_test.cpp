@@ -1,0 +1,69 @@
+#include "common/ErrorMessages.hpp"
+#include "common/ErrorMgr.hpp"
+
+#include <set>
+#include <thread>
+
+using ErrorManager::ErrorMgr;
+
+namespace {
+
+std::string messageOf(int code)
+{
+    return ErrorMgr::GetInstance()->Get(code);
+}
+
+TEST(ErrorMgr, EveryCodeButFiveHasAMessage)
+{
+    std::set<int> rows{ERROR_UNKNOWN};
+    for (const auto& row : ErrorManager::errorMessages()) {
+        EXPECT_STRNE(row.message, "") << row.code;
+        rows.insert(row.code);
+    }
+    EXPECT_EQ(rows.size(), 392u);
+
+    const std::set<int> unused{1277, 1310};
+    const std::set<int> empty{ERROR_READING_SYSTEM_FRU, ERROR_USER_SET_USERNAME, IPMI_RESPONSE_ERROR,
+                              ERROR_IFWI_READED_LAST_ENTRY, ERROR_NAME_END};
+    const auto expectRows = [&](int first, int last) {
+        for (int code = first; code <= last; ++code)
+            EXPECT_EQ(rows.contains(code), !unused.contains(code) && !empty.contains(code)) << code;
+    };
+    expectRows(1001, 1365);
+    expectRows(2001, 2034);
+    for (const int code : empty)
+        EXPECT_EQ(messageOf(code), "") << code;
+}
+
+TEST(ErrorMgr, TellingMessagesKeepTheirWords)
+{
+    constexpr ErrorManager::ErrorMessage expected[] = {
+        {ERROR_OPEN_DEVICE, "Error in opening device \"%s\""},
+        {ERROR_SMI_CONTIG_MEM_FAILED, "Allocation of contigous memory from SMI driver is failed"},
+        {ERROR_LOCK_ACQUIRE_ERROR, "Error while aquiring lock"},
+        {ERROR_PEF_ALERT_SET_FAILED, "Setting of the channel access mode failed"},
+        {ERROR_UNKNOWN, "Reserved Error (Error Code: 1184)"},
+        {ERROR_USER_SET_PASSWORD, "USER Name Set failed"},
+        {ERROR_CFG_UPDATE_ABORT_OPERATION, "Update has been aborted by user. Exiting !!!"},
+        {ENVVAR_ERROR_LEN, "Length of Environment vairable input should be greater than one!"},
+        {IPMI_ERROR_TIME_OUT, "Controller timout Error."},
+    };
+    for (const auto& row : expected)
+        EXPECT_EQ(messageOf(row.code), row.message);
+}
+
+TEST(ErrorMgr, MissInsertsAnEmptyRowFromAnyThread)
+{
+    constexpr int unknownCode = 9999;
+    ASSERT_FALSE(ErrorMgr::GetInstance()->Holds(unknownCode));
+    std::vector<std::jthread> readers;
+    for (int i = 0; i < 4; ++i)
+        readers.emplace_back([] {
+            for (int code = unknownCode; code < unknownCode + 500; ++code)
+                EXPECT_EQ(messageOf(code), "");
+        });
+    readers.clear();
+    EXPECT_TRUE(ErrorMgr::GetInstance()->Holds(unknownCode));
+}
+
+} // namespace
