@@ -106,14 +106,14 @@ int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int re
 /// One exchange by the road in force; bridges when the target is not 0x20. 0, 1 or one of the numbers above. On the
 /// driver's direct road it is always 0: a caller that must see a failure clears `length` and `completionCode` of the
 /// response first. `timeoutSeconds` counts for USB only.
-int ProcessMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds);
+int ProcessMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds);
 /// ProcessMessage without the kernel driver's direct road.
-int ProcessTimedMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds);
+int ProcessTimedMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds);
 
 /// Bridges one request by the kernel driver or by Send Message and Get Message (IPMI 2.0, 22.6 and 22.7), within a
 /// fixed budget of 5 s. 0, or ipmiTimeout; ipmiMessageSize for a request that does not fit into a Send Message. A BMC
 /// that keeps refusing the Send Message holds the caller here. `timeoutMs` is ignored.
-int ProcessSendMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t channel, std::uint8_t target,
+int ProcessSendMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t channel, std::uint8_t target,
                        unsigned timeoutMs);
 
 /// One direct exchange by USB or KCS. `data` must have room for 65535 bytes; `length` gets the number of data bytes.

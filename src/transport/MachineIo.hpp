@@ -32,7 +32,7 @@ struct DeviceFile {
     virtual ~DeviceFile() = default;
     virtual int open(const char* path, int flags) = 0;
     virtual int ioctl(int fd, unsigned long request, void* argument) = 0;
-    /// select(2) for reading on `fd` for at most `seconds`: above 0 ready, 0 time-out, -1 error.
+    /// Waits as select(2) does for reading on `fd`, at most `seconds`: above 0 ready, 0 time-out, -1 error or signal.
     virtual int waitReadable(int fd, unsigned seconds) = 0;
     virtual int close(int fd) = 0;
     static DeviceFile& real();

@@ -92,7 +92,10 @@ int ModelBmc::receive(void* argument)
     const std::size_t length = std::min<std::size_t>(recv.msg.data_len, reply.bytes.size());
     std::memcpy(recv.msg.data, reply.bytes.data(), length);
     recv.msg.data_len = static_cast<unsigned short>(length);
-    return 0;
+    if (length == reply.bytes.size())
+        return 0;
+    errno = EMSGSIZE; // what the kernel's IPMICTL_RECEIVE_MSG_TRUNC says of an answer that it had to cut
+    return -1;
 }
 
 int ModelBmc::waitReadable(int, unsigned)
