@@ -1,0 +1,178 @@
+#pragma once
+
+#include "transport/Kcs.hpp"
+#include "transport/MachineIo.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
+/// The BMC's side of the KCS interface as a state machine behind the two ports (IPMI 2.0, 9.7 to 9.15), with the faults
+/// that hardware is known for. Each byte is taken, and each byte offered, `latency` status reads late.
+class FakeKcs : public PortIo {
+public:
+    using Bytes = std::vector<std::uint8_t>;
+
+    /// Gives the answer frame for a request frame.
+    std::function<Bytes(const Bytes&)> answer = [](const Bytes&) { return Bytes{}; };
+
+    int latency = 2;
+    bool privilege = true;
+    bool absent = false;          ///< an empty bus: every port reads FFh
+    bool stuckIbf = false;        ///< IBF never falls
+    bool stuckObf = false;        ///< OBF never rises in the READ state
+    bool noDummy = false;         ///< no byte is offered at the end of a frame
+    bool attention = false;       ///< SMS_ATN
+    int errorAtWrite = -1;        ///< goes into the ERROR state at this write to the ports, counted from 0
+    bool errorInRead = false;     ///< goes into the ERROR state instead of offering the second byte
+    int failedRecoveries = 0;     ///< so many aborts are answered with the ERROR state again
+    bool leaveByteBehind = false; ///< a byte of an old exchange waits in the output register
+
+    int acquired = 0;
+    std::vector<std::pair<std::uint16_t, std::uint8_t>> writes;
+
+    bool acquire() override
+    {
+        ++acquired;
+        return privilege;
+    }
+
+    std::uint8_t in(std::uint16_t port) override
+    {
+        if (absent)
+            return 0xFF;
+        return port == kcsStatusPort ? readStatus() : takeByte();
+    }
+
+    void out(std::uint16_t port, std::uint8_t value) override
+    {
+        writes.emplace_back(port, value);
+        ibfReads = latency;
+        if (obf) // a byte that nobody took: the answer's place is not free
+            enterError();
+        else if (static_cast<int>(writes.size()) == errorAtWrite + 1)
+            enterError();
+        else if (port == kcsStatusPort)
+            takeCommand(value);
+        else
+            takeData(value);
+    }
+
+private:
+    std::uint8_t readStatus()
+    {
+        if (leaveByteBehind)
+            offer(0xEE);
+        leaveByteBehind = false;
+        if (ibfReads > 0)
+            --ibfReads;
+        else if (offered && --obfReads < 0)
+            obf = true;
+        const int flags = (stuckIbf || ibfReads > 0 ? kcsIbf : 0) | (obf ? kcsObf : 0) | (attention ? kcsSmsAtn : 0);
+        return static_cast<std::uint8_t>(state | flags);
+    }
+
+    std::uint8_t takeByte()
+    {
+        obf = offered = false;
+        return output;
+    }
+
+    void offer(std::uint8_t byte)
+    {
+        if (stuckObf && state == kcsReadState)
+            return;
+        output = byte;
+        offered = true;
+        obfReads = latency;
+    }
+
+    void enterError()
+    {
+        state = kcsErrorState;
+        obf = offered = false;
+    }
+
+    void takeCommand(std::uint8_t code)
+    {
+        lastByte = code == kcsWriteEnd;
+        if (code == kcsGetStatusAbort) {
+            state = kcsErrorState;
+            aborting = true;
+        } else if (code == kcsWriteStart) {
+            state = kcsWriteState;
+            request.clear();
+        }
+    }
+
+    void takeData(std::uint8_t byte)
+    {
+        if (aborting) {
+            aborting = false;
+            startReading(failedRecoveries-- > 0 ? Bytes{} : Bytes{0x01});
+        } else if (state == kcsWriteState) {
+            request.push_back(byte);
+            if (lastByte)
+                startReading(answer(request));
+        } else if (state == kcsReadState && byte == kcsRead) {
+            offerNext();
+        }
+    }
+
+    void startReading(Bytes bytes)
+    {
+        response = std::move(bytes);
+        position = 0;
+        if (response.empty())
+            return enterError();
+        state = kcsReadState;
+        offerNext();
+    }
+
+    void offerNext()
+    {
+        if (errorInRead && position == 1) {
+            errorInRead = false;
+            return enterError();
+        }
+        if (position < response.size())
+            return offer(response[position++]);
+        state = kcsIdleState;
+        if (!noDummy)
+            offer(0);
+    }
+
+    std::uint8_t state = kcsIdleState, output = 0;
+    bool obf = false, offered = false, lastByte = false, aborting = false;
+    int ibfReads = 0, obfReads = 0;
+    Bytes request, response;
+    std::size_t position = 0;
+};
+
+/// Rings after a number of fruitless looks at the status.
+class FakeAlarm : public Alarm {
+public:
+    int patience = 50;
+    int rung = 0, armed = 0, disarmed = 0;
+    unsigned seconds = 0;
+
+    void arm(unsigned wanted) override
+    {
+        seconds = wanted;
+        looks = 0;
+        ++armed;
+    }
+
+    bool fired() override
+    {
+        const bool rings = ++looks == patience;
+        rung += rings;
+        return looks >= patience;
+    }
+
+    void disarm() override { ++disarmed; }
+
+private:
+    int looks = 0;
+};

@@ -1,0 +1,278 @@
+#include "transport/OpenIpmi.hpp"
+
+#include "tests/support/FakeClock.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "tests/support/TempRoot.hpp"
+#include "transport/TransportState.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/ipmi.h>
+#include <memory>
+#include <sys/ioctl.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Each;
+using testing::ElementsAre;
+
+/// The modelled BMC with the driver's own faults in front.
+class FaultyDriver : public ModelBmc {
+public:
+    int sendError = 0, receiveError = 0;
+    std::string onlyNode; ///< the one node that opens, when set
+    std::vector<std::string> opened;
+    int closed = 0, waits = 0;
+    std::vector<int> waitResults; ///< replace the model's, from the front
+    std::vector<long> strayIds;   ///< msgids of answers that come before the right one
+    int reportedLength = -1;      ///< data_len of an answer, when not negative
+
+    int open(const char* path, int flags) override
+    {
+        opened.emplace_back(path);
+        return onlyNode.empty() || onlyNode == path ? ModelBmc::open(path, flags) : -1;
+    }
+
+    int close(int) override { return ++closed; }
+
+    int waitReadable(int fd, unsigned seconds) override
+    {
+        EXPECT_EQ(seconds, 10u);
+        ++waits;
+        if (waitResults.empty())
+            return ModelBmc::waitReadable(fd, seconds);
+        const int result = waitResults.front();
+        waitResults.erase(waitResults.begin());
+        return result;
+    }
+
+    int ioctl(int fd, unsigned long request, void* argument) override
+    {
+        errno = request == IPMICTL_SEND_COMMAND ? sendError : receiveError;
+        if (errno != 0)
+            return -1;
+        if (request == IPMICTL_SEND_COMMAND)
+            return ModelBmc::ioctl(fd, request, argument);
+        return receive(fd, request, *static_cast<ipmi_recv*>(argument));
+    }
+
+private:
+    int receive(int fd, unsigned long request, ipmi_recv& message)
+    {
+        if (!strayIds.empty()) {
+            message.msgid = strayIds.front();
+            strayIds.erase(strayIds.begin());
+            return 0;
+        }
+        if (reportedLength < 0)
+            return ModelBmc::ioctl(fd, request, &message);
+        message.msgid = 1;
+        message.msg.netfn = 7;
+        message.msg.data_len = static_cast<unsigned short>(reportedLength);
+        return 0;
+    }
+};
+
+class OpenIpmi : public testing::Test {
+protected:
+    OpenIpmi()
+    {
+        resetTransportForTests();
+        transportState().OpenIPMIPresence = 1;
+        *request = {
+            .target = 0x20, .netFn = 6, .lun = 3, .cmd = 1, .data = {0xA1, 0xB2}, .length = 2, .completionCode = 0};
+        driver.on(6, 1, IpmiAnswer{0x00, 0x11, 0x22, 0x33});
+    }
+
+    int exchange(long msgid = 1) { return OpenIPMIProcessMessage(request.get(), response.get(), msgid); }
+
+    FaultyDriver driver;
+    FakeClock clock;
+    ScopedSeam<DeviceFile> useDriver{driver};
+    ScopedSeam<Clock> useClock{clock};
+    std::unique_ptr<BMC_MESSAGE> request = std::make_unique<BMC_MESSAGE>();
+    std::unique_ptr<BMC_MESSAGE> response = std::make_unique<BMC_MESSAGE>();
+};
+
+TEST_F(OpenIpmi, AnswerIsTakenApart)
+{
+    ASSERT_EQ(exchange(), 0);
+    EXPECT_EQ(driver.requests.at(0).lun, 0) << "the request's LUN is not used";
+    EXPECT_THAT(driver.requests.at(0).data, ElementsAre(0xA1, 0xB2));
+    EXPECT_THAT((std::vector<int>{response->target, response->netFn, response->lun, response->cmd}),
+                ElementsAre(0x20, 6, 0, 1));
+    EXPECT_EQ(response->completionCode, 0);
+    EXPECT_THAT(std::vector(response->data, response->data + response->length), ElementsAre(0x11, 0x22, 0x33));
+}
+
+TEST_F(OpenIpmi, ChannelFollowsFromTheTarget)
+{
+    const std::pair<std::uint8_t, std::uint8_t> channels[] = {{0x20, 15}, {0x2C, 6}, {0x88, 6}, {0xC0, 0}};
+    for (const auto& [target, channel] : channels) {
+        request->target = target;
+        ASSERT_EQ(exchange(), 0);
+        EXPECT_EQ(driver.requests.back().target, target);
+        EXPECT_EQ(driver.requests.back().channel, channel);
+    }
+}
+
+TEST_F(OpenIpmi, RequestAboveTheDriversLargestIsRefusedUnsent)
+{
+    request->length = 272;
+    EXPECT_EQ(exchange(), 0);
+    request->length = 273;
+    EXPECT_EQ(exchange(), ipmiMessageSize);
+    EXPECT_EQ(driver.requests.size(), 1u);
+}
+
+TEST_F(OpenIpmi, ErrorsOfTheDriverHaveTheirNumbers)
+{
+    const struct {
+        int systemError, onSend, onReceive;
+    } rows[] = {{ENOMEM, -520, -504},   {EFAULT, -518, -518}, {EINVAL, -516, -516},
+                {EMSGSIZE, -519, -519}, {EAGAIN, -504, -517}, {ENODEV, -504, -504}};
+    for (const auto& row : rows) {
+        driver.sendError = row.systemError;
+        EXPECT_EQ(exchange(), row.onSend) << row.systemError;
+        driver.sendError = 0;
+        driver.receiveError = row.systemError;
+        EXPECT_EQ(exchange(), row.onReceive) << row.systemError;
+        driver.receiveError = 0;
+    }
+}
+
+TEST_F(OpenIpmi, WaitsTenSpellsOfWhichInterruptedOnesCount)
+{
+    driver.waitResults = {0, -1, 0, 0, 0, -1, 0, 0, 0};
+    EXPECT_EQ(exchange(), 0) << "ready in the tenth";
+    driver.on(6, 1, IpmiAnswer{});
+    driver.waits = 0;
+    EXPECT_EQ(exchange(), ipmiTimeout);
+    EXPECT_EQ(driver.waits, 10);
+}
+
+TEST_F(OpenIpmi, AnswersToOtherMsgidsAreDropped)
+{
+    driver.strayIds = {9, 8, 7, 6};
+    EXPECT_EQ(exchange(5), 0);
+    EXPECT_EQ(response->data[0], 0x11);
+    EXPECT_THAT(clock.sleeps, ElementsAre(1s, 1s, 1s, 1s));
+    driver.strayIds = {9, 8, 7, 6, 4};
+    EXPECT_EQ(exchange(5), ipmiTimeout);
+}
+
+TEST_F(OpenIpmi, EmptyAnswerReadsAsLengthBelowZeroAndCopiesNothing)
+{
+    driver.reportedLength = 0;
+    response->data[0] = 0x77;
+    ASSERT_EQ(exchange(), 0);
+    EXPECT_EQ(response->length, 0xFFFFFFFFu);
+    EXPECT_EQ(response->completionCode, 0xA1) << "the buffer still holds the request";
+    EXPECT_EQ(response->data[0], 0x77);
+    driver.reportedLength = 273;
+    EXPECT_EQ(exchange(), ipmiMessageSize) << "longer than the buffer it came in";
+}
+
+TEST_F(OpenIpmi, CodeFFIsRepeatedUpToFiftyTimes)
+{
+    int answers = 0;
+    driver.on(6, 1, [&](const IpmiRequest&) { return ++answers < 3 ? IpmiAnswer{0xFF} : IpmiAnswer{0, 5}; });
+    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), 0);
+    EXPECT_EQ(answers, 3);
+    EXPECT_EQ(response->data[0], 5);
+
+    driver.on(6, 1, IpmiAnswer{0xFF});
+    driver.requests.clear();
+    EXPECT_EQ(OpenIPMIProcessSendMessage(request.get(), response.get(), 0, 0x2C), 0);
+    EXPECT_EQ(driver.requests.size(), 50u);
+    EXPECT_EQ(driver.requests.back().target, 0x2C);
+    EXPECT_EQ(response->completionCode, 0xFF);
+}
+
+TEST_F(OpenIpmi, DriverErrorShowsForOtherTargetsOnly)
+{
+    driver.sendError = EINVAL;
+    response->length = 0;
+    response->completionCode = 0;
+    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), 0);
+    request->target = 0xC0;
+    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), ipmiInvalidArgument);
+}
+
+TEST_F(OpenIpmi, FirstNodeTakesPrecedence)
+{
+    EXPECT_EQ(init_openipmi(), 0);
+    driver.onlyNode = "/dev/ipmidev/0";
+    EXPECT_EQ(init_openipmi(), 0);
+    EXPECT_THAT(driver.opened, ElementsAre("/dev/ipmi0", "/dev/ipmi0", "/dev/ipmidev/0"));
+    driver.present = false;
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(init_openipmi(), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "OpenIPMI driver is disabled. Please refer to release note to start "
+              "OpenIPMI driver and try again.\n");
+}
+
+struct RecordingRunner : CommandRunner {
+    std::vector<std::string> lines;
+    int run(const std::vector<std::string>& argv, int) override
+    {
+        lines.push_back(argv.at(0) + " " + argv.at(1));
+        return static_cast<int>(lines.size());
+    }
+};
+
+TEST_F(OpenIpmi, ModulesGoAndComeOnlyWhileUsbIsInUse)
+{
+    RecordingRunner runner;
+    const ScopedSeam<CommandRunner> useRunner(runner);
+    EXPECT_EQ(deinit_openipmi(), 0);
+    EXPECT_EQ(Reinitialize_OpenIPMI(), 0);
+    EXPECT_TRUE(runner.lines.empty());
+
+    transportState().g_UseUSB = 1;
+    EXPECT_EQ(deinit_openipmi(), 3) << "the result of the last command";
+    EXPECT_EQ(driver.closed, 1);
+    EXPECT_EQ(Reinitialize_OpenIPMI(), 0);
+    driver.present = false;
+    EXPECT_EQ(Reinitialize_OpenIPMI(), -1);
+    EXPECT_LT(transportState().openIPMIfd, 0);
+    EXPECT_EQ(transportState().OpenIPMIPresence, 1);
+    runner.lines.resize(6);
+    EXPECT_THAT(runner.lines, ElementsAre("rmmod ipmi_si", "rmmod ipmi_msghandler", "rmmod ipmi_devintf",
+                                          "modprobe ipmi_si", "modprobe ipmi_msghandler", "modprobe ipmi_devintf"));
+    EXPECT_THAT(clock.sleeps, ElementsAre(5s, 5s));
+}
+
+TEST(DetectOpenIPMIModules, CountsLinesWhoseFirstWordIsAModule)
+{
+    const TempRoot root;
+    EXPECT_FALSE(DetectOpenIPMIModules()) << "no file";
+    TempRoot files;
+    const std::string longLine = "ipmi_msghandler 122880 3 " + std::string(300, 'x') + " ipmi_si \n";
+    const std::pair<std::string, bool> rows[] = {
+        {"", false},
+        {"ipmi_si 1 0 - Live\nipmi_devintf 1 0\n", false},
+        {"a 1\nipmi_si 1 0\n" + longLine + "ipmi_devintf 1 0\n", true},
+        {"ipmi_si 1\nipmi_devintf 2\nipmi_msghandler\n", false},
+        {"ipmi_si 1\nipmi_devintf 2\nipmi_msghandler ", true},
+        {"ipmi_si2 1\n ipmi_si 1\nipmi_devintf 2\nipmi_msghandler 3\n", false},
+    };
+    for (const auto& [text, expected] : rows) {
+        files.write("/proc/modules", text);
+        EXPECT_EQ(DetectOpenIPMIModules(), expected) << text;
+    }
+}
+
+TEST(SystemDevice, BadDescriptorIsAnErrorAtOnce)
+{
+    EXPECT_EQ(DeviceFile::real().waitReadable(-1, 10), -1);
+    const int fd = DeviceFile::real().open("/dev/null", O_RDWR);
+    EXPECT_EQ(DeviceFile::real().waitReadable(fd, 10), 1);
+    EXPECT_EQ(DeviceFile::real().close(fd), 0);
+    EXPECT_EQ(DeviceFile::real().ioctl(fd, IPMICTL_SEND_COMMAND, nullptr), -1);
+}
+
+} // namespace
