@@ -11,7 +11,7 @@ SATELLITE = 0x24
 board = Board("full100", firmware=(2, 0x45), product=0x0102)
 board.satellite(SATELLITE)
 board.controller_locator(0x20, "Grebe BMC")
-board.controller_locator(SATELLITE, "Grebe Satellite", capabilities=0x29)
+board.controller_locator(SATELLITE, "Grebe Satellite", capabilities=0x21)
 board.fru_locator(0, "Grebe Mainboard")
 
 # ---- temperatures: data formats and factors

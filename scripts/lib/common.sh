@@ -1,0 +1,26 @@
+# Shared by the scripts of this folder: sourced, never run.
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+
+# One line before a step that takes long.
+step() { echo "==> $*"; }
+
+# fail TEXT: says it and ends the script.
+fail() { echo "$(basename "$0"): $*" >&2; exit 1; }
+
+# build_release [TARGET...]: configures the release preset when needed and builds it.
+build_release() {
+    step "configuring the release build in build/release"
+    (cd "$root" && cmake --preset release > /dev/null)
+    step "building (the first time takes a few minutes)"
+    (cd "$root" && cmake --build --preset release ${1:+--target "$@"})
+}
+
+# timed NAME COMMAND...: runs a command and prints how long it took.
+timed() {
+    local name=$1 begin=$SECONDS
+    shift
+    step "$name"
+    "$@"
+    echo "==> $name: $((SECONDS - begin)) s"
+}

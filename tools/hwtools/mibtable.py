@@ -1,0 +1,222 @@
+"""The private MIB as data: eighteen objects with their columns. The module file, the table printer and the system tests
+are made from this one table."""
+
+from dataclasses import dataclass, field
+
+ENTERPRISE = (1, 3, 6, 1, 4, 1, 44444)
+BASE = ENTERPRISE + (2, 10, 3, 5)
+
+# value sets: SMIv2 labels by number
+STATUS = {1: "unavailable", 2: "healthy", 3: "warning", 4: "critical"}
+SETTING = {3: "disabled", 4: "enabled", 5: "notImplemented", 2: "unknown"}
+PERFORMANCE = {1: "met", 2: "lagging"}
+REDUNDANCY = {2: "unknown", 3: "full", 4: "degraded", 5: "lost", 6: "nonRedundant", 8: "allDeasserted"}
+SECURITY = {0: "notRead", 1: "none", 2: "unknown", 3: "safe"}
+SWITCH = {0: "no", 1: "yes"}
+POWER = {0: "off", 1: "on", 2: "unknown"}
+LOCK = {0: "notPresent", 1: "present", 2: "unknown"}
+NO_VALUE = 0x7FFFFFFF
+
+
+@dataclass
+class Column:
+    suffix: int
+    name: str
+    attribute: str
+    text: str
+    kind: str = "number"  # "number", "text" or "index"
+    writable: bool = False
+    units: str = ""
+    values: dict = field(default_factory=dict)
+
+
+@dataclass
+class MibObject:
+    name: str
+    entity: str
+    arc: tuple
+    title: str
+    columns: list
+    scalar: bool = False
+    entry: str = ""
+
+    @property
+    def oid(self):
+        return BASE + self.arc
+
+    def column_oid(self, column):
+        return self.oid + ((column.suffix,) if self.scalar else (1, column.suffix))
+
+
+def dotted(oid):
+    return ".".join(map(str, oid))
+
+
+def _number(name, attribute, text, units="", values=None):
+    return dict(name=name, attribute=attribute, text=text, units=units, values=values or {})
+
+
+def _text(name, attribute, text):
+    return dict(name=name, attribute=attribute, text=text, kind="text")
+
+
+def _scalars(name, entity, arc, title, prefix, columns):
+    made = [Column(suffix=i, **{**c, "name": prefix + c["name"], "attribute": f"{entity}_{c['attribute']}"})
+            for i, c in enumerate(columns, 1)]
+    return MibObject(name, entity, arc, title, made, scalar=True)
+
+
+def _table(name, entity, attributes, arc, title, prefix, columns):
+    made = [Column(1, prefix + "Index", "index", "The row's place in its table, from 1 without gaps.", kind="index")]
+    made += [Column(suffix=i, **{**c, "name": prefix + c["name"], "attribute": f"{attributes}_{c['attribute']}"})
+             for i, c in enumerate(columns, 2)]
+    return MibObject(name, entity, arc, title, made, entry=name.removesuffix("Table") + "Entry")
+
+
+def _head(thing):
+    """The first columns of every table."""
+    return [_number("DeviceId", "DEVICEID", f"Identifies the {thing}: for a sensor its number times 65536, plus the "
+                    "owner's address times 256, plus the LUN. Events name it by this number."),
+            _text("Description", "DESCRIPTION", f"Name of the {thing}."),
+            _text("StatusString", "STATUSSTRING", f"State of the {thing} in a word: Unavailable, Healthy, Warning or "
+                  "Critical."),
+            _number("Status", "STATUS", f"State of the {thing}.", values=STATUS)]
+
+
+def _probe(thing, units, resolution_units=None):
+    """Columns of a sensor with a reading and six thresholds."""
+    bounds = (("UpperNonRecoverable", "UPPERNONREC", "Upper non-recoverable"),
+              ("UpperCritical", "UPPERCRITICAL", "Upper critical"),
+              ("UpperNonCritical", "UPPERNONCRI", "Upper non-critical"),
+              ("LowerNonCritical", "LOWERNONCRI", "Lower non-critical"),
+              ("LowerCritical", "LOWERCRITICAL", "Lower critical"),
+              ("LowerNonRecoverable", "LOWERNONREC", "Lower non-recoverable"))
+    columns = _head(thing) + [_number("Reading", "READING", f"Present reading; {NO_VALUE} when there is none.", units)]
+    columns += [{**_number(f"{name}Threshold", f"{attribute}THRESHOLD",
+                           f"{words} threshold; {NO_VALUE} when there is none. Sets are refused.", units),
+                 "writable": True} for name, attribute, words in bounds]
+    return columns + [_number("Resolution", "RESOLUTION", "Step of the reading.", units),
+                      _number("Tolerance", "TOLERANCE", "Tolerance of the reading.", units),
+                      _number("Accuracy", "ACCURACY", "Accuracy of the reading, in hundredths of a percent.")]
+
+
+CONTAINER_TYPES = {i: label for i, label in enumerate((
+    "other", "unknown", "desktop", "lowProfileDesktop", "pizzaBox", "miniTower", "tower", "portable", "laptop", "notebook",
+    "handHeld", "dockingStation", "allInOne", "subNotebook", "spaceSaving", "lunchBox", "mainSystemChassis",
+    "expansionChassis", "subChassis", "busExpansionChassis", "peripheralChassis", "raidChassis", "rackMountChassis"), 1)}
+ARRAY_LOCATIONS = {0: "notRead", 3: "systemBoard"}
+ARRAY_USES = {i: label for i, label in enumerate((
+    "notRead", "other", "unknown", "systemMemory", "videoMemory", "flashMemory", "nonVolatileMemory", "cacheMemory"))}
+CORRECTIONS = {i: label for i, label in enumerate((
+    "notRead", "other", "unknown", "none", "parity", "singleBitEcc", "multiBitEcc", "crc"))}
+PROCESSOR_TYPES = {0: "notRead", 1: "other", 2: "unknown", 3: "centralProcessor", 4: "mathProcessor", 5: "dspProcessor",
+                   6: "videoProcessor"}
+
+OBJECTS = (
+    _scalars("systemManagementSoftwareGroup", "SMINFO", (100,), "The agent and the health of the whole system.", "system", [
+        _number("HealthStatus", "HEALTHSTATUS", "Worst state of all rows of all tables; events move it.", values=STATUS),
+        _text("PlatformDescription", "PLATFORMDESC", "Description of the platform, from the configuration file."),
+        _number("PlatformId", "PLATFORMID", "Number of the platform, from the configuration file."),
+        _number("TrapsEnabled", "TRAPSENABLED", "Whether events become traps.", values=SWITCH),
+        _number("SetsEnabled", "SETSENABLED", "Whether sets are accepted; always no.", values=SWITCH),
+        _text("Manufacturer", "MANUFACTURER", "Maker of the product, from the configuration file."),
+        _text("ProductName", "PRODUCTNAME", "Name of the product, from the configuration file."),
+        _text("ProductVersion", "PRODUCTVERSION", "Version of the product, from the configuration file."),
+        _text("ProductBuildNumber", "PRODUCTBUILDNUM", "Build of the product, from the configuration file."),
+        _text("ProductDescription", "PRODUCTDESC", "Description of the product, from the configuration file.")]),
+    _scalars("chassisInformationGroup", "CHASSIS", (200,), "The enclosure.", "chassis", [
+        _number("Status", "STATUS", "State of the chassis by its intrusion sensor.", values=STATUS),
+        _number("SecurityState", "SECURITYSTATE", "Security state that the firmware reports.", values=SECURITY),
+        _number("BootState", "BOOTSTATE", "State at the last boot.", values=STATUS),
+        _number("ThermalState", "THERMALSTATE", "Thermal state that the firmware reports.", values=STATUS),
+        _number("PowerState", "POWERSTATE", "Power state.", values=POWER),
+        _number("LockState", "LOCKSTATE", "Lock of the chassis.", values=LOCK),
+        _number("KeyboardPasswordStatus", "KBDPWDSTATUS", "Keyboard password.", values={0: "notRead", **SETTING}),
+        _number("PowerOnPasswordStatus", "POPWDSTATUS", "Power-on password.", values={0: "notRead", **SETTING}),
+        _number("AdministratorPasswordStatus", "ADMINPWDSTATUS", "Administrator password.",
+                values={0: "notRead", **SETTING}),
+        _number("FrontPanelResetStatus", "FPRESETSTATUS", "Front panel reset.", values={0: "notRead", **SETTING}),
+        _number("ContainerType", "CONTAINERTYPE", "Kind of enclosure.", values={0: "notRead", **CONTAINER_TYPES}),
+        _text("PartNumber", "PARTNUMBER", "Part number of the chassis."),
+        _text("SerialNumber", "SERIALNUMBER", "Serial number of the chassis."),
+        _text("Name", "NAME", "Name of the chassis."),
+        _text("AssetTag", "ASSETTAG", "Asset tag of the product.")]),
+    _table("processorDeviceTable", "PROCESSOR", "PROC", (300, 10), "Processors that are fitted.", "processor",
+           _head("processor") + [
+        _number("Type", "TYPE", "Kind of processor.", values=PROCESSOR_TYPES),
+        _text("PartNumber", "PARTNUMBER", "Part number."),
+        _text("ManufacturerName", "MANUFACTURERNAME", "Maker."),
+        _number("Family", "FAMILY", "Family, by the SMBIOS processor family table."),
+        _text("VersionName", "VERSIONNAME", "Version."),
+        _number("MaxSpeed", "MAXSPEED", "Highest speed.", "megahertz"),
+        _number("CurrentSpeed", "CURRENTSPEED", "Speed at boot.", "megahertz"),
+        _number("ExternalClockSpeed", "EXTCLOCKSPEED", "External clock.", "megahertz"),
+        _number("Voltage", "VOLTAGE", "Core voltage as SMBIOS tells it."),
+        _number("UpgradeMethod", "UPGRADEMETHOD", "Kind of socket, by the SMBIOS processor upgrade table."),
+        _text("SocketDesignation", "SOCKETDESIGNATION", "Name of the socket."),
+        _text("ProcessorId", "PROCESSORID", "Identification bytes of the processor.")]),
+    _table("discreteProcessorTable", "DISCRETE_PROCESSOR", "DISCRETE_PROCESSOR", (300, 20),
+           "Sensors of processors that report states.", "discreteProcessor", _head("processor sensor")),
+    _table("powerUnitTable", "POWERUNIT", "POWERUNIT", (400, 10), "Groups of power supplies.", "powerUnit",
+           _head("power unit") + [
+        _number("RedundancyStatus", "REDUNDANCYSTATUS", "Redundancy of the supplies.", values=REDUNDANCY)]),
+    _table("powerSupplyTable", "POWERSUPPLY", "POWERSUPPLY", (400, 20), "Power supplies.", "powerSupply",
+           _head("power supply")),
+    _table("voltageProbeTable", "VOLTAGE", "VOLTAGE", (400, 30), "Voltages.", "voltage",
+           _probe("voltage sensor", "millivolts")),
+    _table("discreteVoltageProbeTable", "DISCRETEVOLTAGE", "DISCRETEVOLTAGE", (400, 40), "Voltage sensors that report states.",
+           "discreteVoltage", _head("voltage sensor") + [
+        _number("Performance", "PERFORMANCE", "Whether the voltage is as it should be.", values=PERFORMANCE)]),
+    _table("currentProbeTable", "CURRENT", "CURRENT", (400, 50), "Currents.", "current",
+           _probe("current sensor", "milliamperes")),
+    _table("physicalMemoryArrayTable", "MEMORYARRAY", "MEMORYARRAY", (500, 10), "Memory arrays that hold modules.",
+           "memoryArray", _head("memory array") + [
+        _number("Location", "LOCATION", "Where the array is.", values=ARRAY_LOCATIONS),
+        _number("MaxCapacity", "MAXCAPACITY", "Most that the array can hold, as SMBIOS tells it."),
+        _number("NumberOfDevices", "NUMOFDEVICE", "Places for modules."),
+        _number("ErrorCorrection", "ERRORCORRECTION", "Error correction.", values=CORRECTIONS),
+        _number("Handle", "HANDLE", "SMBIOS handle of the error information."),
+        _number("UsageCode", "USAGECODE", "What the array is used for.", values=ARRAY_USES),
+        _text("Tag", "TAG", "Tag of the array."),
+        _number("UsedSlots", "USEDSLOT", "Places that hold a module.")]),
+    _table("physicalMemoryDeviceTable", "MEMORYDEVICE", "MEMORYDEVICE", (500, 20), "Memory modules that are fitted.",
+           "memoryDevice", _head("memory module") + [
+        _text("Tag", "TAG", "Tag of the module."),
+        _number("Handle", "HANDLE", "SMBIOS handle."),
+        _number("AssociatedArray", "ASSOCIATEDARRAY", "Number of the memory array that holds the module."),
+        _number("TotalWidth", "TOTALWIDTH", "Width with check bits.", "bits"),
+        _number("DataWidth", "DATAWIDTH", "Width without check bits.", "bits"),
+        _number("Size", "SIZE", "Size as SMBIOS tells it."),
+        _number("FormFactor", "FORMFACTOR", "Form factor, by the SMBIOS table."),
+        _text("Locator", "LOCATOR", "Name of the place on the board."),
+        _text("BankLabel", "BANKLABEL", "Name of the bank."),
+        _number("MemoryType", "MEMORYTYPE", "Kind of memory, by the SMBIOS table."),
+        _number("TypeDetail", "TYPEDETAIL", "Bits of the type detail."),
+        _number("Speed", "SPEED", "Highest speed.", "megahertz"),
+        _text("Manufacturer", "MANUFACTURER", "Maker."),
+        _text("SerialNumber", "SERIALNUMBER", "Serial number."),
+        _text("AssetTag", "ASSETTAG", "Asset tag."),
+        _text("PartNumber", "PARTNUMBER", "Part number.")]),
+    _table("discreteMemoryTable", "DISCRETE_MEMORY", "DISCRETE_MEMORY", (500, 30), "Sensors of memory that report states.",
+           "discreteMemory", _head("memory sensor")),
+    _table("coolingUnitTable", "COOLINGUNIT", "COOLINGUNIT", (600, 10), "Groups of fans.", "coolingUnit",
+           _head("cooling unit") + [
+        _number("RedundancyStatus", "REDUNDANCYSTATUS", "Redundancy of the fans.", values=REDUNDANCY),
+        _text("Caption", "CAPTION", "Caption of the row.")]),
+    _table("coolingDeviceTable", "COOLINGDEVICE", "COOLINGDEVICE", (600, 20), "Fans.", "coolingDevice",
+           _probe("fan", "revolutions per minute")),
+    _table("discreteCoolingDeviceTable", "DISCRETECOOLING", "DISCRETECOOLING", (600, 30), "Fan sensors that report states.",
+           "discreteCooling", _head("fan sensor") + [
+        _number("Performance", "PERFORMANCE", "Whether the fan is as it should be.", values=PERFORMANCE)]),
+    _table("temperatureProbeTable", "TEMPERATURE", "TEMPERATURE", (600, 40), "Temperatures.", "temperature",
+           _probe("temperature sensor", "tenths of a degree Celsius")),
+    _table("driveSlotPresenceSensorTable", "DRIVESLOT", "DRIVESLOT_PRESENCE_SENSOR", (700, 10), "Drive slots.", "driveSlot",
+           _head("drive slot") + [
+        _text("PresenceStatusString", "PRESENCESTATUSSTRING", "Whether a drive is in the slot.")]),
+    _table("miscellaneousSensorTable", "MISCELLANEOUS", "MISCELLANEOUS_SENSOR", (800, 10),
+           "All other sensors that report states.", "miscellaneousSensor", _head("sensor")),
+)
+
+
+def find_object(name):
+    return next(o for o in OBJECTS if o.name == name)

@@ -1,0 +1,123 @@
+"""Reads the agent's tables with Debian's snmpbulkwalk and prints them for a person."""
+
+import os
+import subprocess
+
+from .mibtable import NO_VALUE, OBJECTS, STATUS, dotted
+
+# what a printed number is divided by, and the unit behind it
+SCALE = {"millivolts": (1000, "V"), "milliamperes": (1000, "A"), "tenths of a degree Celsius": (10, "°C"),
+         "revolutions per minute": (1, "RPM")}
+SHORT = {"UpperNonRecoverableThreshold": "unr", "UpperCriticalThreshold": "uc", "UpperNonCriticalThreshold": "unc",
+         "LowerNonCriticalThreshold": "lnc", "LowerCriticalThreshold": "lc", "LowerNonRecoverableThreshold": "lnr",
+         "StatusString": "status", "Status": "no.", "Index": "row"}
+LEFT_OUT = ("DeviceId", "Resolution", "Tolerance", "Accuracy")  # of use to programs; a walk shows them
+
+
+class SnmpError(Exception):
+    """The master agent gave no answer; the text is the command's own."""
+
+
+def walk(address, oid, community="public", timeout=5):
+    """All values below `oid` as {tuple of sub-identifiers below it: int or str}."""
+    command = ["snmpbulkwalk", "-v2c", "-c", community, "-On", "-Oe", "-OU", "-Ot", "-Cr25", "-r1", f"-t{timeout}", address, dotted(oid)]
+    done = subprocess.run(command, capture_output=True, encoding="latin-1", env=dict(os.environ, MIBS=""))
+    if done.returncode:
+        raise SnmpError(done.stderr.strip() or done.stdout.strip())
+    values = {}
+    for line in joined(done.stdout):
+        name, _, value = line.partition(" = ")
+        suffix = tuple(map(int, name.lstrip(".").split(".")))[len(oid):]
+        if suffix and not value.startswith("No "):
+            values[suffix] = parsed(value)
+    return values
+
+
+def joined(text):
+    """Lines of the walk, with texts that go over several lines in one."""
+    line = None
+    for part in text.splitlines():
+        if part.startswith(".1.") and " = " in part:
+            if line is not None:
+                yield line
+            line = part
+        elif line is not None:
+            line += "\n" + part
+    if line is not None:
+        yield line
+
+
+def parsed(value):
+    kind, _, rest = value.partition(": ")
+    if kind == "INTEGER":
+        return int(rest)
+    if kind == "Hex-STRING":
+        return bytes.fromhex(rest.replace("\n", " ")).decode("latin-1")
+    if kind == "STRING":
+        return rest[1:-1].replace('\\"', '"').replace("\\\\", "\\")
+    return value.strip('"')
+
+
+def rows(thing, values):
+    """Rows of one object from its walk: [{column name: value}]; a scalar group is one row."""
+    names = {c.suffix: c.name for c in thing.columns}
+    found = {}
+    for suffix, value in values.items():
+        column, row = (suffix[0], 0) if thing.scalar else (suffix[1], suffix[2])
+        found.setdefault(row, {})[names[column]] = value
+    return [found[row] for row in sorted(found)]
+
+
+def read_object(address, thing, **options):
+    return rows(thing, walk(address, thing.oid, **options))
+
+
+def common_prefix(thing):
+    """What the columns' names begin with."""
+    return os.path.commonprefix([c.name for c in thing.columns])
+
+
+def shown(column, value):
+    if value is None:
+        return ""
+    if isinstance(value, str):
+        return value
+    if value == NO_VALUE:
+        return "-"
+    if column.units in SCALE:
+        divisor, unit = SCALE[column.units]
+        digits = len(str(divisor)) - 1
+        return f"{value / divisor:.{digits}f} {unit}"
+    if column.values and column.values != STATUS:
+        return f"{column.values.get(value, '?')}({value})"
+    return f"{value} {column.units}".rstrip()
+
+
+def printed(thing, found):
+    """The lines that show one object."""
+    heading = f"{thing.name}  .{dotted(thing.oid)}  {thing.title}"
+    prefix = common_prefix(thing)
+    if thing.scalar:
+        width = max(len(c.name) for c in thing.columns) - len(prefix)
+        lines = [f"  {c.name.removeprefix(prefix):{width}}  {shown(c, row.get(c.name))}" for row in found for c in thing.columns]
+        return [heading, *lines]
+    columns = [c for c in thing.columns if c.name.removeprefix(prefix) not in LEFT_OUT]
+    table = [[SHORT.get(n, n[0].lower() + n[1:]) for n in (c.name.removeprefix(prefix) for c in columns)]]
+    table += [[shown(c, row.get(c.name)) for c in columns] for row in found]
+    widths = [max(map(len, cells)) for cells in zip(*table)]
+    right = [c.kind != "text" for c in columns]
+    return [heading] + ["  " + "  ".join(cell.rjust(w) if r else cell.ljust(w) for cell, w, r in zip(line, widths, right)).rstrip()
+                        for line in table]
+
+
+def print_tables(address, names=(), everything=False):
+    """Prints the objects named, or all that have rows; returns how many rows there were."""
+    count = 0
+    for thing in OBJECTS:
+        if names and thing.name not in names:
+            continue
+        found = read_object(address, thing)
+        if found or everything:
+            print("\n".join(printed(thing, found)), end="\n\n")
+        count += len(found)
+    return count
