@@ -1,0 +1,119 @@
+#include "api-netsnmp/BackgroundThreads.hpp"
+
+#include "api-netsnmp/Signals.hpp"
+#include "client/CacheRefresher.hpp"
+#include "client/Functions.hpp"
+
+#include <cstdio>
+#include <cxxabi.h>
+#include <pthread.h>
+#include <semaphore>
+
+namespace {
+using namespace std::chrono_literals;
+
+constexpr auto pollPeriod = 10s;
+// The default stack of a thread follows the limit that the process was started with, not the raised one.
+constexpr std::size_t stackBytes = 20'971'520;
+
+std::FILE* logfile = nullptr;
+
+std::counting_semaphore<> ends{0};
+
+/// Lives as long as a thread's body, also when cancellation unwinds it.
+class Attendance {
+public:
+    Attendance() { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr); }
+    ~Attendance() { ends.release(); }
+    Attendance(const Attendance&) = delete;
+    Attendance& operator=(const Attendance&) = delete;
+};
+
+struct Thread {
+    void* (*body)(void*);
+    pthread_t id{};
+    bool started = false;
+};
+Thread threads[] = {{CheckTrap}, {check_sensors_cache}};
+
+/// A turn that fails, for want of memory say, must cost this turn and not the process.
+template<class Turn>
+void survive(const char* thread, Turn turn)
+{
+    try {
+        turn();
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        std::fprintf(stderr, "%s: a turn ended by an exception\n", thread);
+    }
+}
+
+void pollEvents()
+{
+    processEvent();
+}
+
+void refresh()
+{
+    if (logfile)
+        std::fflush(logfile);
+    check_sensors_cache_turn();
+}
+
+void start(Thread& thread)
+{
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    pthread_attr_setstacksize(&attributes, stackBytes);
+    thread.started = pthread_create(&thread.id, &attributes, thread.body, nullptr) == 0;
+    pthread_attr_destroy(&attributes);
+}
+} // namespace
+
+void openLogFile()
+{
+    logfile = std::fopen("/dev/null", "we");
+}
+
+void* CheckTrap(void*)
+{
+    const Attendance attendance;
+    for (;;) {
+        survive("CheckTrap", pollEvents);
+        survive("CheckTrap", [] { pauseServingDoorbell(pollPeriod); });
+    }
+}
+
+void* check_sensors_cache(void*)
+{
+    const Attendance attendance;
+    for (;;)
+        survive("check_sensors_cache", refresh);
+}
+
+void startThreads()
+{
+    sigset_t mainThreadOnly;
+    sigset_t before;
+    sigemptyset(&mainThreadOnly);
+    for (const int sig : {SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGRTMIN + 1})
+        sigaddset(&mainThreadOnly, sig);
+    pthread_sigmask(SIG_BLOCK, &mainThreadOnly, &before);
+    for (Thread& thread : threads)
+        start(thread);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+bool endThreads(std::chrono::milliseconds patience)
+{
+    for (const Thread& thread : threads)
+        if (thread.started)
+            pthread_cancel(thread.id);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    bool allEnded = true;
+    for (const Thread& thread : threads)
+        allEnded = (!thread.started || ends.try_acquire_until(deadline)) && allEnded;
+    return allEnded;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+
+/// Wakes a thread that waits in poll or select, also from a signal handler, and also if it rings before the wait.
+class Bell {
+public:
+    ~Bell();
+    /// Makes the descriptor; until then, and if that fails, ringing does nothing and waiting is plain sleeping.
+    void open();
+    /// Safe in a signal handler.
+    void ring();
+    /// Makes it silent again.
+    void clear();
+    /// Waits until it rings or `duration` is over. A cancellation point.
+    void wait(std::chrono::milliseconds duration);
+    int descriptor() const { return fd; }
+
+private:
+    std::atomic<int> fd{-1};
+};

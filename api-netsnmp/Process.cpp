@@ -1,0 +1,124 @@
+#include "api-netsnmp/Process.hpp"
+
+#include "api-netsnmp/Signals.hpp"
+#include "common/Seams.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iterator>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+constexpr rlim_t stackBytes = 20'971'520;
+constexpr int crashSignals[] = {SIGSEGV, SIGABRT, SIGBUS};
+
+pid_t forkOrExit(const char* complaint)
+{
+    const pid_t child = fork();
+    if (child < 0) {
+        std::fputs(complaint, stderr);
+        std::exit(1);
+    }
+    return child;
+}
+
+int waitForDaemon(pid_t daemon)
+{
+    std::fprintf(stderr, "Waiting on %d\n", daemon);
+    int status = 0;
+    pid_t ended;
+    do
+        ended = waitpid(daemon, &status, 0);
+    while (ended < 0 && errno == EINTR);
+    return ended == daemon ? status : 0;
+}
+
+void restart(int sig)
+{
+    std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, agentExecutable);
+    execlp(agentExecutable, "hwAgent", nullptr);
+}
+
+/// Anybody who may read the file can hold a lock on it, so the wait for it has an end.
+void lockForAWhile(int fd)
+{
+    using namespace std::chrono_literals;
+    for (int attempt = 0; attempt < 20 && flock(fd, LOCK_EX | LOCK_NB) != 0; ++attempt)
+        current<Clock>().sleepFor(50ms);
+}
+} // namespace
+
+void openStandardDescriptors()
+{
+    int fd = 0;
+    do
+        fd = open("/dev/null", O_RDWR);
+    while (fd >= STDIN_FILENO && fd <= STDERR_FILENO);
+    if (fd > STDERR_FILENO)
+        close(fd);
+}
+
+void raiseStackLimit()
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) != 0 || limit.rlim_cur >= stackBytes)
+        return;
+    limit.rlim_cur = stackBytes;
+    if (const int result = setrlimit(RLIMIT_STACK, &limit); result != 0)
+        std::fprintf(stderr, "Set Stack Size limit result = %d\n", result);
+}
+
+void endWatch(int status)
+{
+    if (!WIFSIGNALED(status))
+        std::exit(0);
+    const int sig = WTERMSIG(status);
+    if (!printLocalTime("Signal received at: "))
+        return;
+    if (std::ranges::find(crashSignals, sig) != std::end(crashSignals))
+        restart(sig);
+    else
+        std::fprintf(stderr, "Killed by %d\n", sig);
+    std::exit(0);
+}
+
+void writePidFile()
+{
+    const int fd = open(systemPath(pidFile).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+    if (fd < 0)
+        return;
+    std::FILE* stream = fdopen(fd, "r+");
+    if (!stream) {
+        close(fd);
+        return;
+    }
+    lockForAWhile(fd);
+    std::fprintf(stream, "%d\n", getpid());
+    std::fflush(stream);
+    flock(fd, LOCK_UN);
+    std::fclose(stream);
+}
+
+void daemonize()
+{
+    if (forkOrExit("can not fork child process. ") > 0)
+        std::exit(0);
+    setpgrp();
+    if (const pid_t daemon = forkOrExit(" can not fork the second child process."); daemon > 0) {
+        const int status = waitForDaemon(daemon);
+        serveSignals();
+        endWatch(status);
+        return;
+    }
+    [[maybe_unused]] const int moved = chdir("/");
+    umask(0);
+    writePidFile();
+}

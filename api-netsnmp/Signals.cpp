@@ -1,0 +1,160 @@
+#include "api-netsnmp/Signals.hpp"
+
+#include "api-netsnmp/Bell.hpp"
+#include "client/Functions.hpp"
+#include "common/Seams.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <ctime>
+#include <pthread.h>
+#include <unistd.h>
+
+namespace {
+struct StopSignal {
+    int number;
+    std::atomic<bool> caught = false;
+};
+StopSignal stopSignals[] = {{SIGTERM}, {SIGINT}, {SIGHUP}};
+constexpr std::size_t asctimeBytes = 26;
+
+std::atomic<bool> pipeBroken = false;
+std::atomic<bool> doorbellRung = false;
+std::atomic<int> keep_running = 0;
+Bell loopBell;
+Bell eventBell;
+
+// A stop that hangs in the controller or in a master agent that does not answer must not keep the process: this much
+// later it is left as it stands.
+constexpr itimerspec stopPatience{{}, {.tv_sec = 4, .tv_nsec = 500'000'000}};
+timer_t stopTimer{};
+std::atomic<bool> stopTimerMade = false;
+const int stopTimerSignal = SIGRTMIN + 2;
+
+void leaveAtOnce(int)
+{
+    _exit(0);
+}
+
+void makeStopTimer()
+{
+    std::signal(stopTimerSignal, leaveAtOnce);
+    sigevent event{};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = stopTimerSignal;
+    stopTimerMade = timer_create(CLOCK_MONOTONIC, &event, &stopTimer) == 0;
+}
+
+void serveStop(int sig)
+{
+    std::fprintf(stderr, "Caught signal %d\n", sig);
+    if (printLocalTime("Signal received at: "))
+        keep_running = 0;
+}
+
+void serveDoorbell()
+{
+    std::fprintf(stderr, "catchNotify called, getpid=%d\n", getpid());
+    if (printLocalTime("CatchNotify Signal received at: "))
+        processEvent();
+}
+
+void waitCancellably(Bell& bell, std::chrono::milliseconds duration)
+{
+    int previous = 0;
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &previous);
+    bell.wait(duration);
+    pthread_setcancelstate(previous, nullptr);
+}
+} // namespace
+
+bool printLocalTime(const char* prefix)
+{
+    const std::time_t now = currentSeconds();
+    std::tm local{};
+    char text[asctimeBytes];
+    if (!localtime_r(&now, &local) || !asctime_r(&local, text))
+        return false;
+    std::fprintf(stderr, "%s%s", prefix, text);
+    return true;
+}
+
+void stop_server(int sig)
+{
+    for (StopSignal& stop : stopSignals)
+        if (stop.number == sig)
+            stop.caught = true;
+    if (keep_running && stopTimerMade)
+        timer_settime(stopTimer, 0, &stopPatience, nullptr);
+    loopBell.ring();
+}
+
+void reconnect_agentx(int)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    pipeBroken = true;
+    loopBell.ring();
+}
+
+void catchNotificationEvent(int, siginfo_t*, void*)
+{
+    doorbellRung = true;
+    eventBell.ring();
+}
+
+void installSignalHandlers()
+{
+    struct sigaction doorbell {};
+    doorbell.sa_sigaction = catchNotificationEvent;
+    doorbell.sa_flags = SA_SIGINFO | SA_RESTART;
+    sigaction(SIGRTMIN + 1, &doorbell, nullptr);
+    for (const StopSignal& stop : stopSignals)
+        std::signal(stop.number, stop_server);
+    std::signal(SIGPIPE, reconnect_agentx);
+}
+
+void openBells()
+{
+    loopBell.open();
+    eventBell.open();
+    makeStopTimer();
+}
+
+int mainBell()
+{
+    return loopBell.descriptor();
+}
+
+void serveSignals()
+{
+    loopBell.clear();
+    for (StopSignal& stop : stopSignals)
+        if (stop.caught.exchange(false))
+            serveStop(stop.number);
+    if (pipeBroken.exchange(false))
+        printLocalTime("SIGPIPE signal received at: ");
+}
+
+void startRunning()
+{
+    serveSignals();
+    keep_running = 1;
+}
+
+bool isRunning()
+{
+    return keep_running;
+}
+
+void pauseServingDoorbell(std::chrono::seconds duration)
+{
+    using SteadyClock = std::chrono::steady_clock;
+    const auto end = SteadyClock::now() + duration;
+    for (auto now = SteadyClock::now(); now < end; now = SteadyClock::now()) {
+        waitCancellably(eventBell, std::chrono::ceil<std::chrono::milliseconds>(end - now));
+        eventBell.clear();
+        if (doorbellRung.exchange(false))
+            serveDoorbell();
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <csignal>
+
+// Handlers note what came and ring a bell; what the signal asks for is done by serveSignals on the main thread and by
+// serveDoorbell on the event thread. Neither stdio nor the SNMP library is safe to call from a handler: entering the
+// agent's loop from the one for SIGPIPE was seen to use freed memory.
+
+/// Installs the handlers: the doorbell first, then the stop signals and SIGPIPE.
+void installSignalHandlers();
+
+/// Handler of SIGTERM, SIGINT and SIGHUP: the loop is to end.
+void stop_server(int sig);
+/// Handler of SIGPIPE: the way to the master agent is broken. The library finds its way back by itself.
+void reconnect_agentx(int sig);
+/// Handler of SIGRTMIN+1, an outside doorbell: the event queue is to be drained.
+void catchNotificationEvent(int sig, siginfo_t* info, void* context);
+
+/// Opens what the handlers ring. Called in the daemon, so that the watcher does not share it.
+void openBells();
+/// Readable while serveSignals has something to do; -1 if there is no bell.
+int mainBell();
+
+/// Does what the stop signals and SIGPIPE ask for, with their messages to stderr. Main thread.
+void serveSignals();
+
+/// Lets the loop run. What was caught before is served and then forgotten: only a stop signal that comes later counts.
+void startRunning();
+bool isRunning();
+
+/// Waits for `duration`, draining the event queue whenever the doorbell rings in it. The wait, and nothing else, can be
+/// cancelled by pthread_cancel. Event thread.
+void pauseServingDoorbell(std::chrono::seconds duration);
+
+/// Prints `prefix` and the local time in asctime's form to stderr. False, and nothing printed, without a local time.
+bool printLocalTime(const char* prefix);

@@ -1,0 +1,86 @@
+#include "api-netsnmp/Subagent.hpp"
+
+#include "api-netsnmp/BackgroundThreads.hpp"
+#include "api-netsnmp/MibObjects.hpp"
+#include "api-netsnmp/Signals.hpp"
+#include "client/CacheState.hpp"
+#include "client/Functions.hpp"
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+using namespace std::chrono_literals;
+
+constexpr char applicationName[] = "hwAgent";
+constexpr auto threadPatience = 3s;
+
+constexpr void (*registrations[])() = {
+    init_systemManagementSoftwareGroup,
+    init_temperatureProbeTable,
+    init_physicalMemoryArrayTable,
+    init_physicalMemoryDeviceTable,
+    init_processorDeviceTable,
+    init_chassisInformationGroup,
+    init_coolingDeviceTable,
+    init_coolingUnitTable,
+    init_discreteCoolingDeviceTable,
+    init_powerSupplyTable,
+    init_powerUnitTable,
+    init_voltageProbeTable,
+    init_discreteVoltageProbeTable,
+    init_driveSlotPresenceSensorTable,
+    init_currentProbeTable,
+    init_discreteMemoryTable,
+    init_discreteProcessorTable,
+    init_miscellaneousSensorTable,
+};
+
+/// The subagent needs neither MIB texts nor a state of its own: reading the one costs megabytes, and the other would be
+/// written where the master agent keeps its own.
+void leaveOutUnusedParts()
+{
+    setenv("MIBS", "", 1);
+    setenv("MIBDIRS", "", 1);
+    netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DISABLE_PERSISTENT_LOAD, 1);
+    netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE, 1);
+}
+
+void serveBell(int, void*)
+{
+    serveSignals();
+}
+} // namespace
+
+int init_subagent(int role)
+{
+    if (role)
+        netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
+    leaveOutUnusedParts();
+    start_cache_list = 0;
+    if (init_agent("hwSubgent") != 0)
+        return 0;
+    serveSignals();
+    initSMClient();
+    for (const auto registerObject : registrations)
+        registerObject();
+    init_snmp(applicationName);
+    return 0;
+}
+
+int agentx_loop()
+{
+    start_cache_list = 1;
+    if (mainBell() >= 0)
+        register_readfd(mainBell(), serveBell, nullptr);
+    while (isRunning()) {
+        agent_check_and_process(1);
+        serveSignals();
+    }
+    const bool alone = endThreads(threadPatience);
+    snmp_shutdown(applicationName);
+    if (!alone)
+        _exit(0); // a thread that waits for the controller still uses the client
+    shutdownSMClient();
+    return 0;
+}
