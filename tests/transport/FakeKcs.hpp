@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/FakeClock.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
 
@@ -175,4 +176,14 @@ public:
 
 private:
     int looks = 0;
+};
+
+/// Ports, alarm and clock of a machine whose BMC is reached by KCS, in force for the object's life.
+struct PortMachine {
+    FakeKcs bmc;
+    FakeAlarm alarm;
+    FakeClock clock;
+    ScopedSeam<PortIo> usePorts{bmc};
+    ScopedSeam<Alarm> useAlarm{alarm};
+    ScopedSeam<Clock> useClock{clock};
 };

@@ -15,7 +15,7 @@ using testing::Pair;
 
 constexpr std::uint16_t data = KCSAddress, command = kcsStatusPort;
 
-class Kcs : public testing::Test {
+class Kcs : public testing::Test, protected PortMachine {
 protected:
     Kcs() { resetTransportForTests(); }
     ~Kcs() override { EXPECT_EQ(alarm.armed, alarm.disarmed); }
@@ -31,10 +31,6 @@ protected:
         return result;
     }
 
-    FakeKcs bmc;
-    FakeAlarm alarm;
-    ScopedSeam<PortIo> usePorts{bmc};
-    ScopedSeam<Alarm> useAlarm{alarm};
     Bytes received;
 };
 
@@ -52,14 +48,9 @@ TEST_F(Kcs, FrameGoesOutByWriteStartAndWriteEndBeforeItsLastByte)
 
 TEST_F(Kcs, OneByteFrameHasNothingBetweenStartAndEnd)
 {
+    EXPECT_EQ(send({}), kcsBusy);
     ASSERT_EQ(send({0x18}), kcsDone);
     EXPECT_THAT(bmc.writes, ElementsAre(Pair(command, 0x61), Pair(command, 0x62), Pair(data, 0x18)));
-}
-
-TEST_F(Kcs, EmptyFrameTouchesNoPort)
-{
-    EXPECT_EQ(send({}), kcsBusy);
-    EXPECT_TRUE(bmc.writes.empty());
 }
 
 TEST_F(Kcs, StaleByteIsDrainedBeforeTheFrame)
@@ -141,16 +132,9 @@ TEST_F(Kcs, RecoveryGivesUpAfterFiveFailuresOrAtATimeout)
     EXPECT_EQ(KCSBMCErrorHandler(), kcsTimeout);
 }
 
-TEST_F(Kcs, StatusHelpersLookAtTheirBits)
+TEST_F(Kcs, EmptyBusIsNoInterface)
 {
     EXPECT_TRUE(IsKCS());
-    EXPECT_FALSE(KCSMessageReady());
-    bmc.attention = true;
-    EXPECT_TRUE(KCSMessageReady());
-    EXPECT_EQ(CheckMessageReady(0x2C, 1), 0);
-    bmc.leaveByteBehind = true;
-    EXPECT_EQ(CheckMessageReady(0x20, 1), 0);
-    EXPECT_EQ(transportState().Status, kcsObf | kcsSmsAtn);
     bmc.absent = true;
     EXPECT_FALSE(IsKCS());
 }

@@ -1,0 +1,208 @@
+#include "transport/BmcMessage.hpp"
+
+#include "tests/support/ModelBmc.hpp"
+#include "tests/support/TempRoot.hpp"
+#include "tests/transport/FakeKcs.hpp"
+#include "transport/TransportState.hpp"
+
+#include <algorithm>
+
+namespace {
+
+using namespace std::chrono_literals;
+using Bytes = FakeKcs::Bytes;
+using testing::ElementsAre;
+
+/// Both roads stand ready; the driver is in force until a test closes it.
+class Message : public testing::Test {
+protected:
+    Message()
+    {
+        resetTransportForTests();
+        transportState().OpenIPMIPresence = 1;
+        bmc.on(6, 1, [this](const IpmiRequest&) { return Bytes(answers.at(std::min(served++, answers.size() - 1))); });
+        ports.answer = [this](const Bytes& frame) {
+            frames.push_back(frame);
+            return kcsAnswer;
+        };
+        response.unused3 = response.unused6 = 0x99;
+    }
+
+    int send(int retries = 0, std::uint8_t target = 0x20)
+    {
+        const BMC_REQUEST request{target, 1, 6, 2, static_cast<std::uint32_t>(payload.size()), payload.data()};
+        return SendRequest_Linux(&request, &response, retries);
+    }
+
+    ModelBmc bmc;
+    PortMachine machine;
+    FakeKcs& ports = machine.bmc;
+    FakeClock& clock = machine.clock;
+    ScopedSeam<DeviceFile> useDevice{bmc};
+    std::vector<Bytes> answers{{0x00, 0x41, 0x42}};
+    std::size_t served = 0;
+    Bytes payload, kcsAnswer;
+    std::vector<Bytes> frames;
+    BMC_RESPONSE response{};
+};
+
+TEST_F(Message, AnswerIsFlattened)
+{
+    answers = {{0xC3, 0x41, 0x42}};
+    ASSERT_EQ(send(), 0) << "a completion code is no failure";
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&response);
+    EXPECT_THAT(Bytes(bytes, bytes + 9), ElementsAre(2, 0xC3, 1, 0x99, 6, 0x20, 0x99, 0x41, 0x42));
+}
+
+TEST_F(Message, DirectKcsExchangeKeepsTheRequestsHeader)
+{
+    transportState().OpenIPMIPresence = 0;
+    kcsAnswer = {0x1C, 0x01, 0xC1, 0x07};
+    ASSERT_EQ(send(), 0);
+    EXPECT_THAT(frames, ElementsAre(Bytes{0x18, 0x01})) << "without data two bytes, and never a LUN";
+    EXPECT_THAT((Bytes{response.length, response.completionCode, response.netFn, response.data[0]}),
+                ElementsAre(1, 0xC1, 6, 7));
+    EXPECT_EQ(ports.acquired, 1);
+}
+
+TEST_F(Message, UnusableAnswersAreTriedAgain)
+{
+    transportState().OpenIPMIPresence = 0;
+    const std::pair<std::size_t, int> rows[] = {{0, 1},        {1, 1},        {2, 1},    {3, 0},
+                                                {3 + 1023, 0}, {3 + 1024, 1}, {65534, 1}};
+    for (const auto& [frameLength, expected] : rows) {
+        kcsAnswer.assign(frameLength, 0);
+        frames.clear();
+        EXPECT_EQ(send(3), expected) << frameLength;
+        EXPECT_EQ(frames.size(), expected ? 4u : 1u) << frameLength;
+        EXPECT_TRUE(expected || response.length == static_cast<std::uint8_t>(frameLength - 3));
+    }
+}
+
+TEST_F(Message, RequestAboveItsLimitIsRefusedUnsent)
+{
+    payload.resize(65536);
+    EXPECT_EQ(send(3), 1);
+    transportState().OpenIPMIPresence = 0;
+    payload.resize(65534);
+    EXPECT_EQ(send(3), 1) << "no KCS frame holds it";
+    EXPECT_TRUE(ports.writes.empty());
+    EXPECT_TRUE(bmc.requests.empty());
+}
+
+TEST_F(Message, SilentDriverGivesAnEmptyAnswerAndNoOldData)
+{
+    answers = {{}};
+    ASSERT_EQ(send(3), 0);
+    EXPECT_EQ(response.length, 0);
+    EXPECT_EQ(response.completionCode, 0);
+    EXPECT_EQ(served, 1u);
+    EXPECT_EQ(SendTimedImbpRequest_t(nullptr, 1, nullptr, nullptr, nullptr), 1);
+}
+
+TEST_F(Message, InitialisationHappensOnce)
+{
+    resetTransportForTests();
+    EXPECT_EQ(InitilizeIPMB_Interface(), 0);
+    EXPECT_EQ(transportState().OpenIPMIPresence, 1);
+    bmc.present = false;
+    EXPECT_EQ(InitilizeIPMB_Interface(), 0);
+
+    const TempRoot withoutMemory;
+    resetTransportForTests();
+    EXPECT_EQ(InitilizeIPMB_Interface(), 1);
+    EXPECT_EQ(InitilizeIPMB_Interface(), 1);
+    EXPECT_FALSE(Freelibrary()) << "a later initialisation says 0 even so";
+    resetTransportForTests();
+    EXPECT_EQ(BmcLibInitialize(), noBmcInterface);
+}
+
+TEST_F(Message, TypeFollowsFromTheProductId)
+{
+    const std::pair<Bytes, unsigned> rows[] = {{{0x11, 0x43}, 2}, {{0x12, 0x43}, 2}, {{0x15, 0x43}, 2},
+                                               {{0x13, 0x43}, 1}, {{0x43, 0x11}, 1}, {{0x11}, 1}};
+    for (const auto& [product, expected] : rows) {
+        answers = {Bytes(10)};
+        answers[0].insert(answers[0].end(), product.begin(), product.end());
+        std::uint32_t type = 9;
+        EXPECT_EQ(GetBmcType(&type), 0);
+        EXPECT_EQ(type, expected);
+    }
+}
+
+TEST_F(Message, TypeAndVersionAreReadTwiceAndThenCached)
+{
+    std::uint32_t type = 0, version = 9;
+    answers = {Bytes(12)};
+    for (const auto& [code, expected] : {std::pair{0x51, 1u}, {0x02, 2u}, {0x03, 0u}}) {
+        resetTransportForTests();
+        transportState().OpenIPMIPresence = 1;
+        answers[0][5] = static_cast<std::uint8_t>(code);
+        served = 0;
+        EXPECT_EQ(GetBmcTypeVersion(&type, &version), 0);
+        EXPECT_EQ(GetBmcTypeVersion(&type, &version), 0);
+        EXPECT_EQ(version, expected);
+        EXPECT_EQ(type, 1u);
+        EXPECT_EQ(served, 2u);
+    }
+    resetTransportForTests();
+    ports.absent = true;
+    EXPECT_EQ(GetBmcTypeVersion(&type, &version), deviceIdFailed);
+    EXPECT_EQ(GetBmcType(&type), 1);
+    EXPECT_EQ(type, 0u);
+}
+
+TEST_F(Message, BufferSizesFollowTheRoadAndTheTarget)
+{
+    EXPECT_EQ(GetDriverBufferSize(0x20), 64u);
+    EXPECT_EQ(GetDriverBufferSize(0xC0), 32u);
+    transportState().OpenIPMIPresence = 0;
+    EXPECT_EQ(GetDriverBufferSize(0xC0), 128u);
+    EXPECT_THAT((std::vector{lowestp2(0), lowestp2(65)}), ElementsAre(0u, 64u));
+    const Bytes wraps{0xFF, 0x02, 0x10};
+    EXPECT_EQ(CalculateChecksum(wraps.data(), 3), 0xEF);
+    EXPECT_EQ(CalculateChecksum(wraps.data(), -1), 0);
+}
+
+TEST_F(Message, FirmwareSendersKeepTheirSensesOfSuccess)
+{
+    const Bytes data{0xD1, 0xD2};
+    bmc.on(8, 5, IpmiAnswer{0xC7});
+    bmc.on(8, 1, IpmiAnswer{0xC7});
+    EXPECT_EQ(ProgramSegment(0x20, 0x1234), 0xC7);
+    EXPECT_THAT(bmc.requests.back().data, ElementsAre(0x34, 0x12));
+    EXPECT_EQ(ProgramData(0x20, 0x5678, data.data(), 2), 1);
+    EXPECT_THAT(bmc.requests.back().data, ElementsAre(0x78, 0x56, 0xD1, 0xD2));
+
+    const auto answerOf255 = [](const IpmiRequest&) {
+        IpmiAnswer answer(256);
+        answer[0] = 0xC8;
+        return answer;
+    };
+    bmc.on(8, 5, answerOf255);
+    bmc.on(8, 1, answerOf255);
+    bmc.requests.clear();
+    EXPECT_EQ(ProgramSegment(0x20, 1), 0xC8) << "on the last try the length does not matter";
+    EXPECT_EQ(bmc.requests.size(), 4u);
+    EXPECT_EQ(ProgramData(0x20, 1, data.data(), 2), 0);
+    EXPECT_EQ(bmc.requests.size(), 8u);
+}
+
+TEST_F(Message, WriteToAreaSucceedsWhenTheBridgeFails)
+{
+    const Bytes data{0xD1};
+    bmc.on(6, 0x34, IpmiAnswer{0xC1});
+    EXPECT_EQ(WriteToAreaCmd(0x2C, 7, data.data(), 1), 0);
+    EXPECT_THAT(bmc.requests.back().data, ElementsAre(6, 0x2C, 0xC0, 0x14, 0x20, 0x06, 0xA2, 7, 0xD1, 0x60));
+    EXPECT_TRUE(clock.sleeps.empty());
+
+    bmc.on(6, 0x34, IpmiAnswer{0});
+    bmc.on(6, 0x33, [this](const IpmiRequest&) {
+        const std::uint8_t sequence = bmc.requests[bmc.requests.size() - 2].data[5];
+        return IpmiAnswer{0, 0x46, 0xC4, 0, 0x2C, sequence, 0xA2, 0x00, 0};
+    });
+    EXPECT_EQ(WriteToAreaCmd(0x2C, 7, data.data(), 1), 1);
+    EXPECT_THAT(clock.sleeps, testing::Contains(std::chrono::nanoseconds(2000s)).Times(3));
+}
+
+} // namespace
