@@ -65,7 +65,7 @@ class Board:
         crossed = [key for i, key in enumerate(THRESHOLDS) if key in thresholds and
                    (x <= signed_raw(values[key], format) if i < 3 else x >= signed_raw(values[key], format))]
         self._sensor(number, kind, name, coding, owner, lun, entity, record="full", events=THRESHOLD_EVENTS,
-                     factors=factors, raw=raw, unit=unit, tolerance=tolerance, accuracy=accuracy,
+                     scanned=scanned, known=known, factors=factors, raw=raw, unit=unit, tolerance=tolerance, accuracy=accuracy,
                      value=convert(factors, raw) if readable else None, crossed=crossed if readable else [],
                      thresholds={key: convert(factors, values[key]) for key in THRESHOLDS if key in thresholds})
         if not known or owner not in self.owners:

@@ -11,7 +11,9 @@ SCALE = {"millivolts": (1000, "V"), "milliamperes": (1000, "A"), "tenths of a de
 SHORT = {"UpperNonRecoverableThreshold": "unr", "UpperCriticalThreshold": "uc", "UpperNonCriticalThreshold": "unc",
          "LowerNonCriticalThreshold": "lnc", "LowerCriticalThreshold": "lc", "LowerNonRecoverableThreshold": "lnr",
          "StatusString": "status", "Status": "no.", "Index": "row"}
+STATUS_COLUMN = 5  # of every table, behind the state in a word
 LEFT_OUT = ("DeviceId", "Resolution", "Tolerance", "Accuracy")  # of use to programs; a walk shows them
+WALK_FORM = ("-On", "-Oe", "-OU", "-Ot")  # numbers only, no units
 
 
 class SnmpError(Exception):
@@ -20,16 +22,21 @@ class SnmpError(Exception):
 
 def walk(address, oid, community="public", timeout=5):
     """All values below `oid` as {tuple of sub-identifiers below it: int or str}."""
-    command = ["snmpbulkwalk", "-v2c", "-c", community, "-On", "-Oe", "-OU", "-Ot", "-Cr25", "-r1", f"-t{timeout}", address, dotted(oid)]
+    command = ["snmpbulkwalk", "-v2c", "-c", community, *WALK_FORM, "-Cr25", "-r1", f"-t{timeout}", address, dotted(oid)]
     done = subprocess.run(command, capture_output=True, encoding="latin-1", env=dict(os.environ, MIBS=""))
     if done.returncode:
         raise SnmpError(done.stderr.strip() or done.stdout.strip())
+    return parse_walk(done.stdout, oid)
+
+
+def parse_walk(text, oid):
+    """The values of a walk's output, in WALK_FORM, as walk() gives them; lines outside of `oid` are left out."""
     values = {}
-    for line in joined(done.stdout):
+    for line in joined(text):
         name, _, value = line.partition(" = ")
-        suffix = tuple(map(int, name.lstrip(".").split(".")))[len(oid):]
-        if suffix and not value.startswith("No "):
-            values[suffix] = parsed(value)
+        full = tuple(map(int, name.lstrip(".").split(".")))
+        if full[:len(oid)] == oid and len(full) > len(oid) and not value.startswith("No "):
+            values[full[len(oid):]] = parsed(value)
     return values
 
 
@@ -78,6 +85,7 @@ def common_prefix(thing):
 
 
 def shown(column, value):
+    """A value for a person; a state is a number where its word stands beside it."""
     if value is None:
         return ""
     if isinstance(value, str):
@@ -88,8 +96,8 @@ def shown(column, value):
         divisor, unit = SCALE[column.units]
         digits = len(str(divisor)) - 1
         return f"{value / divisor:.{digits}f} {unit}"
-    if column.values and column.values != STATUS:
-        return f"{column.values.get(value, '?')}({value})"
+    if value in column.values and not (column.values == STATUS and column.suffix == STATUS_COLUMN):
+        return f"{column.values[value]}({value})"
     return f"{value} {column.units}".rstrip()
 
 

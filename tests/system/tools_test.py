@@ -1,0 +1,53 @@
+"""The Python tools: what a board's records and a walk's output are taken for."""
+
+import unittest
+
+from hwtools.bench import ROOT
+from hwtools.board import load_board
+from hwtools.ipmi import ONES, TWOS, checksum, convert, type_length
+from hwtools.mibtable import NO_VALUE, find_object
+from hwtools.tables import parse_walk, printed, rows
+
+
+def factors(**some):
+    return dict(dict(m=1, b=0, r_exp=0, b_exp=0, linearisation=0, format=0), **some)
+
+
+class Records(unittest.TestCase):
+    def test_conversion_by_formats_signs_and_exponents(self):
+        for given, raw, value in ((factors(format=TWOS), 0xE2, -30), (factors(format=ONES), 0xE1, -30),
+                                  (factors(format=ONES), 0xFF, 0), (factors(m=-1, b=100), 60, 40),
+                                  (factors(m=65, b=-4, b_exp=1, r_exp=-2), 70, 45.1), (factors(linearisation=7), 4, 0.25),
+                                  (factors(linearisation=7), 0, None), (factors(linearisation=0x70), 5, None)):
+            with self.subTest(raw=raw, **given):
+                self.assertEqual(convert(given, raw), value)
+
+    def test_packed_texts(self):
+        self.assertEqual(type_length("IPMI", "6bit"), [0x83, 0x29, 0xDC, 0xA6])  # the example of IPMI's FRU definition
+        self.assertEqual(type_length("12-", "bcd"), [0x42, 0x12, 0xBA])
+
+    def test_records_and_areas_of_the_boards_are_well_formed(self):
+        for name in ("share/boards/quickstart.py", "tests/boards/full100.py"):
+            board = load_board(ROOT / name)
+            self.assertEqual(len({(s["owner"], s["lun"], s["number"]) for s in board.sensors}), len(board.sensors))
+            for number, record in enumerate(board.records, 1):
+                self.assertEqual((record[0] | record[1] << 8, record[4]), (number, len(record) - 5))
+            self.assertEqual(checksum(board.frus[0]["data"][:8]), 0)
+
+
+class Walks(unittest.TestCase):
+    def test_rows_of_a_walk_and_what_a_person_sees(self):
+        base = ".1.3.6.1.4.1.44444.2.10.3.5.600.40.1"
+        text = "\n".join((f"{base}.1.1 = INTEGER: 1", f'{base}.3.1 = STRING: "Inlet \\"A\\""', f'{base}.4.1 = STRING: "two',
+                          f'lines"', f"{base}.5.1 = INTEGER: 3", f"{base}.6.1 = INTEGER: -55", f"{base}.7.1 = INTEGER: {NO_VALUE}",
+                          ".1.3.6.1.4.1.44444.2.10.3.5.700.10.1.1.1 = INTEGER: 1"))
+        thing = find_object("temperatureProbeTable")
+        found = rows(thing, parse_walk(text, thing.oid))
+        self.assertEqual(found, [{"temperatureIndex": 1, "temperatureDescription": 'Inlet "A"',
+                                  "temperatureStatusString": "two\nlines", "temperatureStatus": 3,
+                                  "temperatureReading": -55, "temperatureUpperNonRecoverableThreshold": NO_VALUE}])
+        self.assertRegex("\n".join(printed(thing, found)), r'Inlet "A".*\n.* 3 +-5\.5 °C +-\s*$')
+
+
+if __name__ == "__main__":
+    unittest.main()
