@@ -2,7 +2,7 @@
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
-// The root of the tree, and what every area shares: the BMC's address and the filter for the completion code.
+// The root of the tree, and what every area shares: the addresses on the board and the filter for the completion code.
 
 namespace Module::BMCConfig {
 
@@ -10,8 +10,11 @@ using namespace steps;
 
 namespace {
 
+/// Slave addresses in the 8-bit form.
 constexpr TextRow constants[] = {
-    {"$/BMC/BASE_ADDRESS", "20"},
+    {"$/BMC/BASE_ADDRESS", "20"},           {"$/BMC/FRONT_PANEL_ADDRESS", "22"},
+    {"$/BMC/HOT_SWAP_ADDRESS", "C0"},       {"$/BMC/SECOND_HOT_SWAP_ADDRESS", "C2"},
+    {"$/BMC/CHIPSET_ENGINE_ADDRESS", "2C"},
 };
 
 constexpr TextRow packets[] = {
@@ -21,6 +24,11 @@ constexpr TextRow packets[] = {
 
 constexpr TextRow filters[] = {
     {"GET://BMC/COMPLETION_CODE", "0"},
+    {"GET://BMC/UPDATE_STATUS", "1"},
+};
+
+constexpr ReadRow reads[] = {
+    {.key = "GET://BMC/UPDATE_STATUS", .error = "$COMPLETION_CODE", .table = "GET://BMC/UPDATE_STATUS"},
 };
 
 } // namespace
@@ -30,6 +38,25 @@ BmcConfig::BmcConfig(Stores& stores)
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);
+
+    // The firmware interface has no public standard; these are its status byte's values.
+    const TableRow tables[] = {{
+        .key = "GET://BMC/UPDATE_STATUS",
+        .pairs = {{"0", "IDLE"}, {"1", "IN_PROGRESS"}, {"2", "SUCCESS"}, {"3", "FAILED"}, {"FF", "NOT_SUPPORTED"}},
+    }};
+    addTables(stores, tables);
+    addReads(stores, reads);
+
+    addTemplate(stores, "GET://BMC", branch({"INFO", "SDR"}));
+
+    // The subscript is the controller's slave address. One that is not there answers nothing or not with success.
+    addTemplate(stores, "GET://BMC/DEVICE_ID[]",
+                script({
+                    sendWithoutThrow("GET://BMC/DEVICE_ID"),
+                    If("$COMPLETION_CODE != 0", {Throw("ERROR_CONTROLLER_NOT_PRESENT")}),
+                    joinData("$RESULT"),
+                    Return("$RESULT"),
+                }));
 }
 
 } // namespace Module::BMCConfig

@@ -43,9 +43,12 @@ Script readScript(const ReadRow& row)
         found = steps::script({found, mapSteps(row.map)});
     if (row.table)
         found = steps::script({found, LookupTable("$RESULT", row.table, "$RESULT")});
+    if (row.separator)
+        found = steps::script({found, Join("$RESULT", row.separator, "$RESULT")});
     return steps::script({
         send(row.packet ? row.packet : row.key),
         If("$COMPLETION_CODE == 0", {found, Return("$RESULT")}),
+        row.absent ? answerIfAbsent(row.absent) : Steps{},
         Throw(row.error),
     });
 }
@@ -81,6 +84,17 @@ void addTables(Stores& stores, std::span<const TablePair> rows)
             inverse.emplace(word, text);
         addOnce(stores.tables, row.getKey, Table(row.pairs.begin(), row.pairs.end()));
         addOnce(stores.tables, row.setKey, std::move(inverse));
+    }
+}
+
+void addTables(Stores& stores, std::span<const WordTable> rows)
+{
+    for (const WordTable& row : rows) {
+        Table table;
+        for (const auto& [word, texts] : row.words)
+            for (const std::string& text : Util::split(texts, " "))
+                addOnce(table, text, std::string(word));
+        addOnce(stores.tables, row.key, std::move(table));
     }
 }
 

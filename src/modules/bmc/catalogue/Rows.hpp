@@ -29,15 +29,23 @@ struct TablePair {
     std::vector<std::pair<const char*, const char*>> pairs;
 };
 
+/// A table in which many texts give few words: its key, and each word with its texts, separated by blanks.
+struct WordTable {
+    const char* key;
+    std::vector<std::pair<const char*, const char*>> words;
+};
+
 /// A read of one field: sends the packet, and on completion code 0 takes the filter's fields, passes them through the
 /// map function and the table where they are given, and returns them; throws the error otherwise.
 struct ReadRow {
     const char* key;
-    const char* error;
+    const char* error;            ///< a name, or "$COMPLETION_CODE" for the code's own
     const char* packet = nullptr; ///< the key unless given
     const char* filter = nullptr; ///< the key unless given
     const char* map = nullptr;    ///< "HEX2DEC", or with an argument "MASK 7F"; several separated by ", "
     const char* table = nullptr;
+    const char* separator = nullptr; ///< joins several fields to one text; without it they would read as children
+    const char* absent = nullptr;    ///< answered, not thrown, where the BMC does not know the command
 };
 
 void addConstants(Stores& stores, std::span<const TextRow> rows);
@@ -45,6 +53,7 @@ void addPackets(Stores& stores, std::span<const TextRow> rows);
 void addFilters(Stores& stores, std::span<const TextRow> rows);
 void addTables(Stores& stores, std::span<const TableRow> rows);
 void addTables(Stores& stores, std::span<const TablePair> rows);
+void addTables(Stores& stores, std::span<const WordTable> rows);
 void addReads(Stores& stores, std::span<const ReadRow> rows);
 void addTemplate(Stores& stores, const std::string& key, Script script);
 

@@ -69,6 +69,28 @@ Steps send(const std::string& packet)
     });
 }
 
+Steps sendWithoutThrow(const std::string& packet)
+{
+    return script({
+        IPMI_Without_Throw(packet, "$BUFFER"),
+        IPMIResponse("$BUFFER", "GET://BMC/COMPLETION_CODE", "$COMPLETION_CODE"),
+    });
+}
+
+Steps answerIfAbsent(const std::string& word)
+{
+    return If("$COMPLETION_CODE == RESPONSE_ERROR_INVALID_COMMAND", {returnText(word)});
+}
+
+Steps joinData(const std::string& destination)
+{
+    return script({
+        Split("$BUFFER", ":SPACE", destination),
+        Exclude(destination, "GET://BMC/COMPLETION_CODE", destination),
+        Join(destination, ":SPACE", destination),
+    });
+}
+
 Steps sendOrThrow(const std::string& packet, const std::string& error)
 {
     return script({

@@ -81,6 +81,12 @@ Steps While(std::string_view test, std::initializer_list<Steps> body);
 Steps returnText(const std::string& value);
 /// Sends `packet`; leaves the reply in $BUFFER and the completion code, "0" or its name, in $COMPLETION_CODE.
 Steps send(const std::string& packet);
+/// The same for a controller that may not be there: no answer at all reads as "IPMI_RESPONSE_ERROR".
+Steps sendWithoutThrow(const std::string& packet);
+/// After a send: returns `word` if the controller does not know the command.
+Steps answerIfAbsent(const std::string& word);
+/// All data bytes of the reply in $BUFFER as one blank-separated text in `destination`.
+Steps joinData(const std::string& destination);
 /// Sends `packet`; a completion code of 0 returns "SUCCESS", any other throws `error`.
 Steps sendOrThrow(const std::string& packet, const std::string& error);
 /// A branch of the tree: a non-leaf that names `children`.
