@@ -44,7 +44,7 @@ int waitForDaemon(pid_t daemon)
 void restart(int sig)
 {
     std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, agentExecutable);
-    execlp(agentExecutable, "hwAgent", nullptr);
+    execlp(systemPath(agentExecutable).c_str(), "hwAgent", nullptr);
 }
 
 /// Anybody who may read the file can hold a lock on it, so the wait for it has an end.

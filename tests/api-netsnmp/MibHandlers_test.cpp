@@ -1,0 +1,441 @@
+#include "api-netsnmp/MibObjects.hpp"
+#include "api-netsnmp/ThresholdWrites.hpp"
+#include "client/Functions.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+enum class Through { intInfo, intData, strInfo, strData, setInt };
+
+struct Call {
+    Through through;
+    int entity;
+    int attribute;
+    int row;
+    bool operator==(const Call&) const = default;
+};
+
+/// Stands in for the client behind the flat functions: keeps what was asked, answers what the test set.
+struct FakeClient {
+    std::vector<Call> calls;
+    int rows = 3;
+    int result = 0;
+    int setsEnabled = 0;
+    long number = 4711;
+    long written = 0;
+    std::optional<std::string> text = "value";
+};
+FakeClient client;
+
+int answerNumber(Through through, int entity, int attribute, int row, long& out)
+{
+    client.calls.push_back({through, entity, attribute, row});
+    if (client.result == 0)
+        out = client.number;
+    return client.result;
+}
+
+int answerText(Through through, int entity, int attribute, int row, char*& out)
+{
+    client.calls.push_back({through, entity, attribute, row});
+    out = client.text ? strdup(client.text->c_str()) : nullptr;
+    return client.result;
+}
+} // namespace
+
+int getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    return answerNumber(Through::intInfo, entity, attribute, row, out);
+}
+int getIntData(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    return answerNumber(Through::intData, entity, attribute, row, out);
+}
+int getStrInfo(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    return answerText(Through::strInfo, entity, attribute, row, out);
+}
+int getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    return answerText(Through::strData, entity, attribute, row, out);
+}
+int setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value)
+{
+    client.calls.push_back({Through::setInt, entity, attribute, row});
+    client.written = value;
+    return client.result;
+}
+int getCount(_SMEntity)
+{
+    return client.rows;
+}
+int isSetEnabled()
+{
+    return client.setsEnabled;
+}
+int processEvent()
+{
+    return 0;
+}
+int initSMClient()
+{
+    return 0;
+}
+void shutdownSMClient() {}
+
+namespace {
+struct Object {
+    _SMEntity entity;
+    std::vector<oid> place;
+    std::span<const variable2> rows;
+    bool isTable;
+};
+
+const std::vector<Object>& objects()
+{
+    static const std::vector<Object> all = {
+        {SMINFO, {100}, systemManagementSoftwareGroup_variables, false},
+        {CHASSIS, {200}, chassisInformationGroup_variables, false},
+        {PROCESSOR, {300, 10}, processorDeviceTable_variables, true},
+        {DISCRETE_PROCESSOR, {300, 20}, discreteProcessorTable_variables, true},
+        {POWERUNIT, {400, 10}, powerUnitTable_variables, true},
+        {POWERSUPPLY, {400, 20}, powerSupplyTable_variables, true},
+        {VOLTAGE, {400, 30}, voltageProbeTable_variables, true},
+        {DISCRETEVOLTAGE, {400, 40}, discreteVoltageProbeTable_variables, true},
+        {CURRENT, {400, 50}, currentProbeTable_variables, true},
+        {MEMORYARRAY, {500, 10}, physicalMemoryArrayTable_variables, true},
+        {MEMORYDEVICE, {500, 20}, physicalMemoryDeviceTable_variables, true},
+        {DISCRETE_MEMORY, {500, 30}, discreteMemoryTable_variables, true},
+        {COOLINGUNIT, {600, 10}, coolingUnitTable_variables, true},
+        {COOLINGDEVICE, {600, 20}, coolingDeviceTable_variables, true},
+        {DISCRETECOOLING, {600, 30}, discreteCoolingDeviceTable_variables, true},
+        {TEMPERATURE, {600, 40}, temperatureProbeTable_variables, true},
+        {DRIVESLOT, {700, 10}, driveSlotPresenceSensorTable_variables, true},
+        {MISCELLANEOUS, {800, 10}, miscellaneousSensorTable_variables, true},
+    };
+    return all;
+}
+
+std::vector<oid> columnName(const Object& object, const variable2& row)
+{
+    std::vector<oid> name = {1, 3, 6, 1, 4, 1, 44444, 2, 10, 3, 5};
+    name.insert(name.end(), object.place.begin(), object.place.end());
+    name.insert(name.end(), row.name, row.name + row.namelen);
+    return name;
+}
+
+struct Answer {
+    u_char* value;
+    std::size_t length = 99;
+    std::vector<oid> name;
+    WriteMethod* write = nullptr;
+
+    std::string text() const { return {reinterpret_cast<const char*>(value), length}; }
+    long number() const { return *reinterpret_cast<const long*>(value); }
+};
+
+/// Asks as the agent library does: the full column name in `vp`, a name buffer of the greatest length.
+Answer ask(const std::vector<oid>& column, const variable2& row, std::vector<oid> name, bool exact)
+{
+    variable vp{};
+    vp.magic = row.magic;
+    vp.type = row.type;
+    vp.namelen = static_cast<u_char>(column.size());
+    std::copy(column.begin(), column.end(), vp.name);
+    std::size_t nameLength = name.size();
+    name.resize(MAX_OID_LEN);
+    Answer answer{};
+    answer.value = row.findVar(&vp, name.data(), &nameLength, exact, &answer.length, &answer.write);
+    name.resize(nameLength);
+    answer.name = name;
+    return answer;
+}
+
+Answer getInstance(const Object& object, const variable2& row, oid instance)
+{
+    const auto column = columnName(object, row);
+    auto name = column;
+    name.push_back(instance);
+    return ask(column, row, name, true);
+}
+
+const Object& objectOf(_SMEntity entity)
+{
+    return objects()[static_cast<std::size_t>(entity - 1)];
+}
+
+class MibHandlers : public testing::Test {
+protected:
+    void SetUp() override { client = {}; }
+};
+} // namespace
+
+TEST_F(MibHandlers, AllColumnsInOrderAskForTheAttributesInTheirRunningOrder)
+{
+    int columns = 0;
+    std::vector<int> attributes;
+    for (const Object& object : objects())
+        for (const variable2& row : object.rows) {
+            ++columns;
+            client.calls.clear();
+            getInstance(object, row, object.isTable ? 2 : 0);
+            for (const Call& call : client.calls) {
+                EXPECT_EQ(call.entity, object.entity);
+                EXPECT_EQ(call.row, object.isTable ? 1 : 0);
+                attributes.push_back(call.attribute);
+            }
+        }
+    std::vector<int> expected;
+    for (int attribute = SMINFO_HEALTHSTATUS; attribute <= MISCELLANEOUS_SENSOR_STATUS; ++attribute)
+        expected.push_back(attribute);
+    EXPECT_EQ(attributes, expected);
+    EXPECT_EQ(columns, 187);
+}
+
+TEST_F(MibHandlers, RowsCarryMagicSuffixAndTypeOfTheirPlace)
+{
+    for (const Object& object : objects())
+        for (std::size_t i = 0; i < object.rows.size(); ++i) {
+            SCOPED_TRACE(testing::Message() << "entity " << object.entity << " column " << i + 1);
+            const variable2& row = object.rows[i];
+            EXPECT_EQ(row.magic, i + (object.isTable ? 3 : 1));
+            EXPECT_EQ(row.name[row.namelen - 1], i + 1);
+            EXPECT_EQ(row.namelen, object.isTable ? 2 : 1);
+            const Answer answer = getInstance(object, row, object.isTable ? 1 : 0);
+            const bool isText = !client.calls.empty() && (client.calls.back().through == Through::strInfo ||
+                                                          client.calls.back().through == Through::strData);
+            EXPECT_EQ(row.type, isText ? ASN_OCTET_STR : ASN_INTEGER);
+            EXPECT_EQ(answer.length, isText ? client.text->size() : sizeof(long));
+            EXPECT_EQ(row.acl == NETSNMP_OLDAPI_RWRITE, answer.write != nullptr);
+            client.calls.clear();
+        }
+}
+
+TEST_F(MibHandlers, RoadsOfTheColumnsAreLiveWhereTheValueCanChange)
+{
+    struct {
+        Through through;
+        int count;
+    } const roads[] = {{Through::intInfo, 63}, {Through::intData, 51}, {Through::strInfo, 43}, {Through::strData, 14}};
+    for (const Object& object : objects())
+        for (const variable2& row : object.rows)
+            getInstance(object, row, object.isTable ? 1 : 0);
+    for (const auto& road : roads)
+        EXPECT_EQ(std::ranges::count(client.calls, road.through, &Call::through), road.count)
+            << static_cast<int>(road.through);
+}
+
+TEST_F(MibHandlers, FirstColumnOfTheThirdRowIsThree)
+{
+    const Object& object = objectOf(VOLTAGE);
+    EXPECT_EQ(getInstance(object, object.rows[0], 3).number(), 3);
+    EXPECT_TRUE(client.calls.empty());
+}
+
+TEST_F(MibHandlers, RowsThatDoNotExistAreMissed)
+{
+    const Object& object = objectOf(TEMPERATURE);
+    for (const oid instance : {0ul, 4ul, 0x7fffffffUL, 0x80000000UL, 0xfffffffeUL, 0xffffffffUL})
+        EXPECT_EQ(getInstance(object, object.rows[5], instance).value, nullptr) << instance;
+    const auto column = columnName(object, object.rows[5]);
+    auto tooLong = column;
+    tooLong.resize(MAX_OID_LEN, 1);
+    EXPECT_EQ(ask(column, object.rows[5], tooLong, true).value, nullptr);
+    EXPECT_EQ(ask(column, object.rows[5], column, true).value, nullptr);
+    client.rows = 0;
+    EXPECT_EQ(getInstance(object, object.rows[5], 1).value, nullptr);
+    client.rows = -1;
+    EXPECT_EQ(getInstance(object, object.rows[5], 1).value, nullptr);
+    EXPECT_TRUE(client.calls.empty());
+}
+
+TEST_F(MibHandlers, NextRowIsTheOneAfterTheName)
+{
+    const Object& object = objectOf(TEMPERATURE);
+    const auto column = columnName(object, object.rows[1]);
+    const auto with = [&](std::vector<oid> tail) {
+        auto name = column;
+        name.insert(name.end(), tail.begin(), tail.end());
+        return name;
+    };
+    struct {
+        std::vector<oid> asked;
+        std::optional<oid> found;
+    } const cases[] = {
+        {{1, 3}, 1},
+        {column, 1},
+        {with({0}), 1},
+        {with({1}), 2},
+        {with({2, 9, 9}), 3},
+        {with({3}), {}},
+        {with({0x7fffffff}), {}},
+        {with({0xffffffff}), {}},
+        {with(std::vector<oid>(113, 0)), 1},
+    };
+    for (const auto& [asked, found] : cases) {
+        const Answer answer = ask(column, object.rows[1], asked, false);
+        SCOPED_TRACE(testing::PrintToString(asked));
+        EXPECT_EQ(answer.value != nullptr, found.has_value());
+        if (found) {
+            EXPECT_EQ(answer.name, with({*found}));
+        }
+    }
+    client.rows = 0;
+    EXPECT_EQ(ask(column, object.rows[1], column, false).value, nullptr);
+}
+
+TEST_F(MibHandlers, ScalarHasTheOneInstanceZero)
+{
+    const Object& object = objectOf(SMINFO);
+    const auto column = columnName(object, object.rows[1]);
+    EXPECT_EQ(getInstance(object, object.rows[1], 0).text(), "value");
+    EXPECT_EQ(getInstance(object, object.rows[1], 1).value, nullptr);
+    const Answer next = ask(column, object.rows[1], column, false);
+    EXPECT_EQ(next.name.back(), 0u);
+    EXPECT_EQ(ask(column, object.rows[1], next.name, false).value, nullptr);
+}
+
+TEST_F(MibHandlers, WhatCannotBeReadIsZeroOrEmpty)
+{
+    const Object& object = objectOf(DRIVESLOT);
+    getInstance(object, object.rows[1], 1);
+    getInstance(object, object.rows[2], 1);
+    client.result = CLIENT_ERROR_NOSUCHNAME;
+    EXPECT_EQ(getInstance(object, object.rows[1], 1).number(), 0);
+    EXPECT_EQ(getInstance(object, object.rows[2], 1).text(), "");
+    client.result = 0;
+    client.text.reset();
+    const Answer none = getInstance(object, object.rows[3], 1);
+    ASSERT_NE(none.value, nullptr);
+    EXPECT_EQ(none.text(), "");
+}
+
+TEST_F(MibHandlers, TextIsCutAtTheBuffer)
+{
+    client.text = std::string(3000, 'x');
+    for (const _SMEntity entity : {SMINFO, MISCELLANEOUS}) {
+        const Object& object = objectOf(entity);
+        const Answer answer = getInstance(object, object.rows[entity == SMINFO ? 1 : 2], entity == SMINFO ? 0 : 1);
+        EXPECT_EQ(answer.text(), std::string(2559, 'x'));
+        EXPECT_EQ(answer.value[2559], '\0');
+    }
+}
+
+TEST_F(MibHandlers, UnknownMagicHasNoAnswer)
+{
+    for (const int magic : {0, 1, 2, 18, 255}) {
+        const Object& object = objectOf(VOLTAGE);
+        variable2 row = object.rows[0];
+        row.magic = static_cast<u_char>(magic);
+        EXPECT_EQ(getInstance(object, row, 1).value, nullptr) << magic;
+    }
+}
+
+namespace {
+namespace phase {
+// The library's short names are taken by the test framework.
+constexpr int reserve1 = SNMP_MSG_INTERNAL_SET_RESERVE1;
+constexpr int reserve2 = SNMP_MSG_INTERNAL_SET_RESERVE2;
+constexpr int action = SNMP_MSG_INTERNAL_SET_ACTION;
+constexpr int commit = SNMP_MSG_INTERNAL_SET_COMMIT;
+constexpr int release = SNMP_MSG_INTERNAL_SET_FREE;
+constexpr int undo = SNMP_MSG_INTERNAL_SET_UNDO;
+} // namespace phase
+
+struct ThresholdCase {
+    const Object* object;
+    const variable2* row;
+};
+
+std::vector<ThresholdCase> thresholds()
+{
+    std::vector<ThresholdCase> found;
+    for (const Object& object : objects())
+        for (const variable2& row : object.rows)
+            if (row.acl == NETSNMP_OLDAPI_RWRITE)
+                found.push_back({&object, &row});
+    return found;
+}
+
+/// One phase of a SET of `value` on row 2 of the column.
+int setPhase(WriteMethod* write, int action, long value = 77, u_char type = ASN_INTEGER, std::size_t length = 8,
+             oid row = 2)
+{
+    oid name[] = {1, 3, 6, row};
+    static long place;
+    place = value;
+    return write(action, reinterpret_cast<u_char*>(&place), type, length, nullptr, name, 4);
+}
+} // namespace
+
+TEST_F(MibHandlers, EveryPhaseIsRefusedWhileSetsAreDisabled)
+{
+    ASSERT_EQ(thresholds().size(), 24u);
+    for (const auto& [object, row] : thresholds()) {
+        WriteMethod* write = getInstance(*object, *row, 2).write;
+        client.calls.clear();
+        for (int action = phase::reserve1; action <= phase::undo; ++action)
+            EXPECT_EQ(setPhase(write, action, 1, ASN_OCTET_STR, 100), SNMP_ERR_NOTWRITABLE);
+        EXPECT_TRUE(client.calls.empty());
+    }
+}
+
+TEST_F(MibHandlers, SetWritesTheAttributeThatTheColumnReads)
+{
+    client.setsEnabled = 1;
+    for (const auto& [object, row] : thresholds()) {
+        WriteMethod* write = getInstance(*object, *row, 2).write;
+        const Call read = client.calls.back();
+        for (const int action : {phase::reserve1, phase::reserve2, phase::action, phase::commit})
+            EXPECT_EQ(setPhase(write, action), SNMP_ERR_NOERROR);
+        EXPECT_EQ(client.calls.back(), (Call{Through::setInt, read.entity, read.attribute, 1}));
+        EXPECT_EQ(client.written, 77);
+    }
+}
+
+TEST_F(MibHandlers, UndoWritesTheValueReadBefore)
+{
+    client.setsEnabled = 1;
+    client.number = -5;
+    for (const int action : {phase::reserve1, phase::reserve2, phase::action})
+        EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, action), SNMP_ERR_NOERROR);
+    client.result = CLIENT_ERROR_NO_ROW;
+    EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::undo), SNMP_ERR_NOERROR);
+    EXPECT_EQ(client.written, -5);
+    client.calls.clear();
+    EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::release), SNMP_ERR_NOERROR);
+    EXPECT_TRUE(client.calls.empty());
+}
+
+TEST_F(MibHandlers, BadValuesAndFailuresHaveTheirErrors)
+{
+    client.setsEnabled = 1;
+    WriteMethod* write = write_voltageLowerNonRecoverableThreshold;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(setPhase(write, phase::reserve1, 1, ASN_OCTET_STR), SNMP_ERR_WRONGTYPE);
+    EXPECT_EQ(setPhase(write, phase::reserve1, 1, ASN_INTEGER, 9), SNMP_ERR_WRONGLENGTH);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "write to voltageLowerNonRecoverableThreshold not ASN_INTEGER\n"
+                                                      "write to voltageLowerNonRecoverableThreshold: bad length\n");
+    EXPECT_EQ(setPhase(write, phase::reserve2, 1, ASN_INTEGER, 8, 0xffffffff), SNMP_ERR_NOERROR);
+    EXPECT_EQ(client.calls.back().row, -1);
+    client.result = CLIENT_ERROR_NO_ROW;
+    EXPECT_EQ(setPhase(write, phase::reserve2), SNMP_ERR_INCONSISTENTVALUE);
+    EXPECT_EQ(setPhase(write, phase::action), SNMP_ERR_INCONSISTENTVALUE);
+}
+
+TEST_F(MibHandlers, FourObjectsTraceTheirTexts)
+{
+    const Object& object = objectOf(MISCELLANEOUS);
+    testing::internal::CaptureStderr();
+    getInstance(object, object.rows[2], 1);
+    getInstance(object, object.rows[3], 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Miscellaneous::agent::Miscellaneous description is called\n"
+                                                      "Miscellaneous::agent::Status string got called\n");
+}

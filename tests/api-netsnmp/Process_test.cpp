@@ -1,0 +1,166 @@
+#include "api-netsnmp/Process.hpp"
+#include "api-netsnmp/Signals.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <sstream>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+namespace fs = std::filesystem;
+
+/// Runs `body` in a process of its own and gives its exit status, or -1 if a signal ended it.
+template<class Body>
+int exitStatusOf(Body body)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(body());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string contents(const fs::path& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+int softStackLimitAfterRaising(rlim_t soft)
+{
+    return exitStatusOf([soft] {
+        rlimit limit{soft, RLIM_INFINITY};
+        getrlimit(RLIMIT_STACK, &limit);
+        limit.rlim_cur = soft;
+        setrlimit(RLIMIT_STACK, &limit);
+        raiseStackLimit();
+        getrlimit(RLIMIT_STACK, &limit);
+        return limit.rlim_cur == soft ? 1 : limit.rlim_cur == 20'971'520 ? 2 : 3;
+    });
+}
+} // namespace
+
+TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
+{
+    EXPECT_EQ(softStackLimitAfterRaising(8'388'608), 2);
+    EXPECT_EQ(softStackLimitAfterRaising(20'971'519), 2);
+    EXPECT_EQ(softStackLimitAfterRaising(20'975'616), 1);
+}
+
+TEST(Process, ClosedStandardDescriptorsGoToDevNull)
+{
+    for (const int closed : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        EXPECT_EQ(exitStatusOf([closed] {
+                      close(closed);
+                      openStandardDescriptors();
+                      struct stat opened {};
+                      struct stat null {};
+                      fstat(closed, &opened);
+                      stat("/dev/null", &null);
+                      return opened.st_rdev == null.st_rdev && open("/dev/null", O_RDONLY) > STDERR_FILENO ? 0 : 1;
+                  }),
+                  0);
+}
+
+TEST(Process, PidFileIsOverwrittenInPlace)
+{
+    TempRoot root;
+    const fs::path path = root.write(pidFile, "12345678901234\n");
+    writePidFile();
+    const std::string pid = std::to_string(getpid()) + "\n";
+    EXPECT_EQ(contents(path), pid + std::string("12345678901234\n").substr(pid.size()));
+}
+
+TEST(Process, PidFileIsMadeReadableForAll)
+{
+    TempRoot root;
+    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
+    const mode_t before = umask(0);
+    writePidFile();
+    umask(before);
+    EXPECT_EQ(fs::status(root.resolve(pidFile)).permissions(), fs::perms(0644));
+}
+
+TEST(Process, PidFileIsNoWayToAnotherFile)
+{
+    TempRoot root;
+    const fs::path victim = root.write("/etc/passwd", "root\n");
+    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
+    fs::create_symlink(victim, root.resolve(pidFile));
+    writePidFile();
+    EXPECT_EQ(contents(victim), "root\n");
+}
+
+TEST(Process, PidFileIsWrittenAlthoughSomebodyHoldsItsLock)
+{
+    TempRoot root;
+    const fs::path path = root.write(pidFile, "");
+    const int holder = open(path.c_str(), O_RDONLY);
+    flock(holder, LOCK_EX);
+    writePidFile();
+    close(holder);
+    EXPECT_EQ(contents(path), std::to_string(getpid()) + "\n");
+}
+
+TEST(ProcessDeathTest, WatcherLeavesWithStatusZero)
+{
+    EXPECT_EXIT(endWatch(0), testing::ExitedWithCode(0), "^$");
+    EXPECT_EXIT(endWatch(W_EXITCODE(3, 0)), testing::ExitedWithCode(0), "^$");
+    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGKILL)), testing::ExitedWithCode(0), "Signal received at: .*\nKilled by 9\n");
+    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGFPE)), testing::ExitedWithCode(0), "Killed by 8\n");
+}
+
+TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
+{
+    TempRoot root;
+    for (const int sig : {SIGSEGV, SIGABRT, SIGBUS}) {
+        std::ostringstream message;
+        message << "Signal received at: .*\nCaught SIGSEGV, SIGABRT or SIGBUS = " << sig
+                << ", executing /usr/local/hwagent/bin/hwAgent\n";
+        EXPECT_EXIT(endWatch(W_EXITCODE(0, sig)), testing::ExitedWithCode(0), message.str());
+    }
+    const fs::path stranger = root.write(agentExecutable, "#!/bin/sh\nexit 42\n");
+    fs::permissions(stranger, fs::perms(0755));
+    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
+}
+
+TEST(Signals, StopCountsOnlyOnceTheLoopMayRun)
+{
+    testing::internal::CaptureStderr();
+    stop_server(SIGTERM);
+    startRunning();
+    EXPECT_TRUE(isRunning());
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::StartsWith("Caught signal 15\nSignal received at: "));
+    testing::internal::CaptureStderr();
+    stop_server(SIGHUP);
+    stop_server(SIGINT);
+    serveSignals();
+    EXPECT_FALSE(isRunning());
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(printed, testing::HasSubstr("Caught signal 1\n"));
+    EXPECT_THAT(printed, testing::HasSubstr("Caught signal 2\n"));
+}
+
+TEST(Signals, BrokenPipeIsSaidOnceAndIgnoredFromThenOn)
+{
+    const auto before = std::signal(SIGPIPE, reconnect_agentx);
+    testing::internal::CaptureStderr();
+    raise(SIGPIPE);
+    raise(SIGPIPE);
+    serveSignals();
+    serveSignals();
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::AllOf(testing::StartsWith("SIGPIPE signal received at: "),
+                               testing::Not(testing::HasSubstr("\nSIGPIPE"))));
+    EXPECT_EQ(std::signal(SIGPIPE, before), SIG_IGN);
+}
