@@ -24,7 +24,7 @@ function(hw_test folder)
   add_executable(hw_test_${suffix} ${sources})
   target_link_libraries(hw_test_${suffix} PRIVATE ${ARGN} hw_test_support hw_warnings GTest::gmock_main)
   target_precompile_headers(hw_test_${suffix} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-  gtest_discover_tests(hw_test_${suffix} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(hw_test_${suffix} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
 endfunction()
 
 add_custom_target(hw_check_layers
