@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Module::BMCConfig {
 
@@ -36,7 +37,9 @@ public:
     int Reinit_OpenIPMI();
 
 private:
+    void loadFor(const std::string& query);
     Interpreter makeInterpreter();
+    void retryFru(SymbolMap& answers, const std::string& key, const std::map<std::string, std::string>& parameters);
 
     SymbolTable symbols;
     SymbolTable pristine;

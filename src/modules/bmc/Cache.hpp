@@ -3,6 +3,7 @@
 #include "modules/bmc/Handler.hpp"
 #include "modules/bmc/SymbolTable.hpp"
 
+#include <mutex>
 #include <string>
 
 namespace Module::BMCConfig {
@@ -23,6 +24,7 @@ public:
     static std::string Prepend(const std::string& key, _BMC_EXEC exec);
 
 private:
+    std::mutex guard; ///< of `table`; the named lock can be switched off
     SymbolTable table;
 };
 

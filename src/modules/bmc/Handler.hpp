@@ -21,7 +21,8 @@ public:
     virtual void process(const std::string& query, SymbolMap& symbols) = 0;
 };
 
-/// Which queries go to a handler: the first rule whose predicate holds for the query and its form without subscripts.
+/// Which queries go to a handler: the first rule whose predicate holds for the query and its form with emptied
+/// subscripts. A rule without `make` sends its queries to the plain script.
 struct HandlerRule {
     bool (*matches)(const std::string& query, const std::string& withoutIndexes);
     std::unique_ptr<Handler> (*make)(Interpreter* interpreter, _BMC_EXEC exec);

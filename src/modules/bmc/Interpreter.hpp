@@ -6,6 +6,8 @@
 #include "modules/bmc/SymbolTable.hpp"
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,12 +30,17 @@ public:
                 TemplateDB& templates, bool memo, const HandlerRules& rules = noRules());
 
     // The machine.
-    Function fetch();
+    /// The instruction at the program counter, which moves on. It lives as long as its script.
+    const Function& fetch();
     int execute(const Function& function);
     int FunctionalHandler(const Function& function);
     _INTERPRETER_STATE get_state() const;
     void restore_state(const _INTERPRETER_STATE& state);
-    void restore(const SymbolTable& table);
+    void restore(const SymbolTable& saved) { table = saved; }
+    void restore(const IPMIFilterDB& saved) { filters = saved; }
+    void restore(const TableDB& saved) { tables = saved; }
+    void restore(const IPMIPacketDB& saved) { packets = saved; }
+    void restore(const TemplateDB& saved) { templates = saved; }
     void Evaluate_Block();
     /// Runs the script of `key` (or `functions`, if not null) in a frame of its own; the result is left in
     /// `symbols[key]`.
@@ -78,12 +85,45 @@ public:
 private:
     friend struct Dispatch;
 
+    static constexpr int defaultRetries = 3;
+
     // One member an instruction; each returns 0, failures are thrown.
 #define HW_DECLARE(name, code, fewest, most) int Evaluate_##name(const Function& function);
     HW_OPCODES(HW_DECLARE)
 #undef HW_DECLARE
 
+    /// One level of blocks and calls; refuses to go deeper than any script of the catalogue has a use for.
+    class Descent {
+    public:
+        explicit Descent(Interpreter& machine);
+        ~Descent() { --depth; }
+        Descent(const Descent&) = delete;
+        Descent& operator=(const Descent&) = delete;
+
+    private:
+        unsigned& depth;
+    };
+
     bool check_condition(const Symbol& operands);
+    bool holds(const std::string& left, const std::string& operation, const std::string& right);
+    [[noreturn]] void refuseScript(const std::string& reason) const;
+    /// The value of `name` without a copy; that of a literal lives until the next call.
+    const Symbol& value(const std::string& name)
+    {
+        return table.read(name);
+    }
+    void store(const std::string& destination, Symbol symbol);
+    /// Runs `call`; a ResultStatus from it is swallowed and leaves the machine as it was before. False if there was
+    /// one.
+    bool guarded(const std::function<void()>& call);
+    void callTemplate(const std::string& query);
+    bool pollOnce(const std::string& query, const std::string& expected, long pauseSeconds);
+    std::unique_ptr<Handler> makeHandler(const std::string& query);
+    void routeSet(SymbolMap& symbols, const std::string& query);
+    void inject(const std::string& query, const std::string& name, const std::string& index);
+    static void logRequest(const std::string& packet, const std::string& request);
+    std::string exchange(const std::string& packet, const std::string& request);
+    int quotientOf(const std::vector<std::string>& numbers) const;
 
     SymbolTable& table;
     IPMIFilterDB& filters;
@@ -94,7 +134,9 @@ private:
     IPMIPacketDB& packets;
     _BMC_EXEC exec = BMC_EXEC_LOCAL;
     bool memo;
-    int retries = 3;
+    unsigned depth = 0;
+    std::uint64_t steps = 0;
+    int retries = defaultRetries;
     bool interfaceReady = false;
     bool noSatelliteRetries = false;
     const HandlerRules& rules;

@@ -29,6 +29,9 @@ public:
     /// the text: a literal evaluates to itself, and a write to it is lost.
     Symbol& operator[](const std::string& name);
     void get(Symbol& out, const std::string& name);
+    /// What operator[] gives, for reading: a constant of the catalogue is not copied, a literal's symbol lives until
+    /// the next call.
+    const Symbol& read(const std::string& name);
     /// Assigns plain keys; names of the language's form are refused on purpose.
     void set(const std::string& name, const Symbol& symbol);
     /// The entry, or null.

@@ -1,0 +1,120 @@
+#include "platform/IpmiExchange.hpp"
+
+#include "common/CMySemLock.hpp"
+#include "common/ErrorMgr.hpp"
+#include "common/ErrorName.hpp"
+#include "common/ResultStatus.hpp"
+#include "common/Util.hpp"
+#include "transport/BmcMessage.hpp"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <span>
+
+namespace Platform {
+
+namespace {
+
+constexpr char exchangeLock[] = "IPMI_EXEC_LOCK";
+constexpr std::size_t tokensOfHeader = 4;
+constexpr std::size_t mostRequestData = 65535;
+/// Slave addresses up to this one are reserved (IPMB, I2C): nobody answers there.
+constexpr long lastReservedAddress = 0x1F;
+
+/// The transport's state and the buffer below have one user at a time, even while the named locks are switched off or
+/// one was not got in time.
+std::mutex exchangeGuard;
+std::uint8_t requestData[mostRequestData];
+
+std::uint8_t byteOf(const std::string& token)
+{
+    return static_cast<std::uint8_t>(std::strtol(token.c_str(), nullptr, 16));
+}
+
+/// The request's bytes in `requestData`, wiped at the end of the scope: some requests carry passwords.
+class RequestData {
+public:
+    explicit RequestData(std::span<const std::string> tokens) : count(tokens.size())
+    {
+        for (std::size_t at = 0; at < count; ++at)
+            requestData[at] = byteOf(tokens[at]);
+    }
+    ~RequestData() { explicit_bzero(requestData, count); }
+    RequestData(const RequestData&) = delete;
+    RequestData& operator=(const RequestData&) = delete;
+
+    std::uint32_t size() const { return static_cast<std::uint32_t>(count); }
+
+private:
+    std::size_t count;
+};
+
+/// The detail is the request itself, which must not get into the log.
+[[noreturn]] void refuse(unsigned short code, const std::vector<std::string>& tokens)
+{
+    const std::string message = ErrorManager::ErrorMgr::GetInstance()->Get(code);
+    HW_LOG(LOGGER::Category::First, "Error %d: %s", int{code}, message.c_str());
+    throw ResultStatus(code, message, Util::join(tokens, " "), COMMAND_SET);
+}
+
+BMC_REQUEST makeRequest(const std::vector<std::string>& tokens, const RequestData& data)
+{
+    return {.target = byteOf(tokens[0]),
+            .cmd = byteOf(tokens[3]),
+            .netFn = byteOf(tokens[1]),
+            .lun = byteOf(tokens[2]),
+            .length = data.size(),
+            .data = requestData};
+}
+
+void listReply(const BMC_RESPONSE& response, std::vector<std::string>& reply)
+{
+    reply.reserve(1U + response.length);
+    reply.push_back(std::to_string(response.completionCode));
+    for (const std::uint8_t byte : std::span(response.data, response.length))
+        reply.push_back(Util::dec_to_hex_string(byte));
+}
+
+} // namespace
+
+void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions& options,
+                  std::vector<std::string>& reply)
+{
+    reply.clear();
+    if (!tokens.empty() && std::strtol(tokens[0].c_str(), nullptr, 16) <= lastReservedAddress) {
+        reply.emplace_back("CC");
+        return;
+    }
+    if (tokens.size() < tokensOfHeader || tokens.size() - tokensOfHeader > mostRequestData)
+        refuse(ERROR_UNKNOWN, tokens);
+
+    HW_NAMED_LOCK(named, exchangeLock);
+    const std::lock_guard hold(exchangeGuard);
+    if (options.initialise && InitilizeIPMB_Interface() != 0)
+        refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
+    const RequestData data(std::span<const std::string>(tokens).subspan(tokensOfHeader));
+    const BMC_REQUEST request = makeRequest(tokens, data);
+    BMC_RESPONSE response;
+    std::memset(&response, 0, sizeof response);
+    if (SendRequest_Linux(&request, &response, options.retries) != 0)
+        refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
+    listReply(response, reply);
+}
+
+bool selectInterface(int type)
+{
+    HW_NAMED_LOCK(named, exchangeLock);
+    const std::lock_guard hold(exchangeGuard);
+    return SelectIPMIInterface(type) == 1;
+}
+
+int reloadDriver()
+{
+    HW_NAMED_LOCK(named, exchangeLock);
+    const std::lock_guard hold(exchangeGuard);
+    return Reinitialize_OpenIPMI();
+}
+
+} // namespace Platform

@@ -1,0 +1,95 @@
+#include "Query.hpp"
+
+#include "modules/System.hpp"
+
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr int exitFailed = 1; ///< a query failed
+constexpr int exitUsage = 2;
+
+/// Locks on, log file off: the word with which the agent runs the SDK.
+constexpr unsigned char agentFlags = 33;
+
+constexpr char usage[] =
+    "usage: hwquery get [--json] PATH...\n"
+    "\n"
+    "Asks the management SDK for each PATH, such as /BMC/INFO/VERSION, and prints the answer: one line a node,\n"
+    "\"path = values\" for a leaf and \"path: children\" for a branch.\n"
+    "\n"
+    "  --json  print one JSON object a PATH instead\n"
+    "  --help  this text\n"
+    "\n"
+    "A PATH that ends in /@children lists a branch without visiting it. Failures go to standard error with their "
+    "code,\n"
+    "words and path; the exit status is then 1, and 2 for wrong usage.\n";
+
+struct Arguments {
+    bool json = false;
+    std::vector<std::string> paths;
+};
+
+bool getOne(SDK::System& system, const std::string& path, bool json)
+{
+    ResultMap results;
+    try {
+        system.Get(path, results);
+    } catch (const ResultStatus& status) {
+        std::fprintf(stderr, "%s: %s", path.c_str(), hwquery::listFailures(status).c_str());
+        return false;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", path.c_str(), error.what());
+        return false;
+    }
+    const std::string text = json ? hwquery::listJson(results) : hwquery::listText(results);
+    std::fputs(text.c_str(), stdout);
+    return true;
+}
+
+int getAll(const Arguments& arguments)
+{
+    SDK::System system;
+    system.SetFlags(agentFlags);
+    bool answered = true;
+    for (const std::string& path : arguments.paths)
+        answered = getOne(system, path, arguments.json) && answered;
+    return answered ? 0 : exitFailed;
+}
+
+/// False for words that make no call.
+bool readArguments(const std::vector<std::string_view>& words, Arguments& arguments)
+{
+    if (words.empty() || words.front() != "get")
+        return false;
+    for (std::size_t at = 1; at < words.size(); ++at) {
+        if (words[at] == "--json")
+            arguments.json = true;
+        else if (words[at].starts_with("--"))
+            return false;
+        else
+            arguments.paths.emplace_back(words[at]);
+    }
+    return !arguments.paths.empty();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<std::string_view> words(argv + 1, argv + argc);
+    for (const std::string_view word : words)
+        if (word == "--help" || word == "-h") {
+            std::fputs(usage, stdout);
+            return 0;
+        }
+    Arguments arguments;
+    if (readArguments(words, arguments))
+        return getAll(arguments);
+    std::fputs(usage, stderr);
+    return exitUsage;
+}
