@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Place of the configuration file.
+inline constexpr char configPath[] = "/usr/local/hwagent/conf/hwagent.conf";
+
+struct ConfigEntry {
+    std::string key; ///< lower case, without blanks
+    std::string value;
+};
+
+/// The entry of one line, without its line end; nothing for a comment and for a line that is too short or has no "=".
+/// A NUL ends the line.
+std::optional<ConfigEntry> parseConfigLine(std::string_view line);
+
+/// Hands every entry of the file to `take`, in order. Lines of 1,024 characters and more are passed over. False if it
+/// could not be opened or is no regular file.
+bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take);

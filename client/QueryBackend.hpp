@@ -1,0 +1,12 @@
+#pragma once
+
+#include "modules/System.hpp"
+
+/// What the query client asks of the SDK; replaceable with ScopedSeam. Failures are thrown as ResultStatus.
+struct QueryBackend {
+    virtual ~QueryBackend() = default;
+    virtual void get(const std::string& query, ResultMap& results) = 0;
+    virtual void get(SDK::QueryMap queries, ResultMap& results) = 0;
+    virtual void setFlags(unsigned char flags) = 0;
+    static QueryBackend& real();
+};
