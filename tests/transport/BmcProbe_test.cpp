@@ -62,6 +62,9 @@ TEST_F(BmcProbe, FindsTheBaseBehindOtherStructures)
     ports = {};
     ports.privilege = false;
     EXPECT_EQ(MainInit(), noBmcInterface) << "no right to the ports";
+    writeImage(bios + ipmiDevice(4, 0x0CB3), 2);
+    EXPECT_EQ(MainInit(), noBmcInterface) << "an interface of another type";
+    EXPECT_EQ(transportState().g_Mbmcsupport, 1);
 }
 
 TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefault)
@@ -82,13 +85,6 @@ TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefault)
         EXPECT_EQ(MainInit(), -1);
         ports.absent = false;
     }
-}
-
-TEST_F(BmcProbe, OtherInterfaceTypeIsNoted)
-{
-    writeImage(ipmiDevice(4, 0x0CB3), 1);
-    EXPECT_EQ(MainInit(), noBmcInterface);
-    EXPECT_EQ(transportState().g_Mbmcsupport, 1);
 }
 
 TEST_F(BmcProbe, MemoryThatCannotBeUsedIsAnError)

@@ -132,13 +132,6 @@ TEST_F(Kcs, RecoveryGivesUpAfterFiveFailuresOrAtATimeout)
     EXPECT_EQ(KCSBMCErrorHandler(), kcsTimeout);
 }
 
-TEST_F(Kcs, EmptyBusIsNoInterface)
-{
-    EXPECT_TRUE(IsKCS());
-    bmc.absent = true;
-    EXPECT_FALSE(IsKCS());
-}
-
 TEST(SignalAlarm, RingsOnceArmedAndLeavesTheDefaultDisposition)
 {
     std::signal(SIGALRM, SIG_IGN);
