@@ -1,0 +1,409 @@
+#include "common/Util.hpp"
+#include "modules/bmc/catalogue/Catalogue.hpp"
+#include "modules/bmc/catalogue/ThrowNames.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iomanip>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+// The whole catalogue read as data: what a script names must be there, what is there must be named. Each test collects
+// its findings, so that one run shows them all.
+
+using namespace Module::BMCConfig;
+using testing::IsEmpty;
+
+namespace {
+
+using Names = std::set<std::string>;
+using Findings = std::vector<std::string>;
+
+const std::filesystem::path here = std::filesystem::path(__FILE__).parent_path();
+
+const Stores& stores()
+{
+    static const std::shared_ptr<const Stores> all = catalogue(0, true);
+    return *all;
+}
+
+/// The text of the code beside the scripts. What stands there in quotes is used, or set, by a subject's handler.
+const std::string& handlerText()
+{
+    static const std::string text = [] {
+        std::ostringstream all;
+        for (const auto& entry : std::filesystem::directory_iterator(here / "../../../src/modules/bmc"))
+            if (entry.is_regular_file())
+                all << std::ifstream(entry.path()).rdbuf();
+        return all.str();
+    }();
+    return text;
+}
+
+bool namedByHandler(const std::string& name)
+{
+    const auto quoted = [](const std::string& text) {
+        return handlerText().find('"' + text + '"') != std::string::npos;
+    };
+    return quoted(name) || (name.starts_with("$") && quoted(name.substr(1)));
+}
+
+/// Parameters that a caller gives by name, beside a SET's own value and the subscripts.
+const Names callerParameters = {"$BUS_ID", "$SLAVE_ADDRESS", "$READ_COUNT", "$WRITE_DATA", "$/LOCAL_ID"};
+
+bool isSymbol(const std::string& text)
+{
+    return text.size() > 1 && text.front() == '$' && text.find('$', 1) == std::string::npos;
+}
+
+std::string withoutSubscripts(std::string query)
+{
+    for (std::size_t at = 0; (at = query.find('[', at)) != std::string::npos; ++at)
+        if (query.compare(at, 2, "[@") != 0)
+            query.erase(at + 1, query.find(']', at) - at - 1);
+    return query;
+}
+
+/// What one step reads and writes, by the conventions of its operands.
+struct Effect {
+    std::vector<std::string> reads, writes;
+};
+
+Effect effectOf(const Function& step)
+{
+    const std::vector<std::string>& operands = step.arguments.values;
+    if (operands.empty())
+        return {};
+    const std::vector<std::string> butLast(operands.begin(), operands.end() - 1);
+    switch (static_cast<Opcode>(step.opcode)) {
+    case Opcode::If:
+    case Opcode::While:
+    case Opcode::Assign:
+    case Opcode::Return:
+    case Opcode::Throw:
+    case Opcode::Sleep:
+    case Opcode::Print:
+        return {operands, {}};
+    case Opcode::For:
+        return {{operands[1], operands[2]}, {"$" + operands[0]}};
+    case Opcode::Assert:
+        return {butLast, {}};
+    case Opcode::Template:
+    case Opcode::Template_with_Catch:
+        return {operands, {"$RESULT"}};
+    case Opcode::IPMI:
+    case Opcode::IPMI_Without_Throw: {
+        Effect effect{butLast, {operands.back(), "$BMC_COMPLETION_CODE"}};
+        if (const auto packet = stores().packets.find(operands[0]); packet != stores().packets.end())
+            effect.reads.insert(effect.reads.end(), packet->second.values.begin(), packet->second.values.end());
+        return effect;
+    }
+    default:
+        return {butLast, {operands.back()}};
+    }
+}
+
+const std::set<Opcode> sends = {Opcode::IPMI, Opcode::IPMI_Without_Throw};
+const std::set<Opcode> picks = {Opcode::IPMIResponse, Opcode::Filter, Opcode::Exclude};
+const std::set<Opcode> calls = {Opcode::Template, Opcode::Template_with_Catch, Opcode::Poll};
+
+bool isCall(const Function& step)
+{
+    return calls.contains(static_cast<Opcode>(step.opcode));
+}
+
+void forEachStep(const std::function<void(const std::string& key, const Function& step)>& visit)
+{
+    for (const auto& [key, program] : stores().templates)
+        for (const Function& step : *program)
+            visit(key, step);
+}
+
+/// Symbols that a script and all it calls may write.
+Names writesOf(const std::string& key, Names& visited)
+{
+    Names writes;
+    const auto found = stores().templates.find(key);
+    if (found == stores().templates.end() || !visited.insert(key).second)
+        return writes;
+    for (const Function& step : *found->second) {
+        for (const std::string& name : effectOf(step).writes)
+            writes.insert(name);
+        if (isCall(step))
+            writes.merge(writesOf(withoutSubscripts(step.arguments.values[0]), visited));
+    }
+    return writes;
+}
+
+Names writesOf(const std::string& key)
+{
+    Names visited;
+    return writesOf(key, visited);
+}
+
+/// Symbols that a query brings along: its subscripts by name and number, and a SET's value under its last name.
+Names symbolsOfQuery(const std::string& key)
+{
+    Names names;
+    std::string last;
+    for (const std::string& token : Util::split(key.substr(key.find(':') + 1), "/")) {
+        const std::string name = token.substr(0, token.find('['));
+        if (name != token)
+            names.insert({"$" + name, "$" + name + "_NUMBER"});
+        last = "$" + name;
+    }
+    names.insert(last);
+    return names;
+}
+
+/// What is set before a script begins: by its query, by the scripts that call it, by code.
+Names symbolsAtStart(const std::string& key, const std::map<std::string, Names>& callers, Names& visited)
+{
+    Names names = symbolsOfQuery(key);
+    if (!visited.insert(key).second || !callers.contains(key))
+        return names;
+    for (const std::string& caller : callers.at(key)) {
+        names.merge(writesOf(caller));
+        names.merge(symbolsAtStart(caller, callers, visited));
+    }
+    return names;
+}
+
+/// For each literal that steps of the opcodes name as their operand `place`, whether it is a key of the entries.
+template<class Entries>
+Findings missing(const Entries& entries, const std::set<Opcode>& opcodes, std::size_t place)
+{
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        if (!opcodes.contains(static_cast<Opcode>(step.opcode)))
+            return;
+        const std::string& name = step.arguments.values.at(place);
+        if (!isSymbol(name) && !entries.contains(withoutSubscripts(name)))
+            findings.push_back(key + " names " + name);
+    });
+    return findings;
+}
+
+/// Entries that no step of the opcodes names as its operand `place`, nor a handler.
+template<class Entries>
+Findings unused(const Entries& entries, const std::set<Opcode>& opcodes, std::size_t place)
+{
+    Names used;
+    forEachStep([&](const std::string&, const Function& step) {
+        if (opcodes.contains(static_cast<Opcode>(step.opcode)))
+            used.insert(step.arguments.values.at(place));
+    });
+    Findings findings;
+    for (const auto& [name, entry] : entries)
+        if (!used.contains(name) && !namedByHandler(name))
+            findings.push_back(name);
+    return findings;
+}
+
+/// Every symbol that a step or a packet reads.
+Names symbolsRead()
+{
+    Names read;
+    for (const auto& [key, packet] : stores().packets)
+        read.insert(packet.values.begin(), packet.values.end());
+    forEachStep([&](const std::string&, const Function& step) {
+        const Effect effect = effectOf(step);
+        read.insert(effect.reads.begin(), effect.reads.end());
+    });
+    std::erase_if(read, std::not_fn(isSymbol));
+    return read;
+}
+
+std::map<std::string, Names> keysByArea()
+{
+    std::map<std::string, Names> areas;
+    std::ifstream file(here / "catalogue-keys.txt");
+    std::string line, area;
+    while (std::getline(file, line)) {
+        if (line.starts_with("# "))
+            area = line.substr(2);
+        else if (!line.empty()) {
+            std::string key;
+            std::istringstream(line) >> std::quoted(key);
+            areas[area].insert(key);
+        }
+    }
+    return areas;
+}
+
+} // namespace
+
+TEST(Catalogue, EveryStepHasAsManyOperandsAsItsInstructionTakes)
+{
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        const OpcodeInfo info = opcodeInfo(step.opcode);
+        const std::size_t count = step.arguments.size();
+        if (!info.name || count < info.fewestOperands || count > info.mostOperands)
+            findings.push_back(key + ": opcode " + std::to_string(step.opcode) + ", operands " + std::to_string(count));
+    });
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryConditionIsAChainOfTriples)
+{
+    const Names operators = {"==", "!=", "<", "<=", ">", ">="};
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        const auto opcode = static_cast<Opcode>(step.opcode);
+        if (opcode != Opcode::If && opcode != Opcode::While)
+            return;
+        const std::vector<std::string>& operands = step.arguments.values;
+        bool good = operands.size() % 4 == 3;
+        for (std::size_t at = 0; good && at + 2 < operands.size(); at += 4)
+            good = operators.contains(operands[at + 1]) &&
+                   (at + 3 >= operands.size() || operands[at + 3] == "AND" || operands[at + 3] == "OR");
+        if (!good)
+            findings.push_back(key + ": " + Util::join(operands, " "));
+    });
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryBlockHasItsEnd)
+{
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        int depth = 0;
+        for (const Function& step : *program) {
+            const auto opcode = static_cast<Opcode>(step.opcode);
+            depth += opcode == Opcode::If || opcode == Opcode::For || opcode == Opcode::While;
+            depth -= opcode == Opcode::End;
+            if (depth < 0)
+                break;
+        }
+        if (depth != 0 || program->empty())
+            findings.push_back(key);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryNamedEntryExists)
+{
+    EXPECT_THAT(missing(stores().packets, sends, 0), IsEmpty());
+    EXPECT_THAT(missing(stores().filters, picks, 1), IsEmpty());
+    EXPECT_THAT(missing(stores().tables, {Opcode::LookupTable}, 1), IsEmpty());
+    EXPECT_THAT(missing(stores().templates, calls, 0), IsEmpty());
+}
+
+TEST(Catalogue, EveryConstantThatIsReadExistsOrIsSetSomewhere)
+{
+    Names known = callerParameters;
+    for (const auto& [name, value] : stores().symbols)
+        known.insert(name);
+    forEachStep([&](const std::string&, const Function& step) {
+        for (const std::string& name : effectOf(step).writes)
+            known.insert(name);
+    });
+    Findings findings;
+    for (const std::string& name : symbolsRead())
+        if (name.starts_with("$/") && !known.contains(name) && !namedByHandler(name))
+            findings.push_back(name);
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryErrorThatIsThrownHasACode)
+{
+    const Names symbols = {"$COMPLETION_CODE", "$READ_ERROR"};
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        if (static_cast<Opcode>(step.opcode) != Opcode::Throw)
+            return;
+        const std::string& name = step.arguments.values.at(0);
+        if (!symbols.contains(name) && throwCode(name) == 0)
+            findings.push_back(key + " throws " + name);
+    });
+    EXPECT_THAT(findings, IsEmpty());
+    EXPECT_EQ(throwCode("ERROR_LAN_IP_SET"), 1185);
+    EXPECT_EQ(throwCode("ERROR_CR_CONFIGURATION_SET"), 1355);
+    EXPECT_EQ(throwCode("RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"), 2008);
+    EXPECT_EQ(throwCode("ERROR_OF_NO_KIND"), 0);
+}
+
+TEST(Catalogue, EveryEntryIsUsed)
+{
+    EXPECT_THAT(unused(stores().packets, sends, 0), IsEmpty());
+    EXPECT_THAT(unused(stores().filters, picks, 1), IsEmpty());
+    EXPECT_THAT(unused(stores().tables, {Opcode::LookupTable}, 1), IsEmpty());
+
+    const Names read = symbolsRead();
+    Findings constants;
+    for (const auto& [name, value] : stores().symbols)
+        if (!read.contains(name) && !namedByHandler(name))
+            constants.push_back(name);
+    EXPECT_THAT(constants, IsEmpty());
+}
+
+TEST(Catalogue, NoLocalIsReadBeforeItIsWritten)
+{
+    std::map<std::string, Names> callers;
+    forEachStep([&](const std::string& key, const Function& step) {
+        if (isCall(step))
+            callers[withoutSubscripts(step.arguments.values[0])].insert(key);
+    });
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        Names visited;
+        Names written = symbolsAtStart(key, callers, visited);
+        for (const Function& step : *program) {
+            const Effect effect = effectOf(step);
+            for (const std::string& name : effect.reads)
+                if (isSymbol(name) && !name.starts_with("$/") && !written.contains(name) &&
+                    !callerParameters.contains(name) && !namedByHandler(name))
+                    findings.push_back(key + " reads " + name);
+            written.insert(effect.writes.begin(), effect.writes.end());
+            if (isCall(step))
+                written.merge(writesOf(withoutSubscripts(step.arguments.values[0])));
+        }
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryChildOfABranchIsAnswered)
+{
+    // Only names: the events' own places are elsewhere in the tree.
+    const Names namesOnly = {"GET://BMC/INFO/SUPPORT"};
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        const Function& first = program->front();
+        if (program->size() != 1 || static_cast<Opcode>(first.opcode) != Opcode::Append || namesOnly.contains(key))
+            continue;
+        const std::vector<std::string>& names = first.arguments.values;
+        for (std::size_t at = 0; at + 1 < names.size(); ++at)
+            if (const std::string child = key + "/" + names[at];
+                !stores().templates.contains(child) && !namedByHandler(child.substr(child.find("//") + 1)))
+                findings.push_back(child);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, TheKeysOfEachAreaAreTheListedOnes)
+{
+    Names listed;
+    for (const auto& [area, keys] : keysByArea())
+        listed.insert(keys.begin(), keys.end());
+    Findings unlisted, unbuilt;
+    for (const auto& [key, program] : stores().templates)
+        if (listed.erase(key) == 0)
+            unlisted.push_back(key);
+    EXPECT_EQ(keysByArea()["INFO"].size(), 65U);
+    EXPECT_THAT(unlisted, IsEmpty());
+    EXPECT_THAT(listed, IsEmpty()) << "listed, but not built";
+}
+
+TEST(Catalogue, MaskBuildsOnlyItsAreas)
+{
+    const auto infoOnly = catalogue(INFO_CONFIG, false);
+    EXPECT_TRUE(infoOnly->templates.contains("GET://BMC/INFO/VERSION"));
+    EXPECT_FALSE(infoOnly->templates.contains("GET://BMC/IPMI/RAW_COMMAND"));
+    EXPECT_EQ(catalogue(INFO_CONFIG, false), infoOnly);
+}
