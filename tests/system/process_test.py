@@ -1,0 +1,231 @@
+"""The agent's process and its objects under a real snmpd: registrations, requests, refused sets, stops, crashes, restarts
+of the master agent."""
+
+import contextlib
+import os
+import re
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from hwtools.bench import COMMUNITY, ENTERPRISE, PID_FILE, ROOT, Agent, MasterAgent, Simulator
+from hwtools.mibtable import OBJECTS, dotted
+from hwtools.processes import is_running, parent_of, tail, wait_until
+
+BASE = ENTERPRISE + ".2.10.3.5"
+REGISTRATIONS = "1.3.6.1.4.1.8072.1.2.1.1.4"  # nsModuleName: who serves which subtree, by its name and priority
+PING_SECONDS = 2  # as the bench configures it
+PROBE = BASE + ".100.4.0"
+QUIET_EXIT = 0
+
+
+def snmp(master, command, *arguments, community=COMMUNITY):
+    """Output of a Net-SNMP command against `master`, with both streams in one."""
+    done = subprocess.run([command, "-v2c", "-c", community, "-On", "-Oe", "-r0", "-t3", f"127.0.0.1:{master.port}", *arguments],
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, encoding="latin-1",
+                          env=dict(os.environ, MIBS=""))
+    return done.stdout
+
+
+def values(text):
+    """{name: value} of a command's output."""
+    return dict(re.findall(r"^\.([\d.]+) = (.*)$", text, re.MULTILINE))
+
+
+def wait_gone(*pids, seconds=5):
+    wait_until(lambda: not any(map(is_running, pids)), seconds, f"the end of {pids}", 0.01)
+
+
+def exit_status(pid):
+    """Exit status of an adopted process that has ended; a negative signal number if one ended it."""
+    return os.waitstatus_to_exitcode(os.waitpid(pid, os.WNOHANG)[1])
+
+
+class Bench(unittest.TestCase):
+    """Simulator and snmpd for a class."""
+
+    @classmethod
+    def setUpClass(cls):
+        with contextlib.ExitStack() as bench:
+            cls.folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
+            cls.simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", cls.folder / "bmc"))
+            cls.master = bench.enter_context(MasterAgent(cls.folder / "master"))
+            cls.addClassCleanup(bench.pop_all().close)
+
+    def start_agent(self, name="agent", served=True):
+        agent = Agent(self.folder / f"{self._testMethodName}-{name}", self.simulator, self.master)
+        agent.folder.mkdir()
+        agent.prepare()
+        self.addCleanup(agent.stop)
+        agent.start()
+        if served:
+            agent.wait_served()
+        return agent
+
+
+class Requests(Bench):
+    """One agent, asked in every way."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.agent = Agent(cls.folder / "agent", cls.simulator, cls.master)
+        cls.agent.folder.mkdir()
+        cls.addClassCleanup(cls.agent.stop)
+        cls.agent.__enter__()
+        cls.agent.wait_served()
+        cls.walked = values(snmp(cls.master, "snmpwalk", BASE))
+
+    def instances(self):
+        """(column, name of its first instance) of the columns that have one."""
+        for thing in OBJECTS:
+            for column in thing.columns:
+                name = dotted(thing.column_oid(column) + ((0,) if thing.scalar else (1,)))
+                if name in self.walked:
+                    yield column, name
+
+    def test_every_column_is_registered_once_and_nothing_else(self):
+        rows = [line for line in snmp(self.master, "snmpwalk", REGISTRATIONS).splitlines() if "AgentX subagent" in line]
+        columns = [dotted(thing.column_oid(column)) for thing in OBJECTS for column in thing.columns]
+        self.assertEqual(len(rows), len(columns))
+        for column in columns:
+            self.assertEqual(sum(f".{column}.127 = " in row for row in rows), 1, column)
+
+    def test_get_next_get_bulk_and_get_agree(self):
+        self.assertGreater(len(self.walked), 25)
+        self.assertEqual(values(snmp(self.master, "snmpbulkwalk", "-Cr40", BASE)).keys(), self.walked.keys())
+        names = list(self.walked)
+        for start in range(0, len(names), 40):
+            part = names[start:start + 40]
+            self.assertEqual(list(values(snmp(self.master, "snmpget", *part))), part)
+
+    def test_a_bulk_request_beyond_all_bounds_leaves_the_agent_serving(self):
+        snmp(self.master, "snmpbulkget", "-Cr100000", *[f"{BASE}.{n}" for n in range(100, 160)])
+        self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
+
+    def test_sets_are_refused(self):
+        asked = list(self.instances())
+        self.assertTrue(any(column.writable for column, _ in asked))
+        for column, name in asked:
+            kind, value = ("s", "x") if column.kind == "text" else ("i", "1")
+            answer = snmp(self.master, "snmpset", name, kind, value, community="private")
+            self.assertIn("Reason: notWritable", answer, column.name)
+
+    def test_names_without_a_row_have_no_instance(self):
+        for column in ("300.10.1.1", "400.30.1.7", "800.10.1.5"):
+            for row in ("0", "9999", "2147483648", "4294967295", ".".join(["1"] * 100)):
+                name = f"{BASE}.{column}.{row}"
+                self.assertIn("No Such Instance", snmp(self.master, "snmpget", name))
+                self.assertIn("Reason:", snmp(self.master, "snmpset", name, "i", "1", community="private"))
+        self.assertEqual(parent_of(self.agent.pid), self.agent.watcher)
+
+
+class Life(Bench):
+    """Starts and ends of the process."""
+
+    def test_a_stop_signal_ends_daemon_and_watcher_with_status_zero(self):
+        for sign in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(sign.name):
+                agent = self.start_agent(sign.name)
+                os.kill(agent.pid, sign)
+                wait_gone(agent.pid, agent.watcher)
+                self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+
+    def test_a_stop_writes_no_state(self):
+        agent = self.start_agent()
+        os.kill(agent.pid, signal.SIGTERM)
+        wait_gone(agent.pid, agent.watcher)
+        files = [entry.name for entry in (agent.folder / "snmp").rglob("*") if entry.is_file()]
+        self.assertCountEqual(files, ["hwAgent.conf", "hwSubgent.conf"])
+
+    def test_a_crash_brings_up_a_fresh_daemon_and_watcher(self):
+        agent = self.start_agent()
+        for sign in (signal.SIGSEGV, signal.SIGABRT, signal.SIGBUS):
+            with self.subTest(sign.name):
+                old = agent.pid
+                os.kill(old, sign)
+                agent.pid = wait_until(lambda: agent.written_pid() != old and agent.written_pid(), 10, "a new pid")
+                agent.watcher = parent_of(agent.pid)
+                agent.wait_served()
+                self.assertTrue(is_running(agent.watcher))
+                self.assertIn(f"Caught SIGSEGV, SIGABRT or SIGBUS = {sign}, executing ", tail(agent.folder / "agent.log", 99))
+
+    def test_a_kill_leaves_no_process(self):
+        agent = self.start_agent()
+        os.kill(agent.pid, signal.SIGKILL)
+        wait_gone(agent.pid, agent.watcher)
+        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+        self.assertIn("Killed by 9\n", (agent.folder / "agent.log").read_text())
+
+    def test_a_second_agent_leaves_the_first_one_serving(self):
+        first = self.start_agent("first")
+        second = self.start_agent("second", served=False)
+        time.sleep(1)
+        second.stop()
+        self.assertTrue(is_running(first.pid))
+        self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
+
+    def test_closed_descriptors_do_not_reach_a_file(self):
+        agent = Agent(self.folder / "closed", self.simulator, self.master)
+        agent.folder.mkdir()
+        agent.prepare()
+        (agent.root / PID_FILE.lstrip("/")).write_text("")
+        self.addCleanup(agent.stop)
+        subprocess.run(["sh", "-c", f"exec {agent.executable} <&- >&- 2>&-"], env=agent.environment(), check=True)
+        agent.pid = wait_until(agent.written_pid, 10, "the pid file")
+        agent.watcher = parent_of(agent.pid)
+        agent.wait_served()
+        self.assertEqual((agent.root / PID_FILE.lstrip("/")).read_text(), f"{agent.pid}\n")
+
+
+class MasterFaults(Bench):
+    """The master agent comes and goes; the agent stays."""
+
+    def restart_master(self):
+        self.master.process.kill()
+        self.master.process.wait()
+        self.master.start()
+
+    def test_reads_answer_again_after_a_restart(self):
+        agent = self.start_agent()
+        before = values(snmp(self.master, "snmpwalk", BASE))
+        self.restart_master()
+        agent.wait_served(PING_SECONDS + 2)
+        self.assertEqual(values(snmp(self.master, "snmpwalk", BASE)).keys(), before.keys())
+        self.assertTrue(is_running(agent.pid))
+
+    def test_a_restart_in_the_middle_of_requests_is_survived_and_a_stop_is_clean(self):
+        agent = self.start_agent()
+        for _ in range(5):
+            walkers = [subprocess.Popen(["snmpwalk", "-v2c", "-c", COMMUNITY, "-r0", f"127.0.0.1:{self.master.port}", BASE],
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) for _ in range(3)]
+            self.restart_master()
+            for walker in walkers:
+                walker.wait()
+            agent.wait_served(PING_SECONDS + 2)
+        os.kill(agent.pid, signal.SIGTERM)
+        wait_gone(agent.pid, agent.watcher)
+        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+
+    def test_an_agent_started_first_serves_when_the_master_comes(self):
+        self.master.__exit__()
+        agent = self.start_agent(served=False)
+        time.sleep(1)
+        self.assertTrue(is_running(agent.pid))
+        self.master.start()
+        agent.wait_served(30)
+
+    def test_a_stop_while_the_master_is_stalled_ends_within_five_seconds(self):
+        agent = self.start_agent()
+        self.master.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.master.process.send_signal, signal.SIGCONT)
+        os.kill(agent.pid, signal.SIGTERM)
+        wait_gone(agent.pid, agent.watcher)
+        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+
+
+if __name__ == "__main__":
+    unittest.main()
