@@ -97,9 +97,10 @@ TEST_F(Bridge, SequenceRunsFromOneTo3F)
 
 TEST_F(Bridge, StaleShortAndRefusedMessagesUseUpNoRound)
 {
+    const Bytes cutShort{0x00, 0x40, 0x14, 0xCC, 0xC0, 0x05, 0x2D, 0x00};
     getScript.assign(99, Bytes{empty});
     for (int i = 0; i < 50; ++i)
-        getScript.insert(getScript.begin() + i * 2, {stale(), Bytes{refused}, Bytes(1 + i % 8)});
+        getScript.insert(getScript.begin() + i * 2, {stale(), Bytes{refused}, cutShort, Bytes(1 + i % 8)});
     ASSERT_EQ(exchange(), 0);
     EXPECT_EQ(sent.size(), 1u);
     EXPECT_EQ(response->data[0], 0x71);
