@@ -16,7 +16,7 @@ endfunction()
 
 # hw_test(FOLDER DEPENDS...): one GoogleTest executable from tests/FOLDER/*_test.cpp.
 function(hw_test folder)
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*_test.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*_test.cpp)
   if(NOT sources)
     return()
   endif()

@@ -1,0 +1,284 @@
+// Runs the files of tests/modules/bmc/engine/: queries through the engine against a scripted BMC. One test a file.
+//
+//     # comment
+//     get /BMC/INFO/VERSION              a query: get PATH, set PATH VALUE, getmap PATH NAME=VALUE...,
+//                                        setmap PATH NAME=VALUE...; ends at the next query
+//     > 20 06 00 01                      the next request that must come: target, network function, LUN, command,
+//                                        data, all hexadecimal; ".." is any byte
+//     < 00 20 81 01 07 02                its answer, completion code first; "<" alone is a BMC that does not answer
+//     ~ 20 0A 00 22                      a request that may come any number of times, at any place; its answer follows
+//     < 00 34 12
+//     = 1.07.4660                        the query's own node is the only one, and these are its values
+//     = /BMC/INFO/SUPPORT: /BMC/... /... or every node of the answer, a line each: "PATH: children" for a branch,
+//     = /BMC/INFO/VERSION = 1.07.4660    "PATH = values" for a leaf
+//     ! 1269                             or the failure: its code and, if given, its detail
+//     clear                              empties the engine's cache, which otherwise lasts to the end of the file
+//
+// A SET without "=" or "!" must succeed. Every ">" request must come, in order, and no other.
+
+#include "common/ResultStatus.hpp"
+#include "common/Util.hpp"
+#include "modules/bmc/BMCConfigModule.hpp"
+#include "modules/bmc/Cache.hpp"
+#include "platform/PlatformImpl.hpp"
+#include "tests/support/FakeClock.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "transport/TransportState.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+struct Exchange {
+    std::vector<std::string> request; ///< bytes, ".." for any
+    IpmiAnswer answer;
+    bool repeats = false;
+};
+
+struct Query {
+    int line = 0;
+    std::string kind, path, rest;
+    std::vector<Exchange> exchanges;
+    std::vector<std::string> expected; ///< lines of "="
+    std::string failure;               ///< of "!"
+};
+
+std::string restOf(std::istringstream& words)
+{
+    std::string rest;
+    std::getline(words >> std::ws, rest);
+    return rest;
+}
+
+std::vector<Query> readQueries(const std::filesystem::path& path)
+{
+    std::vector<Query> queries;
+    std::ifstream file(path);
+    int number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        std::istringstream words(line);
+        std::string first;
+        words >> first;
+        if (first.empty() || first[0] == '#')
+            continue;
+        if (first == "get" || first == "set" || first == "getmap" || first == "setmap" || first == "clear") {
+            Query query{
+                .line = number, .kind = first, .path = {}, .rest = {}, .exchanges = {}, .expected = {}, .failure = {}};
+            words >> query.path;
+            query.rest = restOf(words);
+            queries.push_back(query);
+        } else if (queries.empty()) {
+            ADD_FAILURE() << path << ":" << number << ": no query before this line";
+        } else if (first == ">" || first == "~") {
+            queries.back().exchanges.push_back({Util::split(Util::upcase(restOf(words)), " "), {}, first == "~"});
+        } else if (first == "<" && !queries.back().exchanges.empty()) {
+            queries.back().exchanges.back().answer = Util::hexTextToBytes(restOf(words));
+        } else if (first == "=") {
+            queries.back().expected.push_back(restOf(words));
+        } else if (first == "!") {
+            queries.back().failure = restOf(words);
+        } else {
+            ADD_FAILURE() << path << ":" << number << ": what is \"" << first << "\"?";
+        }
+    }
+    return queries;
+}
+
+std::string twoDigits(std::uint8_t byte)
+{
+    constexpr char digits[] = "0123456789ABCDEF";
+    return {digits[byte >> 4], digits[byte & 15]};
+}
+
+std::vector<std::string> textOf(const IpmiRequest& request)
+{
+    std::vector<std::string> text{twoDigits(request.target), twoDigits(request.netFn), twoDigits(request.lun),
+                                  twoDigits(request.cmd)};
+    for (const std::uint8_t byte : request.data)
+        text.push_back(twoDigits(byte));
+    return text;
+}
+
+bool matches(const std::vector<std::string>& pattern, const std::vector<std::string>& request)
+{
+    return std::equal(
+        pattern.begin(), pattern.end(), request.begin(), request.end(),
+        [](const std::string& wanted, const std::string& byte) { return wanted == ".." || wanted == byte; });
+}
+
+/// The BMC of one query: answers what the file says, and keeps what came against it.
+class ScriptedBmc {
+public:
+    explicit ScriptedBmc(const std::vector<Exchange>& exchanges)
+    {
+        for (const Exchange& exchange : exchanges) {
+            (exchange.repeats ? repeating : expected).push_back(exchange);
+            const std::uint8_t netFn = Util::hexTextToBytes(exchange.request.at(1)).at(0);
+            const std::uint8_t cmd = Util::hexTextToBytes(exchange.request.at(3)).at(0);
+            bmc.on(netFn, cmd, [this](const IpmiRequest& request) { return answer(request); });
+        }
+    }
+
+    /// What did not come as the file says; requests that it does not name at all are refused by the model and count.
+    std::string complaints() const
+    {
+        std::string text = unexpected;
+        for (const IpmiRequest& request : bmc.requests)
+            if (!known(request))
+                text += "not in the file: " + Util::join(textOf(request), " ") + "\n";
+        for (std::size_t at = next; at < expected.size(); ++at)
+            text += "did not come: " + Util::join(expected[at].request, " ") + "\n";
+        return text;
+    }
+
+private:
+    bool known(const IpmiRequest& request) const
+    {
+        const std::vector<std::string> text = textOf(request);
+        const auto same = [&](const Exchange& exchange) { return matches(exchange.request, text); };
+        return std::any_of(expected.begin(), expected.end(), same) ||
+               std::any_of(repeating.begin(), repeating.end(), same);
+    }
+
+    IpmiAnswer answer(const IpmiRequest& request)
+    {
+        const std::vector<std::string> text = textOf(request);
+        if (next < expected.size() && matches(expected[next].request, text))
+            return expected[next++].answer;
+        for (const Exchange& exchange : repeating)
+            if (matches(exchange.request, text))
+                return exchange.answer;
+        unexpected += "came out of turn: " + Util::join(text, " ") + "\n";
+        return {0xC1};
+    }
+
+    std::vector<Exchange> expected, repeating;
+    std::size_t next = 0;
+    std::string unexpected;
+    ModelBmc bmc;
+    ScopedSeam<DeviceFile> use{bmc};
+};
+
+std::map<std::string, std::string> readParameters(const std::string& text)
+{
+    std::map<std::string, std::string> parameters;
+    for (const std::string& pair : Util::split(text, " ")) {
+        const std::size_t equals = pair.find('=');
+        parameters[pair.substr(0, equals)] = equals == std::string::npos ? "" : pair.substr(equals + 1);
+    }
+    return parameters;
+}
+
+void ask(const Query& query, ResultMap& results)
+{
+    Module::BMCConfig::BMCConfigModule module;
+    if (query.kind == "get")
+        module.Process(query.path, results);
+    else if (query.kind == "getmap")
+        module.ProcessXQuery(query.path, readParameters(query.rest), results, 0);
+    else if (query.kind == "set")
+        module.ProcessXQuery(query.path, query.rest, false);
+    else
+        module.ProcessXQuery(query.path, readParameters(query.rest));
+}
+
+std::vector<std::string> linesOf(const ResultMap& results)
+{
+    std::vector<std::string> lines;
+    for (const auto& [path, node] : results)
+        lines.push_back(path + (node.mType == NODE_LEAF ? " = " : ": ") + Util::join(node.mXNodeList, " "));
+    return lines;
+}
+
+/// "= 1.07" is short for "= PATH = 1.07".
+std::vector<std::string> expectedLines(const Query& query)
+{
+    std::vector<std::string> lines = query.expected;
+    for (std::string& line : lines)
+        if (!line.starts_with('/'))
+            line = query.path + " = " + line;
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+std::string failureText(const ResultStatus& status, bool withDetail)
+{
+    const RStatus& first = *status.begin();
+    return std::to_string(first.mErrorCode) + (withDetail && !first.mXQuery.empty() ? " " + first.mXQuery : "");
+}
+
+void runQuery(const Query& query)
+{
+    ScriptedBmc bmc(query.exchanges);
+    ResultMap results;
+    std::string failure;
+    try {
+        ask(query, results);
+    } catch (const ResultStatus& status) {
+        failure = failureText(status, query.failure.find(' ') != std::string::npos || query.failure.empty());
+    }
+    EXPECT_EQ(failure, query.failure);
+    EXPECT_EQ(bmc.complaints(), "");
+    if (failure.empty() && query.kind.starts_with("get")) {
+        std::vector<std::string> lines = linesOf(results);
+        std::sort(lines.begin(), lines.end());
+        EXPECT_EQ(lines, expectedLines(query));
+    }
+}
+
+/// With the platform already known, so that queries cost their own exchanges only.
+void settlePlatform()
+{
+    ModelBmc bmc;
+    const ScopedSeam<DeviceFile> use(bmc);
+    bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    Platform::PlatformImpl::CreateInstance()->Reset();
+    EXPECT_EQ(Platform::PlatformImpl::CreateInstance()->platformName(), "OTHER_PLATFORM");
+}
+
+std::vector<std::filesystem::path> engineFiles()
+{
+    std::vector<std::filesystem::path> files;
+    const auto folder = std::filesystem::path(__FILE__).parent_path() / "engine";
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.path().extension() == ".txt")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+class EngineFile : public testing::TestWithParam<std::filesystem::path> {
+protected:
+    void SetUp() override
+    {
+        resetTransportForTests();
+        settlePlatform();
+        Module::BMCConfig::Cache::instance().Clear();
+    }
+    void TearDown() override { resetTransportForTests(); }
+
+    FakeClock clock;
+    ScopedSeam<Clock> use{clock};
+};
+
+TEST_P(EngineFile, AnswersAsWritten)
+{
+    for (const Query& query : readQueries(GetParam())) {
+        if (query.kind == "clear") {
+            Module::BMCConfig::Cache::instance().Clear();
+            continue;
+        }
+        SCOPED_TRACE(GetParam().filename().string() + ":" + std::to_string(query.line) + ": " + query.kind + " " +
+                     query.path);
+        runQuery(query);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, EngineFile, testing::ValuesIn(engineFiles()),
+                         [](const auto& file) { return file.param.stem().string(); });
+
+} // namespace
