@@ -12,7 +12,8 @@ from pathlib import Path
 
 from . import simfiles
 from .board import load_board
-from .processes import (BenchError, adopt_orphans, end, free_port, is_running, parent_of, reap, spawn, tail, wait_until)
+from .processes import (BenchError, adopt_orphans, end, find_by_environment, free_port, parent_of, reap_orphans, spawn, tail,
+                        wait_until)
 
 ROOT = Path(__file__).resolve().parents[2]
 AGENT_HOME = "/usr/local/hwagent"
@@ -39,7 +40,11 @@ class Simulator:
         simfiles.write_board(self.board, self.folder)
         self.lan_port, self.serial_port = free_port(socket.SOCK_DGRAM), free_port()
         (self.folder / "lan.conf").write_text(simfiles.lan_conf(self.board.name, self.lan_port, self.serial_port))
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
         return self
 
     def __exit__(self, *_):
@@ -54,7 +59,6 @@ class Simulator:
         wait_until(lambda: self.process.poll() is not None or self._answers(), 10, "ipmi_sim's first answer")
         refused = [line for line in tail(log, 400).splitlines() if line.startswith("**")]
         if self.process.poll() is not None or refused:
-            self.stop()
             raise BenchError("ipmi_sim refuses the board:\n" + "\n".join(refused or [tail(log)]))
         now = int(time.time())  # its event log's clock starts at the host's uptime
         self.ipmitool("raw", "0x0a", "0x49", *(str(now >> 8 * i & 0xFF) for i in range(4)))
@@ -90,11 +94,19 @@ class MasterAgent:
 
     def __enter__(self):
         (self.folder / "persist").mkdir(parents=True, exist_ok=True)
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
         return self
 
     def __exit__(self, *_):
-        end(self.process)
+        self.stop()
+
+    def stop(self):
+        if self.process:
+            end(self.process)
 
     def start(self):
         configuration = self.folder / "snmpd.conf"
@@ -119,11 +131,14 @@ class Agent:
         self.root = self.folder / "root"
         self.configuration = configuration or (ROOT / "packaging" / "hwagent.conf").read_text()
         self.executable = executable or build_folder() / "api-netsnmp" / "hwAgent"
-        self.pid = self.watcher = None
 
     def __enter__(self):
         self.prepare()
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
         return self
 
     def __exit__(self, *_):
@@ -165,15 +180,24 @@ class Agent:
         with open(self.folder / "agent.log", "ab") as log:
             subprocess.run([str(self.executable)], stdin=subprocess.DEVNULL, stdout=log, stderr=log, check=True,
                            env=self.environment(), timeout=30)
-        self.pid = wait_until(self.written_pid, 10, "the agent's pid file")
-        self.watcher = parent_of(self.pid)
+        wait_until(lambda: self.pid, 10, "the agent's pid file")
 
-    def written_pid(self):
+    @property
+    def pid(self):
+        """The daemon's process id as it wrote it, or None."""
         text = (self.root / PID_FILE.lstrip("/")).read_text().split()
         return int(text[0]) if text else None
 
+    @property
+    def watcher(self):
+        return parent_of(self.pid)
+
+    def processes(self):
+        """All processes of this agent, whoever started them: they carry its folder in their environment."""
+        return find_by_environment(f"HWAGENT_PRELOAD_ROOT={self.root}")
+
     def wait_served(self, seconds=60):
-        """Waits until the last table that registers can be asked for."""
+        """Waits until it answers, which it does once all objects are registered."""
         wait_until(lambda: self.master_knows(ENTERPRISE + ".2.10.3.5.100.4.0"), seconds, "the agent's registration", 0.2)
 
     def master_knows(self, oid):
@@ -183,13 +207,13 @@ class Agent:
 
     def stop(self, patience=5):
         """Ends daemon and watcher, as gently as they let it be done."""
-        for pid, sign in ((self.pid, signal.SIGTERM), (self.pid, signal.SIGKILL), (self.watcher, signal.SIGKILL)):
-            if pid is None or not is_running(pid):
-                continue
-            os.kill(pid, sign)
-            limit = time.monotonic() + patience
-            while is_running(pid) and time.monotonic() < limit:
-                time.sleep(0.05)
-        for pid in (self.watcher, self.pid):
-            if pid is not None:
-                reap(pid)
+        running = self.processes()
+        if self.pid in running:
+            os.kill(self.pid, signal.SIGTERM)
+        limit = time.monotonic() + patience
+        while running and time.monotonic() < limit:
+            time.sleep(0.05)
+            running = self.processes()
+        for pid in running:
+            os.kill(pid, signal.SIGKILL)
+        reap_orphans()
