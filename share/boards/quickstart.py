@@ -64,6 +64,19 @@ board.fru(0, chassis=(0x11, "HN-CH-200", "HN-C-7741"),
           board=(13140000, "Lakeside Works", "HN-MB-200", "HN-B-0815", ("HN-200-3", "6bit"), ""),
           product=("Lakeside Works", "Heron 200", "HN-200", "A1", "HN-P-4711", "RACK-07-U12", ""))
 
+firmware = board.smbios
+firmware.firmware("Lakeside Works", "HN.2.04", "03/18/2024")
+firmware.system("Lakeside Works", "Heron 200", "A1", "HN-P-4711", family="Heron")
+firmware.chassis(0x17, "Lakeside Works", "A1", "HN-C-7741", "RACK-07-U12")
+for socket in (0, 1):
+    firmware.processor(f"Socket {socket}", "Lakeside Silicon", "Lakeside K8 2.0GHz", 0xBFEBFBFF000306F2 + socket,
+                       part="LK8-2000")
+array = firmware.memory_array(kilobytes=64 << 20, devices=4)
+for place, megabytes in (("A0", 16384), ("A1", 0), ("B0", 16384), ("B1", 0)):
+    firmware.memory_module(array, f"Slot {place}", f"Bank {place[0]}", megabytes, "Lakeside Memory", f"LM-00{place}", "M-" + place,
+                           "LM-16G-1600")
+firmware.hardware_security(0b00_01_00_10)
+
 MORNING = 1714550400  # 2024-05-01 08:00 UTC
 board.threshold_event(MORNING, 0x02, TEMPERATURE, 7, 71, 70)
 board.threshold_event(MORNING + 90, 0x24, FAN, 0, 29, 30)

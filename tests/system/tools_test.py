@@ -1,5 +1,7 @@
 """The Python tools: what a board's records and a walk's output are taken for."""
 
+import subprocess
+import tempfile
 import unittest
 
 from hwtools.bench import ROOT
@@ -33,6 +35,21 @@ class Records(unittest.TestCase):
             for number, record in enumerate(board.records, 1):
                 self.assertEqual((record[0] | record[1] << 8, record[4]), (number, len(record) - 5))
             self.assertEqual(checksum(board.frus[0]["data"][:8]), 0)
+
+
+class FirmwareTables(unittest.TestCase):
+    def test_dmidecode_reads_the_image(self):
+        with tempfile.NamedTemporaryFile() as image:
+            image.write(load_board(ROOT / "share" / "boards" / "quickstart.py").smbios.image())
+            image.flush()
+            shown = subprocess.run(["/usr/sbin/dmidecode", "--no-sysfs", "-d", image.name], capture_output=True, text=True)
+        self.assertEqual((shown.returncode, shown.stderr), (0, ""))
+        self.assertNotIn("WARNING", shown.stdout)
+        for line in ("SMBIOS 2.7 present.", "Thermal State: Safe", "Socket Designation: Socket 1", "Voltage: 1.1 V",
+                     "Maximum Capacity: 64 GB", "Size: No Module Installed", "Part Number: LM-16G-1600",
+                     "Keyboard Password Status: Enabled", "Front Panel Reset Status: Not Implemented"):
+            with self.subTest(line=line):
+                self.assertIn(line, shown.stdout)
 
 
 class Walks(unittest.TestCase):

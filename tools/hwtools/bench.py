@@ -146,15 +146,14 @@ class Agent:
 
     def prepare(self):
         """Lays out the files that the agent finds at their absolute paths."""
-        def place(path, text):
+        def place(path, content):
             target = self.root / path.lstrip("/")
             target.parent.mkdir(parents=True, exist_ok=True)
-            target.write_text(text)
+            target.write_bytes(content)
 
-        place(AGENT_HOME + "/conf/hwagent.conf", self.configuration)
-        place(PID_FILE, "")
-        place("/dev/mem", "")
-        os.truncate(self.root / "dev" / "mem", 1 << 20)
+        place(AGENT_HOME + "/conf/hwagent.conf", self.configuration.encode())
+        place(PID_FILE, b"")
+        place("/dev/mem", self.simulator.board.smbios.image())
         binary = self.root / (AGENT_HOME + "/bin/hwAgent").lstrip("/")
         binary.parent.mkdir(parents=True, exist_ok=True)
         binary.unlink(missing_ok=True)

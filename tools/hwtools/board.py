@@ -6,6 +6,7 @@ the commands that put ipmi_sim in the same state, and what a correct reader of t
 import runpy
 
 from .ipmi import (THRESHOLDS, UNITS, TWOS, UNSIGNED, checksum, convert, little_endian, shown_text, signed_raw, type_length)
+from .smbios import Tables
 
 BMC_ADDRESS = 0x20
 THRESHOLD_EVENTS = 0x01
@@ -31,6 +32,7 @@ class Board:
                             f"{manufacturer:#x} {product:#x}"]
         self.owners = {BMC_ADDRESS}
         self.records, self.sensors, self.commands, self.events, self.frus = [], [], [], [], {}
+        self.smbios = Tables()
 
     def satellite(self, address, product=0x0102):
         """A further controller on IPMB that owns sensors."""
