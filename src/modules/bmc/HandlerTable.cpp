@@ -1,5 +1,8 @@
 #include "modules/bmc/HandlerTable.hpp"
 
+#include "modules/bmc/Sdr.hpp"
+#include "modules/bmc/Sensor.hpp"
+
 #include <string>
 
 namespace Module::BMCConfig {
@@ -27,14 +30,20 @@ bool asksSensorEngine(const std::string& query, const std::string&)
     return false;
 }
 
+template<class Subject>
+std::unique_ptr<Handler> make(Interpreter* interpreter, _BMC_EXEC exec)
+{
+    return std::make_unique<Subject>(interpreter, exec);
+}
+
 } // namespace
 
 const HandlerRules& handlerRules()
 {
     // the rules without a maker keep their subtrees from the words of the sensor engine's rule
     static const HandlerRules rules = {
-        {contains<sdr>, nullptr}, {contains<bootOrder>, nullptr}, {contains<sel>, nullptr},
-        {contains<fru>, nullptr}, {asksSensorEngine, nullptr},    {contains<sensorDisplay>, nullptr},
+        {contains<sdr>, make<Sdr>}, {contains<bootOrder>, nullptr},   {contains<sel>, nullptr},
+        {contains<fru>, nullptr},   {asksSensorEngine, make<Sensor>}, {contains<sensorDisplay>, make<Sensor>},
     };
     return rules;
 }

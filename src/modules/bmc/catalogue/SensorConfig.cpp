@@ -1,0 +1,410 @@
+#include "modules/bmc/catalogue/ConfigClasses.hpp"
+#include "modules/bmc/catalogue/Rows.hpp"
+#include "modules/bmc/catalogue/SensorSteps.hpp"
+#include "modules/bmc/catalogue/Steps.hpp"
+
+// Sensors: readings, thresholds and events. A sensor's query comes in two forms: by number alone, which means the BMC's
+// own sensor, and by number, owner and LUN.
+
+namespace Module::BMCConfig {
+
+using namespace steps;
+
+namespace {
+
+constexpr TextRow constants[] = {
+    {"$/SENSOR/GET_EVENT_ENABLE", "29"}, {"$/SENSOR/GET_READING", "2D"},      {"$/SENSOR/GET_THRESHOLD", "27"},
+    {"$/SENSOR/REARM_EVENTS", "2A"},     {"$/SENSOR/SET_EVENT_ENABLE", "28"}, {"$/SENSOR/SET_THRESHOLD", "26"},
+};
+
+constexpr TextRow packets[] = {
+    {"GET://BMC/SENSOR/EVENT_ENABLE",
+     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_EVENT_ENABLE $/BMC/SENSOR/NUMBER"},
+    {"GET://BMC/SENSOR/THRESHOLD",
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
+    {"GET://BMC/SENSOR/THRESHOLD_LUN",
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
+    {"GET://BMC/SENSOR/VALUE",
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_READING $/BMC/SENSOR/NUMBER"},
+    {"GET://BMC/SENSOR[]/PROCEVENT",
+     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_EVENT_ENABLE $/BMC/SENSOR/NUMBER"},
+    {"SET://BMC/SENSOR/EVENT_ENABLE",
+     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/SET_EVENT_ENABLE $/BMC/SENSOR/NUMBER $/SENSOR/STATUS "
+     "$/SENSOR/LOWER_ASSERTION_STATUS $/SENSOR/UPPER_ASSERTION_STATUS $/SENSOR/LOWER_DEASSERTION_STATUS "
+     "$/SENSOR/UPPER_DEASSERTION_STATUS"},
+    {"SET://BMC/SENSOR/REARM_EVENTS",
+     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/REARM_EVENTS $/BMC/SENSOR/NUMBER $/BMC/EVENT_STATUS "
+     "$/BMC/LOWER_ASSERTION_EVENT_STATUS $/BMC/UPPER_ASSERTION_EVENT_STATUS $/BMC/LOWER_DEASSERTION_STATUS "
+     "$/BMC/UPPER_DEASSERTION_STATUS"},
+    {"SET://BMC/SENSOR/THRESHOLD",
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/SET_THRESHOLD $/BMC/SENSOR/NUMBER $BYTE0 $BYTE1 "
+     "$BYTE2 $BYTE3 $BYTE4 $BYTE5 $BYTE6"},
+};
+
+constexpr TextRow filters[] = {
+    {"GET://BMC/SENSOR[]/EVENT/LOWER_ASSERTION", "2"},
+    {"GET://BMC/SENSOR[]/EVENT/LOWER_DEASSERTION", "4"},
+    {"GET://BMC/SENSOR[]/EVENT/STATUS", "1"},
+    {"GET://BMC/SENSOR[]/EVENT/UPPER_ASSERTION", "3"},
+    {"GET://BMC/SENSOR[]/EVENT/UPPER_DEASSERTION", "5"},
+};
+
+const TableRow tables[] = {
+    // Which products follow the one whose satellite owners hold no readings that a caller could use.
+    {"GET://BMC/SENSOR/PLATFORM",
+     {{"CEDAR", "Fir"},
+      {"DOGWOOD", "Fir"},
+      {"FIR", "Fir"},
+      {"JUNIPER", "Fir"},
+      {"LILAC", "Fir"},
+      {"LINDEN", "Fir"},
+      {"MAPLE", "Fir"},
+      {"NUTMEG", "Fir"},
+      {"ROWAN", "Fir"}}},
+    {"GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/POWERSUPPLY",
+     {{"0", "PRESENCE_DETECTED"},
+      {"1", "POWER_SUPPLY_FAILURE_DETECTED"},
+      {"2", "PREDICTIVE_FAILURE"},
+      {"3", "POWER_SUPPLY_INPUT_LOST"},
+      {"4", "POWER_SUPPLY_INPUT_LOST_OUT_OF_RANGE"},
+      {"5", "POWER_SUPPLY_INPUT_OUT_OF_RANGE_BUT_PRESENT"},
+      {"6", "CONFIGURATION_ERROR"},
+      {"7", "POWER_SUPPLY_INACTIVE"}}},
+    {"GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/REDUNDANCY",
+     {{"0", "FULLY_REDUNDANT"},
+      {"1", "REDUNDANCY_LOST"},
+      {"2", "REDUNDANT_DEGRADED"},
+      {"3", "NON_REDUNDANT_SUFFICIENT_RESOURCES"},
+      {"4", "NON_REDUNDANT_INSUFFICIENT_TO_SUFFICIENT_RESOURCES"},
+      {"5", "NON_REDUNDANT_INSUFFICENT_RESOURCES"},
+      {"6", "REDUNDANCY_DEGRADED_FROM_FULLY_REDUNDANT_UNIT"},
+      {"7", "REDUNDANCY_DEGRADED_FROM_NON_REDUNDANT_UNIT"}}},
+    {"GET://BMC/SENSOR[]/SCANNING", {{"0", "DISABLE"}, {"40", "ENABLE"}}},
+};
+
+struct Named {
+    const char* name;   ///< as the query's last word
+    const char* symbol; ///< where the status script leaves it
+};
+
+constexpr Named events[] = {
+    {"STATUS", "$/SENSOR/STATUS"},
+    {"LOWER_ASSERTION", "$/SENSOR/LOWER_ASSERTION_STATUS"},
+    {"UPPER_ASSERTION", "$/SENSOR/UPPER_ASSERTION_STATUS"},
+    {"LOWER_DEASSERTION", "$/SENSOR/LOWER_DEASSERTION_STATUS"},
+    {"UPPER_DEASSERTION", "$/SENSOR/UPPER_DEASSERTION_STATUS"},
+};
+
+struct Threshold {
+    const char* name;
+    const char* symbol;
+    const char* readableBit;
+    const char* place;   ///< in the answer behind the completion code, the readable mask at 0
+    const char* swapped; ///< the same for a sensor whose lower and upper thresholds change places
+};
+
+constexpr Threshold thresholds[] = {
+    {"LOWER_NONCRITICAL", "$/SENSOR/LOWER_NONCRITICAL", "01", "1", "4"},
+    {"LOWER_CRITICAL", "$/SENSOR/LOWER_CRITICAL", "02", "2", "5"},
+    {"LOWER_NONRECOVERABLE", "$/SENSOR/LOWER_NONRECOVERABLE", "04", "3", "6"},
+    {"UPPER_NONCRITICAL", "$/SENSOR/UPPER_NONCRITICAL", "08", "4", "1"},
+    {"UPPER_CRITICAL", "$/SENSOR/UPPER_CRITICAL", "10", "5", "2"},
+    {"UPPER_NONRECOVERABLE", "$/SENSOR/UPPER_NONRECOVERABLE", "20", "6", "3"},
+};
+
+Script readValue(const Form& form)
+{
+    return script({
+        addressSensor(form),
+        refuseOnFir(form, returnNothing()),
+        send("GET://BMC/SENSOR/VALUE"),
+        If("$COMPLETION_CODE != 0", {returnNothing()}),
+        Split("$BUFFER", ":SPACE", "$BUFFER"),
+        Exclude("$BUFFER", "GET://BMC/COMPLETION_CODE", "$BUFFER"),
+        Pad("$BUFFER", "0", "4", "$BUFFER"),
+        Join("$BUFFER", ":SPACE", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+// ---- thresholds
+
+Steps keepThresholds(const char* Threshold::*place)
+{
+    Steps steps;
+    for (const Threshold& threshold : thresholds)
+        steps = script({
+            steps,
+            Read("$THRESHOLDS", threshold.*place, threshold.symbol),
+            Map(threshold.symbol, "HEX2DEC", threshold.symbol),
+        });
+    return steps;
+}
+
+Steps markUnreadable()
+{
+    Steps steps;
+    for (const Threshold& threshold : thresholds)
+        steps = script({
+            steps,
+            Map("$READABLE", "MASK", threshold.readableBit, "$BIT"),
+            If("$BIT == 0", {Copy("NOT SUPPORTED", threshold.symbol)}),
+        });
+    return steps;
+}
+
+/// "0", with the six values in their symbols; "1" for a sensor whose thresholds cannot be read.
+Script readThresholds(const Form& form)
+{
+    return script({
+        addressSensor(form),
+        refuseOnFir(form, returnText("1")),
+        send(form.hasOwner ? "GET://BMC/SENSOR/THRESHOLD_LUN" : "GET://BMC/SENSOR/THRESHOLD"),
+        If("$COMPLETION_CODE != 0", {returnText("1")}),
+        Split("$BUFFER", ":SPACE", "$THRESHOLDS"),
+        findRecord(form, returnText("1")),
+        Filter("$RECORD", "GET://BMC/SENSOR_TYPE_INDEX", "$TYPE"),
+        Filter("$RECORD", "GET://BMC/SENSOR_LINEAR_INDEX", "$LINEAR"),
+        Map("$TYPE", "MASK", "$LINEAR", "$/SENSOR/THRESHOLD"),
+        Exclude("$THRESHOLDS", "GET://BMC/COMPLETION_CODE", "$THRESHOLDS"),
+        Size("$THRESHOLDS", "$SIZE"),
+        If("$SIZE != 7", {returnText("1")}),
+        Read("$THRESHOLDS", "0", "$READABLE"),
+        If("$/SENSOR/THRESHOLD == 1", {keepThresholds(&Threshold::swapped)}),
+        If("$/SENSOR/THRESHOLD != 1", {keepThresholds(&Threshold::place)}),
+        markUnreadable(),
+        returnText("0"),
+    });
+}
+
+Script readThreshold(const Form& form, const Threshold& threshold)
+{
+    return script({
+        Template(std::string(form.key) + "/THRESHOLD_STATUS"),
+        Copy("$RESULT", "$STATUS"),
+        If("$STATUS == 0", {Copy(threshold.symbol, "$RESULT"), Return("$RESULT")}),
+        returnNothing(),
+    });
+}
+
+Steps takeGiven(const char* plain, const char* symbol)
+{
+    const std::string given = std::string("$") + plain;
+    return script({
+        Size(given, "$SIZE"),
+        If("$SIZE != 0", {Copy(given, symbol)}),
+    });
+}
+
+/// The bytes in the order of the command; `place` says which value stands where.
+Steps fillBytes(const char* Threshold::*place)
+{
+    Steps steps;
+    for (const Threshold& threshold : thresholds)
+        steps = script({steps, Copy(threshold.symbol, std::string("$BYTE") + threshold.*place)});
+    return steps;
+}
+
+/// The test before the bytes speaks of a text and not of the symbol, so that the thresholds never change places, and
+/// the mask leaves the upper critical one out. Callers have come to rely on both.
+Script writeThresholds(const Form& form)
+{
+    Steps given;
+    for (const Threshold& threshold : thresholds)
+        given = script({given, takeGiven(threshold.name, threshold.symbol)});
+    return script({
+        given,
+        addressSensor(form),
+        findRecord(form, returnText("FAILURE")),
+        Filter("$RECORD", "GET://BMC/SENSOR_NUMBER_INDEX", "$NUMBER"),
+        Filter("$RECORD", "GET://BMC/SENSOR_LINEAR_INDEX", "$LINEAR"),
+        Map("$NUMBER", "MASK", "$LINEAR", "$/SENSOR/THRESHOLD"),
+        Copy("2F", "$/SENSOR/EVENT"),
+        Copy("$/SENSOR/EVENT", "$BYTE0"),
+        If("/SENSOR/THRESHOLD == 1", {fillBytes(&Threshold::swapped)}),
+        If("/SENSOR/THRESHOLD != 1", {fillBytes(&Threshold::place)}),
+        send("SET://BMC/SENSOR/THRESHOLD"),
+        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
+        returnText("FAILURE"),
+    });
+}
+
+// ---- events
+
+/// "0", with the five bytes in their symbols; bytes that the answer leaves out are 0.
+Script readEvents(const Form& form)
+{
+    Steps fields;
+    for (const Named& event : events)
+        fields = script({
+            fields,
+            Filter("$BUFFER", std::string("GET://BMC/SENSOR[]/EVENT/") + event.name, event.symbol),
+        });
+    return script({
+        addressSensor(form),
+        send("GET://BMC/SENSOR/EVENT_ENABLE"),
+        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        Split("$BUFFER", ":SPACE", "$BUFFER"),
+        Pad("$BUFFER", "0", "6", "$BUFFER"),
+        Join("$BUFFER", ":SPACE", "$BUFFER"),
+        fields,
+        returnText("0"),
+    });
+}
+
+Script readEvent(const Named& event)
+{
+    return script({
+        Template("GET://BMC/SENSOR[]/EVENT_STATUS"),
+        Copy(event.symbol, "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Script writeEvents(const Form& form)
+{
+    Steps given;
+    for (const Named& event : events)
+        given = script({given, takeGiven(event.name, event.symbol)});
+    return script({
+        given,
+        addressSensor(form),
+        send("SET://BMC/SENSOR/EVENT_ENABLE"),
+        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
+        returnText("FAILURE"),
+    });
+}
+
+Script readScanning()
+{
+    return script({
+        Template("GET://BMC/SENSOR[]/EVENT_STATUS"),
+        Map("$/SENSOR/STATUS", "MASK", "40", "$SCANNING"),
+        LookupTable("$SCANNING", "GET://BMC/SENSOR[]/SCANNING", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Script readProcessorEvents(const Form& form)
+{
+    return script({
+        addressSensor(form),
+        send("GET://BMC/SENSOR[]/PROCEVENT"),
+        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        Split("$BUFFER", ":SPACE", "$BUFFER"),
+        Exclude("$BUFFER", "GET://BMC/COMPLETION_CODE", "$BUFFER"),
+        Join("$BUFFER", ":SPACE", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+// ---- states of the two kinds of discrete sensors that scripts name
+
+/// The names of the set bits of the masked first state byte, from the script's own table.
+Script nameStates(const char* key)
+{
+    return script({
+        Template("GET://BMC/SENSOR[]/VALUE"),
+        Copy("$RESULT", "$VALUE"),
+        String_Length("$VALUE", "$SIZE"),
+        If("$SIZE == 0", {returnNothing()}),
+        Split("$VALUE", ":SPACE", "$VALUE"),
+        Read("$VALUE", "2", "$STATES"),
+        addressSensor(byNumber),
+        findRecord(byNumber, returnNothing()),
+        Filter("$RECORD", "GET://BMC/SENSOR_DISCRETE_MASK_INDEX", "$POSSIBLE"),
+        If("$POSSIBLE == ERROR", {returnNothing()}),
+        Map("$STATES", "MASK", "$POSSIBLE", "$STATES"),
+        Copy(":NULL", "$NAMES"),
+        For("BIT", "0", "7",
+            {
+                Map("$STATES", "RIGHT_SHIFT", "$BIT", "$STATE"),
+                Map("$STATE", "MASK", "1", "$STATE"),
+                If("$STATE == 1", {LookupTable("$BIT", key, "$NAME"), Append("$NAME", "$NAMES")}),
+            }),
+        Size("$NAMES", "$SIZE"),
+        If("$SIZE == 0", {returnText("UNKNOWN")}),
+        Join("$NAMES", ", ", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+/// Passes a discrete sensor on to the script that knows its states, by its reading type or its sensor type.
+Script nameDiscrete()
+{
+    return script({
+        addressSensor(byNumber),
+        findRecord(byNumber, returnNothing()),
+        Filter("$RECORD", "GET://BMC/SENSOR_READING_TYPE_INDEX", "$READING_TYPE"),
+        Filter("$RECORD", "GET://BMC/SENSOR_TYPE_INDEX", "$TYPE"),
+        If("$READING_TYPE == 0B",
+           {
+               Template("GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/REDUNDANCY"),
+               Return("$RESULT"),
+           }),
+        If("$READING_TYPE == 6F AND $TYPE == 08",
+           {
+               Template("GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/POWERSUPPLY"),
+               Return("$RESULT"),
+           }),
+        returnText("UNKNOWN"),
+    });
+}
+
+/// The same for any sensor: one with thresholds has no states.
+Script invokeDiscrete()
+{
+    return script({
+        addressSensor(byNumber),
+        findRecord(byNumber, returnNothing()),
+        Filter("$RECORD", "GET://BMC/SENSOR_READING_TYPE_INDEX", "$READING_TYPE"),
+        If("$READING_TYPE == 01", {returnText("NOT SUPPORTED")}),
+        Template("GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR"),
+        Return("$RESULT"),
+    });
+}
+
+void addForm(Stores& stores, const Form& form)
+{
+    const std::string key = form.key;
+    addTemplate(stores, key + "/NAME", readName(form));
+    addTemplate(stores, key + "/VALUE", readValue(form));
+    addTemplate(stores, key + "/THRESHOLD_STATUS", readThresholds(form));
+    addTemplate(stores, key + "/THRESHOLD",
+                branch({"LOWER_NONCRITICAL", "LOWER_CRITICAL", "LOWER_NONRECOVERABLE", "UPPER_NONCRITICAL",
+                        "UPPER_CRITICAL", "UPPER_NONRECOVERABLE"}));
+    for (const Threshold& threshold : thresholds)
+        addTemplate(stores, key + "/THRESHOLD/" + threshold.name, readThreshold(form, threshold));
+}
+
+} // namespace
+
+SensorConfig::SensorConfig(Stores& stores)
+{
+    addConstants(stores, constants);
+    addPackets(stores, packets);
+    addFilters(stores, filters);
+    addTables(stores, tables);
+    addNames(stores);
+
+    addForm(stores, byNumber);
+    addForm(stores, byOwner);
+    addTemplate(stores, "SET://BMC/SENSOR[]/THRESHOLD", writeThresholds(byNumber));
+
+    addTemplate(stores, "GET://BMC/SENSOR[]/EVENT",
+                branch({"STATUS", "LOWER_ASSERTION", "UPPER_ASSERTION", "LOWER_DEASSERTION", "UPPER_DEASSERTION"}));
+    for (const Named& event : events)
+        addTemplate(stores, std::string("GET://BMC/SENSOR[]/EVENT/") + event.name, readEvent(event));
+    addTemplate(stores, "GET://BMC/SENSOR[]/EVENT_STATUS", readEvents(byNumber));
+    addTemplate(stores, "GET://BMC/SENSOR[]/PROCEVENT", readProcessorEvents(byNumber));
+    addTemplate(stores, "GET://BMC/SENSOR[]/SCANNING", readScanning());
+    addTemplate(stores, "SET://BMC/SENSOR[]/EVENT", writeEvents(byNumber));
+
+    for (const char* key : {"GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/POWERSUPPLY",
+                            "GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR/REDUNDANCY"})
+        addTemplate(stores, key, nameStates(key));
+    addTemplate(stores, "GET://BMC/SENSOR[]/INTERPRET_DISCRETE_SENSOR", nameDiscrete());
+    addTemplate(stores, "GET://BMC/SENSOR[]/INVOKE_INTERPRET_DISCRETE_SENSOR", invokeDiscrete());
+}
+
+} // namespace Module::BMCConfig

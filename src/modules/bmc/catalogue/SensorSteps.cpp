@@ -1,0 +1,205 @@
+#include "modules/bmc/catalogue/SensorSteps.hpp"
+
+#include "modules/bmc/catalogue/Rows.hpp"
+
+namespace Module::BMCConfig::steps {
+
+namespace {
+
+// Where a record's name begins, and with it the end of a record's fixed part, depends on the record's type: full,
+// compact, event-only. The byte before the name holds coding and length.
+const TableRow tables[] = {
+    {"GET://BMC/SENSOR/NAME_CODE", {{"01", "47"}, {"02", "31"}, {"03", "16"}}},
+    {"GET://BMC/SENSOR/NAME_TEXT", {{"01", "48-SIZE"}, {"02", "32-SIZE"}, {"03", "17-SIZE"}}},
+    {"GET://BMC/SENSOR/BCD_PLUS",
+     {{"0", "0"},
+      {"1", "1"},
+      {"2", "2"},
+      {"3", "3"},
+      {"4", "4"},
+      {"5", "5"},
+      {"6", "6"},
+      {"7", "7"},
+      {"8", "8"},
+      {"9", "9"},
+      {"A", " "},
+      {"B", "-"},
+      {"C", "."},
+      {"D", ":"},
+      {"E", ","},
+      {"F", "_"}}},
+};
+
+/// Runs `body` for each byte of the name, in $BYTE.
+Steps forEachByte(const Steps& body)
+{
+    return For("INDEX", "0", "$NAME_SIZE",
+               {
+                   Map("$INDEX", "HEX2DEC", "$INDEX_IN_DEC"),
+                   If("$INDEX_IN_DEC < $NAME_SIZE", {Read("$NAME_BYTES", "$INDEX_IN_DEC", "$BYTE"), body}),
+               });
+}
+
+Steps returnName()
+{
+    return script({Copy("$NAME_TEXT", "$RESULT"), Return("$RESULT")});
+}
+
+/// A byte that is no printable character adds nothing.
+Steps plainName()
+{
+    return script({
+        Map("$NAME_BYTES", "HEX2STR", "$NAME_TEXT"),
+        Flatten("$NAME_TEXT", "$NAME_TEXT"),
+        returnName(),
+    });
+}
+
+/// Two digits a byte, the upper half first.
+Steps bcdName()
+{
+    return script({
+        forEachByte(script({
+            Map("$BYTE", "RIGHT_SHIFT", "4", "$UPPER"),
+            Map("$BYTE", "MASK", "F", "$LOWER"),
+            LookupTable("$UPPER", "GET://BMC/SENSOR/BCD_PLUS", "$UPPER"),
+            LookupTable("$LOWER", "GET://BMC/SENSOR/BCD_PLUS", "$LOWER"),
+            FormatString("$NAME_TEXT", "$UPPER", "$LOWER", "$NAME_TEXT"),
+        })),
+        returnName(),
+    });
+}
+
+/// Adds the character of the 6-bit code in `code`: the codes run from the blank on.
+Steps addSixBit(const std::string& code)
+{
+    return script({
+        Mathematical("ADD", code, "20", "$CHARACTER"),
+        Map("$CHARACTER", "DEC2HEX", "$CHARACTER"),
+        Map("$CHARACTER", "HEX2STR", "$CHARACTER"),
+        FormatString("$NAME_TEXT", "$CHARACTER", "$NAME_TEXT"),
+    });
+}
+
+/// One of three bytes: its bits in `mask`, above what the byte before has left, make a character; the bits above are
+/// left to the next.
+Steps sixBitPhase(const char* phase, const char* mask, const char* left, const char* rest, const char* next,
+                  const Steps& then)
+{
+    return If(std::string("$PHASE == ") + phase, {
+                                                     Map("$BYTE", "MASK", mask, "$CODE"),
+                                                     Map("$CODE", "LEFT_SHIFT", left, "$CODE"),
+                                                     Map("$CODE", "BIT_OR", "$CARRY", "$CODE"),
+                                                     Map("$BYTE", "RIGHT_SHIFT", rest, "$CARRY"),
+                                                     addSixBit("$CODE"),
+                                                     then,
+                                                     Copy(next, "$NEXT"),
+                                                 });
+}
+
+/// Four characters in three bytes, the first in the lowest bits.
+Steps sixBitName()
+{
+    return script({
+        Copy("0", "$PHASE"),
+        Copy("0", "$CARRY"),
+        forEachByte(script({
+            sixBitPhase("0", "3F", "0", "6", "1", {}),
+            sixBitPhase("1", "0F", "2", "4", "2", {}),
+            sixBitPhase("2", "03", "4", "2", "0", script({addSixBit("$CARRY"), Copy("0", "$CARRY")})),
+            Copy("$NEXT", "$PHASE"),
+        })),
+        returnName(),
+    });
+}
+
+} // namespace
+
+Steps returnNothing()
+{
+    return script({Copy(":NULL", "$RESULT"), Return("$RESULT")});
+}
+
+Steps addressSensor(const Form& form)
+{
+    const Steps checked = script({
+        Map("$SENSOR_NUMBER", "HEX2DEC", "$SENSOR_NUMBER_IN_DEC"),
+        Assert("$SENSOR_NUMBER_IN_DEC", "RANGE_CHECK", "0", "255", "$ASSERT_VALUE"),
+        Copy("$SENSOR_NUMBER", "$/BMC/SENSOR/NUMBER"),
+    });
+    if (!form.hasOwner)
+        return script({checked, Copy("$/BMC/BASE_ADDRESS", "$/BMC/SENSOR_OWNER")});
+    return script({
+        checked,
+        Map("$OWNER_NUMBER", "HEX2DEC", "$OWNER_IN_DEC"),
+        Map("$LUN_NUMBER", "HEX2DEC", "$LUN_IN_DEC"),
+        Copy("$OWNER_NUMBER", "$/BMC/SENSOR_OWNER"),
+    });
+}
+
+Steps refuseOnFir(const Form& form, const Steps& refusal)
+{
+    if (!form.hasOwner)
+        return {};
+    return If("$OWNER_IN_DEC == 33 OR $OWNER_IN_DEC == 1",
+              {
+                  Template_with_Catch("GET://BMC/INFO/PRODUCT"),
+                  LookupTable("$RESULT", "GET://BMC/SENSOR/PLATFORM", "$PLATFORM"),
+                  If("$PLATFORM == Fir", {refusal}),
+              });
+}
+
+Steps findRecord(const Form& form, const Steps& absent)
+{
+    const Steps query = form.hasOwner
+                            ? FormatString("GET://BMC/SDR/SENSOR_NUMBER[", "$SENSOR_NUMBER_IN_DEC", "]/OWNER[",
+                                           "$OWNER_IN_DEC", "]/LUN[", "$LUN_IN_DEC", "]", "$QUERY")
+                            : FormatString("GET://BMC/SDR/SENSOR_NUMBER[", "$SENSOR_NUMBER_IN_DEC", "]", "$QUERY");
+    return script({
+        query,
+        Template("$QUERY"),
+        FormatString("$", "$QUERY", "$FOUND"), // the symbol that holds the list of records
+        Copy("$FOUND", "$FOUND"),
+        Size("$FOUND", "$FOUND_SIZE"),
+        If("$FOUND_SIZE == 0", {absent}),
+        Read("$FOUND", "0", "$FOUND"),
+        FormatString("GET:/", "$FOUND", "$QUERY"),
+        Template("$QUERY"),
+        Copy("$RESULT", "$RECORD"),
+    });
+}
+
+Script readName(const Form& form)
+{
+    return script({
+        addressSensor(form),
+        findRecord(form, returnNothing()),
+        Split("$RECORD", ":SPACE", "$RECORD"),
+        Size("$RECORD", "$RECORD_SIZE"),
+        Read("$RECORD", "3-4", "$RECORD_TYPE"),
+        LookupTable("$RECORD_TYPE", "GET://BMC/SENSOR/NAME_CODE", "$PLACE"),
+        LookupTable("$RECORD_TYPE", "GET://BMC/SENSOR/NAME_TEXT", "$RANGE"),
+        If("$PLACE == ERROR", {returnNothing()}),
+        If("$RECORD_SIZE <= $PLACE", {returnNothing()}),
+        Read("$RECORD", "$PLACE", "$NAME_CODE"),
+        Read("$RECORD", "$RANGE", "$NAME_BYTES"),
+        Map("$NAME_CODE", "MASK", "1F", "$LENGTH"),
+        Map("$LENGTH", "HEX2DEC", "$LENGTH"),
+        FormatString("0-", "$LENGTH", "$RANGE"),
+        Read("$NAME_BYTES", "$RANGE", "$NAME_BYTES"),
+        Size("$NAME_BYTES", "$NAME_SIZE"),
+        If("$NAME_SIZE == 0", {returnNothing()}),
+        Copy(":NULL", "$NAME_TEXT"),
+        Map("$NAME_CODE", "MASK", "C0", "$CODING"),
+        If("$CODING == 80", {sixBitName()}),
+        If("$CODING == 40", {bcdName()}),
+        plainName(),
+    });
+}
+
+void addNames(Stores& stores)
+{
+    addTables(stores, tables);
+}
+
+} // namespace Module::BMCConfig::steps
