@@ -13,13 +13,12 @@ from pathlib import Path
 
 from hwtools.bench import COMMUNITY, ENTERPRISE, PID_FILE, ROOT, Agent, MasterAgent, Simulator
 from hwtools.mibtable import OBJECTS, dotted
-from hwtools.processes import is_running, parent_of, tail, wait_until
+from hwtools.processes import is_running, tail, wait_until
 
 BASE = ENTERPRISE + ".2.10.3.5"
 REGISTRATIONS = "1.3.6.1.4.1.8072.1.2.1.1.4"  # nsModuleName: who serves which subtree, by its name and priority
 PING_SECONDS = 2  # as the bench configures it
 PROBE = BASE + ".100.4.0"
-QUIET_EXIT = 0
 
 
 def snmp(master, command, *arguments, community=COMMUNITY):
@@ -35,13 +34,16 @@ def values(text):
     return dict(re.findall(r"^\.([\d.]+) = (.*)$", text, re.MULTILINE))
 
 
-def wait_gone(*pids, seconds=5):
-    wait_until(lambda: not any(map(is_running, pids)), seconds, f"the end of {pids}", 0.01)
+def end_by(agent, sign, seconds=5):
+    """Sends the daemon a signal, waits for the ends of daemon and watcher, and gives the watcher's exit status."""
+    daemon, watcher = agent.pid, agent.watcher
+    os.kill(daemon, sign)
+    wait_until(lambda: not is_running(daemon) and not is_running(watcher), seconds, "the end of daemon and watcher", 0.01)
+    return os.waitstatus_to_exitcode(os.waitpid(watcher, os.WNOHANG)[1])
 
 
-def exit_status(pid):
-    """Exit status of an adopted process that has ended; a negative signal number if one ended it."""
-    return os.waitstatus_to_exitcode(os.waitpid(pid, os.WNOHANG)[1])
+def thread_count(pid):
+    return len(os.listdir(f"/proc/{pid}/task"))
 
 
 class Bench(unittest.TestCase):
@@ -63,6 +65,8 @@ class Bench(unittest.TestCase):
         agent.start()
         if served:
             agent.wait_served()
+            wait_until(lambda: thread_count(agent.pid) == 3, 5, "the agent's loop")
+            time.sleep(0.1)  # a stop signal before the loop is lost
         return agent
 
 
@@ -77,6 +81,7 @@ class Requests(Bench):
         cls.addClassCleanup(cls.agent.stop)
         cls.agent.__enter__()
         cls.agent.wait_served()
+        cls.daemon = cls.agent.pid
         cls.walked = values(snmp(cls.master, "snmpwalk", BASE))
 
     def instances(self):
@@ -120,7 +125,7 @@ class Requests(Bench):
                 name = f"{BASE}.{column}.{row}"
                 self.assertIn("No Such Instance", snmp(self.master, "snmpget", name))
                 self.assertIn("Reason:", snmp(self.master, "snmpset", name, "i", "1", community="private"))
-        self.assertEqual(parent_of(self.agent.pid), self.agent.watcher)
+        self.assertTrue(is_running(self.daemon))
 
 
 class Life(Bench):
@@ -130,14 +135,11 @@ class Life(Bench):
         for sign in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(sign.name):
                 agent = self.start_agent(sign.name)
-                os.kill(agent.pid, sign)
-                wait_gone(agent.pid, agent.watcher)
-                self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+                self.assertEqual(end_by(agent, sign), 0)
 
     def test_a_stop_writes_no_state(self):
         agent = self.start_agent()
-        os.kill(agent.pid, signal.SIGTERM)
-        wait_gone(agent.pid, agent.watcher)
+        end_by(agent, signal.SIGTERM)
         files = [entry.name for entry in (agent.folder / "snmp").rglob("*") if entry.is_file()]
         self.assertCountEqual(files, ["hwAgent.conf", "hwSubgent.conf"])
 
@@ -147,17 +149,14 @@ class Life(Bench):
             with self.subTest(sign.name):
                 old = agent.pid
                 os.kill(old, sign)
-                agent.pid = wait_until(lambda: agent.written_pid() != old and agent.written_pid(), 10, "a new pid")
-                agent.watcher = parent_of(agent.pid)
+                wait_until(lambda: agent.pid not in (old, None), 10, "a new pid")
                 agent.wait_served()
                 self.assertTrue(is_running(agent.watcher))
                 self.assertIn(f"Caught SIGSEGV, SIGABRT or SIGBUS = {sign}, executing ", tail(agent.folder / "agent.log", 99))
 
     def test_a_kill_leaves_no_process(self):
         agent = self.start_agent()
-        os.kill(agent.pid, signal.SIGKILL)
-        wait_gone(agent.pid, agent.watcher)
-        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+        self.assertEqual(end_by(agent, signal.SIGKILL), 0)
         self.assertIn("Killed by 9\n", (agent.folder / "agent.log").read_text())
 
     def test_a_second_agent_leaves_the_first_one_serving(self):
@@ -175,8 +174,6 @@ class Life(Bench):
         (agent.root / PID_FILE.lstrip("/")).write_text("")
         self.addCleanup(agent.stop)
         subprocess.run(["sh", "-c", f"exec {agent.executable} <&- >&- 2>&-"], env=agent.environment(), check=True)
-        agent.pid = wait_until(agent.written_pid, 10, "the pid file")
-        agent.watcher = parent_of(agent.pid)
         agent.wait_served()
         self.assertEqual((agent.root / PID_FILE.lstrip("/")).read_text(), f"{agent.pid}\n")
 
@@ -192,10 +189,11 @@ class MasterFaults(Bench):
     def test_reads_answer_again_after_a_restart(self):
         agent = self.start_agent()
         before = values(snmp(self.master, "snmpwalk", BASE))
+        daemon = agent.pid
         self.restart_master()
         agent.wait_served(PING_SECONDS + 2)
         self.assertEqual(values(snmp(self.master, "snmpwalk", BASE)).keys(), before.keys())
-        self.assertTrue(is_running(agent.pid))
+        self.assertTrue(is_running(daemon))
 
     def test_a_restart_in_the_middle_of_requests_is_survived_and_a_stop_is_clean(self):
         agent = self.start_agent()
@@ -206,9 +204,7 @@ class MasterFaults(Bench):
             for walker in walkers:
                 walker.wait()
             agent.wait_served(PING_SECONDS + 2)
-        os.kill(agent.pid, signal.SIGTERM)
-        wait_gone(agent.pid, agent.watcher)
-        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+        self.assertEqual(end_by(agent, signal.SIGTERM), 0)
 
     def test_an_agent_started_first_serves_when_the_master_comes(self):
         self.master.__exit__()
@@ -222,9 +218,7 @@ class MasterFaults(Bench):
         agent = self.start_agent()
         self.master.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.master.process.send_signal, signal.SIGCONT)
-        os.kill(agent.pid, signal.SIGTERM)
-        wait_gone(agent.pid, agent.watcher)
-        self.assertEqual(exit_status(agent.watcher), QUIET_EXIT)
+        self.assertEqual(end_by(agent, signal.SIGTERM), 0)
 
 
 if __name__ == "__main__":
