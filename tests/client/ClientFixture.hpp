@@ -1,0 +1,137 @@
+#pragma once
+
+#include "client/CacheState.hpp"
+#include "client/QLInterface.hpp"
+#include "client/Trace.hpp"
+#include "common/ErrorName.hpp"
+#include "common/ResultStatus.hpp"
+#include "tests/support/FakeClock.hpp"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <set>
+
+/// An SDK made of a list of answers: leaves for the queries it knows, ResultStatus for all others.
+class ScriptedBackend : public QueryBackend {
+public:
+    void get(const std::string& query, ResultMap& results) override
+    {
+        asked.push_back(query);
+        if (onGet)
+            onGet(query);
+        const auto answer = answers.find(query);
+        if (answer == answers.end())
+            throw ResultStatus(ERROR_INVALID_QUERY, "no such answer", query, COMMAND_GET);
+        results = answer->second;
+    }
+    void get(SDK::QueryMap queries, ResultMap& results) override
+    {
+        for (const auto& [query, unused] : queries)
+            get(query, results);
+    }
+    void setFlags(unsigned char flags) override { flagsSet.push_back(flags); }
+
+    /// `query` answers itself with one value.
+    void answer(const std::string& query, const std::string& value) { answers[query] = {{query, leaf({value})}}; }
+    static _XNode leaf(std::vector<std::string> values)
+    {
+        _XNode node;
+        node.mXNodeList = std::move(values);
+        return node;
+    }
+    long timesAsked(const std::string& query) const { return std::count(asked.begin(), asked.end(), query); }
+
+    std::map<std::string, ResultMap> answers;
+    std::function<void(const std::string&)> onGet;
+    std::vector<std::string> asked;
+    std::vector<int> flagsSet;
+};
+
+/// What a test says of one sensor; it becomes an SDR in text and the answers to the sensor's queries.
+struct Sensor {
+    int number = 1;
+    int type = 2;
+    std::string name = "P12V";
+    std::string value = "12.050000";
+    /// In the order of the queries' words below; "NOT SUPPORTED" for none. Raw n reads as n volts, degrees, ...
+    std::vector<std::string> bounds = {"10", "11", "9", "13", "14", "15"};
+    int linearization = 0;
+    int unit = 4;
+    int recordType = 1;
+    std::size_t recordBytes = 48;
+    int lun = 0;
+    int owner = 0x20;
+
+    std::string path() const
+    {
+        return "/BMC/SENSOR[" + std::to_string(number) + "]/OWNER[" + std::to_string(owner) + "]/LUN[" +
+               std::to_string(lun) + "]";
+    }
+    std::string record() const
+    {
+        std::vector<int> bytes(64, 0x55);
+        bytes[4] = recordType;
+        bytes[6] = owner;
+        bytes[7] = lun;
+        bytes[8] = number;
+        bytes[13] = type;
+        bytes[22] = unit;
+        bytes[24] = linearization;
+        std::string text;
+        for (std::size_t byte = 1; byte <= recordBytes; ++byte) {
+            char hex[12];
+            std::snprintf(hex, sizeof hex, byte == 1 ? "%x" : " %x", bytes[byte]);
+            text += hex;
+        }
+        return text;
+    }
+};
+
+/// A client's world without hardware: scripted SDK, standing clock, empty cache, silent diagnostics.
+class ClientFixture : public testing::Test {
+protected:
+    ClientFixture()
+    {
+        cache_map.clear();
+        refresh_map.clear();
+        in_refresh = 0;
+        bQLInitialized = false;
+        start_cache_list = 0;
+        sleep_interval = shortestSleepSeconds;
+        last_cache_ref_time = 0;
+        last_req_time = 0;
+        traceWanted = false;
+    }
+
+    void addSensor(const Sensor& sensor)
+    {
+        static const char* const words[] = {"LOWER_CRITICAL",    "LOWER_NONCRITICAL", "LOWER_NONRECOVERABLE",
+                                            "UPPER_NONCRITICAL", "UPPER_CRITICAL",    "UPPER_NONRECOVERABLE"};
+        const std::string list = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensor.type) + "]";
+        ResultMap& records = sdk.answers[list];
+        records["/BMC/SDR[" + std::to_string(records.size() + 1) + "]"] = ScriptedBackend::leaf({sensor.record()});
+        const std::string path = sensor.path();
+        sdk.answer(path + "/NAME", sensor.name);
+        sdk.answer(path + "/INTERPRET_SENSOR_VALUE", sensor.value);
+        for (std::size_t bound = 0; bound < std::size(words); ++bound) {
+            sdk.answer(path + "/THRESHOLD/" + words[bound], sensor.bounds[bound]);
+            sdk.answer(path + "/INTERPRET_SENSOR_VALUE[" + sensor.bounds[bound] + "]",
+                       sensor.bounds[bound] + ".000000");
+        }
+        sdk.answer(path + "/RESOLUTION", "3");
+        sdk.answer(path + "/TOLERANCE", "2.000000");
+        sdk.answer(path + "/ACCURACY", "7");
+    }
+
+    /// A changed reading, as a refresh would bring it.
+    void changeReading(const Sensor& sensor, const std::string& value)
+    {
+        sdk.answer(sensor.path() + "/INTERPRET_SENSOR_VALUE", value);
+        cache_map.clear();
+    }
+
+    ScriptedBackend sdk;
+    ScopedSeam<QueryBackend> useSdk{sdk};
+    FakeClock clock;
+    ScopedSeam<Clock> useClock{clock};
+};

@@ -1,0 +1,129 @@
+#include "client/SensorAcquisition.hpp"
+
+#include "client/Numbers.hpp"
+#include "tests/client/ClientFixture.hpp"
+
+namespace {
+
+class Acquisition : public ClientFixture {
+protected:
+    CSensorWrapper readOne(const Sensor& sensor, bool discrete = false)
+    {
+        addSensor(sensor);
+        SensorDatabase db;
+        GetAllSensorData(sensor.type, &db, 1000, discrete);
+        return db.m_pT.at(0);
+    }
+
+    long thresholdsAsked() const
+    {
+        return std::count_if(sdk.asked.begin(), sdk.asked.end(),
+                             [](const std::string& query) { return query.find("/THRESHOLD/") != std::string::npos; });
+    }
+};
+
+TEST_F(Acquisition, FullRecordGivesIdentityBoundsAndReading)
+{
+    const CSensorWrapper sensor = readOne({.number = 0x31, .lun = 0x43, .owner = 0x21});
+    EXPECT_EQ(sensor.m_cInfo.m_iIdNumber, (0x31 << 16) | (0x40 << 19) | 0x43 | (0x21 << 8));
+    EXPECT_EQ(sensor.m_cInfo.m_cDescription.narrow(), "P12V");
+    EXPECT_EQ(sensor.m_cInfo.m_iUnitType, 4);
+    EXPECT_EQ(sensor.m_cInfo.m_iResolution, 3);
+    EXPECT_EQ(sensor.m_cInfo.m_iTolerance, 2);
+    EXPECT_EQ(sensor.m_cInfo.m_iAccuracy, 7);
+    EXPECT_EQ(sensor.m_cData.m_iValue, 12050);
+    EXPECT_EQ(sensor.m_cData.m_iLowerCritical, 10000);
+    EXPECT_EQ(sensor.m_cData.m_iLowerNonCritical, 11000);
+    EXPECT_EQ(sensor.m_cData.m_iLowerNonRecover, 9000);
+    EXPECT_EQ(sensor.m_cData.m_iUpperNonCritical, 13000);
+    EXPECT_EQ(sensor.m_cData.m_iUpperCritical, 14000);
+    EXPECT_EQ(sensor.m_cData.m_iUpperNonRecover, 15000);
+}
+
+TEST_F(Acquisition, BoundNotSupportedIsNoValueWithoutATranslation)
+{
+    const CSensorWrapper sensor = readOne({.bounds = std::vector<std::string>(6, "NOT SUPPORTED")});
+    EXPECT_EQ(sensor.m_cData.m_iUpperCritical, noValue);
+    EXPECT_EQ(thresholdsAsked(), 6);
+    EXPECT_EQ(std::ranges::count_if(sdk.asked, [](const auto& query) { return query.ends_with("]"); }), 1)
+        << "the list of the records is the only query that ends with a subscript";
+}
+
+TEST_F(Acquisition, OnlyBytesWithinTheRecordAreAskedFor)
+{
+    struct Case {
+        std::size_t bytes;
+        long thresholds;
+    };
+    for (const Case& record : {Case{48, 6}, Case{41, 5}, Case{37, 1}, Case{36, 0}, Case{24, 0}}) {
+        cache_map.clear();
+        sdk.answers.clear();
+        sdk.asked.clear();
+        readOne({.recordBytes = record.bytes});
+        EXPECT_EQ(thresholdsAsked(), record.thresholds) << record.bytes;
+    }
+}
+
+TEST_F(Acquisition, CompactAndDiscreteRecordsHaveNoThresholds)
+{
+    EXPECT_EQ(readOne({.recordType = 2}).m_cData.m_iUpperCritical, 0);
+    EXPECT_EQ(readOne({.type = 3}, true).m_cData.m_iUpperCritical, 0);
+    EXPECT_EQ(thresholdsAsked(), 0);
+}
+
+TEST_F(Acquisition, OtherRecordsEmptyNodesAndFailedListsGiveNoSensor)
+{
+    addSensor({.recordType = 3});
+    ResultMap& records = sdk.answers["/BMC/SDR/SENSOR_TYPE[2]"];
+    records["/BMC/SDR[8]"] = ScriptedBackend::leaf({});
+    records["/BMC/SDR[9]"] = ScriptedBackend::leaf({""});
+    records["/BMC/SDR[0]"].mType = NODE_NONLEAF;
+    SensorDatabase db;
+    GetAllSensorData(2, &db, 1000);
+    GetAllSensorData(99, &db, 1000);
+    EXPECT_EQ(db.m_tdLen(), 0);
+}
+
+TEST_F(Acquisition, ReadingsBecomeFixedPointNumbersAndText)
+{
+    struct Case {
+        const char* value;
+        int number;
+        const char* text;
+    };
+    for (const Case& reading :
+         {Case{"12.05", 12050, "12.05"}, Case{"-3.5", -3500, "-3.5"},
+          Case{"READING_UNAVAILABLE", noValue, "READING_UNAVAILABLE"},
+          Case{"IERR, THERMAL_TRIP", 0, "IERR (Internal Error,Thermal Trip"}, Case{"1e30", greatestValue, "1e30"},
+          Case{"-inf", std::numeric_limits<int>::min(), "-inf"}, Case{"nan", noValue, "nan"}}) {
+        cache_map.clear();
+        const CSensorWrapper sensor = readOne({.value = reading.value});
+        EXPECT_EQ(sensor.m_cData.m_iValue, reading.number) << reading.value;
+        EXPECT_EQ(sensor.m_cData.m_cValueString.narrow(), reading.text);
+    }
+}
+
+TEST_F(Acquisition, FailedReadingLeavesTheWrapper)
+{
+    CSensorWrapper sensor = readOne({});
+    cache_map.clear();
+    sdk.answers.clear();
+    GetSensorData(sensor, 1000);
+    EXPECT_EQ(sensor.m_cData.m_iValue, 12050);
+}
+
+TEST_F(Acquisition, FigureQueriesFollowTheSelector)
+{
+    const Sensor sensor;
+    addSensor(sensor);
+    EXPECT_EQ(ExecuteThresholdQuery(1, 0x20, 0, 0, 1, 10), noValue);
+    EXPECT_TRUE(sdk.asked.empty());
+    EXPECT_EQ(ExecuteThresholdQuery(1, 0x20, 0, 0, 1, 1), 14);
+    EXPECT_EQ(ExecuteThresholdQuery(1, 0x20, 0, 0, 1, 8), 3);
+    EXPECT_EQ(ExecuteThresholdQuery(1, 0x20, 0, 0, 1, 5), 9);
+    sdk.answers.erase(sensor.path() + "/INTERPRET_SENSOR_VALUE[13]");
+    EXPECT_EQ(ExecuteThresholdQuery(1, 0x20, 0, 0, 1, 2), 13) << "raw, since the translation failed";
+    EXPECT_EQ(ExecuteThresholdQuery(2, 0x20, 0, 0, 1, 2), noValue);
+}
+
+} // namespace

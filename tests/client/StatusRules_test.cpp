@@ -1,0 +1,96 @@
+#include "client/StatusRules.hpp"
+
+#include "client/Functions.hpp"
+#include "tests/client/ClientFixture.hpp"
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+class Status : public ClientFixture {};
+
+struct Bounds {
+    int lowerNonRec = 10, lowerCritical = 20, lowerNonCri = 30, upperNonCri = 70, upperCritical = 80, upperNonRec = 90;
+};
+
+template<class Rule>
+const char* apply(Rule rule, int reading, const Bounds& b)
+{
+    return rule(reading, b.lowerCritical, b.lowerNonRec, b.lowerNonCri, b.upperCritical, b.upperNonRec, b.upperNonCri);
+}
+
+TEST_F(Status, ReadingIsHeldAgainstTheBoundsThatAreSet)
+{
+    const Bounds all;
+    const Bounds none{noValue, noValue, noValue, noValue, noValue, noValue};
+    const Bounds upperOnly{noValue, noValue, noValue, 70, 80, 90};
+    struct Case {
+        int reading;
+        Bounds bounds;
+        const char* word;
+    };
+    for (const Case& c :
+         {Case{50, all, "ok"}, Case{70, all, "ok"}, Case{71, all, "nonCritical"}, Case{80, all, "nonCritical"},
+          Case{81, all, "critical"}, Case{91, all, "critical"}, Case{30, all, "ok"}, Case{29, all, "nonCritical"},
+          Case{19, all, "critical"}, Case{9, all, "critical"}, Case{noValue, all, "unknown"}, Case{50, none, "unknown"},
+          Case{-500, upperOnly, "ok"}})
+        EXPECT_STREQ(apply(calStatus, c.reading, c.bounds), c.word) << c.reading;
+}
+
+TEST_F(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
+{
+    const Bounds narrow{.lowerNonRec = 30, .lowerCritical = 20, .upperNonRec = 70};
+    for (const auto& [model, word] : {std::pair{"Larch-3", "critical"}, {"Larch-6", "nonCritical"}}) {
+        cache_map.clear();
+        sdk.answer("/BIOS/PlatformID", model);
+        EXPECT_STREQ(apply(coolingcalStatus, 29, narrow), word);
+        EXPECT_STREQ(apply(coolingcalStatus, 71, narrow), word);
+        EXPECT_STREQ(apply(coolingcalStatus, 50, narrow), "ok");
+        EXPECT_STREQ(apply(coolingcalStatus, 15, {.lowerNonRec = noValue}), "critical");
+        EXPECT_STREQ(apply(coolingcalStatus, 25, {}), "nonCritical");
+    }
+}
+
+TEST_F(Status, UnknownModelCountsAsAnotherBoard)
+{
+    EXPECT_STREQ(apply(coolingcalStatus, 95, {}), "nonCritical");
+    EXPECT_STREQ(apply(coolingcalStatus, noValue, {}), "unknown");
+    EXPECT_EQ(sdk.timesAsked("/BIOS/PlatformID"), 2);
+}
+
+TEST_F(Status, WordsAndNumbersOfTheScales)
+{
+    struct Case {
+        int status;
+        const char* word;
+        int shownNumber;
+        const char* shownWord;
+    };
+    for (const Case& c : {Case{1, "other", 1, "Unavailable"}, Case{2, "unknown", 1, "Unavailable"},
+                          Case{3, "ok", 2, "Healthy"}, Case{4, "nonCritical", 3, "Warning"},
+                          Case{5, "critical", 4, "Critical"}, Case{6, "nonRecoverable", 4, "Critical"}}) {
+        EXPECT_STREQ(getStringStatus(c.status), c.word);
+        EXPECT_EQ(getNewHealthEnum(c.status), c.shownNumber);
+        EXPECT_EQ(getStatusEnum(c.word), c.shownNumber);
+        EXPECT_STREQ(healthWord(c.status), c.shownWord);
+        const std::unique_ptr<char, decltype(&std::free)> text(getNewHealthString(c.word), std::free);
+        EXPECT_STREQ(text.get(), c.shownWord);
+    }
+    EXPECT_EQ(getStringStatus(0), nullptr);
+    EXPECT_EQ(getStringStatus(7), nullptr);
+    EXPECT_EQ(getNewHealthEnum(7), 1);
+    EXPECT_EQ(getStatusEnum("warning"), 3);
+    EXPECT_EQ(getStatusEnum("OK"), 1);
+    for (const auto& [severity, status] : {std::pair{"Monitor", 1},
+                                           {"Information", 1},
+                                           {"OK", 3},
+                                           {"Degraded", 4},
+                                           {"Error", 5},
+                                           {"CRITICAL", 5},
+                                           {"Fatal", 6},
+                                           {"ok", 2}})
+        EXPECT_EQ(getOrvelStatus(severity), status) << severity;
+}
+
+} // namespace

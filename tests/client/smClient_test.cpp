@@ -1,0 +1,151 @@
+#include "client/smClient.hpp"
+
+#include "client/Functions.hpp"
+#include "tests/client/ClientFixture.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <thread>
+
+namespace {
+
+class Client : public ClientFixture {
+protected:
+    Client() { gSubagent = &client; }
+    ~Client() override { gSubagent = nullptr; }
+
+    /// init() without a configuration file, with the diagnostics caught.
+    int init()
+    {
+        traceWanted = true;
+        testing::internal::CaptureStderr();
+        const int result = client.init();
+        messages = testing::internal::GetCapturedStderr();
+        traceWanted = false;
+        return result;
+    }
+
+    TempRoot root;
+    smClient client;
+    std::string messages;
+};
+
+TEST_F(Client, GroupsStartInOrderAndAFailingOneCostsOnlyItself)
+{
+    EXPECT_EQ(init(), 0);
+    EXPECT_EQ(isInitComplete(), 1);
+    std::size_t place = 0;
+    for (const char* const line :
+         {"smClient::init() called.\n", "starting systemManagement", "systemManagement - failed\n",
+          "starting powerUnit",         "starting temperatureProbe", "starting powerSupply",
+          "starting voltageProbe",      "starting discreteVoltage",  "starting currentProbe",
+          "starting coolingDevice",     "starting coolingUnit",      "starting discreteCooling",
+          "starting processorDevice",   "starting memoryArray",      "starting memoryDevice",
+          "starting discreteProcessor", "starting discreteMemory",   "starting chassisInfo",
+          "starting driveSlot",         "starting miscSensor",       "seedHealthLists() called\n",
+          "End of seedHealthLists()\n", "smClient::init() - done\n"}) {
+        place = messages.find(line, place);
+        ASSERT_NE(place, std::string::npos) << line;
+    }
+}
+
+TEST_F(Client, DispatchAnswersForGroupsAttributesAndOperationsItHasNot)
+{
+    init();
+    long number = 0;
+    char* text = nullptr;
+    for (const int entity : {0, 19, -1}) {
+        const auto none = static_cast<_SMEntity>(entity);
+        EXPECT_EQ(client.getEntity(none), nullptr);
+        EXPECT_EQ(getIntInfo(none, VOLTAGE_DEVICEID, 0, number), 8);
+        EXPECT_EQ(getStrData(none, VOLTAGE_DEVICEID, 0, text), 8);
+        EXPECT_EQ(getExtGroupStatus(none), 8);
+        EXPECT_EQ(getDesc(none, 0), nullptr);
+    }
+    for (int entity = SMINFO; entity <= MISCELLANEOUS; ++entity)
+        EXPECT_NE(client.getEntity(static_cast<_SMEntity>(entity)), nullptr) << entity;
+    EXPECT_EQ(getIntInfo(SMINFO, VOLTAGE_DEVICEID, 0, number), 9);
+    EXPECT_EQ(getIntData(SMINFO, SMINFO_HEALTHSTATUS, 0, number), 4);
+    EXPECT_EQ(setIntData(CHASSIS, CHASSIS_STATUS, 0, 1), 4);
+    EXPECT_EQ(getIntData(VOLTAGE, VOLTAGE_READING, 0, number), 25);
+    EXPECT_EQ(getIntData(COOLINGDEVICE, COOLINGDEVICE_READING, 0, number), 30);
+    EXPECT_EQ(getIntInfo(CHASSIS, CHASSIS_CONTAINERTYPE, 0, number), 0);
+    EXPECT_EQ(number, 2);
+    EXPECT_EQ(getIndex(VOLTAGE, 1), 0);
+    EXPECT_EQ(getExtGroupStatus(SMINFO), 0);
+    EXPECT_EQ(getDesc(SMINFO, 0), nullptr);
+}
+
+TEST_F(Client, SystemStatusIsTheWorstRowAndRowsInTroubleAreSeeded)
+{
+    addSensor({.number = 1, .value = "12"});
+    addSensor({.number = 2, .value = "13.5"});
+    addSensor({.number = 3, .value = "14.5"});
+    init();
+    EXPECT_EQ(getCount(VOLTAGE), 3);
+    EXPECT_EQ(getExtGroupStatus(VOLTAGE), 4);
+    EXPECT_EQ(getHealthStatus(), 4);
+    EXPECT_EQ(client.mEventHandler->m_nHealthStatus, 4);
+    EXPECT_EQ(client.mEventHandler->mNonCriList, std::list<int>{0x032000});
+    EXPECT_TRUE(client.mEventHandler->mCriticalList.empty());
+    setHealthStatus(3);
+    EXPECT_EQ(getHealthStatus(), 3);
+}
+
+TEST_F(Client, EmptyGroupsLeaveTheSystemHealthy)
+{
+    init();
+    EXPECT_EQ(getHealthStatus(), 2);
+}
+
+TEST_F(Client, NothingIsTouchedAfterShutdown)
+{
+    addSensor({});
+    init();
+    shutdownSMClient();
+    shutdownSMClient();
+    long number = 0;
+    EXPECT_EQ(client.mVoltageProbe, nullptr);
+    EXPECT_EQ(getIntData(VOLTAGE, VOLTAGE_READING, 0, number), 8);
+    EXPECT_EQ(getDesc(VOLTAGE, 0), nullptr);
+    EXPECT_EQ(addEvent({}), 8);
+    EXPECT_EQ(processEvent(), 0);
+    EXPECT_EQ(setHealthStatus(3), 0);
+    EXPECT_EQ(isInitComplete(), 1);
+}
+
+TEST_F(Client, ShutdownWaitsForACallUnderWayAndSparesItsGroupsIfItDoesNotEnd)
+{
+    addSensor({});
+    init();
+    const ClientUse event;
+    shutdownSMClient();
+    EXPECT_FALSE(event);
+    EXPECT_NE(client.mVoltageProbe, nullptr);
+    EXPECT_FALSE(clock.sleeps.empty());
+}
+
+TEST_F(Client, FlatFunctionsWorkBeforeThereIsAClient)
+{
+    gSubagent = nullptr;
+    EXPECT_EQ(getCount(VOLTAGE), 8);
+    EXPECT_EQ(isInitComplete(), 0);
+    shutdownSMClient();
+}
+
+TEST(EventHandler, DevicesStandOncePerListAndLeaveTheMildestFirst)
+{
+    eventHandler handler;
+    EXPECT_EQ(handler.insertElementByDeviceId(7, 4), 0);
+    EXPECT_EQ(handler.insertElementByDeviceId(7, 4), 0);
+    EXPECT_EQ(handler.insertElementByDeviceId(7, 5), 0);
+    EXPECT_EQ(handler.insertElementByDeviceId(8, 6), 0);
+    EXPECT_EQ(handler.insertElementByDeviceId(9, 3), 9);
+    EXPECT_EQ(handler.mNonCriList, std::list<int>{7});
+    handler.removeElement(7);
+    EXPECT_TRUE(handler.mNonCriList.empty());
+    EXPECT_EQ(handler.mCriticalList, std::list<int>{7});
+    handler.removeElement(8);
+    EXPECT_TRUE(handler.mNonRecList.empty());
+}
+
+} // namespace
