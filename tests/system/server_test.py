@@ -33,7 +33,7 @@ snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)
 ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 kill "$(cat /var/run/hwagentd.pid)"
 i=0
-while busybox pgrep -x hwAgent > /dev/null; do
+while grep -qsx hwAgent /proc/[0-9]*/comm; do
     i=$((i + 1))
     [ $i -lt 20 ]
     sleep 0.5
