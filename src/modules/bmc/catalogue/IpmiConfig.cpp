@@ -30,7 +30,7 @@ constexpr TextRow oemCommands[] = {
     {"$/IPMI/GET_FIRMWARE_UPDATE_STATUS", "0F"},
 };
 
-/// The whole request is the caller's: "target netFn LUN command data...", two hexadecimal digits each.
+/// The whole request is the caller's: "target netFn LUN command data...", hexadecimal, separated by blanks or commas.
 constexpr TextRow packets[] = {
     {"GET://BMC/IPMI/RAW_COMMAND", "$RAW_COMMAND"},
 };
@@ -47,7 +47,7 @@ IpmiConfig::IpmiConfig(Stores& stores)
     // The answer goes back as it came, completion code first, in decimal: what a code means is the caller's affair.
     addTemplate(stores, "GET://BMC/IPMI/RAW_COMMAND",
                 script({
-                    Split("$RAW_COMMAND", ":SPACE", "$RAW_COMMAND"),
+                    Split("$RAW_COMMAND", " ,", "$RAW_COMMAND"),
                     IPMI("GET://BMC/IPMI/RAW_COMMAND", "$BUFFER"),
                     Copy("$BUFFER", "$RESULT"),
                     Return("$RESULT"),
