@@ -81,10 +81,10 @@ void Interpreter::router(const std::string& query, ResultMap& results)
 void Interpreter::rerouter(const std::string& query, SymbolMap& symbols)
 {
     const Descent level(*this);
-    const Common::XTokenizer path = engine.ParseXQuery(withoutScheme(query));
-    if (path.NumOfTokens() > 0 && path.TokenList().back() == childrenToken) {
-        const std::vector<std::string> parent(path.TokenList().begin(), path.TokenList().end() - 1);
-        one_way_router(getScheme + Common::XTokenizer(parent, '/').GetXPath(), symbols);
+    std::vector<std::string> tokens = engine.ParseXQuery(withoutScheme(query)).TokenList();
+    if (!tokens.empty() && tokens.back() == childrenToken) {
+        tokens.pop_back();
+        one_way_router(getScheme + Common::XTokenizer(std::move(tokens), '/').GetXPath(), symbols);
         return;
     }
     one_way_router(query, symbols);
