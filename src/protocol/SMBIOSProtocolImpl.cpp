@@ -1,0 +1,303 @@
+#include "protocol/SMBIOSProtocolImpl.hpp"
+
+#include "protocol/SmbiosCatalogue.hpp"
+#include "protocol/SmbiosRender.hpp"
+
+#include <algorithm>
+#include <mutex>
+#include <set>
+
+namespace Protocol::SMBIOS {
+
+namespace {
+
+const std::string rootPath = "/SMBIOS";
+
+std::mutex instanceGuard;
+std::shared_ptr<const ISMBIOSProtocol> instance;
+
+std::string subscripted(const std::string& path, std::size_t index)
+{
+    return path + '[' + std::to_string(index) + ']';
+}
+
+/// A sub-form may read a field anew that the structure's plain form has read already.
+void replaceOrAdd(FieldValues& fields, std::pair<std::string, std::string> value)
+{
+    const auto same = std::ranges::find(fields, value.first, &std::pair<std::string, std::string>::first);
+    if (same != fields.end())
+        same->second = std::move(value.second);
+    else
+        fields.push_back(std::move(value));
+}
+
+bool isProcessorPresent(const SMBRecordInfo& processor)
+{
+    constexpr std::size_t status = 0x18;
+    constexpr std::uint64_t populatedBit = 0x40;
+    return processor.number(status, 1) & populatedBit;
+}
+
+bool isMemoryPresent(const SMBRecordInfo& device)
+{
+    constexpr std::size_t size = 0x0C;
+    return device.number(size, FIELD_WORD) != 0;
+}
+
+bool belongsTo(const SMBRecordInfo& device, const SMBRecordInfo& array)
+{
+    constexpr std::size_t arrayHandle = 0x04;
+    return device.holds(arrayHandle, FIELD_WORD) && device.number(arrayHandle, FIELD_WORD) == array.handle;
+}
+
+/// The fields of a memory device, one of them under the name that the inventory asks for.
+FieldValues asInventory(const FieldValues& fields)
+{
+    FieldValues inventory = fields;
+    for (auto& [path, value] : inventory)
+        if (path == "TypeDetail/EDO")
+            path = "TypeDetails/EDO";
+    return inventory;
+}
+
+} // namespace
+
+std::shared_ptr<const ISMBIOSProtocol> SMBIOSProtocolImpl::CreateInstance()
+{
+    const std::lock_guard lock(instanceGuard);
+    if (!instance)
+        instance = std::make_shared<const SMBIOSProtocolImpl>();
+    return instance;
+}
+
+void SMBIOSProtocolImpl::DeleteInstance()
+{
+    const std::lock_guard lock(instanceGuard);
+    instance.reset();
+}
+
+SMBIOSProtocolImpl::SMBIOSProtocolImpl()
+{
+    GetSMBiosEntryPtr();
+    InitSMBiosTable();
+}
+
+SMBIOSProtocolImpl::SMBIOSProtocolImpl(const unsigned char* image, unsigned length)
+{
+    GetSMBiosEntryPtr(image, length);
+    InitSMBiosTable();
+}
+
+void SMBIOSProtocolImpl::InitSMBiosTable()
+{
+    DefineSMBiosTable();
+    DefineValidSubTypes();
+    ParseSMBiosTable();
+    FillSMBIOSDataTables();
+    FillSubTypeDataTables();
+    publishTypes();
+    FillMemoryArray();
+    FillProcessorInfo();
+    InitBiosReservedMem();
+    fieldsOfRecord = {};
+}
+
+void SMBIOSProtocolImpl::DefineSMBiosTable()
+{
+    struct VersionRow {
+        std::string_view version;
+        void (SMBIOSProtocolImpl::*fill)();
+    };
+    static constexpr VersionRow versions[] = {
+        {"2.5", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_25},
+        {"2.6", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_26},
+        {"2.4", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_24},
+        {"2.3", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_23},
+        {"2.7", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_27},
+        {"2.8", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_27},
+        {"3.0", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_27},
+    };
+    const auto row = std::ranges::find(versions, versionText, &VersionRow::version);
+    if (row == std::end(versions))
+        FillStaticInfoSMBIOSSpec_23();
+    else
+        (this->*row->fill)();
+}
+
+void SMBIOSProtocolImpl::useCatalogue(Catalogue version)
+{
+    catalogueVersion = version;
+    catalogue = buildCatalogue(version);
+}
+
+void SMBIOSProtocolImpl::DefineValidSubTypes()
+{
+    addSubTypes(catalogue, catalogueVersion);
+}
+
+void SMBIOSProtocolImpl::ParseSMBiosTable()
+{
+    records = parseStructures(table, structureCount);
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        recordsByHandle.try_emplace(records[i].handle, i);
+        recordsByType[records[i].type].push_back(i);
+    }
+}
+
+void SMBIOSProtocolImpl::FillSMBIOSDataTables()
+{
+    fieldsOfRecord.resize(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (const auto known = catalogue.find(records[i].type); known != catalogue.end())
+            for (const FieldInfo& field : known->second.fields)
+                FillFieldInterpretation(field, records[i], catalogueVersion, fieldsOfRecord[i]);
+}
+
+void SMBIOSProtocolImpl::FillSubTypeDataTables()
+{
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const auto known = catalogue.find(records[i].type);
+        if (known == catalogue.end())
+            continue;
+        FieldValues further;
+        for (const _SubTypeInformation& form : known->second.subTypes)
+            if (form.describes(records[i]))
+                FillFieldInterpretation(form.field, records[i], catalogueVersion, further);
+        for (auto& value : further)
+            replaceOrAdd(fieldsOfRecord[i], std::move(value));
+    }
+}
+
+/// Puts every structure of the catalogue under its type, the first of a type also without a subscript. The subscripted
+/// groups are members only where there are several.
+void SMBIOSProtocolImpl::publishTypes()
+{
+    std::set<std::uint8_t> types;
+    for (const SMBRecordInfo& record : records)
+        if (catalogue.contains(record.type))
+            types.insert(record.type);
+    for (const std::uint8_t type : types) {
+        const std::vector<std::size_t> indexes = recordsOfType(type);
+        const std::string path = rootPath + "/Type" + std::to_string(type);
+        addMember(rootPath, path);
+        publish(path, fieldsOfRecord[indexes.front()]);
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            publish(subscripted(path, i + 1), fieldsOfRecord[indexes[i]]);
+            if (indexes.size() > 1)
+                addMember(path, subscripted(path, i + 1));
+        }
+    }
+}
+
+void SMBIOSProtocolImpl::FillMemoryArray()
+{
+    const std::string path = rootPath + "/MemoryArray";
+    const std::vector<std::size_t> arrays = recordsOfType(TYPE_MEMORY_ARRAY);
+    if (records.empty())
+        return;
+    addMember(rootPath, path);
+    // Not a member of the group: who asks for the group counts its nodes to learn the number of arrays.
+    values[path + "/TotalNoOfArray"] = std::to_string(arrays.size());
+    for (std::size_t i = 0; i < arrays.size(); ++i) {
+        const std::string array = subscripted(path, i + 1);
+        addMember(path, array);
+        publish(array, fieldsOfRecord[arrays[i]]);
+        FillPresentMemory(arrays[i], array);
+    }
+}
+
+void SMBIOSProtocolImpl::FillPresentMemory(std::size_t array, const std::string& path)
+{
+    const std::string devices = path + "/MemoryDevice";
+    std::size_t count = 0;
+    std::size_t present = 0;
+    addGroup(devices);
+    for (const std::size_t index : recordsOfType(TYPE_MEMORY_DEVICE)) {
+        if (!belongsTo(records[index], records[array]))
+            continue;
+        const bool isPresent = isMemoryPresent(records[index]);
+        const std::string device = subscripted(devices, ++count);
+        present += isPresent;
+        addMember(devices, device);
+        publish(device, asInventory(fieldsOfRecord[index]));
+        addValue(device, device + "/DevicePresent", isPresent ? "True" : "False");
+    }
+    addValue(path, path + "/TotalNoOfDevicePresent", std::to_string(present));
+    addMember(path, devices);
+}
+
+void SMBIOSProtocolImpl::FillProcessorInfo()
+{
+    const std::string path = rootPath + "/ProcessorInfo";
+    if (records.empty())
+        return;
+    const std::vector<std::size_t> sockets = recordsOfType(TYPE_PROCESSOR);
+    const auto isPresent = [this](std::size_t index) { return isProcessorPresent(records[index]); };
+    addMember(rootPath, path);
+    addValue(path, path + "/TotalNoOfProcessor", std::to_string(sockets.size()));
+    addValue(path, path + "/TotalNoOfProcessorPresent", std::to_string(std::ranges::count_if(sockets, isPresent)));
+    std::size_t number = 0;
+    for (const std::size_t index : sockets) {
+        if (!isPresent(index))
+            continue;
+        const std::string processor = subscripted(path, ++number);
+        addMember(path, processor);
+        publish(processor, fieldsOfRecord[index]);
+    }
+}
+
+void SMBIOSProtocolImpl::InitBiosReservedMem()
+{
+    const std::string path = rootPath + "/Type" + std::to_string(TYPE_BIOS_RESERVED_MEMORY);
+    reservedAddress = numberAt(path + "/Address");
+    reservedSize = numberAt(path + "/Size");
+}
+
+void SMBIOSProtocolImpl::publish(const std::string& path, const FieldValues& fields)
+{
+    addGroup(path);
+    for (const auto& [name, value] : fields) {
+        const std::string full = path + '/' + name;
+        addValue(path, full, value);
+        if (const std::size_t slash = name.find('/'); slash != std::string::npos)
+            addMember(path + '/' + name.substr(0, slash), full);
+    }
+}
+
+void SMBIOSProtocolImpl::addValue(const std::string& group, const std::string& path, const std::string& value)
+{
+    const auto added = values.insert_or_assign(path, value).first;
+    addGroup(group).push_back(&added->first);
+}
+
+SMBIOSProtocolImpl::Paths& SMBIOSProtocolImpl::addGroup(const std::string& path)
+{
+    return groups[path];
+}
+
+void SMBIOSProtocolImpl::addMember(const std::string& group, const std::string& member)
+{
+    const auto value = values.find(member);
+    const std::string& key = value != values.end() ? value->first : groups.try_emplace(member).first->first;
+    addGroup(group).push_back(&key);
+}
+
+std::uint32_t SMBIOSProtocolImpl::numberAt(const std::string& path) const
+{
+    const auto found = values.find(path);
+    return found == values.end() ? 0 : static_cast<std::uint32_t>(std::stoul(found->second));
+}
+
+std::vector<std::size_t> SMBIOSProtocolImpl::recordsOfType(std::uint8_t type) const
+{
+    const auto found = recordsByType.find(type);
+    return found == recordsByType.end() ? std::vector<std::size_t>() : found->second;
+}
+
+const SMBRecordInfo* SMBIOSProtocolImpl::FindRecord(std::uint16_t handle) const
+{
+    const auto found = recordsByHandle.find(handle);
+    return found == recordsByHandle.end() ? nullptr : &records[found->second];
+}
+
+} // namespace Protocol::SMBIOS

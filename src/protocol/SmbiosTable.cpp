@@ -1,0 +1,102 @@
+#include "protocol/SmbiosTable.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+namespace Protocol::SMBIOS {
+
+namespace {
+
+constexpr std::string_view anchor = "_SM_";
+
+// Offsets in the entry point (DSP0134, 5.2.1).
+constexpr std::size_t entryLength = 0x05;
+constexpr std::size_t entryMajor = 0x06;
+constexpr std::size_t entryMinor = 0x07;
+constexpr std::size_t entryTableLength = 0x16;
+constexpr std::size_t entryTableAddress = 0x18;
+constexpr std::size_t entryStructureCount = 0x1C;
+
+constexpr std::size_t longestString = 255;
+
+template<class Number>
+Number readAt(Bytes bytes, std::size_t offset)
+{
+    Number number;
+    std::memcpy(&number, &bytes[offset], sizeof number);
+    return number;
+}
+
+/// Reads the strings at the front of `rest` and returns what follows the list, nothing if the list has no end.
+Bytes parseStrings(Bytes rest, std::vector<std::string>& strings)
+{
+    while (!rest.empty()) {
+        const auto end = std::ranges::find(rest, std::uint8_t{0});
+        if (end == rest.end())
+            return {};
+        const auto length = static_cast<std::size_t>(end - rest.begin());
+        // A list without strings is two zero bytes, one with strings ends behind the zero of the last.
+        if (length == 0)
+            return rest.subspan(strings.empty() ? std::min<std::size_t>(2, rest.size()) : 1);
+        strings.emplace_back(reinterpret_cast<const char*>(rest.data()), std::min(length, longestString));
+        rest = rest.subspan(length + 1);
+    }
+    return {};
+}
+
+} // namespace
+
+std::string EntryPoint::version() const
+{
+    return std::to_string(major) + "." + std::to_string(minor);
+}
+
+bool hasAnchor(Bytes bytes)
+{
+    return bytes.size() >= anchor.size() && std::memcmp(bytes.data(), anchor.data(), anchor.size()) == 0;
+}
+
+std::optional<Bytes> findAnchor(Bytes memory, std::size_t step)
+{
+    for (std::size_t at = 0; at < memory.size(); at += step)
+        if (hasAnchor(memory.subspan(at)))
+            return memory.subspan(at);
+    return std::nullopt;
+}
+
+std::optional<EntryPoint> decodeEntryPoint(Bytes bytes)
+{
+    if (bytes.size() < entryPointNeeded)
+        return std::nullopt;
+    const std::size_t length = bytes[entryLength];
+    // A length that leaves fields out of the sum would let anything pass for an entry point.
+    if (length < entryPointNeeded || length > bytes.size())
+        return std::nullopt;
+    if (std::accumulate(bytes.begin(), bytes.begin() + length, 0U) % 256 != 0)
+        return std::nullopt;
+    return EntryPoint{.major = bytes[entryMajor],
+                      .minor = bytes[entryMinor],
+                      .tableLength = readAt<std::uint16_t>(bytes, entryTableLength),
+                      .tableAddress = readAt<std::uint32_t>(bytes, entryTableAddress),
+                      .structureCount = readAt<std::uint16_t>(bytes, entryStructureCount)};
+}
+
+std::vector<SMBRecordInfo> parseStructures(Bytes table, std::size_t count)
+{
+    std::vector<SMBRecordInfo> records;
+    while (records.size() < count && table.size() >= structureHeader) {
+        const std::uint8_t type = table[0];
+        const std::size_t length = table[1];
+        if (type == TYPE_END_OF_TABLE || length < structureHeader || length > table.size())
+            break;
+        SMBRecordInfo& record = records.emplace_back();
+        record.type = type;
+        record.handle = readAt<std::uint16_t>(table, 2);
+        record.formatted = table.first(length);
+        table = parseStrings(table.subspan(length), record.strings);
+    }
+    return records;
+}
+
+} // namespace Protocol::SMBIOS
