@@ -63,7 +63,10 @@ const std::map<std::string, std::string> parameters = {
     {"SET://BMC/SDR/CFG_MANAGEMENT", "$CONTROL"},
     {"SET://BMC/SDR/CFG_WRITE", "$CONTROL $FILE_OFFSET $FILE_DATA"},
     {"SET://BMC/SDR/CFG_WRITE_LAST", "$CONTROL $FILE_CRC32 $FILE_TIMESTAMP"},
-    {"SET://BMC/SENSOR[]/EVENT", "$STATUS $LOWER_ASSERTION $UPPER_ASSERTION $LOWER_DEASSERTION $UPPER_DEASSERTION"},
+    {"SET://BMC/SENSOR[]/EVENT",
+     "$STATUS $LOWER_ASSERTION $UPPER_ASSERTION $LOWER_DEASSERTION $UPPER_DEASSERTION "
+     "$EVENT_STATUS $LOWER_ASSERTION_EVENT_STATUS $UPPER_ASSERTION_EVENT_STATUS $LOWER_DEASSERTION_STATUS "
+     "$UPPER_DEASSERTION_STATUS"},
 };
 
 Names parametersOf(const std::string& key)
@@ -75,15 +78,10 @@ Names parametersOf(const std::string& key)
     return {names.begin(), names.end()};
 }
 
-/// Entries that stand ready without a script or handler that uses them: one request and fields of a record.
+/// Entries that stand ready without a script or handler that uses them.
 const Names standingReady = {
-    "SET://BMC/SENSOR/REARM_EVENTS",
-    "$/SENSOR/REARM_EVENTS",
-    "GET://BMC/SENSOR_LUN",
-    "GET://BMC/SENSOR_OWNER",
-    "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
-    "GET://BMC/SENSOR_TYPE_RECORD",
-    "$/SDR/REPOSITORY_ALLOCATION_INFO",
+    "GET://BMC/SENSOR_LUN",         "GET://BMC/SENSOR_OWNER",           "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
+    "GET://BMC/SENSOR_TYPE_RECORD", "$/SDR/REPOSITORY_ALLOCATION_INFO",
 };
 
 bool isSymbol(const std::string& text)
