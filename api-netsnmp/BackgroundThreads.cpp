@@ -23,7 +23,12 @@ std::counting_semaphore<> ends{0};
 /// Lives as long as a thread's body, also when cancellation unwinds it.
 class Attendance {
 public:
-    Attendance() { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr); }
+    /// `name`: what ps and gdb show, at most 15 characters.
+    explicit Attendance(const char* name)
+    {
+        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+        pthread_setname_np(pthread_self(), name);
+    }
     ~Attendance() { ends.release(); }
     Attendance(const Attendance&) = delete;
     Attendance& operator=(const Attendance&) = delete;
@@ -79,7 +84,7 @@ void openLogFile()
 
 void* CheckTrap(void*)
 {
-    const Attendance attendance;
+    const Attendance attendance("CheckTrap");
     for (;;) {
         survive("CheckTrap", pollEvents);
         survive("CheckTrap", [] { pauseServingDoorbell(pollPeriod); });
@@ -88,7 +93,7 @@ void* CheckTrap(void*)
 
 void* check_sensors_cache(void*)
 {
-    const Attendance attendance;
+    const Attendance attendance("sensors_cache");
     for (;;)
         survive("check_sensors_cache", refresh);
 }
