@@ -64,9 +64,10 @@ void withOneErrorType(const std::string& query, _XCOMMAND command, Work work)
 }
 
 /// Scripts report the failure of a SET, or of a GET with parameters, as a word.
-void refuseFailureWords(const Symbol& answer, const std::string& query, _XCOMMAND command)
+void refuseFailureWords(const SymbolMap& answers, const std::string& key, const std::string& query, _XCOMMAND command)
 {
-    if (answer.text() == "FAILURE" || answer.text() == "ERROR")
+    const auto answer = answers.find(key);
+    if (answer != answers.end() && (answer->second.text() == "FAILURE" || answer->second.text() == "ERROR"))
         throwError(ERROR_OPERATION_FAILED, query, command);
 }
 
@@ -138,7 +139,7 @@ void BMCConfigModule::ProcessXQuery(const std::string& query, const std::string&
         loadFor(query);
         SymbolMap answers;
         makeInterpreter().set(answers, key, value);
-        refuseFailureWords(answers[key], query, COMMAND_SET);
+        refuseFailureWords(answers, key, query, COMMAND_SET);
     });
 }
 
@@ -149,7 +150,7 @@ void BMCConfigModule::ProcessXQuery(const std::string& query, const std::map<std
         loadFor(query);
         SymbolMap answers;
         makeInterpreter().set(answers, key, parameters);
-        refuseFailureWords(answers[key], query, COMMAND_SET);
+        refuseFailureWords(answers, key, query, COMMAND_SET);
     });
 }
 
@@ -170,7 +171,7 @@ void BMCConfigModule::ProcessXQuery(const std::string& query, const std::map<std
             answers.clear();
             retryFru(answers, key, parameters);
         }
-        refuseFailureWords(answers[key], query, COMMAND_GET);
+        refuseFailureWords(answers, key, query, COMMAND_GET);
         interpreter.swap(answers, results);
     });
 }

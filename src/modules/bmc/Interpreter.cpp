@@ -18,10 +18,9 @@ namespace Module::BMCConfig {
 
 namespace {
 
-// No script of the catalogue comes near these; what does is broken, and ends as an error instead of as a full stack, a
-// full memory or a hang.
+// No script of the catalogue comes near these; what does is broken, and ends as an error instead of as a full stack or
+// a full memory.
 constexpr unsigned deepestNesting = 200;
-constexpr std::uint64_t mostSteps = 10'000'000;
 constexpr std::size_t mostBytesOfSymbol = 4U << 20;
 
 constexpr char resultName[] = "$RESULT";
@@ -136,8 +135,9 @@ const Function& Interpreter::fetch()
 
 int Interpreter::execute(const Function& function)
 {
-    if (++steps > mostSteps)
+    if (stepsLeft == 0)
         refuseScript("too many steps");
+    --stepsLeft;
     return FunctionalHandler(function);
 }
 

@@ -42,6 +42,8 @@ public:
     void restore(const IPMIPacketDB& saved) { packets = saved; }
     void restore(const TemplateDB& saved) { templates = saved; }
     void Evaluate_Block();
+    /// How many steps this interpreter may take from here on: a loop without end becomes an error.
+    void limitSteps(std::uint64_t steps) { stepsLeft = steps; }
     /// Runs the script of `key` (or `functions`, if not null) in a frame of its own; the result is left in
     /// `symbols[key]`.
     void run(SymbolMap& symbols, const std::string& key, const Program& functions = nullptr);
@@ -135,7 +137,7 @@ private:
     _BMC_EXEC exec = BMC_EXEC_LOCAL;
     bool memo;
     unsigned depth = 0;
-    std::uint64_t steps = 0;
+    std::uint64_t stepsLeft = 10'000'000; ///< no script of the catalogue comes near
     int retries = defaultRetries;
     bool interfaceReady = false;
     bool noSatelliteRetries = false;

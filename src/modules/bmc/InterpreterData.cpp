@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <iterator>
+#include <set>
 #include <utility>
 
 // Instructions that move values, and take texts and lists apart or put them together.
@@ -220,15 +221,13 @@ int Interpreter::Evaluate_Exclude(const Function& function)
     const Texts& operands = function.arguments.values;
     const Symbol& filter = filters.get(getText(operands[1]));
     Texts fields = value(operands[0]).values;
-    std::vector<bool> dropped(fields.size());
+    std::set<unsigned long> places;
     for (const std::string& index : filter.values)
-        if (const unsigned long at = std::strtoul(index.c_str(), nullptr, 10); at < dropped.size())
-            dropped[at] = true;
-    std::size_t kept = 0;
-    for (std::size_t at = 0; at < fields.size(); ++at)
-        if (!dropped[at])
-            fields[kept++] = std::move(fields[at]);
-    fields.resize(kept);
+        places.insert(std::strtoul(index.c_str(), nullptr, 10));
+    // from the back, so that the places in front stay true
+    for (auto place = places.rbegin(); place != places.rend(); ++place)
+        if (*place < fields.size())
+            fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(*place));
     store(operands[2], Symbol::ofList(std::move(fields)));
     return 0;
 }

@@ -1,0 +1,154 @@
+#include "common/CMySemLock.hpp"
+#include "common/ResultStatus.hpp"
+#include "modules/System.hpp"
+#include "modules/XDirectorImpl.hpp"
+#include "platform/PlatformImpl.hpp"
+#include "tests/support/FakeClock.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "tests/support/TempRoot.hpp"
+#include "transport/TransportState.hpp"
+
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace SDK {
+namespace {
+
+constexpr unsigned char quiet = 32;
+constexpr unsigned char firstCategory = 2;
+
+class DirectorTest : public testing::Test {
+protected:
+    DirectorTest()
+    {
+        resetTransportForTests();
+        Platform::PlatformImpl::CreateInstance()->Reset();
+        bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0x81, 1, 0x17, 2, 0xBF, 0x57, 1, 0, 0x34, 0x12, 0, 0, 0x12, 0x34});
+        system.SetFlags(quiet);
+    }
+    ~DirectorTest() override
+    {
+        system.SetFlags(quiet);
+        Platform::PlatformImpl::CreateInstance()->Reset();
+        resetTransportForTests();
+    }
+
+    template<class Call>
+    static std::string failureOf(Call call)
+    {
+        try {
+            call();
+        } catch (const ResultStatus& status) {
+            return std::to_string(status.getval()) + " " + status.begin()->mXQuery;
+        }
+        return {};
+    }
+
+    std::string getFailure(const std::string& query)
+    {
+        return failureOf([&] { system.Get(query, results); });
+    }
+
+    FakeClock clock;
+    ScopedSeam<Clock> useClock{clock};
+    ModelBmc bmc;
+    ScopedSeam<DeviceFile> useBmc{bmc};
+    System system;
+    ResultMap results;
+};
+
+TEST_F(DirectorTest, FirstTokenNamesTheComponent)
+{
+    const std::pair<const char*, int> rows[] = {
+        {"/BMC/INFO", 9},  {"BMC", 9},      {"/BIOS/ID", 7},     {"/SMBIOS/Type3", 5},
+        {"/Platform", 13}, {"/FILE/X", 14}, {"/FILE/SCF/X", 15}, {"/FILE/INI", 15},
+        {"/SCF", 15},      {"/", 12},       {"@children", 12}};
+    for (const auto& [query, component] : rows) {
+        int id = 0;
+        XDirectorImpl::CreateInstance()->GetComponentID(query, &id);
+        EXPECT_EQ(id, component) << query;
+    }
+}
+
+TEST_F(DirectorTest, PathsThatNobodyOwnsAreInvalid)
+{
+    for (const char* query : {"/Nonsense", "/Nonsense", "/bmc/INFO", "/BMC//INFO", "", "/ProductInfo/", "/", "/BIOS/ID",
+                              "/SMBIOS/Type0", "/Platform/X", "/FILE/X", "/FILE/SCF/X", "/BMC/CONTROLLER[2]/INFO"})
+        EXPECT_EQ(getFailure(query), std::string("1001 ") + query);
+    EXPECT_EQ(getFailure("/BMC/LAN[1/IP"), "1105 end ] bracket not found");
+}
+
+TEST_F(DirectorTest, ProductInfoIsAnsweredByTheFacade)
+{
+    results["/STALE"];
+    system.Get("/ProductInfo", results);
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(results.at("/ProductName").mXNodeList, std::vector<std::string>{"Morvandale 7.0 Build 16"});
+}
+
+TEST_F(DirectorTest, BmcPathsGoToTheBmc)
+{
+    system.Get("/BMC/INFO/VERSION", results);
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(results.at("/BMC/INFO/VERSION").mXNodeList.size(), 1U);
+    const std::size_t before = bmc.requests.size();
+    system.Get("/BMC/INFO/VERSION", results);
+    EXPECT_EQ(bmc.requests.size(), before + 1) << "one exchange a query, none for the platform";
+}
+
+TEST_F(DirectorTest, MapGetsCollectAllAnswersAndServeTheBmcOnly)
+{
+    QueryMap queries{{"/BMC/INFO/VERSION", {}}, {"/BMC/INFO/@children", {}}};
+    system.Get(queries, results);
+    EXPECT_EQ(results.size(), 2U);
+    QueryMap other{{"/BIOS/ID", {}}};
+    EXPECT_EQ(failureOf([&] { system.Get(other, results); }), "1001 /BIOS/ID");
+}
+
+TEST_F(DirectorTest, FailedItemEndsAMapOfSets)
+{
+    std::map<std::string, std::string> values{{"/BMC/A", "1"}, {"/BMC/B", "2"}};
+    EXPECT_EQ(failureOf([&] { system.Set(values); }), "1001 SET://BMC/A");
+    QueryMap queries{{"/Nonsense", {{"X", "1"}}}};
+    EXPECT_EQ(failureOf([&] { system.Set(queries); }), "1001 /Nonsense");
+}
+
+TEST_F(DirectorTest, SecretsStayOutOfTheLog)
+{
+    TempRoot root;
+    std::filesystem::create_directories(root.resolve("/var/log/Morvandale"));
+    LOGGER::Logger::CreateInstance()->Cleanup();
+    system.SetFlags(firstCategory);
+    getFailure("/Nonsense"); // its first message opens the file
+    std::map<std::string, std::string> secret{{"/BMC/USER[1]/PASSWORD", "hunter2"}}, plain{{"/BMC/A", "value"}};
+    failureOf([&] { system.Set(secret); });
+    failureOf([&] { system.Set(plain); });
+    system.SetFlags(quiet);
+    LOGGER::Logger::CreateInstance()->Cleanup();
+    std::ostringstream log;
+    for (const auto& entry : std::filesystem::directory_iterator(root.resolve("/var/log/Morvandale")))
+        log << std::ifstream(entry.path()).rdbuf();
+    EXPECT_NE(log.str().find("Failure GET: /Nonsense on localhost, 0 msec"), std::string::npos) << log.str();
+    EXPECT_NE(log.str().find("Executing SET: /BMC/A with value on localhost"), std::string::npos);
+    EXPECT_EQ(log.str().find("Executing SET: /BMC/USER"), std::string::npos);
+    EXPECT_EQ(log.str().find("hunter2"), std::string::npos);
+}
+
+TEST_F(DirectorTest, ThreadsMayBringNewPathsAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([thread] {
+            for (int i = 0; i < 200; ++i) {
+                ResultMap own;
+                const std::string path = "/Nobody" + std::to_string(thread) + "x" + std::to_string(i);
+                EXPECT_EQ(failureOf([&] { System().Get(path, own); }), "1001 " + path);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+} // namespace
+} // namespace SDK

@@ -1,0 +1,169 @@
+#include "modules/bmc/BMCConfigModule.hpp"
+#include "modules/bmc/HandlerTable.hpp"
+#include "tests/modules/bmc/EngineFixture.hpp"
+
+#include <thread>
+
+namespace Module::BMCConfig {
+namespace {
+
+using namespace steps;
+
+TEST(Paths, SubscriptsAreEmptiedOrRemoved)
+{
+    EXPECT_EQ(Interpreter::handleIndexes("GET://BMC/LAN[3]/IP[x]"), "GET://BMC/LAN[]/IP[]");
+    EXPECT_EQ(Interpreter::handleIndexes("GET://BMC/CHANNEL[@INDEXES]"), "GET://BMC/CHANNEL[@INDEXES]");
+    EXPECT_EQ(Interpreter::handleIndexes("A[1"), "A[]");
+    EXPECT_EQ(Interpreter::handleIndexes("A["), "A[]");
+    EXPECT_EQ(Interpreter::removeIndexes("GET://BMC/LAN[3]/IP"), "GET://BMC/LAN/IP");
+}
+
+TEST(Paths, ChildrenGetTheirParentsPath)
+{
+    EXPECT_EQ(Interpreter::build("GET://BMC/LAN[2]/AUTH", "OEM"), "/BMC/LAN[2]/AUTH/OEM");
+    EXPECT_EQ(Interpreter::build("GET://BMC/SDR", "SDR[7]"), "/BMC/SDR[7]");
+    EXPECT_EQ(Interpreter::build("GET://BMC/SDR", "/BMC/SDR[7]"), "/BMC/SDR[7]");
+    EXPECT_EQ(Interpreter::just_leaves(Symbol(NODE_NONLEAF, {"/BMC/A", "x"})).values, std::vector<std::string>{"x"});
+    EXPECT_EQ(Interpreter::just_leaves(Symbol("/BMC/A")).text(), "/BMC/A");
+}
+
+class Routing : public EngineTest {
+protected:
+    ResultMap ask(const std::string& key)
+    {
+        ResultMap results;
+        machine().router(key, results);
+        return results;
+    }
+};
+
+TEST_F(Routing, BranchBringsItsWholeSubtree)
+{
+    addScript("GET://BMC/TREE", branch({"A", "B"}));
+    addScript("GET://BMC/TREE/A", branch({"ONE"}));
+    addScript("GET://BMC/TREE/A/ONE", script({Append("x", "y", "$LIST"), Join("$LIST", "+", "$RESULT")}));
+    addScript("GET://BMC/TREE/B", script({Copy("2", "$OTHER")})); // without a result of its own
+    const ResultMap results = ask("GET://BMC/TREE");
+    ASSERT_EQ(results.size(), 4U);
+    EXPECT_EQ(results.at("/BMC/TREE").mType, NODE_NONLEAF);
+    EXPECT_EQ(results.at("/BMC/TREE").mXNodeList, (std::vector<std::string>{"/BMC/TREE/A", "/BMC/TREE/B"}));
+    EXPECT_EQ(results.at("/BMC/TREE/A/ONE").mXNodeList, std::vector<std::string>{"x+y"});
+    EXPECT_TRUE(results.at("/BMC/TREE/B").mXNodeList.empty()) << "a sibling's result was taken for it";
+}
+
+TEST_F(Routing, ChildrenAreListedWithoutAVisit)
+{
+    addScript("GET://BMC/TREE[]", branch({"A", "B"}));
+    const ResultMap results = ask("GET://BMC/TREE[4]/@children");
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(results.at("/BMC/TREE[4]").mXNodeList, (std::vector<std::string>{"/BMC/TREE[4]/A", "/BMC/TREE[4]/B"}));
+}
+
+TEST_F(Routing, TreeThatNamesItselfEnds)
+{
+    addScript("GET://BMC/TREE", branch({"/BMC/TREE", "A"}));
+    addScript("GET://BMC/TREE/A", branch({"/BMC/TREE"}));
+    EXPECT_EQ(ask("GET://BMC/TREE").size(), 2U);
+}
+
+TEST_F(Routing, SubscriptsBecomeSymbols)
+{
+    machine().extract_and_inject("GET://BMC/LAN[10]/RECORD_TYPE[FULL]/X");
+    EXPECT_EQ(table["$LAN_NUMBER"].text(), "a");
+    EXPECT_EQ(table["$RECORD_TYPE"].text(), "FULL");
+    machine().extract_and_inject("GET://BMC/LAN[]/IP"); // inherits what an outer script has
+    machine().extract_and_inject("GET://BMC/DISCOVER[192.168.1.255]");
+    EXPECT_EQ(table["$DISCOVER"].text(), "192.168.1.255");
+    machine().extract_and_inject("GET://BMC/LAN[65535]/IP");
+    EXPECT_EQ(table["$LAN_NUMBER"].text(), "ffff");
+    for (const char* index : {"65536", "123456789", "abcdefghi"})
+        EXPECT_EQ(failureOf([&] { machine().extract_and_inject("GET://BMC/LAN[" + std::string(index) + "]"); }),
+                  "1091 LAN Index Data out of Range");
+    EXPECT_EQ(failureOf([&] { machine().extract_and_inject("GET://BMC/SOL[]"); }), "1105 SOL has no index given");
+    EXPECT_EQ(failureOf([&] { machine().extract_and_inject("GET://BMC/SOL[1"); }), "1105 end ] bracket not found");
+}
+
+TEST_F(Routing, SetHandsValuesAndParametersToTheScript)
+{
+    addScript("SET://BMC/LAN[]/IP", Return("$IP"));
+    addScript("SET://BMC/RAW", FormatString("$LOWER", "-", "$UPPER", "$RESULT"));
+    SymbolMap symbols;
+    machine().set(symbols, "SET://BMC/LAN[1]/IP", "10.0.0.1");
+    machine().set(symbols, "SET://BMC/RAW", {{"LOWER", "1"}, {"UPPER", "2"}});
+    EXPECT_EQ(symbols["SET://BMC/LAN[1]/IP"].text(), "10.0.0.1");
+    EXPECT_EQ(symbols["SET://BMC/RAW"].text(), "1-2");
+}
+
+struct EchoHandler : Handler {
+    void process(const std::string& query, SymbolMap& symbols) override { symbols[query] = "handled"; }
+};
+
+TEST_F(Routing, FirstMatchingRuleAnswersAndARuleWithoutHandlerMeansTheScript)
+{
+    rules = {{[](const std::string& query, const std::string&) { return query.find("/PLAIN") != std::string::npos; },
+              nullptr},
+             {[](const std::string&, const std::string& emptied) { return emptied == "GET://BMC/X[]"; },
+              [](Interpreter*, _BMC_EXEC) -> std::unique_ptr<Handler> { return std::make_unique<EchoHandler>(); }}};
+    addScript("GET://BMC/PLAIN/X", Return("script"));
+    EXPECT_EQ(ask("GET://BMC/X[3]").at("/BMC/X[3]").mXNodeList, std::vector<std::string>{"handled"});
+    EXPECT_EQ(table["$GET://BMC/X[3]"].text(), "handled");
+    EXPECT_EQ(ask("GET://BMC/PLAIN/X").at("/BMC/PLAIN/X").mXNodeList, std::vector<std::string>{"script"});
+}
+
+TEST(HandlerTable, SensorWordsCountOutsideTheSubjectsBeforeThem)
+{
+    const auto ruleOf = [](const std::string& query) {
+        std::size_t at = 0;
+        for (const HandlerRule& rule : handlerRules()) {
+            if (rule.matches(query, Interpreter::handleIndexes(query)))
+                return at;
+            ++at;
+        }
+        return at;
+    };
+    EXPECT_EQ(ruleOf("GET://BMC/SDR/TOLERANCE"), 0U);
+    EXPECT_EQ(ruleOf("GET://BMC/FRU/ACCURACY"), 3U);
+    EXPECT_EQ(ruleOf("GET://BMC/SENSOR/TOLERANCE[7]"), 4U);
+    EXPECT_EQ(ruleOf("GET://BMC/SENSOR/DISPLAY"), 5U);
+    EXPECT_EQ(ruleOf("GET://BMC/INFO/VERSION"), 6U);
+}
+
+class BMCConfigModuleTest : public EngineTest {};
+
+TEST_F(BMCConfigModuleTest, AbsentPartsAreReportedAsSuch)
+{
+    bmc.on(0x06, 0x01, IpmiAnswer{});
+    ResultMap results;
+    BMCConfigModule module;
+    EXPECT_EQ(failureOf([&] { module.Process("/BMC/INFO/HSC_OP_AREA_VERSION", results); }).substr(0, 4), "1121");
+    EXPECT_EQ(failureOf([&] { module.Process("/BMC/INFO/LCP_BOOT_AREA_VERSION", results); }).substr(0, 4), "1129");
+    EXPECT_EQ(failureOf([&] { module.Process("/BMC/NONE", results); }), "1001 GET://BMC/NONE");
+}
+
+TEST_F(BMCConfigModuleTest, FruFailureHasItsOwnError)
+{
+    ResultMap results;
+    BMCConfigModule module;
+    EXPECT_EQ(failureOf([&] { module.ProcessXQuery("/BMC/FRU", {}, results, 0); }), "1119 /BMC/FRU");
+}
+
+TEST_F(BMCConfigModuleTest, ThreadsAskAtOnce)
+{
+    std::vector<std::thread> threads;
+    std::atomic<int> failures = 0;
+    bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0x81, 1, 0x17, 2, 0xBF, 0x57, 1, 0, 0x34, 0x12, 0, 0, 0x12, 0x34});
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&failures] {
+            for (int i = 0; i < 50; ++i) {
+                ResultMap results;
+                BMCConfigModule().Process("/BMC/INFO/VERSION", results);
+                failures += results.at("/BMC/INFO/VERSION").mXNodeList.at(0).starts_with("1.17.") ? 0 : 1;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures, 0);
+}
+
+} // namespace
+} // namespace Module::BMCConfig

@@ -1,0 +1,133 @@
+#include "modules/bmc/Cache.hpp"
+#include "modules/bmc/Databases.hpp"
+#include "modules/bmc/SymbolTable.hpp"
+
+#include <thread>
+
+namespace Module::BMCConfig {
+namespace {
+
+std::shared_ptr<Stores> storesWithConstant()
+{
+    auto stores = std::make_shared<Stores>();
+    stores->symbols["$/IPMI/APP_NET_FUNCTION"] = "06";
+    stores->packets["GET://BMC/A"] = "20";
+    return stores;
+}
+
+TEST(SymbolTable, NamesAreToldFromLiterals)
+{
+    EXPECT_TRUE(test_for_symbol("$A"));
+    EXPECT_TRUE(test_for_symbol("$/IPMI/APP_NET_FUNCTION"));
+    for (const char* literal : {"", "$", "$A$B", "A", "A$"})
+        EXPECT_FALSE(test_for_symbol(literal)) << literal;
+}
+
+TEST(SymbolTable, UnsetSymbolIsMadeByReadingIt)
+{
+    SymbolTable table;
+    EXPECT_EQ(table["$A"], Symbol());
+    EXPECT_EQ(table.read("$B"), Symbol());
+    Symbol out("before");
+    table.get(out, "$C");
+    EXPECT_EQ(out, Symbol());
+    EXPECT_EQ(table.size(), 3U);
+}
+
+TEST(SymbolTable, LiteralReadsAsItselfAndWritesToItAreLost)
+{
+    SymbolTable table;
+    table["0"] = "written";
+    EXPECT_EQ(table["0"].text(), "0");
+    EXPECT_EQ(table.read("$A$B").text(), "$A$B");
+    EXPECT_EQ(table.size(), 0U);
+}
+
+TEST(SymbolTable, SetServesPlainKeysOnly)
+{
+    SymbolTable table;
+    table.set("$A", Symbol("x"));
+    table.set("PLAIN", Symbol("y"));
+    EXPECT_EQ(table.find("$A"), nullptr);
+    EXPECT_EQ(table.find("PLAIN")->text(), "y");
+}
+
+TEST(SymbolTable, OverlayLeavesTheConstantsOfOtherQueriesAlone)
+{
+    const auto stores = storesWithConstant();
+    SymbolTable mine(stores), other(stores);
+    mine["$/IPMI/APP_NET_FUNCTION"] = "changed";
+    EXPECT_EQ(mine.size(), 1U);
+    mine.erase("$/IPMI/APP_NET_FUNCTION");
+    EXPECT_EQ(mine.find("$/IPMI/APP_NET_FUNCTION"), nullptr);
+    EXPECT_EQ(mine.size(), 0U);
+    EXPECT_EQ(mine["$/IPMI/APP_NET_FUNCTION"], Symbol());
+    EXPECT_EQ(mine.size(), 1U);
+    EXPECT_EQ(other.read("$/IPMI/APP_NET_FUNCTION").text(), "06");
+}
+
+TEST(SymbolTable, OnlyStinkingGarbageIsCollected)
+{
+    SymbolTable table;
+    table["$A"] = "1";
+    table["$B"] = "2";
+    table.mark_as_garbage("$A");
+    table.mark_as_stinking_garbage("$B");
+    table.mark_as_stinking_garbage("$B");
+    table.garbage_collector();
+    table.stinking_garbage_collector();
+    EXPECT_NE(table.find("$A"), nullptr);
+    EXPECT_EQ(table.find("$B"), nullptr);
+    table["$B"] = "again";
+    table.stinking_garbage_collector();
+    EXPECT_NE(table.find("$B"), nullptr);
+}
+
+TEST(Database, UnknownKeyIsInsertedIntoTheQuerysOwnLayer)
+{
+    const auto stores = storesWithConstant();
+    IPMIPacketDB mine(stores), other(stores);
+    EXPECT_EQ(mine.get("GET://BMC/NONE"), Symbol());
+    mine["GET://BMC/A"], "01";
+    EXPECT_EQ(mine.get("GET://BMC/A").size(), 2U);
+    EXPECT_EQ(mine.size(), 3U); // the copied entry counts in both layers
+    EXPECT_EQ(other.get("GET://BMC/A").size(), 1U);
+    EXPECT_EQ(other.size(), 1U);
+}
+
+TEST(Strip, CutsThePrefixesLengthWhereverThePrefixStands)
+{
+    EXPECT_EQ(strip("GET://BMC", "GET:/"), "/BMC");
+    EXPECT_EQ(strip("/BMC", "GET:/"), "/BMC");
+    EXPECT_EQ(strip("01234GET:/", "GET:/"), "GET:/");
+}
+
+TEST(Cache, KeysAreSafeNamesOfTheConnection)
+{
+    EXPECT_EQ(Cache::safe_key("GET://BMC/SDR[1]", BMC_EXEC_LOCAL), "localhost@GET:__BMC_SDR[1]_CACHE");
+    Cache::instance().Clear();
+    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_LOCAL), Symbol());
+    Cache::instance().Set("GET://BMC/SDR[1]", Symbol("01 02"), BMC_EXEC_LOCAL, true);
+    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_LOCAL).text(), "01 02");
+    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_OUT_OF_BAND), Symbol());
+    Cache::instance().Clear();
+}
+
+TEST(Cache, ServesThreadsEvenWithNamedLocksOff)
+{
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([thread] {
+            for (int i = 0; i < 500; ++i) {
+                Cache::instance().Set("K" + std::to_string(i), Symbol(std::to_string(thread)), BMC_EXEC_LOCAL, false);
+                Cache::instance().Get("K" + std::to_string(499 - i), BMC_EXEC_LOCAL);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(Cache::instance().Get("K7", BMC_EXEC_LOCAL).size(), 1U);
+    Cache::instance().Clear();
+}
+
+} // namespace
+} // namespace Module::BMCConfig
