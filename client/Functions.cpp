@@ -2,61 +2,75 @@
 
 #include "client/smClient.hpp"
 
+#include <cxxabi.h>
+
 namespace {
 
-/// Calls the client's operation, or answers `otherwise` when there is no client any more or not yet.
+/// Calls the client's operation, or answers `otherwise` when there is no client any more or not yet. The callers are
+/// C functions: whatever is thrown ends here.
 template<class Result, class... Parameters, class... Arguments>
 Result forward(Result otherwise, Result (subagentBase::*operation)(Parameters...), Arguments&&... arguments)
 {
     const ClientUse client;
-    return client ? (client.operator->()->*operation)(arguments...) : otherwise;
+    if (!client)
+        return otherwise;
+    try {
+        return (client.operator->()->*operation)(arguments...);
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        trace("a request of the client ended by an exception\n");
+        return otherwise;
+    }
 }
+
+constexpr int noGroup = CLIENT_ERROR_NO_GROUP;
 
 } // namespace
 
 int getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getIntInfo, entity, attribute, row, out);
+    return forward(noGroup, &subagentBase::getIntInfo, entity, attribute, row, out);
 }
 
 int getIntData(_SMEntity entity, _SMAttribute attribute, int row, long& out)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getIntData, entity, attribute, row, out);
+    return forward(noGroup, &subagentBase::getIntData, entity, attribute, row, out);
 }
 
 int getStrInfo(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getStrInfo, entity, attribute, row, out);
+    return forward(noGroup, &subagentBase::getStrInfo, entity, attribute, row, out);
 }
 
 int getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getStrData, entity, attribute, row, out);
+    return forward(noGroup, &subagentBase::getStrData, entity, attribute, row, out);
 }
 
 int setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::setIntData, entity, attribute, row, value);
+    return forward(noGroup, &subagentBase::setIntData, entity, attribute, row, value);
 }
 
 int getCount(_SMEntity entity)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getCount, entity);
+    return forward(0, &subagentBase::getCount, entity);
 }
 
 int getIndex(_SMEntity entity, int deviceId)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getIndex, entity, deviceId);
+    return forward(0, &subagentBase::getIndex, entity, deviceId);
 }
 
 int getExtGroupStatus(_SMEntity entity)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::getGroupStatus, entity);
+    return forward(0, &subagentBase::getGroupStatus, entity);
 }
 
 int seedHealthListsExt(_SMEntity entity)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::seedHealthLists, entity);
+    return forward(noGroup, &subagentBase::seedHealthLists, entity);
 }
 
 char* getDesc(_SMEntity entity, int row)
@@ -71,7 +85,7 @@ int processEvent()
 
 int addEvent(eventData event)
 {
-    return forward(int{CLIENT_ERROR_NO_GROUP}, &subagentBase::addEvent, event);
+    return forward(noGroup, &subagentBase::addEvent, event);
 }
 
 int setHealthStatus(int status)

@@ -4,7 +4,7 @@
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 
-#include <thread>
+#include <new>
 
 namespace {
 
@@ -124,10 +124,21 @@ TEST_F(Client, ShutdownWaitsForACallUnderWayAndSparesItsGroupsIfItDoesNotEnd)
     EXPECT_FALSE(clock.sleeps.empty());
 }
 
+TEST_F(Client, ExceptionsEndAtTheFlatFunctions)
+{
+    struct ThrowingClient : smClient {
+        BaseAccessor* getEntity(_SMEntity) override { throw std::bad_alloc(); }
+    } throwing;
+    gSubagent = &throwing;
+    long number = 0;
+    EXPECT_EQ(getIntData(VOLTAGE, VOLTAGE_READING, 0, number), 8);
+    EXPECT_EQ(getDesc(VOLTAGE, 0), nullptr);
+}
+
 TEST_F(Client, FlatFunctionsWorkBeforeThereIsAClient)
 {
     gSubagent = nullptr;
-    EXPECT_EQ(getCount(VOLTAGE), 8);
+    EXPECT_EQ(getCount(VOLTAGE), 0);
     EXPECT_EQ(isInitComplete(), 0);
     shutdownSMClient();
 }
