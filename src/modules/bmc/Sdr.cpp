@@ -46,22 +46,39 @@ constexpr std::string_view decodedQuery = "GET://BMC/SDR[]/DECODED";
 
 struct DecodedField {
     std::string_view query;
-    int (*value)(const SdrRecord& record); ///< -1 without one
+    const char* (*filter)(const SdrRecord& record); ///< the filter that names the field's place, null without one
 };
 
-int ofSensor(const SdrRecord& record, std::size_t index)
+template<const char* Name>
+const char* ofSensor(const SdrRecord& record)
+{
+    return record.isSensor() ? Name : nullptr;
+}
+
+const char* sensorTypeFilter(const SdrRecord& record)
+{
+    if (!record.isSensor())
+        return nullptr;
+    return record.at(SdrByte::recordType) == SDR_EVENT_ONLY ? "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE"
+                                                            : "GET://BMC/SENSOR_TYPE_INDEX";
+}
+
+constexpr char ownerFilter[] = "GET://BMC/SENSOR_OWNER", lunFilter[] = "GET://BMC/SENSOR_LUN",
+               numberFilter[] = "GET://BMC/SENSOR_NUMBER_INDEX";
+
+constexpr DecodedField decodedFields[] = {
+    {"GET://BMC/SDR[]/DECODED/RECORD_TYPE", [](const SdrRecord&) { return "GET://BMC/SENSOR_TYPE_RECORD"; }},
+    {"GET://BMC/SDR[]/DECODED/OWNER", ofSensor<ownerFilter>},
+    {"GET://BMC/SDR[]/DECODED/LUN", ofSensor<lunFilter>},
+    {"GET://BMC/SDR[]/DECODED/SENSOR_NUMBER", ofSensor<numberFilter>},
+    {"GET://BMC/SDR[]/DECODED/SENSOR_TYPE", sensorTypeFilter},
+};
+
+/// The byte at `index` of a sensor's record, -1 without one; records of other kinds have other fields there.
+int sensorByte(const SdrRecord& record, std::size_t index)
 {
     return record.isSensor() ? record.at(index) : -1;
 }
-
-constexpr DecodedField decodedFields[] = {
-    {"GET://BMC/SDR[]/DECODED/RECORD_TYPE", [](const SdrRecord& record) { return record.at(SdrByte::recordType); }},
-    {"GET://BMC/SDR[]/DECODED/OWNER", [](const SdrRecord& record) { return ofSensor(record, SdrByte::owner); }},
-    {"GET://BMC/SDR[]/DECODED/LUN", [](const SdrRecord& record) { return ofSensor(record, SdrByte::lun); }},
-    {"GET://BMC/SDR[]/DECODED/SENSOR_NUMBER",
-     [](const SdrRecord& record) { return ofSensor(record, SdrByte::sensorNumber); }},
-    {"GET://BMC/SDR[]/DECODED/SENSOR_TYPE", [](const SdrRecord& record) { return record.sensorType(); }},
-};
 
 int hexToInt(const std::string& text)
 {
@@ -168,8 +185,12 @@ void Sdr::decode(const std::string& query, SymbolMap& result)
     const auto repository = fill();
     const int number = parameter("SDR_NUMBER");
     const SdrRecord* record = repository && number > 0 ? repository->record(number) : nullptr;
-    const int value = record ? field->value(*record) : -1;
-    result[query] = value < 0 ? Symbol() : Symbol(std::to_string(value));
+    const char* place = record ? field->filter(*record) : nullptr;
+    Items items;
+    if (place)
+        filter(record->text, place, items);
+    const bool there = !items.empty() && items.front() != "ERROR"; // the filter's word for a record that is too short
+    result[query] = there ? Symbol(std::to_string(hexToInt(items.front()))) : Symbol();
 }
 
 void Sdr::version(const std::string& query, SymbolMap& result)
@@ -201,7 +222,7 @@ void Sdr::sensor_type(const std::string& query, SymbolMap& result)
 void Sdr::entity_id(const std::string& query, SymbolMap& result)
 {
     const int entity = parameter("ENTITY_ID_NUMBER");
-    answerList(query, find([=](const SdrRecord& record) { return ofSensor(record, SdrByte::entityId) == entity; }),
+    answerList(query, find([=](const SdrRecord& record) { return sensorByte(record, SdrByte::entityId) == entity; }),
                result);
 }
 
@@ -210,7 +231,8 @@ void Sdr::entity_id_instance(const std::string& query, SymbolMap& result)
     const int entity = parameter("ENTITY_ID_NUMBER");
     const int instance = parameter("ENTITY_INSTANCE_NUMBER");
     const auto matches = [=](const SdrRecord& record) {
-        return ofSensor(record, SdrByte::entityId) == entity && ofSensor(record, SdrByte::entityInstance) == instance;
+        return sensorByte(record, SdrByte::entityId) == entity &&
+               sensorByte(record, SdrByte::entityInstance) == instance;
     };
     answerList(query, find(matches), result);
 }
@@ -219,7 +241,7 @@ void Sdr::sensor_number(const std::string& query, SymbolMap& result)
 {
     constexpr int bmcAddress = 0x20, bmcLun = 0;
     const int sensor = parameter("SENSOR_NUMBER_NUMBER");
-    const auto hasNumber = [=](const SdrRecord& record) { return ofSensor(record, SdrByte::sensorNumber) == sensor; };
+    const auto hasNumber = [=](const SdrRecord& record) { return sensorByte(record, SdrByte::sensorNumber) == sensor; };
     std::vector<std::string> names = find(hasNumber);
     if (names.size() > 1) {
         const std::vector<std::string> own = find([=](const SdrRecord& record) {
@@ -236,7 +258,7 @@ void Sdr::sensor_number_owner(const std::string& query, SymbolMap& result)
     const int owner = parameter("OWNER_NUMBER");
     const int lun = parameter("LUN_NUMBER");
     const auto matches = [=](const SdrRecord& record) {
-        return ofSensor(record, SdrByte::sensorNumber) == sensor && record.at(SdrByte::owner) == owner &&
+        return sensorByte(record, SdrByte::sensorNumber) == sensor && record.at(SdrByte::owner) == owner &&
                record.at(SdrByte::lun) == lun;
     };
     answerList(query, find(matches), result);

@@ -87,6 +87,14 @@ struct Named {
     const char* symbol; ///< where the status script leaves it
 };
 
+constexpr Named rearmed[] = {
+    {"EVENT_STATUS", "$/BMC/EVENT_STATUS"},
+    {"LOWER_ASSERTION_EVENT_STATUS", "$/BMC/LOWER_ASSERTION_EVENT_STATUS"},
+    {"UPPER_ASSERTION_EVENT_STATUS", "$/BMC/UPPER_ASSERTION_EVENT_STATUS"},
+    {"LOWER_DEASSERTION_STATUS", "$/BMC/LOWER_DEASSERTION_STATUS"},
+    {"UPPER_DEASSERTION_STATUS", "$/BMC/UPPER_DEASSERTION_STATUS"},
+};
+
 constexpr Named events[] = {
     {"STATUS", "$/SENSOR/STATUS"},
     {"LOWER_ASSERTION", "$/SENSOR/LOWER_ASSERTION_STATUS"},
@@ -187,6 +195,15 @@ Script readThreshold(const Form& form, const Threshold& threshold)
     });
 }
 
+Steps sendForWord(const std::string& packet)
+{
+    return script({
+        send(packet),
+        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
+        returnText("FAILURE"),
+    });
+}
+
 Steps takeGiven(const char* plain, const char* symbol)
 {
     const std::string given = std::string("$") + plain;
@@ -223,9 +240,7 @@ Script writeThresholds(const Form& form)
         Copy("$/SENSOR/EVENT", "$BYTE0"),
         If("/SENSOR/THRESHOLD == 1", {fillBytes(&Threshold::swapped)}),
         If("/SENSOR/THRESHOLD != 1", {fillBytes(&Threshold::place)}),
-        send("SET://BMC/SENSOR/THRESHOLD"),
-        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
-        returnText("FAILURE"),
+        sendForWord("SET://BMC/SENSOR/THRESHOLD"),
     });
 }
 
@@ -261,17 +276,23 @@ Script readEvent(const Named& event)
     });
 }
 
+Steps takeAllGiven(std::span<const Named> names)
+{
+    Steps steps;
+    for (const Named& named : names)
+        steps = script({steps, takeGiven(named.name, named.symbol)});
+    return steps;
+}
+
+/// Sets which events the sensor raises, or, for a caller that gives an event status, arms events again.
 Script writeEvents(const Form& form)
 {
-    Steps given;
-    for (const Named& event : events)
-        given = script({given, takeGiven(event.name, event.symbol)});
     return script({
-        given,
         addressSensor(form),
-        send("SET://BMC/SENSOR/EVENT_ENABLE"),
-        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
-        returnText("FAILURE"),
+        Size("$EVENT_STATUS", "$SIZE"),
+        If("$SIZE != 0", {takeAllGiven(rearmed), sendForWord("SET://BMC/SENSOR/REARM_EVENTS")}),
+        takeAllGiven(events),
+        sendForWord("SET://BMC/SENSOR/EVENT_ENABLE"),
     });
 }
 

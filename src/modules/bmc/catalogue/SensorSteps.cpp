@@ -174,9 +174,9 @@ Script readName(const Form& form)
     return script({
         addressSensor(form),
         findRecord(form, returnNothing()),
+        Filter("$RECORD", "GET://BMC/SENSOR_TYPE_RECORD", "$RECORD_TYPE"),
         Split("$RECORD", ":SPACE", "$RECORD"),
         Size("$RECORD", "$RECORD_SIZE"),
-        Read("$RECORD", "3-4", "$RECORD_TYPE"),
         LookupTable("$RECORD_TYPE", "GET://BMC/SENSOR/NAME_CODE", "$PLACE"),
         LookupTable("$RECORD_TYPE", "GET://BMC/SENSOR/NAME_TEXT", "$RANGE"),
         If("$PLACE == ERROR", {returnNothing()}),

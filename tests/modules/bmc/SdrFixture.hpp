@@ -1,0 +1,119 @@
+#pragma once
+
+#include "modules/bmc/BMCConfigModule.hpp"
+#include "modules/bmc/Cache.hpp"
+#include "platform/PlatformImpl.hpp"
+#include "tests/support/FakeClock.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "transport/TransportState.hpp"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+/// A BMC with a record repository, and the engine on it with an empty cache.
+class SdrFixture : public testing::Test {
+protected:
+    using Bytes = std::vector<std::uint8_t>;
+
+    SdrFixture()
+    {
+        resetTransportForTests();
+        bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+        Platform::PlatformImpl::CreateInstance()->Reset();
+        Platform::PlatformImpl::CreateInstance()->platformName();
+        Module::BMCConfig::Cache::instance().Clear();
+        bmc.on(0x0A, 0x22, [this](const IpmiRequest&) {
+            ++reservation;
+            return IpmiAnswer{0, reservation, 0x12};
+        });
+        bmc.on(0x0A, 0x23, [this](const IpmiRequest& request) { return readRecord(request); });
+        bmc.requests.clear();
+    }
+    ~SdrFixture() override { resetTransportForTests(); }
+
+    /// A record of `type` with `id` at its head; `body` follows the length byte.
+    static Bytes record(unsigned id, std::uint8_t type, Bytes body)
+    {
+        Bytes bytes{static_cast<std::uint8_t>(id), static_cast<std::uint8_t>(id >> 8), 0x51, type,
+                    static_cast<std::uint8_t>(body.size())};
+        bytes.insert(bytes.end(), body.begin(), body.end());
+        return bytes;
+    }
+
+    /// A full record of a BMC's sensor, all of whose bytes behind the reading type are `rest`, the name aside.
+    static Bytes full(unsigned id, std::uint8_t number, std::uint8_t type, Bytes rest, Bytes name = {0xC1, 'T'})
+    {
+        Bytes body{0x20, 0, number, 7, 1, 0x7F, 0x68, type, 1, 0, 0, 0, 0, 0, 0};
+        body.insert(body.end(), rest.begin(), rest.end());
+        body.resize(42);
+        body.insert(body.end(), name.begin(), name.end());
+        return record(id, 1, body);
+    }
+
+    static Bytes compact(unsigned id, std::uint8_t number, std::uint8_t type, std::uint8_t readingType)
+    {
+        Bytes body{0x20, 0, number, 7, 1, 0, 0, type, readingType, 0, 0, 0, 0, 0xFF, 0x7F};
+        body.resize(26);
+        body.insert(body.end(), {0xC2, 'D', '0'});
+        return record(id, 2, body);
+    }
+
+    /// Answers Get SDR as the repository `records` stands there; a lost reservation is refused.
+    IpmiAnswer readRecord(const IpmiRequest& request)
+    {
+        const Bytes& data = request.data;
+        const unsigned id = data[2] | data[3] << 8;
+        const auto found = id == 0 ? records.begin() : std::ranges::find_if(records, [id](const Bytes& bytes) {
+            return (bytes[0] | bytes[1] << 8) == static_cast<int>(id);
+        });
+        if (data[0] != reservation)
+            return {0xC5};
+        if (found == records.end())
+            return {0xCB};
+        const auto next = found + 1;
+        IpmiAnswer answer{0, next == records.end() ? std::uint8_t{0xFF} : (*next)[0],
+                          next == records.end() ? std::uint8_t{0xFF} : (*next)[1]};
+        const std::size_t first = std::min<std::size_t>(data[4], found->size());
+        const std::size_t last = std::min(first + data[5], found->size());
+        answer.insert(answer.end(), found->begin() + static_cast<int>(first), found->begin() + static_cast<int>(last));
+        return answer;
+    }
+
+    ResultMap get(const std::string& query)
+    {
+        ResultMap results;
+        Module::BMCConfig::BMCConfigModule().Process(query, results);
+        return results;
+    }
+
+    /// The first value of the query's own node, empty without one.
+    std::string text(const std::string& query)
+    {
+        const ResultMap results = get(query);
+        const auto found = results.find(query);
+        return found == results.end() || found->second.mXNodeList.empty() ? "" : found->second.mXNodeList.front();
+    }
+
+    static std::string line(std::span<const std::uint8_t> bytes)
+    {
+        std::string text;
+        for (const std::uint8_t byte : bytes) {
+            char item[4];
+            std::snprintf(item, sizeof item, " %02X", byte);
+            text += item;
+        }
+        return text;
+    }
+
+    FakeClock clock;
+    ScopedSeam<Clock> useClock{clock};
+    ModelBmc bmc;
+    ScopedSeam<DeviceFile> useBmc{bmc};
+    std::vector<Bytes> records;
+    std::uint8_t reservation = 0;
+};

@@ -1,0 +1,173 @@
+#include "tests/modules/bmc/SdrFixture.hpp"
+
+#include <atomic>
+#include <thread>
+
+using testing::IsEmpty;
+using testing::Le;
+using testing::SizeIs;
+
+namespace {
+
+class Sdr : public SdrFixture {
+protected:
+    /// Puts `answer` in place of what the repository says to the request for which it gives anything.
+    void disturb(std::function<IpmiAnswer(const IpmiRequest&)> answer)
+    {
+        bmc.on(0x0A, 0x23, [this, answer](const IpmiRequest& request) {
+            IpmiAnswer other = answer(request);
+            return other.empty() ? readRecord(request) : other;
+        });
+    }
+
+    static bool asksBody(const IpmiRequest& request, unsigned id)
+    {
+        return request.data[2] == id && request.data[4] > 0;
+    }
+
+    std::size_t count(std::uint8_t cmd) const
+    {
+        return static_cast<std::size_t>(std::ranges::count(bmc.requests, cmd, &IpmiRequest::cmd));
+    }
+};
+
+TEST_F(Sdr, HundredRecordsCostOneReservationAndEachItsHeaderAndPieces)
+{
+    for (unsigned id = 1; id <= 100; ++id)
+        records.push_back(
+            full(id, static_cast<std::uint8_t>(id), 1, {}, {0xC8, 'S', 'e', 'n', 's', 'o', 'r', ' ', 'A'}));
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "100");
+    EXPECT_THAT(bmc.requests, SizeIs(1 + 100 * (1 + 4)));
+    EXPECT_EQ(text("/BMC/SDR[100]"), line(records[99]));
+    EXPECT_THAT(get("/BMC/SDR/SENSOR_TYPE[1]"), SizeIs(101));
+    EXPECT_THAT(bmc.requests, SizeIs(501)) << "lookups cost no exchange";
+}
+
+TEST_F(Sdr, LostReservationAtAnyPieceRepeatsThatPieceAlone)
+{
+    records = {full(1, 1, 1, {1, 2, 3}), full(2, 2, 1, {4, 5, 6})};
+    const std::size_t pieces = 2 * (1 + 3);
+    for (std::size_t lost = 0; lost < pieces; ++lost) {
+        Module::BMCConfig::Cache::instance().Clear();
+        bmc.requests.clear();
+        disturb([this, lost, at = std::make_shared<std::size_t>(0)](const IpmiRequest&) {
+            if ((*at)++ == lost)
+                ++reservation; // another reader has taken it
+            return IpmiAnswer{};
+        });
+        EXPECT_EQ(text("/BMC/SDR[1]"), line(records[0])) << lost;
+        EXPECT_EQ(text("/BMC/SDR[2]"), line(records[1])) << lost;
+        EXPECT_EQ(count(0x23), pieces + 1) << lost;
+        EXPECT_EQ(count(0x22), 2U) << lost;
+    }
+}
+
+TEST_F(Sdr, RecordThatNeverReadsEndsTheWalkAfterHundredRepeatsAndLeavesTheRest)
+{
+    records = {full(1, 1, 1, {}), full(2, 2, 1, {})};
+    disturb([](const IpmiRequest& request) { return request.data[2] == 2 ? IpmiAnswer{0xC3} : IpmiAnswer{}; });
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
+    EXPECT_EQ(count(0x23), 4 + 101U);
+    EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(2));
+}
+
+TEST_F(Sdr, RefusedReservationGivesNoRecordsAndNoException)
+{
+    bmc.on(0x0A, 0x22, IpmiAnswer{0xC1});
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "0");
+    EXPECT_THAT(get("/BMC/SDR/SENSOR_TYPE[1]").at("/BMC/SDR/SENSOR_TYPE[1]").mXNodeList, IsEmpty());
+    EXPECT_EQ(count(0x23), 0U);
+}
+
+TEST_F(Sdr, OnlyBothBytesOfTheNextIdEndTheWalk)
+{
+    records = {full(1, 1, 1, {}), full(0x01FF, 2, 1, {}), full(0xFF02, 3, 1, {})};
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "3");
+}
+
+TEST_F(Sdr, NextIdThatLeadsBackEndsTheWalk)
+{
+    records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
+    for (const int back : {0, 1, 2, 3}) {
+        Module::BMCConfig::Cache::instance().Clear();
+        disturb([this, back](const IpmiRequest& request) {
+            IpmiAnswer answer = readRecord(request);
+            if (answer.size() > 2 && request.data[2] == 3)
+                answer[1] = static_cast<std::uint8_t>(back), answer[2] = 0;
+            return answer;
+        });
+        EXPECT_EQ(text("/BMC/SDR/NUMBER"), "3") << back;
+    }
+}
+
+TEST_F(Sdr, PiecesThatComeShortAreReadOnAndEmptyOnesEndTheRecord)
+{
+    records = {full(1, 1, 1, {}, {0xC5, 'I', 'n', 'l', 'e', 't'}), full(2, 2, 1, {})};
+    disturb([this](const IpmiRequest& request) {
+        IpmiAnswer answer = readRecord(request);
+        if (asksBody(request, 0) && answer.size() > 3 + 7)
+            answer.resize(3 + 7);
+        if (asksBody(request, 2) && request.data[4] > 20)
+            answer.resize(3);
+        return answer;
+    });
+    EXPECT_EQ(text("/BMC/SDR[1]"), line(records[0]));
+    EXPECT_EQ(text("/BMC/SDR[2]"), line(std::span(records[1]).first(21)));
+}
+
+TEST_F(Sdr, HeaderCutShortEndsTheWalkWithWhatWasRead)
+{
+    records = {full(1, 1, 1, {}), full(2, 2, 1, {})};
+    disturb([](const IpmiRequest& request) {
+        return request.data[2] == 2 ? IpmiAnswer{0, 0xFF, 0xFF, 2, 0, 0x51, 1} : IpmiAnswer{};
+    });
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
+}
+
+TEST_F(Sdr, RecordsTooShortForAFieldHaveNoneOfIt)
+{
+    for (const std::size_t length : {0, 1, 3, 7, 8, 43, 250, 255})
+        records.push_back(record(static_cast<unsigned>(records.size() + 1), 1, Bytes(length, 0x05)));
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "8");
+    EXPECT_THAT(get("/BMC/SDR/SENSOR_TYPE[5]"), SizeIs(1 + 4)) << "byte 12 is there from length 8 on";
+    EXPECT_THAT(get("/BMC/SDR/SENSOR_NUMBER[5]/OWNER[5]/LUN[5]"), SizeIs(1 + 6));
+    EXPECT_THAT(get("/BMC/SDR/ENTITY_ID[5]/ENTITY_INSTANCE[5]"), SizeIs(1 + 5));
+    EXPECT_EQ(text("/BMC/SDR[1]/DECODED/OWNER"), "");
+    EXPECT_EQ(text("/BMC/SDR[2]/DECODED/LUN"), "");
+    EXPECT_EQ(text("/BMC/SENSOR[5]/OWNER[5]/LUN[5]/NAME"), "");
+    EXPECT_NO_THROW(get("/BMC/SENSOR/DISPLAY"));
+}
+
+TEST_F(Sdr, ListQueriesWalkNoMoreThan1023Records)
+{
+    for (unsigned id = 1; id <= 1100; ++id)
+        records.push_back(record(id, 0xC0, {1}));
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1100");
+    EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[192]"), SizeIs(1 + 1023));
+}
+
+TEST_F(Sdr, CacheThatWasEmptiedIsReadAgain)
+{
+    records = {full(1, 1, 1, {})};
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
+    records.push_back(full(2, 2, 1, {}));
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
+    Module::BMCConfig::Cache::instance().Clear();
+    EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(3));
+}
+
+TEST_F(Sdr, ThreadsThatFindTheCacheEmptyReadTheRepositoryOnce)
+{
+    for (unsigned id = 1; id <= 40; ++id)
+        records.push_back(full(id, static_cast<std::uint8_t>(id), 1, {}));
+    std::atomic<int> right = 0;
+    {
+        std::vector<std::jthread> readers;
+        for (int reader = 0; reader < 4; ++reader)
+            readers.emplace_back([&] { right += text("/BMC/SDR/NUMBER") == "40"; });
+    }
+    EXPECT_EQ(right, 4);
+    EXPECT_EQ(count(0x22), 1U);
+}
+
+} // namespace

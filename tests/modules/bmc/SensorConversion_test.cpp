@@ -1,0 +1,193 @@
+#include "modules/bmc/SensorConversion.hpp"
+#include "modules/bmc/SensorStates.hpp"
+#include "modules/bmc/SensorUnits.hpp"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+using Module::BMCConfig::CVTCUtilities;
+using Module::BMCConfig::FindAndLoadNonTemperatureUnit;
+using Module::BMCConfig::FindAndLoadTemperatureUnit;
+using Module::BMCConfig::nameStates;
+using Module::BMCConfig::unitTextSize;
+
+namespace {
+
+double convert(std::uint8_t linearisation, int m, int x, int b, int rExponent, int bExponent)
+{
+    double value = -1.0;
+    CVTCUtilities::ConversionFormula(linearisation, m, x, b, rExponent, bExponent, &value);
+    return value;
+}
+
+TEST(SensorConversion, FactorsAreTenBitNumbersOfTwosComplement)
+{
+    for (int wanted = -512; wanted < 512; ++wanted)
+        for (const int tolerance : {0x00, 0x3F}) {
+            const auto low = static_cast<std::uint8_t>(wanted & 0xFF);
+            const auto high = static_cast<std::uint8_t>((wanted >> 2 & 0xC0) | tolerance);
+            int m = 0, b = 0;
+            CVTCUtilities::CalculateMultiplier(low, high, &m);
+            CVTCUtilities::CalculateOffset(low, high, &b);
+            ASSERT_EQ(m, wanted);
+            ASSERT_EQ(b, wanted);
+        }
+}
+
+TEST(SensorConversion, ExponentsAreSignedNibbles)
+{
+    for (int r = -8; r < 8; ++r)
+        for (int b = -8; b < 8; ++b) {
+            int rFound = 0, bFound = 0;
+            const auto byte = static_cast<std::uint8_t>((r & 15) << 4 | (b & 15));
+            CVTCUtilities::CalculateRExponent(byte, &rFound);
+            CVTCUtilities::CalculateBExponent(byte, &bFound);
+            ASSERT_EQ(rFound, r);
+            ASSERT_EQ(bFound, b);
+        }
+}
+
+TEST(SensorConversion, ReadingsFollowTheDataFormat)
+{
+    const struct {
+        std::uint8_t raw, format;
+        int value;
+    } cases[] = {{0xFF, 0, 255},  {0xFF, 1, 0},   {0xFF, 2, -1},  {0xFF, 3, -1},  {0x80, 1, -127},
+                 {0x80, 2, -128}, {0x7F, 1, 127}, {0x7F, 2, 127}, {0xE1, 1, -30}, {0xE2, 2, -30}};
+    for (const auto& item : cases) {
+        int value = 0;
+        CVTCUtilities::GetSignedData(item.raw, item.format, &value);
+        EXPECT_EQ(value, item.value) << int(item.raw) << " in format " << int(item.format);
+    }
+}
+
+// IPMI 2.0, 36.3: y = (M x + B 10^K1) 10^K2, here in another order of computation.
+TEST(SensorConversion, LinearSensorsFollowTheFormulaOverAllExponents)
+{
+    for (const int m : {-512, -1, 0, 1, 2, 98, 511})
+        for (const int b : {-512, -4, 0, 125, 511})
+            for (int r = -8; r < 8; ++r)
+                for (int k = -8; k < 8; ++k)
+                    for (int x = -128; x < 256; x += 7) {
+                        const long double wanted = static_cast<long double>(m) * x * powl(10.0L, r) +
+                                                   static_cast<long double>(b) * powl(10.0L, k + r);
+                        const double found = convert(0, m, x, b, r, k);
+                        const double scale = std::fabs(m * x) * std::pow(10, r) + std::fabs(b) * std::pow(10, k + r);
+                        ASSERT_NEAR(found, static_cast<double>(wanted), scale * 1e-14)
+                            << m << " " << b << " " << r << " " << k << " " << x;
+                    }
+}
+
+TEST(SensorConversion, OtherFormsTakeTheRawReading)
+{
+    const struct {
+        std::uint8_t form;
+        int x;
+        double value;
+    } cases[] = {{1, 1, 0},
+                 {2, 100, 2},
+                 {3, 8, 3},
+                 {4, 0, 1},
+                 {5, -2, 0.01},
+                 {6, 10, 1024},
+                 {8, -9, 81},
+                 {9, -3, -27},
+                 {10, 9, 3},
+                 {11, 2, 0.125},
+                 {11, 0, 0},
+                 {12, 5, 0},
+                 {0x3F, 5, 0},
+                 {7, 255, 0},
+                 {7, 4, 1 / ((3 * 4 + 50) * 0.1)},
+                 {7, 0, 1 / ((3 * 1 + 50) * 0.1)},
+                 {7, 1, 1 / ((3 * 1 + 50) * 0.1)}};
+    for (const auto& item : cases)
+        EXPECT_NEAR(convert(item.form, 3, item.x, 5, -1, 1), item.value, 1e-12) << int(item.form) << " of " << item.x;
+    EXPECT_EQ(convert(7, 0, 9, 0, 0, 0), 0.0) << "no division by 0";
+}
+
+TEST(SensorConversion, OnlyLogarithmsAndTheRootMayHaveNoNumber)
+{
+    for (const int form : {0, 4, 5, 6, 7, 8, 9, 11})
+        for (int x = -128; x < 256; ++x)
+            ASSERT_TRUE(std::isfinite(convert(static_cast<std::uint8_t>(form), 511, x, -512, 7, 7)))
+                << form << " of " << x;
+}
+
+TEST(SensorConversion, ToleranceAndAccuracyAreTakenFromTheirBits)
+{
+    double tolerance = 0;
+    CVTCUtilities::CalculateTolerance(3, 2, -1, 0, &tolerance);
+    EXPECT_NEAR(tolerance, 1.2, 1e-12);
+    CVTCUtilities::CalculateTolerance(0x23, 2, -1, 0, &tolerance);
+    EXPECT_NEAR(tolerance, -14.0, 1e-12);
+    CVTCUtilities::CalculateTolerance(3, 2, -1, 7, &tolerance);
+    EXPECT_EQ(tolerance, 0.0);
+    unsigned accuracy = 0;
+    CVTCUtilities::CalculateAccuracy(0xC5, 0x7F, &accuracy);
+    EXPECT_EQ(accuracy, 0x1C5U);
+}
+
+TEST(SensorStates, NamesFollowTheReadingType)
+{
+    const struct {
+        std::uint8_t reading, sensor, states1, states2;
+        const char* names;
+    } cases[] = {
+        {0x01, 1, 0xFF, 0x7F, "UNKNOWN"}, // thresholds have no states
+        {0x02, 1, 0x05, 0, "IDLE, BUSY"},
+        {0x03, 2, 0x01, 0, "STATE_DEASSERTED"},
+        {0x03, 2, 0x03, 0, "STATE_ASSERTED"},
+        {0x03, 2, 0x00, 0, "UNKNOWN"},
+        {0x07, 2, 0x81, 0x01, "TRANSITION_TO_OK, MONITOR, INSTALL_ERROR"},
+        {0x08, 4, 0x00, 0, "DEVICE_REMOVED/DEVICE_ABSENT"},
+        {0x08, 4, 0x02, 0, "DEVICE_INSERTED/DEVICE_PRESENT"},
+        {0x09, 4, 0x00, 0, "DEVICE_DISABLED"},
+        {0x09, 4, 0x02, 0, "DEVICE_ENABLED"},
+        {0x09, 4, 0x04, 0, "UNKNOWN"},
+        {0x0B, 9, 0x20, 0, "NON_REDUNDANT_INSUFFICENT_RESOURCES"},
+        {0x6F, 0x07, 0xA0, 0x02, "CONFIGURATION_ERROR, PROCESSOR_PRESENCE_DETECTED, THREMAL_PRESENCE_DETECTED"},
+        {0x6F, 0x08, 0x09, 0, "PRESENCE_DETECTED, POWER_SUPPLY_INPUT_LOST"},
+        {0x6F, 0x0C, 0x02, 0x01, "UNCORRECTABLE_ECC, SPARE"},
+        {0x6F, 0x0D, 0x00, 0x01, "REBUILD/REMAP_ABORTED"},
+        {0x6F, 0x10, 0x04, 0, "LOG_AREA_RESET/CLEARED"},
+        {0x6F, 0x12, 0x10, 0, "PEF_ACTION"},
+        {0x6F, 0x23, 0x00, 0x01, "TIMER_INTERRUPT"},
+        {0x6F, 0x28, 0x10, 0, "SENSOR_FAILURE"},
+        {0x6F, 0xDC, 0x05, 0, "POLICY_INTERFACE_AVAILABLE, MONITORING_UNAVAILABLE, POWER_LIMITING_AVAILABLE"},
+        {0x6F, 0x29, 0xF8, 0x7F, "UNKNOWN"}, // bits above the names
+        {0x70, 0x0D, 0x02, 0x04, "DEVICE_FAULT, DEVICE_INSERTED"},
+        {0x7E, 0xC7, 0xFF, 0x7F, "UNKNOWN"},
+    };
+    for (const auto& item : cases)
+        EXPECT_EQ(nameStates(item.reading, item.sensor, item.states1, item.states2), item.names)
+            << int(item.reading) << " of sensor type " << int(item.sensor);
+}
+
+TEST(SensorUnits, ModifierAndPercentAreWrittenIntoTwentyBytes)
+{
+    char text[unitTextSize];
+    EXPECT_EQ(FindAndLoadTemperatureUnit(3, 0, text), 0);
+    EXPECT_EQ(FindAndLoadTemperatureUnit(1, 5, text), 0);
+    EXPECT_EQ(FindAndLoadTemperatureUnit(2, 0, text), 1);
+    EXPECT_STREQ(text, "Degrees Fahrenheit");
+    const struct {
+        std::uint8_t base, modifier, units1;
+        const char* text;
+    } cases[] = {{4, 0, 0, "Volts"},
+                 {6, 24, 2, "Watts/Hour"},
+                 {6, 24, 4, "Watts*Hour"},
+                 {6, 24, 0, "Watts"},
+                 {18, 0, 1, "RPM%"},
+                 {49, 0, 0, "Gilerts"},
+                 {90, 90, 2, "UncorrectableError/"},
+                 {3, 0, 0xC0, "Degrees Kelvin"}};
+    for (const auto& item : cases) {
+        EXPECT_EQ(FindAndLoadNonTemperatureUnit(item.base, item.modifier, item.units1, text), 1);
+        EXPECT_STREQ(text, item.text);
+    }
+    EXPECT_EQ(FindAndLoadNonTemperatureUnit(91, 0, 0, text), 0);
+}
+
+} // namespace

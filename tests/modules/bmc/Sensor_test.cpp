@@ -1,0 +1,73 @@
+#include "tests/modules/bmc/SdrFixture.hpp"
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+namespace {
+
+class Sensor : public SdrFixture {
+protected:
+    std::string nameOf(Bytes coded)
+    {
+        Module::BMCConfig::Cache::instance().Clear();
+        records = {full(1, 5, 1, {}, std::move(coded))};
+        return text("/BMC/SENSOR[5]/OWNER[32]/LUN[0]/NAME");
+    }
+};
+
+TEST_F(Sensor, NamesAreDecodedByTheirCoding)
+{
+    EXPECT_EQ(nameOf({0xC6, 'I', 'n', 'l', 'e', 't', '1'}), "Inlet1");
+    EXPECT_EQ(nameOf({0xC9, 'A', 0x01, 0x1F, 0x80, 0xFF, '%', 'n', '%', 's'}), "A%n%s") << "no other bytes come out";
+    EXPECT_EQ(nameOf({0x04, 'U', 0, 'n', 0}), "Un");
+    EXPECT_EQ(nameOf({0x83, 0x29, 0xDC, 0xA6}), "IPMI");
+    EXPECT_EQ(nameOf({0x84, 0x29, 0xDC, 0xA6, 0x11}), "IPMI1");
+    EXPECT_EQ(nameOf({0x43, 0x12, 0xBC, 0xDE}), "12-.:,");
+    EXPECT_EQ(nameOf({0xC0}), "");
+    EXPECT_EQ(nameOf({0xDF, 'a', 'b'}), "ab") << "a length beyond the record's end";
+    EXPECT_EQ(nameOf({0xC2, 'a', 'b', 'c'}), "ab");
+    EXPECT_EQ(nameOf({0xDE, 'a', ' ', 'l', 'o', 'n', 'g', ' ', 'n', 'a', 'm', 'e', ' ', 'o', 'f', ' ',
+                      't',  'h', 'i', 'r', 't', 'y', ' ', 'c', 'h', 'a', 'r', 's', '.', '.', '.'}),
+              "a long name of thirty chars...");
+}
+
+TEST_F(Sensor, CompactRecordIsNeverANumber)
+{
+    records = {compact(1, 6, 1, 1)};
+    bmc.on(0x04, 0x2D, IpmiAnswer{0, 0x40, 0xC0, 0x01, 0x80});
+    EXPECT_EQ(text("/BMC/SENSOR[6]/INTERPRET_SENSOR_VALUE"), "UNKNOWN");
+    EXPECT_EQ(text("/BMC/SENSOR[6]/RESOLUTION"), "");
+}
+
+TEST_F(Sensor, ResolutionIsCutToAnInteger)
+{
+    // units, base, modifier, linearisation, M, M and tolerance, B, B and accuracy, accuracy, exponents
+    records = {full(1, 7, 1, {0, 1, 0, 0, 0x0F, 0xC0, 0, 0, 0, 0xF0}),
+               full(2, 8, 1, {0, 1, 0, 0, 2, 0, 0, 0, 0, 0x70})};
+    EXPECT_EQ(text("/BMC/SENSOR[7]/RESOLUTION"), "24") << "M -241, exponent -1";
+    EXPECT_EQ(text("/BMC/SENSOR[8]/RESOLUTION"), "20000000");
+}
+
+TEST_F(Sensor, DisplayListsEachSensorOnceAndGoesOnAfterFailures)
+{
+    records = {full(1, 5, 1, {0, 1, 0, 0, 1}), compact(2, 6, 8, 0x6F), full(3, 5, 1, {0, 1, 0, 0, 1}),
+               record(4, 0x11, {0x20, 0, 0x80, 0, 0})};
+    records[2][5] = 0x24;
+    bmc.on(0x04, 0x2D, [](const IpmiRequest& request) {
+        return request.data[0] == 5 ? IpmiAnswer{0, 0x19, 0xC0} : IpmiAnswer{0xCB};
+    });
+    bmc.on(0x04, 0x27, IpmiAnswer{0, 0x08, 0, 0, 0, 80, 0, 0});
+    ResultMap shown = get("/BMC/SENSOR/DISPLAY");
+    EXPECT_THAT(shown.at("/BMC/SENSOR/DISPLAY").mXNodeList,
+                ElementsAre("/BMC/SENSOR[5]", "/BMC/SENSOR[6]", "/BMC/SENSOR[5]/OWNER[36]/LUN[0]"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]").mXNodeList, SizeIs(7));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/NAME").mXNodeList, ElementsAre("T"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/VALUE").mXNodeList, ElementsAre("25.000000"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/UNITS").mXNodeList, ElementsAre("Degrees Celsius"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/THRESHOLD/UPPER_NONCRITICAL").mXNodeList, ElementsAre("80"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/THRESHOLD/UPPER_CRITICAL").mXNodeList, ElementsAre("NOT SUPPORTED"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[6]/NUMBER").mXNodeList, ElementsAre("6"));
+    EXPECT_THAT(shown.at("/BMC/SENSOR[5]/OWNER[36]/LUN[0]/OWNER").mXNodeList, ElementsAre("36"));
+}
+
+} // namespace
