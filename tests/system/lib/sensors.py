@@ -52,8 +52,11 @@ GROUPS = (Group("voltageProbeTable", "voltage", VOLTAGE, 1000, 1, 9, True),
 
 
 def expected_rows(group, board, seen):
-    """Rows of one table, {column name: value}, from ipmitool's lines of the board."""
-    chosen = [(sensor, line) for sensor, line in zip(board.sensors, seen, strict=True)
+    """Rows of one table, {column name: value}, from ipmitool's lines of the board. The agent asks a controller's LUN 0
+    only, so that a sensor of another LUN shows what the same number has there."""
+    lines = {(s["owner"], s["lun"], s["number"]): line for s, line in zip(board.sensors, seen, strict=True)}
+    chosen = [(sensor, lines[sensor["owner"], 0, sensor["number"]])
+              for sensor in board.sensors
               if sensor["type"] == group.kind and (not group.linear_only or _linear(sensor))]
     # rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]
     chosen.sort(key=lambda pair: f"SDR[{pair[0]['record_id']}]")
