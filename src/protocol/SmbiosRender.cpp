@@ -74,13 +74,13 @@ std::string bitText(bool set)
     return set ? "Supported" : "Not Supported";
 }
 
-/// True if the map's mask, highest bit first, has a 1 for `bit` of a field of `bits` bits.
+/// True if the map has a mask and that has a 0 for `bit`.
 bool isReserved(std::span<const ValueText> values, std::size_t bit)
 {
     if (values.empty() || values.front().code != 0)
         return false;
     const std::string_view mask = values.front().text;
-    return bit < mask.size() && mask[mask.size() - 1 - bit] == '1';
+    return bit < mask.size() && mask[bit] == '0';
 }
 
 std::string inKilobytes(std::uint64_t size)

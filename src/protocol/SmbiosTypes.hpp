@@ -48,7 +48,7 @@ enum FieldInterpretation : std::uint8_t {
 };
 
 /// A code and its text. In the map of a bit field the code is the bit's number plus 1, and code 0 may hold the mask of
-/// the reserved bits as binary digits, the highest bit first.
+/// the bits: the lowest first, a 0 for each that is reserved.
 struct ValueText {
     std::uint16_t code;
     const char* text;

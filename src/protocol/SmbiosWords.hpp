@@ -771,7 +771,7 @@ inline constexpr ValueText biosExtension2[] = {
 
 /// Processor characteristics (7.5.9).
 inline constexpr ValueText processorCharacteristics[] = {
-    {0, "1111111100000011"},
+    {0, "0011111100000000"},
     {3, "64-bit Capable"},
     {4, "Multi-Core"},
     {5, "Hardware Thread"},
@@ -782,7 +782,7 @@ inline constexpr ValueText processorCharacteristics[] = {
 
 /// SRAM types of a cache (7.8.2).
 inline constexpr ValueText sramTypes[] = {
-    {0, "1111111110000000"}, {1, "Other"},       {2, "Unknown"},      {3, "Non-Burst"}, {4, "Burst"},
+    {0, "1111111000000000"}, {1, "Other"},       {2, "Unknown"},      {3, "Non-Burst"}, {4, "Burst"},
     {5, "Pipeline Burst"},   {6, "Synchronous"}, {7, "Asynchronous"},
 };
 
@@ -803,7 +803,7 @@ inline constexpr ValueText slotCharacteristics2[] = {
 
 /// Type details of a memory device (7.18.3), in the words that the inventory asks for.
 inline constexpr ValueText typeDetails[] = {
-    {0, "0000000000000001"},
+    {0, "0111111111111111"},
     {2, "Other"},
     {3, "Unknown"},
     {4, "Fast-paged"},

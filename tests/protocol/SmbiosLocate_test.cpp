@@ -1,0 +1,144 @@
+#include "common/ErrorName.hpp"
+#include "common/ResultStatus.hpp"
+#include "protocol/MemMapDriverImpl.hpp"
+#include "protocol/SMBIOSProtocolImpl.hpp"
+#include "tests/support/SmbiosImage.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+using OS::Driver::MemMapDriverImpl;
+using OS::Driver::UnmapDeleter;
+using Protocol::SMBIOS::SMBIOSProtocolImpl;
+
+constexpr const char* systab = "/sys/firmware/efi/systab";
+constexpr std::uint32_t efiAddress = 0x123458; ///< not at a page's start, outside of the low area
+
+template<class Work>
+int errorOf(Work work)
+{
+    try {
+        work();
+        return 0;
+    } catch (const ResultStatus& status) {
+        return status.getval();
+    }
+}
+
+int readMachine()
+{
+    return errorOf([] { SMBIOSProtocolImpl(); });
+}
+
+class SmbiosLocate : public testing::Test {
+protected:
+    std::string vendor() const
+    {
+        ResultMap result;
+        SMBIOSProtocolImpl().SMBiosSearch("/SMBIOS/Type0/Vendor", result);
+        return result.at("/SMBIOS/Type0/Vendor").mXNodeList.front();
+    }
+
+    TempRoot root;
+    SmbiosImage image = serverImage(2, 7);
+};
+
+TEST_F(SmbiosLocate, WindowBeginsAtTheByteAskedFor)
+{
+    root.writeAt("/dev/mem", 0xF0010, "sixteen bytes in");
+    root.writeAt("/dev/mem", 0xFFFFF, "!");
+    MemMapDriverImpl memory;
+    std::unique_ptr<UnmapDeleter> window;
+    memory.Map(0xF0010, 32, window);
+    EXPECT_EQ(window->length, 48U);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(window->pointer), 16), "sixteen bytes in");
+    memory.Map(0xF0000, 32, window);
+    EXPECT_EQ(window->length, 32U);
+    EXPECT_EQ(memory.DeInitMemMapDriver(), 0);
+}
+
+TEST_F(SmbiosLocate, MemoryThatCannotBeReachedIsNamed)
+{
+    EXPECT_EQ(errorOf([] { MemMapDriverImpl(); }), ERROR_OPEN_DEVICE);
+    EXPECT_EQ(readMachine(), ERROR_OPEN_DEVICE);
+    root.write("/dev/mem", "too short for the low area");
+    EXPECT_EQ(readMachine(), ERROR_PHY_VIRT_MAPPING);
+}
+
+TEST_F(SmbiosLocate, EntryPointIsFoundAtAnyParagraphOfTheLowArea)
+{
+    for (const std::uint32_t address : {0xF0000U, 0xF0010U, 0xFFFD0U}) {
+        image.place(root, address, 0xE0004);
+        EXPECT_EQ(vendor(), "Firmware Maker") << address;
+        root.writeAt("/dev/mem", address, SmbiosImage::zeros(32));
+    }
+    image.place(root, 0xF0008);
+    EXPECT_EQ(readMachine(), ERROR_NO_SMBIOS_ENTRY_PTR) << "not at a paragraph";
+    root.writeAt("/dev/mem", 0xF0008, SmbiosImage::zeros(32));
+    root.writeAt("/dev/mem", 0xFFFF0, image.entryPoint(0xE0000));
+    EXPECT_EQ(readMachine(), ERROR_CHECKSUM_INCORRECT) << "reaches out of the area";
+}
+
+TEST_F(SmbiosLocate, TableOutsideOfMemoryIsNotMapped)
+{
+    image.place(root);
+    root.writeAt("/dev/mem", 0xF0000, image.entryPoint(0x7FFFFFFF));
+    EXPECT_EQ(readMachine(), ERROR_PHY_VIRT_MAPPING);
+}
+
+TEST_F(SmbiosLocate, DefectiveLowEntryPointIsNotReplacedByTheEfiOne)
+{
+    image.place(root, efiAddress, 0xE0000);
+    root.write(systab, "SMBIOS=0x123458\n");
+    EXPECT_EQ(vendor(), "Firmware Maker");
+    std::string spoilt = image.entryPoint(0xE0000);
+    ++spoilt[8];
+    root.writeAt("/dev/mem", 0xF0000, spoilt);
+    EXPECT_EQ(readMachine(), ERROR_CHECKSUM_INCORRECT);
+}
+
+TEST_F(SmbiosLocate, EfiTableLeadsToTheEntryPoint)
+{
+    struct Case {
+        const char* name;
+        std::string lines;
+        int error;
+    };
+    const Case cases[] = {
+        {"plain", "ACPI=0x1\nSMBIOS=0x123458\n", 0},
+        {"decimal", "SMBIOS=1193048\n", 0},
+        {"64-bit entry point named first", "SMBIOS3=0x100\nSMBIOS=0x123458\n", 0},
+        {"more than 32 bits", "SMBIOS=0x500123458\n", 0},
+        {"no line", "ACPI20=0x123458\n", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"no equals sign", "SMBIOS 0x123458\n", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"no address", "SMBIOS=\n", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"elsewhere", "SMBIOS=0x123450\n", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"endless line", "SMBIOS=" + std::string(10'000, '0'), ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"empty", "", ERROR_NO_SMBIOS_ENTRY_PTR},
+    };
+    image.place(root, efiAddress, 0xE0000);
+    EXPECT_EQ(readMachine(), ERROR_NO_SMBIOS_ENTRY_PTR) << "no file";
+    for (const Case& one : cases) {
+        root.write(systab, one.lines);
+        EXPECT_EQ(readMachine(), one.error) << one.name;
+    }
+    std::filesystem::remove(root.resolve(systab));
+    root.write("/proc/efi/systab", "SMBIOS=0x123458\n");
+    EXPECT_EQ(readMachine(), 0) << "older place";
+}
+
+TEST_F(SmbiosLocate, InstanceReadsTheTableOnce)
+{
+    SMBIOSProtocolImpl::DeleteInstance();
+    EXPECT_EQ(errorOf([] { SMBIOSProtocolImpl::CreateInstance(); }), ERROR_OPEN_DEVICE);
+    image.place(root);
+    const auto first = SMBIOSProtocolImpl::CreateInstance();
+    std::filesystem::remove(root.resolve("/dev/mem"));
+    EXPECT_EQ(SMBIOSProtocolImpl::CreateInstance(), first);
+    SMBIOSProtocolImpl::DeleteInstance();
+}
+
+} // namespace
