@@ -1,0 +1,115 @@
+#include "common/ResultStatus.hpp"
+#include "modules/bios/BIOSConfigModule.hpp"
+#include "platform/PlatformImpl.hpp"
+#include "protocol/SMBIOSProtocolImpl.hpp"
+#include "tests/support/FakeClock.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "tests/support/SmbiosImage.hpp"
+#include "tests/support/TempRoot.hpp"
+#include "transport/TransportState.hpp"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Body = SmbiosImage::Body;
+using Module::BIOSConfig::BIOSConfigModule;
+using Platform::PlatformImpl;
+using Protocol::SMBIOS::SMBIOSProtocolImpl;
+
+constexpr std::uint8_t netFnApp = 0x06;
+constexpr std::uint8_t getDeviceId = 0x01;
+
+/// A machine with SMBIOS tables and a BMC of product id 003Eh, a newer platform.
+class BIOSConfigModuleTest : public testing::Test {
+protected:
+    BIOSConfigModuleTest()
+    {
+        forget();
+        answerProductId(0x3E, 0x00);
+        SmbiosImage image = serverImage(2, 7);
+        image.count -= 1;
+        image.table.resize(image.table.size() - 6);
+        image.add(
+            17, Body().word(0x100).word(0).word(0).word(0).word(64).bytes({9, 0}).text("X").text("Y").byte(1).word(0));
+        image.place(root);
+    }
+    ~BIOSConfigModuleTest() override { forget(); }
+
+    static void forget()
+    {
+        resetTransportForTests();
+        PlatformImpl::CreateInstance()->Reset();
+        SMBIOSProtocolImpl::DeleteInstance();
+    }
+
+    void answerProductId(std::uint8_t low, std::uint8_t high)
+    {
+        bmc.on(netFnApp, getDeviceId, {0, 0x20, 0x81, 1, 0x32, 0x02, 0xBF, 0x57, 1, 0, low, high, 0, 0, 0, 0});
+    }
+
+    /// The one value of the one node, or the error's code as "! 1001".
+    std::string ask(const std::string& query)
+    {
+        results.clear();
+        try {
+            BIOSConfigModule().ProcessXQuery(query, results);
+        } catch (const ResultStatus& status) {
+            return "! " + std::to_string(status.getval());
+        }
+        return results.size() == 1 && results.contains(query) ? results[query].mXNodeList.at(0) : "(other)";
+    }
+
+    TempRoot root;
+    FakeClock clock;
+    ScopedSeam<Clock> useClock{clock};
+    ModelBmc bmc;
+    ScopedSeam<DeviceFile> useBmc{bmc};
+    ResultMap results;
+};
+
+TEST_F(BIOSConfigModuleTest, FirmwareVersionAnswersUnderThePathThatWasAsked)
+{
+    EXPECT_EQ(ask("/BIOS/ID"), "B01.02.0034.5");
+    EXPECT_EQ(ask("/BIOS/VERSION"), "B01.02.0034");
+    EXPECT_EQ(ask("/SMBIOS/Type0/BIOSVersion"), "B01.02.0034.5");
+}
+
+TEST_F(BIOSConfigModuleTest, SettingsAreRefusedButTheBoardsModelIsTold)
+{
+    EXPECT_EQ(ask("/BIOS/PlatformID"), "Larch-9");
+    for (const char* query : {"/BIOS", "/BIOS/X", "/BIOS/ID/@children", "/BIOS//ID", "/SMBIOS//Type0"})
+        EXPECT_EQ(ask(query), "! 1001") << query;
+    EXPECT_THROW(BIOSConfigModule().ProcessXQuery(std::map<std::string, std::string>{{"/BIOS/ID", "1"}}, true),
+                 ResultStatus);
+}
+
+TEST_F(BIOSConfigModuleTest, MemoryTypeOtherIsDdr3OnNewerPlatformsOnly)
+{
+    EXPECT_EQ(ask("/SMBIOS/Type17[6]/MemoryType"), "DDR3");
+    EXPECT_EQ(ask("/SMBIOS/Type17[1]/FormFactor"), "DIMM");
+    forget();
+    answerProductId(0x3D, 0x00);
+    EXPECT_EQ(ask("/SMBIOS/Type17[6]/MemoryType"), "Other");
+}
+
+TEST_F(BIOSConfigModuleTest, ChildrenComeAsOneNodeWithoutTheirValues)
+{
+    BIOSConfigModule().ProcessXQuery("/SMBIOS/Type11/@children", results);
+    ASSERT_EQ(results.size(), 1U);
+    const _XNode& node = results.at("/SMBIOS/Type11");
+    EXPECT_EQ(node.mType, NODE_NONLEAF);
+    EXPECT_EQ(node.mXNodeList, (std::vector<std::string>{"/SMBIOS/Type11/Count", "/SMBIOS/Type11/String[1]",
+                                                         "/SMBIOS/Type11/String[2]"}));
+}
+
+TEST_F(BIOSConfigModuleTest, TablesOutOfReachAreAnErrorAndReadOnceTheyAreThere)
+{
+    std::filesystem::remove(root.resolve("/dev/mem"));
+    EXPECT_EQ(ask("/SMBIOS/Type0/Vendor"), "! 1007");
+    EXPECT_EQ(ask("/BIOS/ID"), "! 1007");
+    serverImage(2, 7).place(root);
+    EXPECT_EQ(ask("/SMBIOS/Type0/Vendor"), "Firmware Maker");
+}
+
+} // namespace
