@@ -1,5 +1,6 @@
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
+#include "modules/bmc/catalogue/SensorSteps.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
 // The sensor data record repository: its state, its records piece by piece, and the maker's configuration file of it.
@@ -124,13 +125,9 @@ Script readPiece()
     });
 }
 
-/// A caller's plain parameter, where it gave one, to the packet's symbol.
 Steps take(const std::string& name)
 {
-    return script({
-        Size("$" + name, "$SIZE"),
-        If("$SIZE != 0", {Copy("$" + name, "$/SDR/" + name)}),
-    });
+    return takeGiven(name, "$/SDR/" + name);
 }
 
 /// The record id that the BMC gives is what the record's next part is added to.

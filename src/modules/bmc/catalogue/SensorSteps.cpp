@@ -169,6 +169,24 @@ Steps findRecord(const Form& form, const Steps& absent)
     });
 }
 
+Steps takeGiven(const std::string& plain, const std::string& symbol)
+{
+    const std::string given = "$" + plain;
+    return script({
+        Size(given, "$SIZE"),
+        If("$SIZE != 0", {Copy(given, symbol)}),
+    });
+}
+
+Steps sendForWord(const std::string& packet)
+{
+    return script({
+        send(packet),
+        If("$COMPLETION_CODE == 0", {returnText("SUCCESS")}),
+        returnText("FAILURE"),
+    });
+}
+
 Script readName(const Form& form)
 {
     return script({
