@@ -30,6 +30,7 @@ Bell eventBell;
 constexpr itimerspec stopPatience{{}, {.tv_sec = 4, .tv_nsec = 500'000'000}};
 timer_t stopTimer{};
 std::atomic<bool> stopTimerMade = false;
+std::atomic<bool> stopTimerRuns = false;
 const int stopTimerSignal = SIGRTMIN + 2;
 
 void leaveAtOnce(int)
@@ -46,11 +47,27 @@ void makeStopTimer()
     stopTimerMade = timer_create(CLOCK_MONOTONIC, &event, &stopTimer) == 0;
 }
 
+/// Safe in a signal handler. Further stop signals do not put the end off.
+void startStopTimer()
+{
+    if (stopTimerMade && !stopTimerRuns.exchange(true))
+        timer_settime(stopTimer, 0, &stopPatience, nullptr);
+}
+
+void cancelStopTimer()
+{
+    constexpr itimerspec never{};
+    if (stopTimerRuns.exchange(false))
+        timer_settime(stopTimer, 0, &never, nullptr);
+}
+
 void serveStop(int sig)
 {
     std::fprintf(stderr, "Caught signal %d\n", sig);
     if (printLocalTime("Signal received at: "))
         keep_running = 0;
+    else
+        cancelStopTimer();
 }
 
 void serveDoorbell()
@@ -85,8 +102,8 @@ void stop_server(int sig)
     for (StopSignal& stop : stopSignals)
         if (stop.number == sig)
             stop.caught = true;
-    if (keep_running && stopTimerMade)
-        timer_settime(stopTimer, 0, &stopPatience, nullptr);
+    if (keep_running)
+        startStopTimer();
     loopBell.ring();
 }
 

@@ -1,6 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/ThresholdWrites.hpp"
 #include "client/Functions.hpp"
+#include "tests/api-netsnmp/FakeClient.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,29 +12,10 @@
 #include <string>
 #include <vector>
 
-namespace {
-enum class Through { intInfo, intData, strInfo, strData, setInt };
-
-struct Call {
-    Through through;
-    int entity;
-    int attribute;
-    int row;
-    bool operator==(const Call&) const = default;
-};
-
-/// Stands in for the client behind the flat functions: keeps what was asked, answers what the test set.
-struct FakeClient {
-    std::vector<Call> calls;
-    int rows = 3;
-    int result = 0;
-    int setsEnabled = 0;
-    long number = 4711;
-    long written = 0;
-    std::optional<std::string> text = "value";
-};
 FakeClient client;
+std::atomic<int> eventDrains = 0;
 
+namespace {
 int answerNumber(Through through, int entity, int attribute, int row, long& out)
 {
     client.calls.push_back({through, entity, attribute, row});
@@ -82,6 +64,7 @@ int isSetEnabled()
 }
 int processEvent()
 {
+    ++eventDrains;
     return 0;
 }
 int initSMClient()
