@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+/// In a key "any value", in a severity or action "none given".
+constexpr std::uint8_t anyByte = 0xFF;
+
+/// The key of an event: offset, event data 2, event data 3 and a spare byte of FFh, from the high byte down.
+constexpr std::uint32_t packEventKey(unsigned offset, unsigned data2, unsigned data3)
+{
+    return (offset & 0xFFu) << 24 | (data2 & 0xFFu) << 16 | (data3 & 0xFFu) << 8 | anyByte;
+}
+
+/// What a translation file says of one event: numbers into its severities and recommended actions, and the text.
+struct event {
+    std::uint8_t assertSeverity = anyByte;
+    std::uint8_t deassertSeverity = anyByte;
+    std::uint8_t recommendAction = anyByte;
+    std::wstring translation;
+};
+
+/// Events by a type of at most 32 bits and their key. The lookup behind all event tables. Read-only once loaded.
+class EventIndex {
+public:
+    void add(std::uint32_t type, std::uint32_t key, event entry);
+    /// The entry of exactly this key; null without one or with an empty translation.
+    const event* find(std::uint32_t type, std::uint32_t key) const;
+    /// The entry for the event data at hand: the exact bytes first, then either byte as any, then both.
+    const event* findNearest(std::uint32_t type, unsigned offset, unsigned data2, unsigned data3) const;
+
+private:
+    std::unordered_map<std::uint64_t, event> entries;
+};
+
+/// Events by event type (generic) or sensor type (sensor-specific).
+class EventTable {
+public:
+    void add(std::uint32_t type, std::uint32_t key, event entry) { index.add(type, key, std::move(entry)); }
+    /// Fields of the entry of exactly this key; EventTableError without one.
+    const std::wstring& findTranslation(std::uint32_t type, std::uint32_t key) const;
+    int findAssertSev(std::uint32_t type, std::uint32_t key) const;
+    int findDeassertSev(std::uint32_t type, std::uint32_t key) const;
+    int findRecommendAction(std::uint32_t type, std::uint32_t key) const;
+    const event* findNearest(std::uint32_t type, unsigned offset, unsigned data2, unsigned data3) const
+    {
+        return index.findNearest(type, offset, data2, data3);
+    }
+
+private:
+    const event& entryOf(std::uint32_t type, std::uint32_t key) const;
+    EventIndex index;
+};

@@ -1,0 +1,54 @@
+#include "translator/Fillers.hpp"
+
+namespace {
+
+constexpr std::wstring_view directionMark = L"||";
+
+std::wstring_view textOfDirection(std::wstring_view translation, bool deassertion)
+{
+    const std::size_t mark = translation.find(directionMark);
+    if (mark == translation.npos)
+        return translation;
+    return deassertion ? translation.substr(mark + directionMark.size()) : translation.substr(0, mark);
+}
+
+/// Appends the value of the token that `text` begins with, and gives the token's length; 0 if it is none.
+std::size_t fillToken(std::wstring_view text, const EventContext& context, std::wstring& out)
+{
+    const bool bracket = text.front() == L'[';
+    const std::size_t close = text.find(bracket ? L']' : L'%', 1);
+    if (close == text.npos)
+        return 0;
+    const std::wstring_view whole = text.substr(0, close + 1);
+    const std::size_t colon = bracket ? whole.npos : whole.find(L':');
+    const std::wstring_view name = colon == whole.npos ? whole : whole.substr(0, colon + 1);
+    const std::wstring_view argument = colon == whole.npos ? L"" : whole.substr(colon + 1, close - colon - 1);
+    if (const Fill fill = findFiller(name))
+        fill(context, argument, out);
+    else if (const WordList* list = findWordList(name))
+        fillWord(*list, context, out);
+    else
+        return 0;
+    return whole.size();
+}
+
+} // namespace
+
+std::wstring expandTranslation(std::wstring_view translation, const EventContext& context)
+{
+    std::wstring_view rest = textOfDirection(translation, context.entry.isDeassertion());
+    std::wstring out;
+    out.reserve(rest.size() * 2);
+    while (!rest.empty()) {
+        const std::size_t mark = std::min(rest.find_first_of(L"[%"), rest.size());
+        out.append(rest.substr(0, mark));
+        rest.remove_prefix(mark);
+        if (rest.empty())
+            break;
+        const std::size_t used = fillToken(rest, context, out);
+        if (used == 0)
+            out.push_back(rest.front());
+        rest.remove_prefix(used == 0 ? 1 : used);
+    }
+    return out;
+}

@@ -1,0 +1,48 @@
+#include "translator/OEMTables.hpp"
+
+#include "translator/TranslationErrors.hpp"
+#include "translator/WideText.hpp"
+
+#include <algorithm>
+
+namespace {
+
+std::wstring joinedHex(std::span<const std::uint8_t> bytes)
+{
+    std::wstring text;
+    for (const std::uint8_t byte : bytes)
+        text += hexText(byte, 2, true);
+    return text;
+}
+
+} // namespace
+
+void OEMTSTable::add(std::uint32_t manufacturer, oemTime record)
+{
+    records[manufacturer].push_back(std::move(record));
+}
+
+const oemTime& OEMTSTable::findTranslation(std::uint32_t manufacturer,
+                                           std::span<const std::uint8_t, oemTimeByteCount> bytes) const
+{
+    if (const auto list = records.find(manufacturer); list != records.end()) {
+        const auto found = std::ranges::find_if(list->second, [&](const oemTime& row) { return row.matches(bytes); });
+        if (found != list->second.end())
+            return *found;
+    }
+    throw OEMTableError(L"Unable to translate OEM timestamped event with manufacturer ID 0x" +
+                        hexText(manufacturer, 6, true) + L" and OEM-defined bytes 0x" + joinedHex(bytes));
+}
+
+void OEMNonTSTable::add(oemNonTime record)
+{
+    records.push_back(std::move(record));
+}
+
+const oemNonTime& OEMNonTSTable::findTranslation(std::span<const std::uint8_t, oemNonTimeByteCount> bytes) const
+{
+    const auto found = std::ranges::find_if(records, [&](const oemNonTime& row) { return row.matches(bytes); });
+    if (found != records.end())
+        return *found;
+    throw OEMTableError(L"Unable to translate OEM non-timestamped event with OEM-defined bytes 0x" + joinedHex(bytes));
+}
