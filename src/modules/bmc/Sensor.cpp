@@ -50,7 +50,7 @@ std::string_view tail(std::string_view plain)
     return plain.starts_with(shortForm) ? plain.substr(shortForm.size()) : std::string_view();
 }
 
-/// The factors of the record's conversion, and the reading as the record's format has it.
+/// The factors of the record's conversion.
 struct Factors {
     int multiplier;
     int offset;
