@@ -1,6 +1,7 @@
 #pragma once
 
 #include "client/clChassisInfo.hpp"
+#include "client/clDiscreteGroups.hpp"
 #include "client/clInventory.hpp"
 #include "client/clSystemManagement.hpp"
 #include "client/clThresholdProbes.hpp"
