@@ -50,16 +50,6 @@ bool belongsTo(const SMBRecordInfo& device, const SMBRecordInfo& array)
     return device.holds(arrayHandle, FIELD_WORD) && device.number(arrayHandle, FIELD_WORD) == array.handle;
 }
 
-/// The fields of a memory device, one of them under the name that the inventory asks for.
-FieldValues asInventory(const FieldValues& fields)
-{
-    FieldValues inventory = fields;
-    for (auto& [path, value] : inventory)
-        if (path == "TypeDetail/EDO")
-            path = "TypeDetails/EDO";
-    return inventory;
-}
-
 } // namespace
 
 std::shared_ptr<const ISMBIOSProtocol> SMBIOSProtocolImpl::CreateInstance()
@@ -99,7 +89,6 @@ void SMBIOSProtocolImpl::InitSMBiosTable()
     FillMemoryArray();
     FillProcessorInfo();
     InitBiosReservedMem();
-    fieldsOfRecord = {};
 }
 
 void SMBIOSProtocolImpl::DefineSMBiosTable()
@@ -169,7 +158,7 @@ void SMBIOSProtocolImpl::FillSubTypeDataTables()
 }
 
 /// Puts every structure of the catalogue under its type, the first of a type also without a subscript. The subscripted
-/// groups are members only where there are several.
+/// paths are members only where there are several.
 void SMBIOSProtocolImpl::publishTypes()
 {
     std::set<std::uint8_t> types;
@@ -179,13 +168,9 @@ void SMBIOSProtocolImpl::publishTypes()
     for (const std::uint8_t type : types) {
         const std::vector<std::size_t> indexes = recordsOfType(type);
         const std::string path = rootPath + "/Type" + std::to_string(type);
-        addMember(rootPath, path);
-        publish(path, fieldsOfRecord[indexes.front()]);
-        for (std::size_t i = 0; i < indexes.size(); ++i) {
-            publish(subscripted(path, i + 1), fieldsOfRecord[indexes[i]]);
-            if (indexes.size() > 1)
-                addMember(path, subscripted(path, i + 1));
-        }
+        addStructure(rootPath, path, indexes.front());
+        for (std::size_t i = 0; i < indexes.size(); ++i)
+            addStructure(indexes.size() > 1 ? path : std::string(), subscripted(path, i + 1), indexes[i]);
     }
 }
 
@@ -195,35 +180,29 @@ void SMBIOSProtocolImpl::FillMemoryArray()
     const std::vector<std::size_t> arrays = recordsOfType(TYPE_MEMORY_ARRAY);
     if (records.empty())
         return;
-    addMember(rootPath, path);
-    // Not a member of the group: who asks for the group counts its nodes to learn the number of arrays.
-    values[path + "/TotalNoOfArray"] = std::to_string(arrays.size());
+    // An aside: who asks for the branch counts its nodes to learn the number of arrays.
+    addBranch(rootPath, path).asides.emplace_back("TotalNoOfArray", std::to_string(arrays.size()));
     for (std::size_t i = 0; i < arrays.size(); ++i) {
         const std::string array = subscripted(path, i + 1);
-        addMember(path, array);
-        publish(array, fieldsOfRecord[arrays[i]]);
-        FillPresentMemory(arrays[i], array);
+        FillPresentMemory(arrays[i], array, addStructure(path, array, arrays[i]));
     }
 }
 
-void SMBIOSProtocolImpl::FillPresentMemory(std::size_t array, const std::string& path)
+void SMBIOSProtocolImpl::FillPresentMemory(std::size_t array, const std::string& path, Branch& branch)
 {
     const std::string devices = path + "/MemoryDevice";
     std::size_t count = 0;
     std::size_t present = 0;
-    addGroup(devices);
+    addBranch(path, devices);
     for (const std::size_t index : recordsOfType(TYPE_MEMORY_DEVICE)) {
         if (!belongsTo(records[index], records[array]))
             continue;
         const bool isPresent = isMemoryPresent(records[index]);
-        const std::string device = subscripted(devices, ++count);
         present += isPresent;
-        addMember(devices, device);
-        publish(device, asInventory(fieldsOfRecord[index]));
-        addValue(device, device + "/DevicePresent", isPresent ? "True" : "False");
+        addStructure(devices, subscripted(devices, ++count), index)
+            .further.emplace_back("DevicePresent", isPresent ? "True" : "False");
     }
-    addValue(path, path + "/TotalNoOfDevicePresent", std::to_string(present));
-    addMember(path, devices);
+    branch.further.emplace_back("TotalNoOfDevicePresent", std::to_string(present));
 }
 
 void SMBIOSProtocolImpl::FillProcessorInfo()
@@ -232,18 +211,13 @@ void SMBIOSProtocolImpl::FillProcessorInfo()
     if (records.empty())
         return;
     const std::vector<std::size_t> sockets = recordsOfType(TYPE_PROCESSOR);
-    const auto isPresent = [this](std::size_t index) { return isProcessorPresent(records[index]); };
-    addMember(rootPath, path);
-    addValue(path, path + "/TotalNoOfProcessor", std::to_string(sockets.size()));
-    addValue(path, path + "/TotalNoOfProcessorPresent", std::to_string(std::ranges::count_if(sockets, isPresent)));
-    std::size_t number = 0;
-    for (const std::size_t index : sockets) {
-        if (!isPresent(index))
-            continue;
-        const std::string processor = subscripted(path, ++number);
-        addMember(path, processor);
-        publish(processor, fieldsOfRecord[index]);
-    }
+    std::size_t present = 0;
+    Branch& branch = addBranch(rootPath, path);
+    for (const std::size_t index : sockets)
+        if (isProcessorPresent(records[index]))
+            addStructure(path, subscripted(path, ++present), index);
+    branch.further = {{"TotalNoOfProcessor", std::to_string(sockets.size())},
+                      {"TotalNoOfProcessorPresent", std::to_string(present)}};
 }
 
 void SMBIOSProtocolImpl::InitBiosReservedMem()
@@ -253,39 +227,27 @@ void SMBIOSProtocolImpl::InitBiosReservedMem()
     reservedSize = numberAt(path + "/Size");
 }
 
-void SMBIOSProtocolImpl::publish(const std::string& path, const FieldValues& fields)
+/// An empty `parent` leaves the branch out of every listing.
+SMBIOSProtocolImpl::Branch& SMBIOSProtocolImpl::addBranch(const std::string& parent, const std::string& path)
 {
-    addGroup(path);
-    for (const auto& [name, value] : fields) {
-        const std::string full = path + '/' + name;
-        addValue(path, full, value);
-        if (const std::size_t slash = name.find('/'); slash != std::string::npos)
-            addMember(path + '/' + name.substr(0, slash), full);
-    }
+    if (!parent.empty())
+        branches[parent].members.push_back(path);
+    return branches[path];
 }
 
-void SMBIOSProtocolImpl::addValue(const std::string& group, const std::string& path, const std::string& value)
+SMBIOSProtocolImpl::Branch& SMBIOSProtocolImpl::addStructure(const std::string& parent, const std::string& path,
+                                                             std::size_t record)
 {
-    const auto added = values.insert_or_assign(path, value).first;
-    addGroup(group).push_back(&added->first);
-}
-
-SMBIOSProtocolImpl::Paths& SMBIOSProtocolImpl::addGroup(const std::string& path)
-{
-    return groups[path];
-}
-
-void SMBIOSProtocolImpl::addMember(const std::string& group, const std::string& member)
-{
-    const auto value = values.find(member);
-    const std::string& key = value != values.end() ? value->first : groups.try_emplace(member).first->first;
-    addGroup(group).push_back(&key);
+    Branch& branch = addBranch(parent, path);
+    branch.fields = &fieldsOfRecord[record];
+    return branch;
 }
 
 std::uint32_t SMBIOSProtocolImpl::numberAt(const std::string& path) const
 {
-    const auto found = values.find(path);
-    return found == values.end() ? 0 : static_cast<std::uint32_t>(std::stoul(found->second));
+    ResultMap found;
+    SMBiosSearch(path, found);
+    return found.empty() ? 0 : static_cast<std::uint32_t>(std::stoul(found[path].mXNodeList.front()));
 }
 
 std::vector<std::size_t> SMBIOSProtocolImpl::recordsOfType(std::uint8_t type) const

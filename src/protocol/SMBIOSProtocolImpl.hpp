@@ -43,6 +43,8 @@ public:
     /// Reads a saved image: an entry point anywhere in it, whose table address counts from the image's start. Error
     /// 1013 without an entry point or with a table outside the image, 1024 when it does not sum to 0.
     SMBIOSProtocolImpl(const unsigned char* image, unsigned length);
+    SMBIOSProtocolImpl(const SMBIOSProtocolImpl&) = delete;
+    SMBIOSProtocolImpl& operator=(const SMBIOSProtocolImpl&) = delete;
 
     void SMBiosSearch(const std::string& query, ResultMap& result) const override;
     void SMBiosChildren(const std::string& path, ResultMap& result) const override;
@@ -57,7 +59,20 @@ public:
     std::uint32_t BiosReservedSize() const { return reservedSize; }
 
 private:
-    using Paths = std::vector<const std::string*>; ///< keys of `values` and `groups`, in the order they were made
+    /// What stands below a path that has more below it than one field's entries.
+    struct Branch {
+        const FieldValues* fields = nullptr; ///< of the structure that the path stands for
+        FieldValues further;                 ///< values that are derived
+        FieldValues asides;                  ///< values with a path of their own that the branch's answer leaves out
+        std::vector<std::string> members;    ///< paths of further branches
+    };
+
+    /// A branch and its path, and the rest of a query below it.
+    struct Place {
+        const Branch* branch = nullptr;
+        std::string_view path;
+        std::string_view name;
+    };
 
     void InitSMBiosTable();
     void GetSMBiosEntryPtr();
@@ -76,15 +91,14 @@ private:
     void FillSubTypeDataTables();
     void publishTypes();
     void FillMemoryArray();
-    void FillPresentMemory(std::size_t array, const std::string& path);
+    void FillPresentMemory(std::size_t array, const std::string& path, Branch& branch);
     void FillProcessorInfo();
     void InitBiosReservedMem();
 
-    void publish(const std::string& path, const FieldValues& fields);
-    void addValue(const std::string& group, const std::string& path, const std::string& value);
-    Paths& addGroup(const std::string& path);
-    void addMember(const std::string& group, const std::string& member);
+    Branch& addBranch(const std::string& parent, const std::string& path);
+    Branch& addStructure(const std::string& parent, const std::string& path, std::size_t record);
     std::uint32_t numberAt(const std::string& path) const;
+    Place findPlace(const std::string& path) const;
     std::vector<std::size_t> recordsOfType(std::uint8_t type) const;
 
     std::vector<std::uint8_t> table; ///< a copy: the firmware may change its own under the walk
@@ -95,9 +109,8 @@ private:
     std::vector<SMBRecordInfo> records;
     std::unordered_map<std::uint16_t, std::size_t> recordsByHandle;
     std::unordered_map<std::uint8_t, std::vector<std::size_t>> recordsByType;
-    std::vector<FieldValues> fieldsOfRecord; ///< only while the values are made
-    std::unordered_map<std::string, std::string> values;
-    std::unordered_map<std::string, Paths> groups;
+    std::vector<FieldValues> fieldsOfRecord; ///< paths below the structure's own, which several branches share
+    std::unordered_map<std::string, Branch> branches;
     std::uint32_t reservedAddress = 0;
     std::uint32_t reservedSize = 0;
 };

@@ -35,9 +35,10 @@ constexpr FieldInfo words(std::uint8_t offset, std::string_view name, std::span<
     return {name, offset, type, INTERPRET_VALUES, nullptr, values};
 }
 
-constexpr FieldInfo bits(std::uint8_t offset, FieldType type, std::string_view name, std::span<const ValueText> values)
+constexpr FieldInfo bits(std::uint8_t offset, FieldType type, std::string_view name, std::span<const ValueText> values,
+                         Renderer renderer = RenderBits)
 {
-    return {name, offset, type, INTERPRET_VALUES, RenderBits, values};
+    return {name, offset, type, INTERPRET_VALUES, renderer, values};
 }
 
 constexpr FieldInfo special(std::uint8_t offset, FieldType type, std::string_view name, Renderer renderer,
@@ -196,7 +197,7 @@ constexpr FieldRow rows[] = {
     {17, v2_3, text(0x10, "DeviceLocator")},
     {17, v2_3, text(0x11, "BankLocator")},
     {17, v2_3, words(0x12, "MemoryType", memoryTypes)},
-    {17, v2_3, bits(0x13, FIELD_WORD, "TypeDetail", typeDetails)},
+    {17, v2_3, bits(0x13, FIELD_WORD, "TypeDetail", typeDetails, RenderTypeDetail)},
     {17, v2_3, plain(0x15, FIELD_WORD, "Speed")},
     {17, v2_3, text(0x17, "Manufacturer")},
     {17, v2_3, text(0x18, "SerialNo")},

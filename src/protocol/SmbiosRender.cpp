@@ -306,6 +306,14 @@ void RenderOnBoardDescriptions(const FieldInfo& field, const SMBRecordInfo& reco
     }
 }
 
+void RenderTypeDetail(const FieldInfo& field, const SMBRecordInfo& record, Catalogue catalogue, FieldValues& values)
+{
+    RenderBits(field, record, catalogue, values);
+    for (auto& [path, value] : values)
+        if (path == "TypeDetail/EDO")
+            path = "TypeDetails/EDO";
+}
+
 void RenderMemorySize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
 {
     constexpr std::uint64_t unknown = 0xFFFF;

@@ -52,6 +52,8 @@ void RenderCountedStrings(const FieldInfo&, const SMBRecordInfo&, Catalogue, Fie
 void RenderOnBoardTypes(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Descriptions of on board devices, subscripted alike (7.11).
 void RenderOnBoardDescriptions(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// Bits as RenderBits gives them; who asks for one of them has always spelled it "TypeDetails/EDO" (7.18.3).
+void RenderTypeDetail(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Megabytes; devices that do not fit into the word have their size in a longer field (7.18.5).
 void RenderMemorySize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Kilobytes; arrays that do not fit into the field have their capacity in a longer one, in bytes (7.17).

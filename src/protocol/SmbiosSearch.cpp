@@ -6,46 +6,79 @@ namespace Protocol::SMBIOS {
 
 namespace {
 
-/// What stands right below `group` on the way to `member`: "/A/B" for the group "/A" and the member "/A/B/C".
-std::string directChild(const std::string& group, const std::string& member)
+/// True if `name` stands below `parent`, both below one branch; everything stands below an empty parent.
+bool isBelow(std::string_view name, std::string_view parent)
 {
-    const bool isBelow = member.size() > group.size() && member.starts_with(group) && member[group.size()] == '/';
-    return isBelow ? member.substr(0, member.find('/', group.size() + 1)) : member;
+    return parent.empty() || (name.size() > parent.size() && name.starts_with(parent) && name[parent.size()] == '/');
+}
+
+/// `name` up to the first part behind `parent`: "A/B" for "A/B/C" below "A".
+std::string_view firstPart(std::string_view name, std::string_view parent)
+{
+    return name.substr(0, name.find('/', parent.empty() ? 0 : parent.size() + 1));
+}
+
+void addLeaf(ResultMap& result, const std::string& path, const std::string& value)
+{
+    _XNode& node = result[path];
+    node.mType = NODE_LEAF;
+    node.mXNodeList = {value};
 }
 
 } // namespace
 
+SMBIOSProtocolImpl::Place SMBIOSProtocolImpl::findPlace(const std::string& path) const
+{
+    for (std::size_t end = path.size(); end != std::string::npos && end > 0; end = path.rfind('/', end - 1))
+        if (const auto found = branches.find(path.substr(0, end)); found != branches.end())
+            return {&found->second, found->first, std::string_view(path).substr(std::min(end + 1, path.size()))};
+    return {};
+}
+
 void SMBIOSProtocolImpl::SMBiosSearch(const std::string& query, ResultMap& result) const
 {
-    const auto group = groups.find(query);
-    if (group == groups.end()) {
-        if (const auto value = values.find(query); value != values.end())
-            result[query] = {.mType = NODE_LEAF, .mXNodeList = {value->second}, .mOptionMap = {}};
+    const Place place = findPlace(query);
+    if (!place.branch)
         return;
-    }
-    for (const std::string* member : group->second) {
-        if (const auto value = values.find(*member); value != values.end())
-            result[*member] = {.mType = NODE_LEAF, .mXNodeList = {value->second}, .mOptionMap = {}};
-        else
-            SMBiosChildren(*member, result);
-    }
+    const auto addFields = [&](const FieldValues& fields) {
+        for (const auto& [name, value] : fields)
+            if (name == place.name || isBelow(name, place.name))
+                addLeaf(result, std::string(place.path) + '/' + name, value);
+    };
+    if (place.branch->fields)
+        addFields(*place.branch->fields);
+    addFields(place.branch->further);
+    if (!place.name.empty())
+        return addFields(place.branch->asides);
+    for (const std::string& member : place.branch->members)
+        SMBiosChildren(member, result);
 }
 
 void SMBIOSProtocolImpl::SMBiosChildren(const std::string& path, ResultMap& result) const
 {
-    const auto group = groups.find(path);
-    if (group == groups.end() && !values.contains(path))
+    const Place place = findPlace(path);
+    if (!place.branch)
         return;
-    _XNode& node = result[path];
-    node.mType = NODE_NONLEAF;
-    if (group == groups.end())
-        return;
-    for (const std::string* member : group->second) {
-        std::string child = directChild(path, *member);
-        // Entries of one field follow one another, so that only the last can be the same.
-        if (node.mXNodeList.empty() || node.mXNodeList.back() != child)
-            node.mXNodeList.push_back(std::move(child));
-    }
+    std::vector<std::string> children;
+    bool isKnown = place.name.empty();
+    const auto addNames = [&](const FieldValues& fields) {
+        for (const auto& [name, value] : fields) {
+            isKnown |= name == place.name;
+            if (!isBelow(name, place.name))
+                continue;
+            std::string child = std::string(place.path).append("/").append(firstPart(name, place.name));
+            if (std::ranges::find(children, child) == children.end())
+                children.push_back(std::move(child));
+        }
+    };
+    if (place.branch->fields)
+        addNames(*place.branch->fields);
+    addNames(place.branch->further);
+    addNames(place.branch->asides);
+    if (place.name.empty())
+        children.insert(children.end(), place.branch->members.begin(), place.branch->members.end());
+    if (isKnown || !children.empty())
+        result[path] = {.mType = NODE_NONLEAF, .mXNodeList = std::move(children), .mOptionMap = {}};
 }
 
 } // namespace Protocol::SMBIOS

@@ -108,7 +108,7 @@ TEST(SmbiosValues, EveryStructureReadsAsTheStandardSays)
         {"Type17[4]/Size", "65536"},
         {"Type17[4]/ExtendedSize", "65536"},
         {"Type17/ConfiguredMemoryClockSpeed", "1066"},
-        {"Type17/TypeDetail/EDO", "Supported"},
+        {"Type17/TypeDetails/EDO", "Supported"},
         {"Type18/ErrorType", "OK"},
         {"Type19/ExtendedEndingAddress", "8191"},
         {"Type24/HardwareSecuritySettings/PowerOnPassword", "Enabled"},

@@ -1,0 +1,40 @@
+#include "common/ResultStatus.hpp"
+#include "protocol/SMBIOSProtocolImpl.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+using Protocol::SMBIOS::SMBIOSProtocolImpl;
+
+void printBelow(const SMBIOSProtocolImpl& reader, const std::string& path)
+{
+    ResultMap found;
+    reader.SMBiosSearch(path, found);
+    for (const auto& [name, node] : found) {
+        if (node.mType == NODE_NONLEAF)
+            printBelow(reader, name);
+        else
+            std::printf("%s\t%s\n", name.c_str(), node.mXNodeList.front().c_str());
+    }
+}
+
+} // namespace
+
+/// smbios_values DUMP: each value of the dump as "path<TAB>value", or the error's code.
+int main(int argc, char** argv)
+{
+    std::ifstream file(argc == 2 ? argv[1] : "", std::ios::binary);
+    const std::string image{std::istreambuf_iterator<char>(file), {}};
+    try {
+        const SMBIOSProtocolImpl reader(reinterpret_cast<const unsigned char*>(image.data()),
+                                        static_cast<unsigned>(image.size()));
+        printBelow(reader, "/SMBIOS");
+        return 0;
+    } catch (const ResultStatus& status) {
+        std::fprintf(stderr, "%d\n", int{status.getval()});
+        return 1;
+    }
+}
