@@ -49,14 +49,16 @@ def read_with_reader(path):
     return dict(line.split("\t", 1) for line in output.splitlines())
 
 
+SPELLINGS = [("gen ", ""), ("6 and beyond", "6+"), ("- 66mhz capable", "66"), (" slot", ""), ("vl-vesa", "vlb"),
+             ("type iii-he", "type iii"), ("non-volatile ram", "non volatile memory"), ("blade enclosing", "blade enclosure")]
+
+
 def plain(text):
-    """Words without case, marks and the spellings in which both differ on purpose."""
-    text = re.sub(r"[^a-z0-9+]", "", text.lower())
-    for theirs, ours in (("socketasocket462", "socketa"), ("socketf1207", "socketf"),
-                         ("nonvolatileram", "nonvolatilememory"), ("bladeenclosing", "bladeenclosure"),
-                         ("controlstyle", "controllerstyle")):
-        text = text.replace(theirs, ours)
-    return text
+    """Words without case, marks, explanations and the spellings in which both differ on purpose."""
+    text = re.sub(r" ?\(.*\)|:.*", "", text.lower())
+    for one, other in SPELLINGS:
+        text = text.replace(one, other)
+    return re.sub(r"[^a-z0-9+]", "", text)
 
 
 def first_number(text):
