@@ -73,8 +73,8 @@ TEST_F(DirectorTest, FirstTokenNamesTheComponent)
 
 TEST_F(DirectorTest, PathsThatNobodyOwnsAreInvalid)
 {
-    for (const char* query : {"/Nonsense", "/Nonsense", "/bmc/INFO", "/BMC//INFO", "", "/ProductInfo/", "/", "/BIOS/ID",
-                              "/SMBIOS/Type0", "/Platform/X", "/FILE/X", "/FILE/SCF/X", "/BMC/CONTROLLER[2]/INFO"})
+    for (const char* query : {"/Nonsense", "/Nonsense", "/bmc/INFO", "/BMC//INFO", "", "/ProductInfo/", "/",
+                              "/Platform/X", "/FILE/X", "/FILE/SCF/X", "/BMC/CONTROLLER[2]/INFO"})
         EXPECT_EQ(getFailure(query), std::string("1001 ") + query);
     EXPECT_EQ(getFailure("/BMC/LAN[1/IP"), "1105 end ] bracket not found");
 }
@@ -137,6 +137,7 @@ TEST_F(DirectorTest, SecretsStayOutOfTheLog)
 
 TEST_F(DirectorTest, ThreadsMayBringNewPathsAtOnce)
 {
+    const ScopedSeam<Clock> real(Clock::real());
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([thread] {

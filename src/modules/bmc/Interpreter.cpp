@@ -135,10 +135,15 @@ const Function& Interpreter::fetch()
 
 int Interpreter::execute(const Function& function)
 {
+    spendStep();
+    return FunctionalHandler(function);
+}
+
+void Interpreter::spendStep()
+{
     if (stepsLeft == 0)
         refuseScript("too many steps");
     --stepsLeft;
-    return FunctionalHandler(function);
 }
 
 int Interpreter::FunctionalHandler(const Function& function)

@@ -118,6 +118,7 @@ private:
     /// Runs `call`; a ResultStatus from it is swallowed and leaves the machine as it was before. False if there was
     /// one.
     bool guarded(const std::function<void()>& call);
+    void spendStep();
     void callTemplate(const std::string& query);
     bool pollOnce(const std::string& query, const std::string& expected, long pauseSeconds);
     std::unique_ptr<Handler> makeHandler(const std::string& query);

@@ -56,6 +56,9 @@ bool Interpreter::guarded(const std::function<void()>& call)
         call();
         return true;
     } catch (const ResultStatus&) {
+        // a script that has used up its steps ends, whoever called it
+        if (stepsLeft == 0)
+            throw;
         frames.resize(framesBefore);
         state = before;
         return false;
@@ -107,6 +110,7 @@ int Interpreter::Evaluate_Poll(const Function& function)
     const bool memoBefore = std::exchange(memo, false);
     bool met = false;
     for (long round = 1; round <= plan.rounds && !met; ++round) {
+        spendStep();
         HW_LOG(LOGGER::Category::First, "Polling %ld time with sleep of %ld second for %s query", round, plan.pause,
                query.c_str());
         guarded([&] { met = pollOnce(query, expected, plan.pause); });

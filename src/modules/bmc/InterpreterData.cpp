@@ -4,6 +4,7 @@
 #include "modules/bmc/Interpreter.hpp"
 #include "modules/bmc/Text.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <set>
@@ -124,10 +125,11 @@ int Interpreter::Evaluate_Read(const Function& function)
     long last = end == "SIZE" ? size : toDecimal(end);
     if (!range && !index.empty()) {
         first = toDecimal(index);
-        last = first + 1;
         if (first >= size)
             throwError(ERROR_READ_OUT_OF_RANGE, Util::join(list, " "), COMMAND_SET);
+        last = first + 1;
     }
+    first = std::max(first, 0L);
     last = std::min(last, size);
     Texts picked;
     if (first < last)
@@ -155,9 +157,9 @@ int Interpreter::Evaluate_Prepend(const Function& function)
     const long width = toDecimal(getText(operands[2]));
     Texts list = value(operands[0]).values;
     for (std::string& text : list) {
-        const long missing = width - static_cast<long>(text.size());
-        if (missing > 0)
-            text.insert(0, static_cast<std::size_t>(std::min<long>(missing, mostPaddings)), '0');
+        const long length = static_cast<long>(text.size());
+        if (length < width)
+            text.insert(0, static_cast<std::size_t>(std::min<long>(width - length, mostPaddings)), '0');
     }
     store(operands[3], Symbol::ofList(std::move(list)));
     return 0;

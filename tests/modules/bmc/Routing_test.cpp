@@ -2,6 +2,7 @@
 #include "modules/bmc/HandlerTable.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
+#include <atomic>
 #include <thread>
 
 namespace Module::BMCConfig {
@@ -149,6 +150,7 @@ TEST_F(BMCConfigModuleTest, FruFailureHasItsOwnError)
 
 TEST_F(BMCConfigModuleTest, ThreadsAskAtOnce)
 {
+    const ScopedSeam<Clock> real(Clock::real());
     std::vector<std::thread> threads;
     std::atomic<int> failures = 0;
     bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0x81, 1, 0x17, 2, 0xBF, 0x57, 1, 0, 0x34, 0x12, 0, 0, 0x12, 0x34});
