@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <mutex>
 #include <set>
+#include <utility>
 
 namespace Protocol::SMBIOS {
 
@@ -42,12 +43,6 @@ bool isMemoryPresent(const SMBRecordInfo& device)
 {
     constexpr std::size_t size = 0x0C;
     return device.number(size, FIELD_WORD) != 0;
-}
-
-bool belongsTo(const SMBRecordInfo& device, const SMBRecordInfo& array)
-{
-    constexpr std::size_t arrayHandle = 0x04;
-    return device.holds(arrayHandle, FIELD_WORD) && device.number(arrayHandle, FIELD_WORD) == array.handle;
 }
 
 } // namespace
@@ -182,27 +177,38 @@ void SMBIOSProtocolImpl::FillMemoryArray()
         return;
     // An aside: who asks for the branch counts its nodes to learn the number of arrays.
     addBranch(rootPath, path).asides.emplace_back("TotalNoOfArray", std::to_string(arrays.size()));
+    DevicesByArray devices = devicesByArrayHandle();
     for (std::size_t i = 0; i < arrays.size(); ++i) {
         const std::string array = subscripted(path, i + 1);
-        FillPresentMemory(arrays[i], array, addStructure(path, array, arrays[i]));
+        addStructure(path, array, arrays[i]);
+        // Taken out, so that a device has one place even in a table whose arrays share a handle.
+        FillPresentMemory(array, std::exchange(devices[records[arrays[i]].handle], {}));
     }
 }
 
-void SMBIOSProtocolImpl::FillPresentMemory(std::size_t array, const std::string& path, Branch& branch)
+SMBIOSProtocolImpl::DevicesByArray SMBIOSProtocolImpl::devicesByArrayHandle() const
 {
-    const std::string devices = path + "/MemoryDevice";
+    constexpr std::size_t arrayHandle = 0x04;
+    DevicesByArray devices;
+    for (const std::size_t index : recordsOfType(TYPE_MEMORY_DEVICE))
+        if (records[index].holds(arrayHandle, FIELD_WORD))
+            devices[static_cast<std::uint16_t>(records[index].number(arrayHandle, FIELD_WORD))].push_back(index);
+    return devices;
+}
+
+void SMBIOSProtocolImpl::FillPresentMemory(const std::string& array, const std::vector<std::size_t>& devices)
+{
+    const std::string path = array + "/MemoryDevice";
     std::size_t count = 0;
     std::size_t present = 0;
-    addBranch(path, devices);
-    for (const std::size_t index : recordsOfType(TYPE_MEMORY_DEVICE)) {
-        if (!belongsTo(records[index], records[array]))
-            continue;
+    addBranch(array, path);
+    for (const std::size_t index : devices) {
         const bool isPresent = isMemoryPresent(records[index]);
         present += isPresent;
-        addStructure(devices, subscripted(devices, ++count), index)
+        addStructure(path, subscripted(path, ++count), index)
             .further.emplace_back("DevicePresent", isPresent ? "True" : "False");
     }
-    branch.further.emplace_back("TotalNoOfDevicePresent", std::to_string(present));
+    branches[array].further.emplace_back("TotalNoOfDevicePresent", std::to_string(present));
 }
 
 void SMBIOSProtocolImpl::FillProcessorInfo()

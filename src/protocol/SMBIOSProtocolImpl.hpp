@@ -74,6 +74,9 @@ private:
         std::string_view name;
     };
 
+    /// Records of memory devices, by the handle of their array.
+    using DevicesByArray = std::unordered_map<std::uint16_t, std::vector<std::size_t>>;
+
     void InitSMBiosTable();
     void GetSMBiosEntryPtr();
     void GetSMBiosEntryPtr(const unsigned char* image, unsigned length);
@@ -91,7 +94,8 @@ private:
     void FillSubTypeDataTables();
     void publishTypes();
     void FillMemoryArray();
-    void FillPresentMemory(std::size_t array, const std::string& path, Branch& branch);
+    void FillPresentMemory(const std::string& array, const std::vector<std::size_t>& devices);
+    DevicesByArray devicesByArrayHandle() const;
     void FillProcessorInfo();
     void InitBiosReservedMem();
 

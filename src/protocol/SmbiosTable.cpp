@@ -73,7 +73,8 @@ std::optional<EntryPoint> decodeEntryPoint(Bytes bytes)
     // A length that leaves fields out of the sum would let anything pass for an entry point.
     if (length < entryPointNeeded || length > bytes.size())
         return std::nullopt;
-    if (std::accumulate(bytes.begin(), bytes.begin() + length, 0U) % 256 != 0)
+    const Bytes summed = bytes.first(length);
+    if (std::accumulate(summed.begin(), summed.end(), 0U) % 256 != 0)
         return std::nullopt;
     return EntryPoint{.major = bytes[entryMajor],
                       .minor = bytes[entryMinor],

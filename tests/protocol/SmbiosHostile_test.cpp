@@ -172,6 +172,25 @@ TEST(SmbiosHostile, TableOf65535BytesIsReadToItsEnd)
     EXPECT_EQ(last->number(8, 4), image.count - 1);
 }
 
+/// Each of 4,000 arrays would claim each of 4,000 devices.
+TEST(SmbiosHostile, DevicesOfArraysWithOneHandleHaveOnePlace)
+{
+    SmbiosImage image(2, 7);
+    for (int i = 0; i < 4000; ++i) {
+        image.addRaw(16, 4, 7, SmbiosImage::zeros(2));
+        image.addRaw(17, 6, 8, Body().word(7).data + SmbiosImage::zeros(2));
+    }
+    const std::string dump = image.dump();
+    const SMBIOSProtocolImpl reader(reinterpret_cast<const unsigned char*>(dump.data()),
+                                    static_cast<unsigned>(dump.size()));
+    ResultMap first;
+    reader.SMBiosSearch("/SMBIOS/MemoryArray[1]/MemoryDevice", first);
+    EXPECT_EQ(first.size(), 4000U);
+    ResultMap second;
+    reader.SMBiosSearch("/SMBIOS/MemoryArray[2]/MemoryDevice", second);
+    EXPECT_TRUE(second.empty());
+}
+
 /// Bytes of the table, and now and then its end, are changed at random; the seed is fixed, so that a failure repeats.
 TEST(SmbiosHostile, MutatedTablesAreReadWithinTheirBounds)
 {
