@@ -17,6 +17,7 @@ from .processes import (BenchError, adopt_orphans, end, find_by_environment, fre
 
 ROOT = Path(__file__).resolve().parents[2]
 AGENT_HOME = "/usr/local/hwagent"
+TRANSLATIONS = "/usr/local/share/morvandale"
 PID_FILE = "/var/run/hwagentd.pid"
 COMMUNITY = "public"
 ENTERPRISE = "1.3.6.1.4.1.44444"
@@ -158,7 +159,8 @@ class Agent:
         binary.parent.mkdir(parents=True, exist_ok=True)
         binary.unlink(missing_ok=True)
         binary.symlink_to(self.executable)
-        shutil.copytree(ROOT / "share" / "data", self.root / (AGENT_HOME + "/data").lstrip("/"), dirs_exist_ok=True)
+        shutil.copytree(build_folder() / "translations", self.root / TRANSLATIONS.lstrip("/"), dirs_exist_ok=True,
+                        ignore=shutil.ignore_patterns("*.stamp"))
         snmp = self.folder / "snmp"
         snmp.mkdir(exist_ok=True)
         for name in ("hwAgent", "hwSubgent"):  # the library reads the one or the other, by the call that asks
