@@ -7,6 +7,8 @@ foreach(program hwAgent hwquery)
   endif()
 endforeach()
 install(FILES packaging/hwagent.conf DESTINATION ${HWAGENT_HOME}/conf)
-install(DIRECTORY share/data/ DESTINATION ${HWAGENT_HOME}/data)
+# The default directory of the query interface for its translation files.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION /usr/local/share/morvandale
+        FILES_MATCHING PATTERN "*.ini")
 install(DIRECTORY share/mibs/ DESTINATION ${HWAGENT_HOME}/mibs)
 install(FILES packaging/hwagent.service DESTINATION /usr/local/lib/systemd/system)

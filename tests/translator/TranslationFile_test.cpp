@@ -1,0 +1,179 @@
+#include "TranslatorSupport.hpp"
+
+#include "common/ErrorName.hpp"
+#include "translator/TranslationErrors.hpp"
+#include "translator/WideText.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+using ::testing::HasSubstr;
+
+namespace {
+
+TranslationFile fileOf(std::wstring_view text)
+{
+    return TranslationFile(parseTranslations(text));
+}
+
+std::wstring sectionOf(int number, std::wstring_view lines, int count = 99)
+{
+    return L"$" + std::to_wstring(number) + L" " + std::to_wstring(count) + L"\n&heading 1 2 3\n" +
+           std::wstring(lines) + L"^\n";
+}
+
+template<class Error, class Lookup>
+std::string errorOf(Lookup lookup)
+{
+    try {
+        lookup();
+    } catch (const Error& error) {
+        return narrowText(error.getText());
+    }
+    return "";
+}
+
+} // namespace
+
+TEST(TranslationFile, WordSectionsFillTheirTablesInAnyOrder)
+{
+    std::wstring text = L"a remark\n";
+    for (const int number : {15, 3, 1, 14, 5, 2, 7, 4, 6})
+        text += sectionOf(number, L"1F\t\"word " + std::to_wstring(number) + L"\"\n");
+    const TranslationFile file = fileOf(text + sectionOf(0, L"Oak:1F\t\"word 0\"\n"));
+    EXPECT_EQ(file.findModel(0x1F), L"word 0");
+    EXPECT_EQ(file.findDevice(0x1F), L"word 1");
+    EXPECT_EQ(file.findDevice1(0x1F), L"word 2");
+    EXPECT_EQ(file.findSeverity(0x1F), L"word 3");
+    EXPECT_EQ(file.findSensorType(0x1F), L"word 4");
+    EXPECT_EQ(file.findSensorUnit(0x1F), L"word 5");
+    EXPECT_EQ(file.findEntityID(0x1F), L"word 6");
+    EXPECT_EQ(file.findProductID(0x1F), L"word 7");
+    EXPECT_EQ(file.findRecommendation(0x1F), L"word 14");
+    EXPECT_EQ(file.findMiscString(0x1F), L"word 15");
+}
+
+TEST(TranslationFile, SectionSixteenEndsTheReading)
+{
+    const TranslationFile file = fileOf(sectionOf(3, L"1\t\"kept\"\n") + L"$16 0\n^" + sectionOf(4, L"1\t\"lost\"\n"));
+    EXPECT_EQ(file.findSeverity(1), L"kept");
+    EXPECT_THROW(file.findSensorType(1), MetaInfoTableError);
+}
+
+TEST(TranslationFile, MalformedLinesAreLeftOutAndTheOthersKept)
+{
+    const std::wstring tooLong = L"2\t\"" + std::wstring(5000, L'x') + L"\"\n";
+    const TranslationFile file =
+        fileOf(sectionOf(15, L"1\t\"unclosed\n" + tooLong + L"\"no number\"\n3\tno quotes\n\n" +
+                                 std::wstring(L"\0\0\n", 3) + L"4\t\"good\"\r\n"));
+    EXPECT_EQ(file.findMiscString(4), L"good");
+    for (const int absent : {1, 2, 3})
+        EXPECT_THROW(file.findMiscString(absent), MetaInfoTableError);
+}
+
+TEST(TranslationFile, TheCountBoundsASectionAndAHugeOneDoesNoHarm)
+{
+    EXPECT_THROW(fileOf(sectionOf(15, L"1\t\"a\"\n2\t\"b\"\n", 1)).findMiscString(2), MetaInfoTableError);
+    const TranslationFile file = fileOf(L"$15 2147483648999999\n&\n1\t\"a\"\n");
+    EXPECT_EQ(file.findMiscString(1), L"a");
+}
+
+TEST(TranslationFile, AnEmptyTranslationCountsAsNotFound)
+{
+    const TranslationFile file = fileOf(sectionOf(15, L"1\t\"\"\n"));
+    EXPECT_EQ(errorOf<MetaInfoTableError>([&] { file.findMiscString(1); }),
+              "Cannot find the miscellaneous string in the translation file represented by the index 0x1. Please check "
+              "to make sure it is defined.");
+}
+
+TEST(TranslationFile, AnEmptyFieldReadsAsAny)
+{
+    const TranslationFile file = fileOf(sectionOf(8, L"&03\t0\n01\t\t\t\t\t\t\"text\"\n"));
+    const event& found = file.findGenericTranslation({.eventType = 3, .event1 = 0xA1, .event2 = 7, .event3 = 8});
+    EXPECT_EQ(found.translation, L"text");
+    EXPECT_EQ(found.assertSeverity, 0xFF);
+    EXPECT_EQ(found.deassertSeverity, 0xFF);
+    EXPECT_EQ(found.recommendAction, 0xFF);
+}
+
+TEST(TranslationFile, ExactEventDataGoBeforeAny)
+{
+    const TranslationFile file = fileOf(sectionOf(9, L"&0F\t1\n"
+                                                     L"02\t\t\t0\t0\t0\t\"any\"\n"
+                                                     L"02\t05\t\t0\t0\t0\t\"data 2\"\n"
+                                                     L"02\t\t06\t0\t0\t0\t\"data 3\"\n"
+                                                     L"02\t05\t06\t0\t0\t0\t\"both\"\n"
+                                                     L"\n03\t\t\t0\t0\t0\t\"behind the group's end\"\n"
+                                                     L"&10\t0\n02\t\t06\t0\t0\t0\t\"data 3 is no key\"\n"));
+    const auto textOf = [&](unsigned type, unsigned data2, unsigned data3) {
+        return file.findSpecificTranslation({.sensorType = type, .event1 = 2, .event2 = data2, .event3 = data3})
+            .translation;
+    };
+    EXPECT_EQ(textOf(0x0F, 5, 6), L"both");
+    EXPECT_EQ(textOf(0x0F, 5, 7), L"data 2");
+    EXPECT_EQ(textOf(0x0F, 4, 6), L"data 3");
+    EXPECT_EQ(textOf(0x0F, 4, 7), L"any");
+    EXPECT_EQ(textOf(0x10, 4, 7), L"data 3 is no key");
+    EXPECT_THROW(file.findSpecificTranslation({.sensorType = 0x0F, .event1 = 3}), EventTableError);
+}
+
+TEST(TranslationFile, AMissingEventIsNamedInTheErrorOfItsTable)
+{
+    const TranslationFile file = fileOf(L"");
+    const EventKey key{.eventType = 0x6F, .sensorType = 0x0C, .event1 = 0xA3, .event2 = 0x1B, .event3 = 2};
+    EXPECT_EQ(errorOf<EventTableError>([&] { file.findGenericTranslation(key); }),
+              "Unable to translate generic event with type code 0x6f and offset 0x3");
+    EXPECT_EQ(errorOf<EventTableError>([&] { file.findSpecificTranslation(key); }),
+              "Unable to translate sensor-specific event with type code 0xc, offset 0x3, event2 0x1b, and event3 0x2");
+    EXPECT_THAT(errorOf<OverrideTableError>([&] { file.findOverrideTranslation(key); }),
+                HasSubstr("Unable to translate override event with event type code 0x6f"));
+    EXPECT_EQ(
+        errorOf<PlatformTableError>([&] { file.findPlatformOverrideTranslation(0x28, key); }),
+        "Unable to translate platform override event with event type code 0x6f, sensor type code 0xc, event1 0xa3, "
+        "event2 0x1b, event3 0x2, and platformType 0x28");
+}
+
+TEST(TranslationFile, AMissingFileIsError1183)
+{
+    TempRoot folder;
+    const auto open = [](const std::string& name) {
+        return failureOf([&] { TranslationFile(name.c_str(), "de_DE.utf8"); });
+    };
+    EXPECT_EQ(open(folder.resolve("/hrs_enu.ini")), ERROR_NO_HRS_INI_FILE_PRESENT);
+    EXPECT_EQ(open(folder.resolve("/")), ERROR_NO_HRS_INI_FILE_PRESENT) << "a directory is no file";
+    EXPECT_EQ(open(folder.write("/empty.ini", "")), 0);
+}
+
+TEST(TranslationFile, ALocaleChoosesItsFileBesideTheGivenOne)
+{
+    TempRoot folder;
+    const std::string english = folder.write("/hrs_enu.ini", "$3 1\n&\n0\t\"English\"\n^");
+    folder.write("/hr_sel_de_DE.ini", "$3 1\n&\n0\t\"gr\xC3\xBC\xC3\x9F\"\n^");
+    const auto severityIn = [&](const char* locale) {
+        return narrowText(TranslationFile(english.c_str(), locale).findSeverity(0));
+    };
+    for (const char* german : {"German_Germany.1252", "de_DE.utf8", "DEU"})
+        EXPECT_EQ(severityIn(german), "gr\xC3\xBC\xC3\x9F");
+    for (const char* english_ : {"", "en_US.utf8", "fr_FR.utf8", "xx"})
+        EXPECT_EQ(severityIn(english_), "English") << english_;
+}
+
+TEST(TranslationFile, RandomAndCutOffFilesAreReadWithoutHarm)
+{
+    std::ifstream shipped(HWAGENT_TRANSLATIONS "hrs_alder.ini", std::ios::binary);
+    const std::wstring whole = widenText(std::string(std::istreambuf_iterator<char>(shipped), {}));
+    ASSERT_GT(whole.size(), 10000u);
+    std::mt19937 random(7);
+    const std::wstring marks = L"$^&\"\t\n %[]0F\xFF";
+    for (int round = 0; round < 60; ++round) {
+        std::wstring broken = whole.substr(0, random() % whole.size());
+        for (std::size_t i = 0; i < broken.size(); i += 1 + random() % 400)
+            broken[i] = random() % 2 ? marks[random() % marks.size()] : static_cast<wchar_t>(random() % 256);
+        TranslationFile file(parseTranslations(broken));
+        failureOf([&] { file.content().miscStrings.find(1); });
+    }
+    EXPECT_NO_THROW(parseTranslations(std::wstring(200000, L'$')));
+    EXPECT_NO_THROW(parseTranslations(L"$8 9\n&\n" + std::wstring(200000, L'&')));
+}

@@ -1,0 +1,236 @@
+#include "TranslatorSupport.hpp"
+
+#include "common/ErrorName.hpp"
+#include "translator/WideText.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr char content[] =
+    "$1 1\n&\n20\t\"BMC\"\n^ $2 1\n&\n1\t\"POST\"\n^ $4 2\n&\n2\t\"Voltage\"\nC\t\"Memory\"\n^\n"
+    "$3 3\n&\n0\t\"Informational\"\n1\t\"Warning\"\n2\t\"CRITICAL\"\n^\n"
+    "$5 3\n&\n4\t\"Volts\"\n12\t\"RPM\"\n14\t\"seconds\"\n^ $6 1\n&\n3\t\"processor\"\n^ $7 1\n&\n28\t\"ALDER\"\n^\n"
+    "$14 1\n&\n7\t\"Do it.\"\n^\n"
+    "$15 5\n&\n3\t\"per second\"\n7\t\"/\"\nA\t\"none\"\nB\t\"*\"\n17\t\"OEM severity\"\n^\n"
+    "$8 3\n&\n&01\t0\n"
+    "00\t\t\t1\t0\t7\t\"[severity] [sensor_name] %UpperOrLower% [event_data_byte_2_translated] [sensor_units] "
+    "[event_data_byte_3_translated] [recommended_action]||[sensor_name]%Transition%\"\n"
+    "02\t\t\t\t\t\t\"no numbers\"\n09\t\t\t\t\t\t\"%UpperOrLower%\"\n\n"
+    "&03\t0\n00\t\t\t0\t0\t\t\"[offset_string]\"\n01\t\t\t0\t0\t\t\"[offset_string]\"\n\n"
+    "&70\t0\n00\t\t\t0\t0\t\t\"oem generic\"\n\n^\n"
+    "$9 1\n&\n&0C\t0\n00\t\t\t2\t1\t\t\"specific\"\n01\t\t\t0\t0\t\t\"specific 1\"\n02\t\t\t0\t0\t\t\"specific 2\"\n^\n"
+    "$12 1\n&\n&6F0C\t0\n01\t\t\t0\t0\t\t\"override\"\n02\t\t\t0\t0\t\t\"override 2\"\n^\n"
+    "$13 1\n&\n&28\t6F0C\t0\n02\t\t\t0\t0\t\t\"platform\"\n^\n"
+    "$10 1\n&\n4321\t01\t\t\t\t\t\t07\t\"[gen_id] [oem_ts_string] [timestamp] [severity] [recommended_action]\"\n^\n"
+    "$11 1\n&\n\t\t\t\t\t\t\t\t\t\t\t\tEE\t\t\"[oem_non_ts_string]\"\n^\n";
+
+class TranslatorOfRecords : public ::testing::Test {
+protected:
+    TempRoot folder;
+    TranslatorImpl translator{folder.write("/hrs_enu.ini", content).c_str(), "", true};
+
+    std::string text(const Event& event) { return narrowText(translated(translator, event)); }
+    std::string textOfToken(const std::string& token, Event event)
+    {
+        event.sensorType = 0x0C;
+        const std::string file = "$9 1\n&\n&0C\t0\n00\t\t\t0\t0\t\t\"" + token + "\"\n^";
+        translator.setTranslationFile(folder.write("/token.ini", file).c_str(), "");
+        return text(event);
+    }
+};
+
+} // namespace
+
+TEST_F(TranslatorOfRecords, ThresholdTextHasReadingThresholdAndUnits)
+{
+    translator.setSDRRepository({voltageSdr()});
+    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 200, .event3 = 190}),
+              "Warning P5V Lower 4.993 Volts 4.743 Do it.");
+    EXPECT_EQ(translator.getSensorName(), L"P5V");
+    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .deasserted = true}), "P5V - transition to OK");
+    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x59}), "Upper");
+}
+
+TEST_F(TranslatorOfRecords, WhatThereIsNoValueForIsSaid)
+{
+    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 200, .event3 = 190}),
+              "Warning the sensor Lower none none none Do it.");
+    translator.addSDR(voltageSdr().data(), 51);
+    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x00, .event2 = 200, .event3 = 190}),
+              "Warning P5V Lower none Volts none Do it.");
+}
+
+TEST_F(TranslatorOfRecords, UnitsHaveModifierAndRate)
+{
+    const auto units = [&](int flags, int base, int modifier) {
+        auto sdr = voltageSdr();
+        sdr[20] = static_cast<std::uint8_t>(flags);
+        sdr[21] = static_cast<std::uint8_t>(base);
+        sdr[22] = static_cast<std::uint8_t>(modifier);
+        translator.setSDRRepository({sdr});
+        return text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 0xFE, .event3 = 1});
+    };
+    EXPECT_EQ(units(0x02, 0x04, 0x14), "Warning P5V Lower 6.343 Volts/seconds 0.018 Do it.");
+    EXPECT_EQ(units(0x04, 0x04, 0x14), "Warning P5V Lower 6.343 Volts*seconds 0.018 Do it.");
+    EXPECT_EQ(units(0x18, 0x12, 0), "Warning P5V Lower 6.343 RPM per second 0.018 Do it.");
+    EXPECT_EQ(units(0x81, 0, 0), "Warning P5V Lower -0.057 % 0.018 Do it.") << "two's complement, percentage";
+    EXPECT_EQ(units(0xC0, 4, 0), "Warning P5V Lower none Volts none Do it.") << "no analog reading";
+}
+
+TEST_F(TranslatorOfRecords, SeverityFollowsTheDirectionAndThenTheDefaultOfTheType)
+{
+    text({.sensorType = 0x0C});
+    EXPECT_EQ(translator.getEventSeverity(), L"CRITICAL");
+    text({.sensorType = 0x0C, .deasserted = true});
+    EXPECT_EQ(translator.getEventSeverity(), L"Warning");
+    text({.sensorType = 2, .eventType = 1, .event1 = 2});
+    EXPECT_EQ(translator.getEventSeverity(), L"CRITICAL");
+    text({.sensorType = 2, .eventType = 1, .event1 = 2, .deasserted = true});
+    EXPECT_EQ(translator.getEventSeverity(), L"Informational");
+}
+
+TEST_F(TranslatorOfRecords, PlatformGoesBeforeOverrideBeforeTable)
+{
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 0}), "specific");
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 1}), "override");
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "no platform";
+    translator.setPlatformID(0x28);
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "platform");
+    translator.setPlatformID(0x29);
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "a platform without a name";
+}
+
+TEST_F(TranslatorOfRecords, EventTypesTakeTheirRoutes)
+{
+    EXPECT_EQ(text({.sensorType = 0x0C, .eventType = 0}), "Unknown Event.");
+    EXPECT_EQ(text({.sensorType = 0x0C, .eventType = 0x70}), "oem generic");
+    for (const int none : {0x0D, 0x6E, 0x7F})
+        EXPECT_EQ(text({.sensorType = 0x0C, .eventType = none}), "");
+}
+
+TEST_F(TranslatorOfRecords, AnEventThatNoTableHasFailsAndStillGivesTheRest)
+{
+    EXPECT_EQ(failureOf([&] { text({.sensorType = 2, .event1 = 4}); }), ERROR_EVENT_TABLE);
+    EXPECT_TRUE(translator.hasFailed());
+    EXPECT_EQ(translator.getSensorType(), L"Voltage");
+    EXPECT_EQ(translator.getGenerator(), L"BMC");
+    EXPECT_EQ(translator.getTimeStamp(), L"05/13/2009-18:06:05");
+    EXPECT_EQ(failureOf([&] { text({.recordType = 0xC5}); }), ERROR_OEM_TABLE);
+    EXPECT_EQ(failureOf([&] { text({.recordType = 0xE0}); }), ERROR_OEM_TABLE);
+    const auto record = Event{}.record();
+    EXPECT_EQ(failureOf([&] { translator.translate(record.data(), 15); }), ERROR_EVENT_TABLE);
+    translator.destroy();
+    EXPECT_EQ(failureOf([&] { text({}); }), ERROR_NO_HRS_INI_FILE_PRESENT);
+}
+
+TEST_F(TranslatorOfRecords, OemRecordsAreFoundByTheirBytes)
+{
+    std::array<unsigned char, 16> timed{0, 0, 0xC1, 0x0D, 0x0C, 0x0B, 0x4A, 0x21, 0x43, 0, 1, 2, 3, 4, 5, 6};
+    EXPECT_EQ(translator.translate(timed.data(), 16),
+              L"0x004321 01 02 03 04 05 06 05/13/2009-18:06:05 OEM severity Do it.");
+    EXPECT_EQ(translator.getSensorName(), L"OEM Timestamped SEL event");
+    EXPECT_EQ(translator.getEventSeverity(), L"OEM severity");
+    std::array<unsigned char, 16> timeless{0, 0, 0xE0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0xEE};
+    EXPECT_EQ(translator.translate(timeless.data(), 16), L"01 02 03 04 05 06 07 08 09 0A 0B 0C EE");
+    EXPECT_EQ(translator.getSensorName(), L"OEM Non-Timestamped SEL event");
+}
+
+TEST_F(TranslatorOfRecords, TimeStampsBelowTheFirstRealTimeAreNoDates)
+{
+    const auto textOf = [](unsigned char low, unsigned char high) {
+        const unsigned char fill = low == 0xFF ? low : high;
+        const unsigned char top = low == 0xFF ? low : 0x20;
+        const unsigned char bytes[] = {low, fill, fill, top};
+        return TranslatorImpl::translateTimeStamp(bytes);
+    };
+    EXPECT_EQ(textOf(0xFF, 0), L"Invalid Time Stamp");
+    EXPECT_EQ(textOf(0, 0), L"Pre-Init Time Stamp");
+    EXPECT_EQ(textOf(1, 0), L"01/05/1987-18:48:33");
+}
+
+TEST_F(TranslatorOfRecords, AssertionTextHasItsFormByStateDirectionAndList)
+{
+    EXPECT_EQ(text({.eventType = 3, .event1 = 1}), "reports it has been asserted, Assertion Event.");
+    EXPECT_EQ(text({.eventType = 3, .event1 = 1, .deasserted = true}),
+              "reports it has been asserted, Deassertion Event.");
+    EXPECT_EQ(text({.eventType = 3, .event1 = 0}), "reports it has been deasserted, Assertion Event.");
+    EXPECT_EQ(text({.eventType = 3, .event1 = 0xA0, .event2 = 0x1C, .event3 = 2}),
+              "reports it has been deasserted (event data 2 0x1C, event data 3 0x02).");
+}
+
+TEST_F(TranslatorOfRecords, TokensAreFilledFromEventData)
+{
+    const Event place{.event1 = 0xA0, .event2 = 0x23, .event3 = 0xAD}; // AD: bits 101 011 01
+    const std::pair<const char*, const char*> rows[] = {
+        {"%evd3%", "173"},
+        {"%Number event2:<#>%", "<35>"},
+        {"%Bits event3:7-5%", "5"},
+        {"%Bits event3:4-2| (#)%", " (3)"},
+        {"%Bits event3:9-2%", "unknown"},
+        {"%UserID and ChannelNumber%", " (user ID 35, channel number 13)"},
+        {"%CPU%%CHANNEL%", "CPU_6, Channel = D"},
+        {"%CPU_DIMM Number%", "CPU_6, DIMM_2, "},
+        {"%Memory Pair%", "DIMM_1, DIMM_2, "},
+        {"%Rank info%", "RANK_3, "},
+        {"%CPU bitmap%", "CPU_1, CPU_2, CPU_6, "},
+        {"%bus%", " (BUS:0x23, DEV:0x15, FUN:0x05)"},
+        {"%Vendor_ID%", "0xad23"},
+        {"%version%", "23.ad"},
+        {"%fru state change%", "State change by an operator at the hot swap handle"},
+        {"%CATERR Type%", " Reserved"},
+        {"100% %none% [none] %", "100% %none% [none] %"},
+        {"%", "%"},
+        {"[sensor_name", "[sensor_name"},
+    };
+    for (const auto& [token, filled] : rows)
+        EXPECT_EQ(textOfToken(token, place), filled) << token;
+    const Event bare{.event1 = 0x00, .event2 = 0x00, .event3 = 0x18};
+    EXPECT_EQ(textOfToken("%Number event3: (module #)%", bare), "") << "not specified";
+    EXPECT_EQ(textOfToken("%Number event3%", bare), "unknown");
+    EXPECT_EQ(textOfToken("%UserID and ChannelNumber%", bare), " (user ID unspecified, channel number 8)");
+    EXPECT_EQ(textOfToken("%CHANNEL%", bare), "Channel = Reserved");
+}
+
+TEST_F(TranslatorOfRecords, ASensorNameWithTokensIsTakenAsItIs)
+{
+    translator.setSensorName("[severity] %CPU% %n");
+    EXPECT_EQ(textOfToken("[sensor_name]!", {}), "[severity] %CPU% %n!");
+    EXPECT_EQ(textOfToken("[sensor_name]!", {}), "the sensor!") << "given for one record only";
+}
+
+TEST_F(TranslatorOfRecords, VersionsFollowTheFirmwareFamilyWhereTheRecordIsLongEnough)
+{
+    textOfToken("%version%", {});
+    std::vector<unsigned char> record(20);
+    std::ranges::copy(Event{.sensorType = 0x0C, .event2 = 1, .event3 = 0x2A}.record(), record.begin());
+    std::ranges::copy(std::string_view("\x0B\x7\tz"), record.begin() + 16);
+    const std::pair<int, const wchar_t*> families[] = {
+        {0, L"01.2a"}, {1, L"01.2a.0b.079"}, {2, L"01.2a....z"}, {3, L"01.2a.11"}};
+    for (const auto& [family, version] : families) {
+        translator.setPlatformBIOSID(family);
+        EXPECT_EQ(translator.translate(record.data(), record.size()), version);
+        EXPECT_EQ(translator.translate(record.data(), 16), L"01.2a");
+    }
+}
+
+TEST_F(TranslatorOfRecords, RepositoryFailuresAreReported)
+{
+    const std::vector<std::uint8_t> blank(64);
+    EXPECT_EQ(failureOf([&] { translator.addSDR(blank.data(), 64); }), ERROR_SDR_REPOSITORY_EXCEPTION);
+    translator.addSDR(voltageSdr().data(), 51);
+    translator.removeSDR(0x20, 0, 5);
+    EXPECT_EQ(failureOf([&] { translator.removeSDR(0x20, 0, 5); }), ERROR_SDR_REPOSITORY_EXCEPTION);
+}
+
+TEST_F(TranslatorOfRecords, VoltageFaultNamesTheBitOfItsByte)
+{
+    const auto offset = [&](const Event& event) {
+        return translator.getVoltageFaultSensorOffset(event.record().data(), 16);
+    };
+    EXPECT_EQ(offset({.sensorType = 2, .eventType = 3, .event1 = 0x81, .event2 = 0x20}), 5);
+    EXPECT_EQ(offset({.sensorType = 2, .eventType = 3, .event1 = 0x01, .event2 = 0x20}), -1);
+    EXPECT_EQ(offset({.sensorType = 2, .eventType = 1, .event1 = 0x81, .event2 = 0x20}), -1);
+    EXPECT_EQ(offset({.sensorType = 1, .eventType = 3, .event1 = 0x81, .event2 = 0x20}), -1);
+}
