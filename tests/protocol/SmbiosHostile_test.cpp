@@ -83,6 +83,26 @@ TEST(SmbiosHostile, LongStringsAreCutAndTheNextKeepsItsNumber)
     EXPECT_EQ(values.at("/SMBIOS/Type2/Product").mXNodeList.front(), "Next");
 }
 
+TEST(SmbiosHostile, HandlesThatAreCountedAndNotThereAreLeftOut)
+{
+    const ResultMap values = readSpoiled([](SmbiosImage& image) {
+        image.add(2, Body().bytes({0, 0, 0, 0, 0, 0, 0, 0, 0, 0}).byte(255).word(1));
+    });
+    EXPECT_EQ(values.at("/SMBIOS/Type2/ContainObjectHandles").mXNodeList.front(), "1");
+}
+
+TEST(SmbiosHostile, StructuresShorterThanTheirHeaderAreNone)
+{
+    for (unsigned length = 0; length <= 4; ++length) {
+        SmbiosImage image(2, 7);
+        image.addRaw(2, length, 0x77, SmbiosImage::zeros(2));
+        const std::string dump = image.dump();
+        const SMBIOSProtocolImpl reader(reinterpret_cast<const unsigned char*>(dump.data()),
+                                        static_cast<unsigned>(dump.size()));
+        EXPECT_EQ(reader.FindRecord(0x77) != nullptr, length == 4) << length;
+    }
+}
+
 TEST(SmbiosHostile, StringListWithoutEndClosesTheTable)
 {
     const ResultMap values = readSpoiled(
