@@ -1,0 +1,34 @@
+#include "osinfo/OsCalls.hpp"
+
+#include "common/Seams.hpp"
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+namespace {
+
+struct SystemCalls final : OsCalls {
+    int hostName(char* out, std::size_t size) override { return gethostname(out, size); }
+    int kernelNames(utsname& names) override { return uname(&names); }
+    int openSocket() override { return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); }
+    int openDevice(const char* path) override { return open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC); }
+    int control(int fd, unsigned long request, void* argument) override { return ioctl(fd, request, argument); }
+    void close(int fd) override { ::close(fd); }
+};
+
+} // namespace
+
+OsCalls& OsCalls::real()
+{
+    static SystemCalls calls;
+    return calls;
+}
+
+OsDescriptor::~OsDescriptor()
+{
+    if (fd >= 0)
+        current<OsCalls>().close(fd);
+}

@@ -1,0 +1,351 @@
+#include "osinfo/OsInfo.hpp"
+
+#include "osinfo/OsCalls.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <cstring>
+#include <ifaddrs.h>
+#include <map>
+#include <net/if.h>
+#include <netpacket/packet.h>
+#include <scsi/sg.h>
+#include <sys/ioctl.h>
+#include <sys/statvfs.h>
+#include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+namespace {
+
+/// Programs that print what the test says; any other is absent.
+struct FakePrograms : CommandRunner {
+    int run(const std::vector<std::string>& argv, int output) override
+    {
+        asked.push_back(argv);
+        const auto program = prints.find(argv.size() > 2 ? argv[2] : "");
+        if (program == prints.end())
+            return 127;
+        const std::string& text = program->second;
+        return write(output, text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? status : -1;
+    }
+
+    std::map<std::string, std::string> prints;
+    std::vector<std::vector<std::string>> asked;
+    int status = 0;
+};
+
+/// A host with one interface that is up, and a SCSI drive behind every device.
+struct FakeCalls : OsCalls {
+    int hostName(char* out, std::size_t size) override
+    {
+        std::strncpy(out, name.c_str(), size);
+        return 0;
+    }
+    int kernelNames(utsname& names) override
+    {
+        std::strcpy(names.nodename, "node");
+        std::strcpy(names.machine, "x86_64");
+        return kernelResult;
+    }
+    int openSocket() override { return 100; }
+    int openDevice(const char* path) override
+    {
+        opened.push_back(path);
+        return 200;
+    }
+    int control(int, unsigned long request, void* argument) override
+    {
+        if (request == SG_IO)
+            return inquire(*static_cast<sg_io_hdr*>(argument));
+        auto& answer = *static_cast<ifreq*>(argument);
+        if (std::strcmp(answer.ifr_name, "eth1") != 0)
+            return -1;
+        if (request == SIOCGIFHWADDR)
+            std::memcpy(answer.ifr_hwaddr.sa_data, "\x00\x1b\xa1\xff\x4d\x05", 6);
+        else
+            answer.ifr_flags = interfaceFlags;
+        return 0;
+    }
+    void close(int) override { ++closed; }
+
+    int inquire(sg_io_hdr& header) const
+    {
+        const std::string& answer = header.cmdp[1] & 1 ? serialPage : standardPage;
+        std::memcpy(header.dxferp, answer.data(), answer.size());
+        header.resid = static_cast<int>(header.dxfer_len - answer.size());
+        header.status = scsiStatus;
+        header.driver_status = driverStatus;
+        header.host_status = hostStatus;
+        return ioctlResult;
+    }
+
+    std::string name = "host";
+    int kernelResult = 0;
+    short interfaceFlags = IFF_UP;
+    std::vector<std::string> opened;
+    int closed = 0;
+    std::string standardPage = std::string("\0\0\6\2\x1f\0\0\0", 8) + "Lakeside" + "Drive 2000      " + "1.0 ";
+    std::string serialPage = std::string("\0\x80\0\x08", 4) + " SN-4711";
+    unsigned char scsiStatus = 0;
+    unsigned short driverStatus = 0, hostStatus = 0;
+    int ioctlResult = 0;
+};
+
+class OsInfo : public testing::Test {
+protected:
+    TempRoot root;
+    FakePrograms programs;
+    ScopedSeam<CommandRunner> usePrograms{programs};
+    FakeCalls calls;
+    ScopedSeam<OsCalls> useCalls{calls};
+};
+
+TEST_F(OsInfo, HostWithoutANameIsNone)
+{
+    _OSINFO info;
+    GetOSInfo(info);
+    EXPECT_EQ(info.HostName, "host");
+    EXPECT_EQ(info.NodeName, "node");
+    EXPECT_EQ(info.Machine, "x86_64");
+    calls.name = "";
+    calls.kernelResult = -1;
+    GetOSInfo(info);
+    EXPECT_EQ(info.HostName, "(none)");
+    EXPECT_EQ(info.NodeName, "");
+}
+
+TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
+{
+    std::string display = "old";
+    GetOSDisplayString(display);
+    EXPECT_EQ(display, "");
+    root.write("/etc/SuSE-release", "SUSE Server 11\nVERSION = 11\n");
+    root.write("/etc/redhat-release", "Another release 9\nRed Hat\n");
+    GetOSDisplayString(display);
+    EXPECT_EQ(display, "SUSE Server 11");
+    root.write("/etc/redhat-release", "Red Hat 9" + std::string(5000, 'x'));
+    GetOSDisplayString(display);
+    EXPECT_EQ(display, "Red Hat 9" + std::string(246, 'x'));
+}
+
+TEST_F(OsInfo, MemoryIsTakenByLabelAndOddLinesLeaveBlanks)
+{
+    root.write("/proc/meminfo", "MemTotal:       24684088 kB\nMemFree:\nSwapTotal: many kB\n" + std::string(5000, ':') +
+                                    "\nHugeMemTotal: 1 kB\nSwapFree: 77 kB\nVmallocTotal:   34359738367 kB\n"
+                                    "VmallocUsed:       15100 kB");
+    _MEMINFO info;
+    GetMemInfo(info);
+    EXPECT_EQ(info.TotalPhysical, "24684088");
+    EXPECT_EQ(info.FreePhysical, "");
+    EXPECT_EQ(info.TotalSwap, "");
+    EXPECT_EQ(info.FreeSwap, "77");
+    EXPECT_EQ(info.TotalVirtual, "34359738367");
+    EXPECT_EQ(info.FreeVirtual, "34359723267");
+    root.write("/proc/meminfo", "VmallocTotal: 10 kB\nVmallocUsed: 11 kB\n");
+    GetMemInfo(info);
+    EXPECT_EQ(info.FreeVirtual, "0");
+}
+
+TEST_F(OsInfo, InterfacesHaveAddressStateGatewayAndBootProtocol)
+{
+    root.write("/proc/net/dev", "Inter-|   Receive |  Transmit\n face |bytes    packets\n    lo: 1 2\n  sit0: 0 0\n"
+                                "  eth1:98 7\n eth10: 1 1\n  :\nbr-x\n");
+    root.write("/etc/sysconfig/networking/devices/ifcfg-eth1", "#BOOTPROTO=none\nBOOTPROTO=\"static\" \n");
+    root.write("/etc/sysconfig/networking/devices/ifcfg-eth10", "BOOTPROTO=dhcp\n");
+    programs.prints["route"] = "Kernel IP routing table\nDestination Gateway Genmask Flags Metric Ref Use Iface\n"
+                               "0.0.0.0 10.0.10.1 0.0.0.0 UG 0 0 0 eth10\n10.9.0.0 0.0.0.0 255.0.0.0 U 0 0 0 eth1\n"
+                               "0.0.0.0 10.0.1.1 0.0.0.0 UG 0 0 0 eth1\nUG eth1\n";
+    std::vector<_NICINFO> nics(3);
+    GetNICInfo(nics);
+    ASSERT_EQ(nics.size(), 2U);
+    EXPECT_EQ(nics[0].Name, "eth1");
+    EXPECT_EQ(nics[0].MacAddress, "00:1b:a1:ff:4d:05");
+    EXPECT_EQ(nics[0].State, "UP");
+    EXPECT_EQ(nics[0].DefaultGateway, "10.0.1.1");
+    EXPECT_EQ(nics[0].FixedAddress, "YES");
+    EXPECT_EQ(nics[1].MacAddress, "");
+    EXPECT_EQ(nics[1].State, "");
+    EXPECT_EQ(nics[1].DefaultGateway, "10.0.10.1");
+    EXPECT_EQ(nics[1].BootProtocol, "dhcp");
+    EXPECT_EQ(nics[1].FixedAddress, "NO");
+    EXPECT_EQ(calls.closed, 4) << "sockets";
+    calls.interfaceFlags = 0;
+    GetDriverInfo("eth1", nics.begin());
+    EXPECT_EQ(nics[0].State, "DOWN");
+}
+
+TEST_F(OsInfo, HostileInterfaceNamesReachNoShellAndNoOtherFile)
+{
+    const std::string hostile = "; touch /tmp/x", outside = "../../../secret";
+    root.write("/etc/secret", "BOOTPROTO=static\n");
+    root.write("/etc/sysconfig/networking/devices/ifcfg-", "BOOTPROTO=static\n");
+    root.write("/proc/net/dev", hostile + ": 1 2\n" + outside + ": 3\n" + std::string(4000, 'e') + ":\n");
+    std::vector<_NICINFO> nics;
+    GetNICInfo(nics);
+    ASSERT_EQ(nics.size(), 2U) << "a line that is cut has no colon";
+    EXPECT_EQ(nics[0].Name, hostile);
+    EXPECT_EQ(nics[1].BootProtocol, "");
+    ASSERT_EQ(programs.asked.size(), 2U);
+    for (const auto& argv : programs.asked)
+        EXPECT_EQ(argv, (std::vector<std::string>{"env", "LC_ALL=C", "route", "-n"}));
+}
+
+TEST_F(OsInfo, FileSystemsAreReadAroundBlanksAndOddLines)
+{
+    programs.status = 1; // as of a df that could not reach one of them
+    programs.prints["df"] = "df: /mnt/gone: Transport endpoint is not connected\n"
+                            "Filesystem     1K-blocks     Used Available Use% Mounted on\n"
+                            "/dev/sda1         1000      400       250  75% /\n"
+                            "//server/my share 200 50 150 25% /mnt/my share\n"
+                            "none - - - - /proc\n/dev/full 99999999999999999999 0 0 0% /far\n"
+                            "/dev/mapper/short 12\n\n7 8 9 1% /nameless\nzero 0 0 0 0%\n" +
+                            std::string(5000, '9') + "\n";
+    std::vector<_DRIVEINFO> drives;
+    GetDriveData(drives);
+    ASSERT_EQ(drives.size(), 4U);
+    EXPECT_EQ(drives[0].Name, "/dev/sda1");
+    EXPECT_EQ(drives[0].MountPoint, "/");
+    EXPECT_EQ(drives[0].Size, "1000");
+    EXPECT_EQ(drives[0].Free, "250");
+    EXPECT_EQ(drives[0].UsedPercent, "75.000000");
+    EXPECT_EQ(drives[1].Name, "//server/my share");
+    EXPECT_EQ(drives[1].MountPoint, "/mnt/my share");
+    EXPECT_EQ(drives[2].Size + drives[2].Free + drives[2].UsedPercent, "");
+    EXPECT_EQ(drives[3].Name, "zero");
+    EXPECT_EQ(drives[3].UsedPercent, "");
+}
+
+TEST_F(OsInfo, AbsentProgramsLeaveEmptyListsAndPlantedFilesAlone)
+{
+    const auto target = root.write("/etc/passwd", "/dev/sda1 1000 400 250 75% /\nDisk /dev/sda: 1 GB, 1 bytes\n");
+    for (const char* planted : {"/tmp/disk.log", "/tmp/fdisk.log"}) {
+        std::filesystem::create_directories(root.resolve("/tmp"));
+        std::filesystem::create_symlink(target, root.resolve(planted));
+    }
+    std::vector<_DRIVEINFO> drives(1);
+    std::vector<_PHYSICALDRIVEINFO> physical(1);
+    _PARTITIONTYPE type = PARTITION_GPT;
+    GetDriveData(drives);
+    GetPhysicalDriveData(physical);
+    GetPartitionType(type);
+    EXPECT_TRUE(drives.empty());
+    EXPECT_TRUE(physical.empty());
+    EXPECT_EQ(type, PARTITION_UNKNOWN);
+    EXPECT_EQ(std::filesystem::file_size(target), 58U) << "as it was written";
+}
+
+TEST_F(OsInfo, PhysicalDrivesAreThoseThatThePartitionListNames)
+{
+    programs.prints["fdisk"] = "Disk /dev/sda: 931.51 GiB, 1000204886016 bytes, 1953525168 sectors\n"
+                               "Disk model: of 12 bytes: big\nSector size: 512 bytes / 512 bytes\nDisklabel type: gpt\n"
+                               "Disk identifier: 0x0\nDisk /dev/sdb: 1.8 TiB, 5 bytes\nDisk /dev/sdc: 512 MB, 5 bytes\n"
+                               "Disk /dev/sdd: 7 furlongs, 5 bytes\nDisk /dev/sde: 5 bytes\nDisk /dev/sdf\n"
+                               "Disk /dev/sdg: 1e300 GB, 5 bytes\nDisk /dev/sdh: 32.0x GB, 5 bytes\n";
+    std::vector<_PHYSICALDRIVEINFO> drives;
+    GetPhysicalDriveData(drives);
+    ASSERT_EQ(drives.size(), 7U);
+    struct Size {
+        const char *name, *size, *unit;
+    };
+    const Size sizes[] = {{"/dev/sda", "931.5", "GiB"},
+                          {"/dev/sdb", "1.8", "TiB"},
+                          {"/dev/sdc", "0.500000", "GB"},
+                          {"/dev/sdd", "", ""},
+                          {"/dev/sde", "", ""}};
+    for (std::size_t place = 0; place < std::size(sizes); ++place) {
+        EXPECT_EQ(drives[place].Name, sizes[place].name);
+        EXPECT_EQ(drives[place].Size, sizes[place].size) << sizes[place].name;
+        EXPECT_EQ(drives[place].SizeUnit, sizes[place].unit);
+    }
+    EXPECT_EQ(drives[5].Size.size(), 303U) << "1e300 in full";
+    EXPECT_EQ(drives[6].Size, "");
+    EXPECT_EQ(drives[1].Model, "Lakeside Drive 2000");
+    EXPECT_EQ(drives[1].SerialNumber, "SN-4711");
+    EXPECT_EQ(drives[1].Revision, "1.0");
+    EXPECT_EQ(calls.opened.front(), root.resolve("/dev/sda"));
+    EXPECT_EQ(calls.closed, 7);
+    _PARTITIONTYPE type = PARTITION_UNKNOWN;
+    GetPartitionType(type);
+    EXPECT_EQ(type, PARTITION_GPT);
+}
+
+TEST_F(OsInfo, InquiryMustHaveSucceededAndIsReadNoFurtherThanItReaches)
+{
+    struct Case {
+        unsigned char status;
+        unsigned short driver, host;
+        int result;
+        bool works;
+    };
+    for (const Case& each : {Case{0, 0, 0, 0, true}, Case{0, 8, 0, 0, true}, Case{2, 8, 0, 0, false},
+                             Case{0, 6, 0, 0, false}, Case{0, 8, 3, 0, false}, Case{0, 0, 0, -1, false}}) {
+        calls.scsiStatus = each.status;
+        calls.driverStatus = each.driver;
+        calls.hostStatus = each.host;
+        calls.ioctlResult = each.result;
+        _PHYSICALDRIVEINFO info;
+        EXPECT_EQ(GetPhysicalDriveInfo_SGIO(3, info), each.works);
+        EXPECT_EQ(info.Model, each.works ? "Lakeside Drive 2000" : "");
+    }
+    calls = FakeCalls();
+    calls.standardPage.resize(33);
+    calls.serialPage = std::string("\0\x80\0\xff", 4) + std::string(92, 'S');
+    _PHYSICALDRIVEINFO info;
+    EXPECT_TRUE(GetPhysicalDriveInfo_SGIO(3, info));
+    EXPECT_EQ(info.Model, "Lakeside Drive 2000");
+    EXPECT_EQ(info.Revision + info.SerialNumber, "");
+}
+
+TEST_F(OsInfo, HelpersAreBoundedAndTakeNull)
+{
+    EXPECT_FALSE(DoesFileExist(nullptr));
+    EXPECT_FALSE(DoesFileExist("/etc/none"));
+    root.write("/etc/some", "");
+    EXPECT_TRUE(DoesFileExist("/etc/some"));
+    setenv("HWAGENT_OSINFO_TEST", "abcdef", 1);
+    char out[8] = "#######";
+    EXPECT_TRUE(GetEnvVariable("HWAGENT_OSINFO_TEST", out, 4));
+    EXPECT_STREQ(out, "abc");
+    EXPECT_EQ(out[4], '#');
+    EXPECT_FALSE(GetEnvVariable("HWAGENT_OSINFO_NONE", out, 4));
+    EXPECT_TRUE(GetEnvVariable("HWAGENT_OSINFO_TEST", out, 0));
+}
+
+TEST(OsInfoOfThisMachine, IsAsTheKernelTellsItByOtherCalls)
+{
+    struct sysinfo system {};
+    sysinfo(&system);
+    _MEMINFO memory;
+    GetMemInfo(memory);
+    EXPECT_EQ(memory.TotalPhysical, std::to_string(system.totalram * system.mem_unit / 1024));
+    EXPECT_EQ(memory.TotalSwap, std::to_string(system.totalswap * system.mem_unit / 1024));
+
+    std::map<std::string, std::pair<std::string, std::string>> expected, found;
+    ifaddrs* addresses = nullptr;
+    ASSERT_EQ(getifaddrs(&addresses), 0);
+    for (const ifaddrs* each = addresses; each; each = each->ifa_next) {
+        if (!each->ifa_addr || each->ifa_addr->sa_family != AF_PACKET || each->ifa_flags & IFF_LOOPBACK)
+            continue;
+        const auto* const link = reinterpret_cast<const sockaddr_ll*>(each->ifa_addr);
+        char mac[18];
+        std::snprintf(mac, sizeof mac, "%02x:%02x:%02x:%02x:%02x:%02x", link->sll_addr[0], link->sll_addr[1],
+                      link->sll_addr[2], link->sll_addr[3], link->sll_addr[4], link->sll_addr[5]);
+        expected[each->ifa_name] = {mac, each->ifa_flags & IFF_UP ? "UP" : "DOWN"};
+    }
+    freeifaddrs(addresses);
+    std::vector<_NICINFO> nics;
+    GetNICInfo(nics);
+    for (const _NICINFO& nic : nics)
+        found[nic.Name] = {nic.MacAddress, nic.State};
+    EXPECT_EQ(found, expected);
+
+    struct statvfs rootOfAll {};
+    ASSERT_EQ(statvfs("/", &rootOfAll), 0);
+    std::vector<_DRIVEINFO> drives;
+    GetDriveData(drives);
+    const auto drive = std::ranges::find(drives, "/", &_DRIVEINFO::MountPoint);
+    ASSERT_NE(drive, drives.end());
+    EXPECT_EQ(drive->Size, std::to_string(rootOfAll.f_blocks * rootOfAll.f_frsize / 1024));
+}
+
+} // namespace
