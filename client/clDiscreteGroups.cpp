@@ -127,6 +127,8 @@ constexpr DiscreteTraits discreteMemoryTraits{
     .database = &pDiscreteMemoryWrapper,
 };
 
+/// What a live number is before it is read, and stays if it can't be.
+constexpr long numberNotRead = 3;
 constexpr const char* coolingUnitCaption = "Group for cooling unit table";
 
 bool isColumn(_SMAttribute attribute, DiscreteColumn column, const DiscreteTraits& traits)
@@ -213,7 +215,7 @@ int DiscreteGroup<Row>::getStrInfo(_SMAttribute attribute, int row, char*& out)
 template<class Row>
 int DiscreteGroup<Row>::getIntData(_SMAttribute attribute, int row, long& out)
 {
-    out = ENUM_STATUS_WARNING;
+    out = numberNotRead;
     if (!this->getAddress(row))
         return CLIENT_ERROR_NO_ROW;
     if (isColumn(attribute, DiscreteColumn::Status, traits))
