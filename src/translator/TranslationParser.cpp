@@ -141,20 +141,24 @@ void parseModels(MetaInfoTable& table, std::wstring_view section, std::uint32_t 
     parseEntries(section, count, [&](std::wstring_view line) { return addModel(table, line); });
 }
 
+struct KeyedEvent {
+    std::uint32_t key = 0;
+    event entry;
+};
+
 /// An event's line: offset, event data 2 and 3, severity of assertion and deassertion, action, text.
-bool takeEvent(std::wstring_view line, bool keyedByData3, std::uint32_t& key, event& entry)
+std::optional<KeyedEvent> takeEvent(std::wstring_view line, bool keyedByData3)
 {
     const auto fields = takeFields<6>(line);
     const auto text = quotedText(line);
     if (!fields || !text || std::ranges::any_of(*fields, [](std::uint32_t field) { return field > anyByte; }))
-        return false;
+        return std::nullopt;
     const auto& [offset, data2, data3, assertSeverity, deassertSeverity, action] = *fields;
-    key = packEventKey(offset, data2, keyedByData3 ? data3 : anyByte);
-    entry = {.assertSeverity = static_cast<std::uint8_t>(assertSeverity),
-             .deassertSeverity = static_cast<std::uint8_t>(deassertSeverity),
-             .recommendAction = static_cast<std::uint8_t>(action),
-             .translation = std::wstring(*text)};
-    return true;
+    return KeyedEvent{.key = packEventKey(offset, data2, keyedByData3 ? data3 : anyByte),
+                      .entry = {.assertSeverity = static_cast<std::uint8_t>(assertSeverity),
+                                .deassertSeverity = static_cast<std::uint8_t>(deassertSeverity),
+                                .recommendAction = static_cast<std::uint8_t>(action),
+                                .translation = std::wstring(*text)}};
 }
 
 /// A group's heading behind '&': one number for each level of the table's key, then 1 if event data 3 is part of the
@@ -181,8 +185,6 @@ void parseGroups(std::wstring_view section, std::uint32_t count, Add add)
 {
     std::optional<GroupHead<Levels>> head;
     std::uint32_t groups = 0;
-    std::uint32_t key = 0;
-    event entry;
     Lines lines(section);
     while (const auto line = lines.next()) {
         if (line->starts_with(L'&') && ++groups > count)
@@ -191,8 +193,8 @@ void parseGroups(std::wstring_view section, std::uint32_t count, Add add)
             head = takeGroupHead<Levels>(*line);
         else if (isBlank(*line))
             head.reset();
-        else if (head && takeEvent(*line, head->keyedByData3, key, entry))
-            add(head->ids, key, std::move(entry));
+        else if (auto found = head ? takeEvent(*line, head->keyedByData3) : std::nullopt)
+            add(head->ids, found->key, std::move(found->entry));
     }
 }
 

@@ -135,6 +135,22 @@ TEST(TranslationFile, AMissingEventIsNamedInTheErrorOfItsTable)
         "event2 0x1b, event3 0x2, and platformType 0x28");
 }
 
+TEST(TranslationFile, TablesGiveTheFieldsOfExactlyOneKey)
+{
+    const event entry{.assertSeverity = 2, .deassertSeverity = 1, .recommendAction = 9, .translation = L"text"};
+    EventTable events;
+    events.add(0x0F, packEventKey(2, 5, 0xFF), entry);
+    EXPECT_EQ(events.findTranslation(0x0F, 0x0205FFFF), L"text");
+    EXPECT_EQ(events.findAssertSev(0x0F, 0x0205FFFF), 2);
+    EXPECT_THROW(events.findTranslation(0x0F, 0x0206FFFF), EventTableError);
+    PlatformTable platforms;
+    platforms.add(0x28, packSensorKey(0x6F, 0x0C), packEventKey(2, 5, 0xFF), entry);
+    EXPECT_EQ(platforms.findDeassertSev(0x28, 0x6F0C, 0x0205FFFF), 1);
+    EXPECT_EQ(platforms.findRecommendAction(0x28, 0x6F0C, 0x0205FFFF), 9);
+    EXPECT_THROW(platforms.findTranslation(0x29, 0x6F0C, 0x0205FFFF), PlatformTableError);
+    EXPECT_THROW(platforms.findTranslation(0x28, 0x6F0D, 0x0205FFFF), OverrideTableError);
+}
+
 TEST(TranslationFile, AMissingFileIsError1183)
 {
     TempRoot folder;
