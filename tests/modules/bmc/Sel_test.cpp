@@ -1,0 +1,397 @@
+#include "common/Util.hpp"
+#include "modules/bmc/Sel.hpp"
+#include "tests/modules/bmc/SdrFixture.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+using Module::BMCConfig::BMCConfigModule;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+constexpr char words[] = "$1 1\n&\n2C\t\"Chipset\"\n^ $3 2\n&\n0\t\"Informational\"\n2\t\"CRITICAL\"\n^\n"
+                         "$4 1\n&\nC\t\"Memory\"\n^ $15 1\n&\nA\t\"none\"\n^\n"
+                         "$9 1\n&\n&0C\t0\n01\t\t\t2\t0\t\t\"[sensor_name] lost a bit\"\n^\n"
+                         "$11 1\n&\n\t\t\t\t\t\t\t\t\t\t\t\tEE\t\t\"of the maker\"\n^\n";
+
+class Sel : public SdrFixture {
+protected:
+    using Parameters = std::map<std::string, std::string>;
+
+    Sel()
+    {
+        setenv("HRS_PATH_QL", folder.write("/words/hrs_enu.ini", words).parent_path().c_str(), 1);
+        bmc.on(0x0A, 0x42, [this](const IpmiRequest&) {
+            ++selReservation;
+            return IpmiAnswer{0, selReservation, 0x56};
+        });
+        bmc.on(0x0A, 0x43, [this](const IpmiRequest& request) { return readEntry(request); });
+    }
+    ~Sel() override { unsetenv("HRS_PATH_QL"); }
+
+    /// A correctable error of the memory sensor 5 of the BMC.
+    static Bytes event(unsigned id, std::uint8_t generator = 0x20)
+    {
+        return {static_cast<std::uint8_t>(id),
+                static_cast<std::uint8_t>(id >> 8),
+                2,
+                0,
+                0,
+                0,
+                0x50,
+                generator,
+                0x31,
+                4,
+                0x0C,
+                5,
+                0x6F,
+                0x01,
+                0xA2,
+                0x0F};
+    }
+
+    void fill(std::initializer_list<unsigned> ids)
+    {
+        log.clear();
+        for (const unsigned id : ids)
+            log.push_back(event(id));
+    }
+
+    IpmiAnswer readEntry(const IpmiRequest& request)
+    {
+        const unsigned id = request.data[2] | request.data[3] << 8;
+        auto found = std::ranges::find_if(
+            log, [id](const Bytes& bytes) { return (bytes[0] | bytes[1] << 8) == static_cast<int>(id); });
+        if (id == 0)
+            found = log.begin();
+        else if (id == 0xFFFF && !log.empty())
+            found = log.end() - 1;
+        if (found == log.end())
+            return {0xCB};
+        const Bytes next = found + 1 == log.end() ? Bytes{0xFF, 0xFF} : *(found + 1);
+        IpmiAnswer answer{0, next[0], next[1]};
+        answer.insert(answer.end(), found->begin(), found->end());
+        return answer;
+    }
+
+    ResultMap translate(const Parameters& parameters)
+    {
+        ResultMap results;
+        BMCConfigModule().ProcessXQuery("/BMC/SEL/TRANSLATED", parameters, results, 0);
+        return results;
+    }
+
+    static std::string field(const ResultMap& results, std::size_t index, const std::string& key)
+    {
+        return results.at("/BMC/SEL/TRANSLATED[" + std::to_string(index) + "]/" + key).mXNodeList.at(0);
+    }
+
+    /// The low bytes of the ids of the records that the answer lists, as text.
+    static std::vector<std::string> idsIn(const ResultMap& results)
+    {
+        std::vector<std::string> ids;
+        for (const std::string& path : results.at("/BMC/SEL/TRANSLATED").mXNodeList)
+            ids.push_back(results.at(path + "/RAW").mXNodeList.at(0).substr(0, 2));
+        return ids;
+    }
+    std::vector<std::string> idsOf(const Parameters& parameters) { return idsIn(translate(parameters)); }
+
+    /// "code words" of the failure of `call`, empty without one.
+    template<class Call>
+    static std::string failureOf(Call call)
+    {
+        try {
+            call();
+        } catch (const ResultStatus& status) {
+            return std::to_string(status.getval()) + " " + status.begin()->mErrorString;
+        }
+        return {};
+    }
+    std::string failureFrom(const std::string& id)
+    {
+        return failureOf([&] { translate({{"RECORD_ID", id}}); }).substr(0, 4);
+    }
+
+    std::size_t count(std::uint8_t netFn, std::uint8_t cmd) const
+    {
+        return static_cast<std::size_t>(std::ranges::count_if(
+            bmc.requests, [=](const IpmiRequest& request) { return request.netFn == netFn && request.cmd == cmd; }));
+    }
+
+    TempRoot folder;
+    std::vector<Bytes> log;
+    std::uint8_t selReservation = 0;
+};
+
+TEST_F(Sel, EmptyLogIsNoErrorAndNoRecords)
+{
+    EXPECT_EQ(text("/BMC/SEL/LAST_RECORD"), "No SEL Records Found!");
+    EXPECT_THAT(get("/BMC/SEL").at("/BMC/SEL").mXNodeList, IsEmpty());
+    for (const char* id : {"ffff", "0"})
+        EXPECT_THAT(idsOf({{"RECORD_ID", id}, {"RANGE", "3000"}}), IsEmpty());
+    EXPECT_EQ(failureFrom("5"), "1089");
+}
+
+TEST_F(Sel, TranslatedRecordHasItsFields)
+{
+    records = {full(1, 5, 0x0C, {}, {0xC4, 'B', 'a', 'n', 'k'})};
+    log = {event(0x0102, 0x2C), event(0x0203)};
+    log[1][8] = 0; // the owner of the sensor by its LUN and channel
+    const ResultMap results = translate({{"/SEL/RECORD_ID", "102"}, {"/SEL/RANGE", "2"}});
+    const std::map<std::string, std::string> expected = {{"RAW", "02 01 02 00 00 00 50 2C 31 04 0C 05 6F 01 A2 0F"},
+                                                         {"NEXT_SEL_RECORD_ID", "0203"},
+                                                         {"SEVERITY", "CRITICAL"},
+                                                         {"TIMESTAMP", "07/13/2012-11:01:20"},
+                                                         {"SENSOR_NAME", ""},
+                                                         {"SENSOR_TYPE", "Memory"},
+                                                         {"SENSOR_NUMBER", "5"},
+                                                         {"GENERATOR_CHANNEL_NO", "3"},
+                                                         {"GENERATOR_LUN", "1"},
+                                                         {"GENERATOR_ID", "Chipset"}};
+    for (const auto& [key, value] : expected)
+        EXPECT_EQ(field(results, 0, key), value) << key;
+    EXPECT_EQ(field(results, 1, "SENSOR_NAME"), "Bank");
+    EXPECT_EQ(field(results, 1, "DESCR"), "Bank lost a bit");
+    EXPECT_EQ(field(results, 1, "GENERATOR_ID"), "Integrated BMC");
+    EXPECT_EQ(field(results, 1, "NEXT_SEL_RECORD_ID"), "FFFF");
+    EXPECT_THAT(results.at("/BMC/SEL/TRANSLATED[0]").mXNodeList, SizeIs(11));
+    EXPECT_THAT(results, SizeIs(1 + 2 * 12));
+}
+
+TEST_F(Sel, RecordIdAndRangeChooseTheRecords)
+{
+    fill({0x10, 0x11, 0x13, 0x2F});
+    EXPECT_THAT(idsOf({}), ElementsAre("10", "11", "13", "2F"));
+    EXPECT_THAT(idsOf({{"RECORD_ID", "11"}, {"RANGE", "2"}}), ElementsAre("11", "13"));
+    EXPECT_THAT(idsOf({{"RECORD_ID", "0013"}, {"RANGE", "3000"}}), ElementsAre("13", "2F"));
+    EXPECT_THAT(idsOf({{"RECORD_ID", "2f"}, {"RANGE", "-1"}}), ElementsAre("2F"));
+    EXPECT_EQ(failureFrom("00010"), "1089");
+    EXPECT_EQ(failureFrom("1G"), "1089");
+    EXPECT_EQ(failureFrom("12"), "1089") << "deleted";
+    for (const std::uint8_t code : Bytes{0xC9, 0xCC}) {
+        bmc.on(0x0A, 0x43, IpmiAnswer{code});
+        EXPECT_EQ(failureFrom("10"), "1089") << int{code};
+    }
+}
+
+TEST_F(Sel, LastRecordIsReadAloneWhateverFollows)
+{
+    fill({1, 2, 3});
+    bmc.on(0x0A, 0x43, [this](const IpmiRequest& request) {
+        IpmiAnswer answer = readEntry(request);
+        answer[1] = 1, answer[2] = 0;
+        return answer;
+    });
+    const ResultMap results = translate({{"RECORD_ID", "ffff"}, {"RANGE", "3000"}});
+    EXPECT_THAT(idsIn(results), ElementsAre("03"));
+    EXPECT_EQ(field(results, 0, "NEXT_SEL_RECORD_ID"), "FFFF");
+}
+
+TEST_F(Sel, WalkFollowsTheIdsAcrossTheirEndAndNeverInACircle)
+{
+    fill({0xFFFD, 0xFFFE, 0x0001, 0x0007});
+    EXPECT_THAT(idsOf({{"RECORD_ID", "FFFD"}}), ElementsAre("FD", "FE", "01", "07"));
+    EXPECT_THAT(
+        get("/BMC/SEL").at("/BMC/SEL").mXNodeList,
+        ElementsAre("/BMC/SEL/RECORD[65533]", "/BMC/SEL/RECORD[65534]", "/BMC/SEL/RECORD[1]", "/BMC/SEL/RECORD[7]"));
+    for (const Bytes& back : {Bytes{7, 0}, Bytes{1, 0}, Bytes{0xFD, 0xFF}, Bytes{0, 0}}) {
+        bmc.on(0x0A, 0x43, [this, back](const IpmiRequest& request) {
+            IpmiAnswer answer = readEntry(request);
+            if (request.data[2] == 7)
+                answer[1] = back[0], answer[2] = back[1];
+            return answer;
+        });
+        EXPECT_THAT(idsOf({}), SizeIs(4)) << int{back[0]};
+    }
+}
+
+TEST_F(Sel, LogClearedUnderWayKeepsWhatWasRead)
+{
+    fill({1, 2, 3, 4});
+    bmc.on(0x0A, 0x43,
+           [this](const IpmiRequest& request) { return request.data[2] == 3 ? IpmiAnswer{0xCB} : readEntry(request); });
+    EXPECT_THAT(idsOf({{"RECORD_ID", "1"}}), ElementsAre("01", "02"));
+}
+
+TEST_F(Sel, BmcThatWantsAReservationGetsOneAndIsAskedAgain)
+{
+    fill({1, 2, 3});
+    bmc.on(0x0A, 0x43, [this](const IpmiRequest& request) {
+        if (request.data[2] == 2 && selReservation < 2)
+            ++selReservation; // another reader has taken it
+        return request.data[0] == selReservation && request.data[1] == 0x56 ? readEntry(request) : IpmiAnswer{0xC5};
+    });
+    EXPECT_THAT(idsOf({{"RECORD_ID", "1"}}), ElementsAre("01", "02", "03"));
+    EXPECT_EQ(count(0x0A, 0x42), 2U);
+}
+
+TEST_F(Sel, RecordThatNeverReadsIsGivenUpAfterThousandRepetitions)
+{
+    const std::string query = "/BMC/SEL/RECORD[1]";
+    bmc.on(0x0A, 0x43, IpmiAnswer{0xC0});
+    EXPECT_THAT(failureOf([&] { get(query); }), testing::StartsWith("1026 "));
+    EXPECT_EQ(count(0x0A, 0x43), 1001U);
+    for (const std::size_t length : {1, 2, 3, 17, 18}) {
+        bmc.on(0x0A, 0x43, IpmiAnswer(length, 0));
+        EXPECT_EQ(failureOf([&] { get(query); }), "1026 SEL Read Error") << length;
+    }
+    bmc.requests.clear();
+    bmc.on(0x0A, 0x43, IpmiAnswer{});
+    EXPECT_THAT(failureOf([&] { get(query); }), testing::StartsWith("1026 "));
+    EXPECT_EQ(count(0x0A, 0x43) % 1001, 0U) << "no answer at all";
+}
+
+TEST_F(Sel, PollCostsOneExchangeAndOneMoreForEachNewRecord)
+{
+    records = {full(1, 5, 0x0C, {}, {0xC4, 'B', 'a', 'n', 'k'})};
+    fill({1});
+    log[0][8] = 0;
+    translate({{"RECORD_ID", "ffff"}, {"RANGE", "3000"}});
+    std::filesystem::remove_all(folder.resolve("/words")); // nobody needs it again
+    bmc.requests.clear();
+    const ResultMap again = translate({{"RECORD_ID", "1"}, {"RANGE", "3000"}});
+    EXPECT_EQ(field(again, 0, "DESCR"), "Bank lost a bit");
+    EXPECT_THAT(bmc.requests, SizeIs(1));
+    for (unsigned id = 2; id <= 1000; ++id)
+        log.push_back(event(id));
+    bmc.requests.clear();
+    EXPECT_THAT(idsOf({{"RECORD_ID", "1"}, {"RANGE", "3000"}}), SizeIs(1000));
+    EXPECT_THAT(bmc.requests, SizeIs(1000));
+}
+
+TEST_F(Sel, WithoutATranslationFileTheRecordStandsAndALaterFileIsTaken)
+{
+    std::filesystem::remove_all(folder.resolve("/words"));
+    fill({1, 2});
+    const ResultMap results = translate({});
+    EXPECT_THAT(idsIn(results), ElementsAre("01", "02"));
+    EXPECT_EQ(field(results, 1, "DESCR"), "Unknown Event.");
+    EXPECT_EQ(field(results, 1, "SEVERITY"), "Informational");
+    EXPECT_EQ(field(results, 1, "TIMESTAMP"), "07/13/2012-11:01:20");
+    EXPECT_EQ(field(results, 1, "GENERATOR_ID"), "Integrated BMC");
+    folder.write("/words/hrs_enu.ini", words);
+    EXPECT_EQ(field(translate({}), 1, "SEVERITY"), "CRITICAL");
+}
+
+TEST_F(Sel, RecordsOfMakersAndOfTheOperatingSystem)
+{
+    struct Row {
+        std::uint8_t type;
+        const char *description, *time;
+    };
+    const Row rows[] = {{220, "Operating system bootup.", "07/13/2012-11:01:20"},
+                        {221, "Operating system shutdown.", "07/13/2012-11:01:20"},
+                        {222, "Operating system bug check.", "07/13/2012-11:01:20"},
+                        {0xDF, "Unknown Event.", "07/13/2012-11:01:20"},
+                        {0xE0, "of the maker", "Invalid Time Stamp"}};
+    for (const Row& row : rows) {
+        fill({1});
+        log[0][2] = row.type;
+        log[0][15] = 0xEE;
+        const ResultMap results = translate({});
+        EXPECT_EQ(field(results, 0, "DESCR"), row.description);
+        EXPECT_EQ(field(results, 0, "TIMESTAMP"), row.time);
+        EXPECT_EQ(field(results, 0, "SENSOR_NAME"), "OEM Event");
+    }
+}
+
+TEST_F(Sel, AnyBytesMakeARecordThatReadersHaveRoomFor)
+{
+    const std::string description =
+        std::string(580, 'd') + Util::join(std::vector<std::string>(30, "[sensor_name]"), "");
+    folder.write("/words/hrs_enu.ini", "$3 1\n&\n0\t\"" + std::string(40, 's') +
+                                           "\"\n^ $9 1\n&\n&0C\t0\n01\t\t\t0\t0\t\t\"" + description + "\"\n^\n");
+    records = {full(1, 5, 0x0C, {}, Bytes(40, 0xDE))};
+    std::mt19937 random(7);
+    log.assign(3000, Bytes(16));
+    for (unsigned id = 1; id <= log.size(); ++id) {
+        std::ranges::generate(log[id - 1], [&] { return static_cast<std::uint8_t>(random()); });
+        log[id - 1][0] = static_cast<std::uint8_t>(id);
+        log[id - 1][1] = static_cast<std::uint8_t>(id >> 8);
+    }
+    log[5] = event(6);
+    log[5][8] = 0;
+    const ResultMap results = translate({});
+    ASSERT_THAT(results, SizeIs(1 + log.size() * 12));
+    std::size_t longestDescription = 0, longestSeverity = 0;
+    for (std::size_t index = 0; index < log.size(); ++index) {
+        longestDescription = std::max(longestDescription, field(results, index, "DESCR").size());
+        longestSeverity = std::max(longestSeverity, field(results, index, "SEVERITY").size());
+    }
+    EXPECT_EQ(longestDescription, 1023U);
+    EXPECT_EQ(longestSeverity, 19U);
+}
+
+TEST_F(Sel, GivenRecordsAreTranslatedWithoutTheLog)
+{
+    const std::string raw = "09 00 02 00 00 00 50 01 00 04 0C 05 6F 01 A2 0F";
+    const ResultMap one = translate({{"/SEL/RAW_SEL_RECORD", raw}});
+    EXPECT_EQ(field(one, 0, "RAW"), raw);
+    EXPECT_EQ(field(one, 0, "GENERATOR_ID"), "BIOS POST");
+    EXPECT_EQ(field(one, 0, "SEVERITY"), "CRITICAL");
+
+    folder.write("/words/hrs_alder.ini", "$3 1\n&\n2\t\"alder\"\n^ $9 1\n&\n&0C\t0\n01\t\t\t2\t0\t\t\"x\"\n^\n");
+    Parameters many = {{"/SEL/RAW_SEL_RECORD_0", raw}, {"/SEL/RAW_SEL_RECORD_1", raw}, {"/SEL/PRODUCT_ID", "40"}};
+    EXPECT_EQ(field(translate(many), 1, "SEVERITY"), "alder");
+    many["/SEL/RANGE"] = "1";
+    EXPECT_THAT(idsOf(many), ElementsAre("09"));
+    EXPECT_EQ(field(translate({{"/SEL/RAW_SEL_RECORD", raw}}), 0, "SEVERITY"), "CRITICAL") << "its own product again";
+    EXPECT_EQ(failureOf([&] { translate({{"/SEL/RAW_SEL_RECORD", raw.substr(3)}}); }).substr(0, 4), "1089");
+    EXPECT_EQ(count(0x0A, 0x43), 0U);
+}
+
+TEST_F(Sel, BoardsWithExtendedRecordsAreReadByTheirOwnCommand)
+{
+    bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0x65, 0, 0, 0, 0, 0});
+    Platform::PlatformImpl::CreateInstance()->Reset();
+    fill({1, 2});
+    bmc.on(0x30, 0x23, [this](const IpmiRequest& request) {
+        IpmiAnswer answer = readEntry(request);
+        answer.insert(answer.end(), {0xAA, 0xBB});
+        return answer;
+    });
+    EXPECT_EQ(field(translate({}), 1, "RAW"), line(log[1]).substr(1)) << "readers have room for a standard record";
+    EXPECT_EQ(count(0x30, 0x23), 2U);
+    EXPECT_EQ(text("/BMC/SEL/EXTENDED_RECORD[2]"), line(log[1]).substr(1) + " AA BB");
+}
+
+TEST_F(Sel, ThreadsShareTheTranslator)
+{
+    fill({1, 2, 3, 4, 5, 6, 7, 8});
+    std::atomic<int> good = 0;
+    const auto ask = [&] {
+        for (int round = 0; round < 20; ++round)
+            good += field(translate({}), 7, "SEVERITY") == "CRITICAL";
+    };
+    std::thread other(ask);
+    ask();
+    other.join();
+    EXPECT_EQ(good, 40);
+}
+
+TEST(SelWords, TimesAndLanguages)
+{
+    const std::pair<std::uint32_t, const char*> times[] = {{0xFFFFFFFF, "Invalid Time Stamp"},
+                                                           {0, "Pre-Init Time Stamp"},
+                                                           {0x20000000, "Pre-Init Time Stamp"},
+                                                           {0x20000001, "01/05/1987-18:48:33"},
+                                                           {0xFFFFFFFE, "02/07/2106-06:28:14"}};
+    std::string text;
+    for (const auto& [seconds, expected] : times) {
+        Module::BMCConfig::Sel::DecodeTimeStamp(seconds, text);
+        EXPECT_EQ(text, expected);
+    }
+    const std::pair<int, const char*> languages[] = {{1028, "CHI"}, {2052, "CHS"}, {1033, "ENU"}, {0, "ENU"}};
+    for (const auto& [id, expected] : languages) {
+        Module::BMCConfig::Sel::GetLanguageStringFromLangId(id, text);
+        EXPECT_EQ(text, expected);
+    }
+}
+
+} // namespace
