@@ -3,6 +3,7 @@
 #include "api-netsnmp/Signals.hpp"
 #include "client/CacheRefresher.hpp"
 #include "client/Functions.hpp"
+#include "client/SelWatcher.hpp"
 
 #include <cstdio>
 #include <cxxabi.h>
@@ -56,6 +57,7 @@ void survive(const char* thread, Turn turn)
 
 void pollEvents()
 {
+    CheckForNewSELEntry();
     processEvent();
 }
 

@@ -1,6 +1,6 @@
 #include "api-netsnmp/Signals.hpp"
 
-#include "api-netsnmp/Bell.hpp"
+#include "client/Bell.hpp"
 #include "client/Functions.hpp"
 #include "common/Seams.hpp"
 
@@ -143,9 +143,13 @@ int mainBell()
     return loopBell.descriptor();
 }
 
-void serveSignals()
+void clearMainBell()
 {
     loopBell.clear();
+}
+
+void serveSignals()
+{
     for (StopSignal& stop : stopSignals)
         if (stop.caught.exchange(false))
             serveStop(stop.number);

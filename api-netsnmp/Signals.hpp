@@ -22,6 +22,9 @@ void openBells();
 /// Readable while serveSignals has something to do; -1 if there is no bell.
 int mainBell();
 
+/// Silences the bell once it has ended a wait.
+void clearMainBell();
+
 /// Does what the stop signals and SIGPIPE ask for, with their messages to stderr. Main thread.
 void serveSignals();
 

@@ -5,6 +5,7 @@
 #include "api-netsnmp/Signals.hpp"
 #include "client/CacheState.hpp"
 #include "client/Functions.hpp"
+#include "client/TrapSender.hpp"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -46,9 +47,11 @@ void leaveOutUnusedParts()
     netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE, 1);
 }
 
+/// Signals are served behind each turn of the loop; the bell only ends the turn's wait, so it is read here alone and
+/// costs the other turns nothing.
 void serveBell(int, void*)
 {
-    serveSignals();
+    clearMainBell();
 }
 } // namespace
 
@@ -64,6 +67,7 @@ int init_subagent(int role)
     initSMClient();
     for (const auto registerObject : registrations)
         registerObject();
+    startTrapSender();
     init_snmp(applicationName);
     return 0;
 }
@@ -78,6 +82,7 @@ int agentx_loop()
         serveSignals();
     }
     const bool alone = endThreads(threadPatience);
+    sendQueuedTraps();
     snmp_shutdown(applicationName);
     if (!alone)
         _exit(0); // a thread that waits for the controller still uses the client

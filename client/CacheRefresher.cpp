@@ -3,6 +3,7 @@
 #include "client/CacheState.hpp"
 #include "client/QLInterface.hpp"
 #include "client/Trace.hpp"
+#include "client/Waits.hpp"
 #include "common/ResultStatus.hpp"
 
 #include <cerrno>
@@ -49,18 +50,6 @@ void refreshSafely()
         trace("\nRefresh of the cache failed\n");
     }
 }
-
-/// Lets the thread be cancelled in here, whatever its rule elsewhere: nothing of a refresh is under way.
-class Cancellable {
-public:
-    Cancellable() { pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &before); }
-    ~Cancellable() { pthread_setcancelstate(before, nullptr); }
-    Cancellable(const Cancellable&) = delete;
-    Cancellable& operator=(const Cancellable&) = delete;
-
-private:
-    int before = PTHREAD_CANCEL_ENABLE;
-};
 
 /// With snmp_mtx held, as on return; also when the thread is cancelled.
 int waitForSignal(const timespec& deadline)

@@ -179,10 +179,9 @@ BaseAccessor* smClient::getEntity(_SMEntity entity)
     return nullptr;
 }
 
-/// Without a trap sender there is nothing to drain the queue into: events wait in it.
 int smClient::processEvent()
 {
-    return CLIENT_SUCCESS;
+    return mEventHandler ? mEventHandler->processEvent() : CLIENT_SUCCESS;
 }
 
 int smClient::addEvent(const eventData& event)

@@ -1,6 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/ThresholdWrites.hpp"
 #include "client/Functions.hpp"
+#include "client/SelWatcher.hpp"
 #include "tests/api-netsnmp/FakeClient.hpp"
 
 #include <gmock/gmock.h>
@@ -65,6 +66,10 @@ int isSetEnabled()
 int processEvent()
 {
     ++eventDrains;
+    return 0;
+}
+int CheckForNewSELEntry()
+{
     return 0;
 }
 int initSMClient()

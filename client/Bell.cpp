@@ -1,4 +1,4 @@
-#include "api-netsnmp/Bell.hpp"
+#include "client/Bell.hpp"
 
 #include <cerrno>
 #include <cstdint>

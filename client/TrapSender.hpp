@@ -1,0 +1,10 @@
+#pragma once
+
+/// The client's only contact with the SNMP library. Main thread only, as everything that calls it.
+
+/// Has the agent's loop send what is queued as soon as it is. To be called between init_agent and init_snmp.
+void startTrapSender();
+
+/// Sends everything queued, in order, as SNMPv2 notifications (RFC 3416, 4.2.6). Without a session to the master agent
+/// traps are lost; that is said once for each time the session is gone.
+void sendQueuedTraps();
