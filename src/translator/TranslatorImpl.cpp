@@ -16,7 +16,6 @@ constexpr std::uint8_t firstOemTimestamped = 0xC0;
 constexpr std::uint8_t lastOemTimestamped = 0xDF;
 constexpr std::uint32_t noTime = 0xFFFFFFFF;
 constexpr std::uint32_t lastPreInitTime = 0x20000000;
-constexpr int unknownProduct = 65535;
 constexpr std::uint8_t voltageSensor = 0x02;
 
 enum EventType : std::uint8_t {
@@ -127,8 +126,7 @@ void TranslatorImpl::removeSDR(unsigned char owner, unsigned char lun, unsigned 
 
 void TranslatorImpl::setPlatformID(unsigned short id)
 {
-    platformKnown = file && file->content().productIds.find(id);
-    platformID = platformKnown ? id : unknownProduct;
+    platformID = file && file->content().productIds.find(id) ? id : unknownPlatform;
 }
 
 void TranslatorImpl::setSensorName(const char* name)
@@ -228,7 +226,7 @@ const event* TranslatorImpl::findOverride(const EventKey& key) const
 {
     const TranslationTables& tables = file->content();
     const override* found = nullptr;
-    if (platformKnown)
+    if (platformID != unknownPlatform)
         found = tables.platformOverrides.findNearest(platformID, key.sensorKey(), key.offset(), key.event2, key.event3);
     return found ? found : tables.overrides.findNearest(key.sensorKey(), key.offset(), key.event2, key.event3);
 }

@@ -74,8 +74,8 @@ private:
     std::wstring generator;
     std::wstring timestamp;
 
-    unsigned short platformID = 0;
-    bool platformKnown = false;
+    static constexpr unsigned short unknownPlatform = 65535;
+    unsigned short platformID = unknownPlatform;
     int platformBiosId = 0;
     int socketType = 0;
     bool failed = false;

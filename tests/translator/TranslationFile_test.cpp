@@ -76,6 +76,12 @@ TEST(TranslationFile, MalformedLinesAreLeftOutAndTheOthersKept)
 TEST(TranslationFile, TheCountBoundsASectionAndAHugeOneDoesNoHarm)
 {
     EXPECT_THROW(fileOf(sectionOf(15, L"1\t\"a\"\n2\t\"b\"\n", 1)).findMiscString(2), MetaInfoTableError);
+    const std::wstring_view groups =
+        L"&2016F0C\t0\n1\t\t\t\t\t\t\"type too large\"\n\n&0301\t0\n1\t\t\t\t\t\t\"last\"\n";
+    const TranslationFile bounded = fileOf(sectionOf(12, groups, 1));
+    EXPECT_THROW(bounded.findOverrideTranslation({.eventType = 3, .sensorType = 1, .event1 = 1}), OverrideTableError);
+    EXPECT_THROW(bounded.findOverrideTranslation({.eventType = 0x6F, .sensorType = 0x0C, .event1 = 1}),
+                 OverrideTableError);
     const TranslationFile file = fileOf(L"$15 2147483648999999\n&\n1\t\"a\"\n");
     EXPECT_EQ(file.findMiscString(1), L"a");
 }

@@ -22,7 +22,7 @@ constexpr char content[] =
     "&70\t0\n00\t\t\t0\t0\t\t\"oem generic\"\n\n^\n"
     "$9 1\n&\n&0C\t0\n00\t\t\t2\t1\t\t\"specific\"\n01\t\t\t0\t0\t\t\"specific 1\"\n02\t\t\t0\t0\t\t\"specific 2\"\n^\n"
     "$12 1\n&\n&6F0C\t0\n01\t\t\t0\t0\t\t\"override\"\n02\t\t\t0\t0\t\t\"override 2\"\n^\n"
-    "$13 1\n&\n&28\t6F0C\t0\n02\t\t\t0\t0\t\t\"platform\"\n^\n"
+    "$13 2\n&\n&28\t6F0C\t0\n02\t\t\t0\t0\t\t\"platform\"\n\n&FFFF\t6F0C\t0\n02\t\t\t0\t0\t\t\"unknown\"\n^\n"
     "$10 1\n&\n4321\t01\t\t\t\t\t\t07\t\"[gen_id] [oem_ts_string] [timestamp] [severity] [recommended_action]\"\n^\n"
     "$11 1\n&\n\t\t\t\t\t\t\t\t\t\t\t\tEE\t\t\"[oem_non_ts_string]\"\n^\n";
 
@@ -76,6 +76,7 @@ TEST_F(TranslatorOfRecords, UnitsHaveModifierAndRate)
     EXPECT_EQ(units(0x04, 0x04, 0x14), "Warning P5V Lower 6.343 Volts*seconds 0.018 Do it.");
     EXPECT_EQ(units(0x18, 0x12, 0), "Warning P5V Lower 6.343 RPM per second 0.018 Do it.");
     EXPECT_EQ(units(0x81, 0, 0), "Warning P5V Lower -0.057 % 0.018 Do it.") << "two's complement, percentage";
+    EXPECT_EQ(units(0x40, 4, 0), "Warning P5V Lower -0.032 Volts 0.018 Do it.") << "one's complement";
     EXPECT_EQ(units(0xC0, 4, 0), "Warning P5V Lower none Volts none Do it.") << "no analog reading";
 }
 
@@ -117,8 +118,12 @@ TEST_F(TranslatorOfRecords, AnEventThatNoTableHasFailsAndStillGivesTheRest)
     EXPECT_EQ(translator.getSensorType(), L"Voltage");
     EXPECT_EQ(translator.getGenerator(), L"BMC");
     EXPECT_EQ(translator.getTimeStamp(), L"05/13/2009-18:06:05");
-    EXPECT_EQ(failureOf([&] { text({.recordType = 0xC5}); }), ERROR_OEM_TABLE);
-    EXPECT_EQ(failureOf([&] { text({.recordType = 0xE0}); }), ERROR_OEM_TABLE);
+    for (const auto& [recordType, name] : {std::pair{0xC0, L"OEM Timestamped SEL event"},
+                                           {0xDF, L"OEM Timestamped SEL event"},
+                                           {0xE0, L"OEM Non-Timestamped SEL event"}}) {
+        EXPECT_EQ(failureOf([&] { text({.recordType = recordType}); }), ERROR_OEM_TABLE);
+        EXPECT_EQ(translator.getSensorName(), name);
+    }
     const auto record = Event{}.record();
     EXPECT_EQ(failureOf([&] { translator.translate(record.data(), 15); }), ERROR_EVENT_TABLE);
     translator.destroy();
