@@ -209,6 +209,9 @@ TEST_F(ShippedFiles, ThresholdTextsSayWhatWasCrossed)
         text({.sensorType = 2, .eventType = 1, .event1 = 0x59, .event2 = 180, .event3 = 190, .deasserted = true}),
         "P5V reports its reading is back below the Upper Critical threshold (reading 4.493, threshold 4.743, unit "
         "Volts) - transition to OK");
+    for (int offset = 0; offset < 12; ++offset)
+        EXPECT_THAT(text({.sensorType = 2, .eventType = 1, .event1 = offset}),
+                    HasSubstr(offset < 6 ? "the Lower " : "the Upper "));
 }
 
 TEST_F(ShippedFiles, EveryEventOfTheStandardHasAText)
