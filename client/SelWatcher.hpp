@@ -7,9 +7,13 @@
 
 /// Follows the controller's event log. Everything here belongs to the event thread alone.
 ///
-/// What is lost, by default: when the log was cleared and filled again, the first record of the next batch passes for
-/// the one that was handled last and is skipped; record ids that start again after the greatest leave the mark above
-/// them.
+/// What is lost, and where a more tolerant mode would decide otherwise:
+///  - the first record of a batch passes for the one handled last and is skipped, also when the log was cleared and
+///    filled again in between;
+///  - a mark that the controller refuses becomes "last record", which answers with one record at a time: each is the
+///    first of its batch, so nothing is told until the agent starts again;
+///  - record ids that start again after the greatest leave the mark above them;
+///  - a translator's text that is too long ends the process (refuseLongText).
 
 /// No record is known; for the controller, the last record (IPMI 2.0, 31.5).
 inline constexpr int lastRecordOfLog = 65535;

@@ -1,0 +1,246 @@
+#include "client/Classifiers.hpp"
+
+#include "client/Functions.hpp"
+#include "client/SNMP_EventClones.hpp"
+#include "client/SNMP_RouteEvent.hpp"
+#include "client/Text.hpp"
+#include "tests/client/EventFixture.hpp"
+
+#include <gmock/gmock.h>
+
+namespace {
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Keeps the events instead of making traps of them.
+class KeepingHandler : public eventHandler {
+public:
+    int processEvent() override
+    {
+        for (const eventData& event : mEventQueue)
+            kept.push_back(event);
+        mEventQueue.clear();
+        return 0;
+    }
+    std::vector<eventData> kept;
+};
+
+class Classifying : public EventFixture {
+protected:
+    Classifying()
+    {
+        auto keeping = std::make_unique<KeepingHandler>();
+        events = &keeping->kept;
+        client.mEventHandler = std::move(keeping);
+        for (int type = 1; type < 256; ++type)
+            addSensor({.number = 0x30, .type = type, .name = "Sensor", .lun = 0x41});
+        sdk.answers["/BMC/SDR/RECORD_TYPE[1]"] = sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"];
+        sdk.answer("/BMC/SENSOR[48]/NAME", "Sensor");
+    }
+
+    /// Routes a record and gives its events, most of the time one.
+    std::vector<eventData> route(int sensorType, int trigger, int data1, const char* description = "")
+    {
+        EVENT_DATA_STRUCT record;
+        record.ucRecordType = 2;
+        record.usGeneratorID = 0x20;
+        record.ucSensorType = static_cast<unsigned char>(sensorType);
+        record.ucSensorNumber = 0x30;
+        record.ucEventTrigger = static_cast<unsigned char>(trigger);
+        record.ucEventData1 = static_cast<unsigned char>(data1);
+        copyText(record.sEventDiscription, description);
+        aSelWrapper.m_cInfo.m_cSensorType.SetString(std::to_string(sensorType).c_str());
+        events->clear();
+        routeEvent(record);
+        return *events;
+    }
+
+    std::vector<eventData>* events;
+};
+
+/// A record, and the event it makes.
+struct Case {
+    int sensorType;
+    int trigger;
+    int data1;
+    int group;
+    int severity;
+    const char* text;
+};
+
+constexpr Case ownWords[] = {
+    {0x01, 0x01, 0, 14, 0, ""},
+    {0x01, 0x01, 1, 14, 0, "Status is Upper Non-Critical"},
+    {0x01, 0x01, 50, 14, 4, "Status is Lower Non-Critical"},
+    {0x01, 0x01, 3, 14, 4, "Status is Lower Non-Critical"},
+    {0x01, 0x01, 4, 14, 5, "Status is Lower Critical"},
+    {0x01, 0x01, 5, 14, 6, "Status is Upper Non-Recoverable"},
+    {0x01, 0x01, 54, 14, 6, "Status is Lower Non-Recoverable"},
+    {0x01, 0x01, 7, 14, 4, "Status is Upper Non-Critical"},
+    {0x01, 0x01, 8, 14, 4, "Status is Upper Non-Critical"},
+    {0x01, 0x01, 57, 14, 4, "Status is Upper Non-Critical"},
+    {0x01, 0x01, 10, 14, 5, "Status is Upper Critical"},
+    {0x01, 0x01, 59, 14, 5, "Status is Upper Critical"},
+    {0x01, 0x01, 12, 14, 0, ""},
+    {0x01, 0x81, 4, 14, 3, "Status is OK"},
+    {0x01, 0x81, 12, 14, 0, ""},
+    {0x02, 0x01, 52, 15, 5, "Status is Lower Critical"},
+    {0x04, 0x01, 50, 4, 4, "Status is Lower Non-Critical"},
+    {0x05, 0x6F, 0, 3, 5, "there has been a chassis intrusion. Status is Critical"},
+    {0x05, 0xEF, 0, 3, 3, "Status is OK"},
+    {0x07, 0x6F, 0, 12, 5, "IERR (Internal Error). Status is Critical"},
+    {0x07, 0x6F, 2, 12, 6, "FRB1/BIST Failure. Status is Non-Recoverable"},
+    {0x07, 0x6F, 7, 12, 3, "the processor's presence has been detected. Status is OK"},
+    {0x07, 0xEF, 0, 12, 0, "Status is OK"},
+    {0x07, 0x6F, 11, 12, 0, ""},
+    {0x07, 0x00, 1, 12, 0, "Thermal Trip. Status is Critical"},
+    {0x09, 0x0B, 0, 11, 3, "Full Redundancy. Status is OK"},
+    {0x09, 0x0B, 1, 11, 5, "Redundancy Lost. Status is Critical"},
+    {0x09, 0x0B, 2, 11, 4, "Redundancy Degraded. Status is Non-Critical"},
+    {0x09, 0x8B, 1, 11, 3, "Status is OK"},
+    {0x0D, 0x08, 0, 19, 5, "the slot reports the device has been removed or is absent. Status is Critical"},
+    {0x0D, 0x88, 0, 19, 3, "the slot reports the device has been inserted or is present. Status is OK"},
+    {0x0D, 0xEF, 0, 19, 5, "drive removed. Status is Critical"},
+    {0x0F, 0x6F, 1, 2, 6, "the system firmware hangs. Status is Non-Recoverable"},
+    {0x10, 0x6F, 0, 2, 0, ""},
+    {0x12, 0x6F, 2, 2, 5, "undetermined system hardware failure. Status is Critical"},
+    {0x13, 0x6F, 7, 2, 4, "correctable bus error. Status is Non-Critical"},
+    {0x16, 0x07, 3, 2, 6, "Status is Non-Recoverable"},
+    {0x19, 0x6F, 1, 2, 6, "thermal trip of the chip set. Status is Non-Recoverable"},
+    {0x21, 0x6F, 0, 9, 5, "slot fault. Status is Critical"},
+    {0x21, 0xEF, 5, 9, 3, "slot power is ON. Status is OK"},
+    {0xDC, 0x03, 1, 20, 5, "the surge loop reports it has been asserted. Status is Critical"},
+    {0xDC, 0x83, 1, 20, 3, "the surge loop reports it has been deasserted. Status is OK"},
+};
+
+TEST_F(Classifying, RecordsBecomeEventsInTheWordsOfTheirFamily)
+{
+    for (const Case& made : ownWords) {
+        SCOPED_TRACE(testing::Message() << std::hex << made.sensorType << ' ' << made.trigger << ' ' << made.data1);
+        const auto got = route(made.sensorType, made.trigger, made.data1, "the translator's words. Status is OK");
+        ASSERT_EQ(got.size(), 1U);
+        EXPECT_EQ(got[0].nEventGroup, made.group);
+        EXPECT_EQ(got[0].nSeverity, made.severity);
+        EXPECT_STREQ(got[0].stEventDesc, made.text);
+    }
+    EXPECT_THAT(clock.sleeps, IsEmpty());
+}
+
+TEST_F(Classifying, SomeFamiliesTakeTheTranslatorsWords)
+{
+    constexpr Case translated[] = {
+        {0x04, 0x0B, 1, 5, 5, "redundancy lost. Status is Critical"},
+        {0x0A, 0x0B, 4, 5, 0, "left out. Status is Critical"},
+        {0x0A, 0x0B, 7, 5, 0, "left out. Status is Critical"},
+        {0x0A, 0x8B, 0, 5, 4, "no longer full. Status is Non-Critical"},
+        {0x08, 0x6F, 6, 10, 5, "configuration error. Status is Critical"},
+        {0x08, 0x6F, 7, 10, 0, "beyond the table. Status is Critical"},
+        {0x08, 0xEF, 1, 10, 3, "power supply failure is over. Status is OK"},
+        {0x0C, 0x6F, 8, 8, 3, "spare. Status is OK"},
+        {0x0C, 0x6F, 9, 8, 0, "beyond the table. Status is OK"},
+        {0x0C, 0x6F, 1, 8, 2, "no severity in the tail"},
+    };
+    for (const Case& made : translated) {
+        SCOPED_TRACE(made.text);
+        const auto got = route(made.sensorType, made.trigger, made.data1, made.text);
+        ASSERT_EQ(got.size(), 1U);
+        EXPECT_EQ(got[0].nEventGroup, made.group);
+        EXPECT_EQ(got[0].nSeverity, made.severity);
+        EXPECT_STREQ(got[0].stEventDesc, made.text);
+    }
+}
+
+TEST_F(Classifying, SensorTypesWithoutATrapMakeNoEvent)
+{
+    EXPECT_THAT(route(0x09, 0x6F, 0), IsEmpty());
+    EXPECT_THAT(route(0x14, 0x6F, 0), IsEmpty());
+    const std::string said = diagnosticsOf([this] { route(0xF0, 0xEF, 0, "words"); });
+    EXPECT_THAT(said, HasSubstr("Generic event occured.\nEntering Generic_EventOccurred()...\nChecking for "
+                                "assertion.\nEvent description words\n"));
+    EXPECT_THAT(clock.sleeps, IsEmpty());
+}
+
+TEST_F(Classifying, GroupsWithoutACloneAreAskedFiveTimesWithHoursBetween)
+{
+    for (const int sensorType : {0x06, 0x11, 0x23}) {
+        clock.sleeps.clear();
+        EXPECT_THAT(route(sensorType, 0x6F, 0), IsEmpty());
+        EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(5, 30'000s)) << sensorType;
+    }
+}
+
+TEST_F(Classifying, DevicesAreNumberedFromTheirRecord)
+{
+    const auto got = route(0x01, 0x01, 4);
+    ASSERT_EQ(got.size(), 1U);
+    EXPECT_EQ(got[0].nDeviceId, 0x02302001);
+    EXPECT_STREQ(got[0].stSensorType, "Temperature");
+    EXPECT_STREQ(route(0x0D, 0x08, 1)[0].stSensorType, "13");
+    EXPECT_EQ(route(0x05, 0x6F, 0)[0].nDeviceId, 0);
+}
+
+TEST_F(Classifying, TheRowOfTheFirstTableThatHasTheDeviceIsNamed)
+{
+    const auto fill = [](auto& group, int deviceId, const char* description) {
+        group = std::make_unique<typename std::remove_reference_t<decltype(group)>::element_type>();
+        group->allocTable(2);
+        group->getAddress(1)->nDeviceId = deviceId;
+        copyText(group->getAddress(1)->stDescription, description);
+    };
+    fill(client.mVoltageProbe, 1, "another");
+    fill(client.mDiscreteVoltage, 0x02302001, "VRM state");
+    const auto second = route(0x02, 0x01, 52);
+    EXPECT_EQ(second.at(0).nInstIndex, 2);
+    EXPECT_STREQ(second[0].stDeviceDesc, "VRM state");
+    fill(client.mVoltageProbe, 0x02302001, "P12V");
+    EXPECT_STREQ(route(0x02, 0x01, 52).at(0).stDeviceDesc, "P12V");
+}
+
+TEST_F(Classifying, VoltagesAreLookedForAmongCompactRecordsToo)
+{
+    sdk.answers["/BMC/SDR/RECORD_TYPE[2]"] = sdk.answers["/BMC/SDR/RECORD_TYPE[1]"];
+    sdk.answers["/BMC/SDR/RECORD_TYPE[1]"].clear();
+    EXPECT_THAT(route(0x02, 0x01, 52), testing::SizeIs(1));
+    cache_map.clear();
+    sdk.answers["/BMC/SDR/RECORD_TYPE[2]"].clear();
+    const std::string said = diagnosticsOf([this] { EXPECT_THAT(route(0x02, 0x01, 52), IsEmpty()); });
+    EXPECT_THAT(said, HasSubstr("The sensor number is not matched for record type 2\n"));
+}
+
+TEST_F(Classifying, WithoutARecordOfTheSensorThereIsNoEventAndWithoutANameThereIs)
+{
+    sdk.answers.erase("/BMC/SENSOR[48]/NAME");
+    const std::string said = diagnosticsOf([this] { EXPECT_THAT(route(0x01, 0x01, 4), testing::SizeIs(1)); });
+    EXPECT_THAT(said, HasSubstr("\n Temperature_EventOccurred SensorNamequery failed"));
+    cache_map.clear();
+    sdk.answers.erase("/BMC/SDR/SENSOR_TYPE[1]");
+    const std::string refused = diagnosticsOf([this] { EXPECT_THAT(route(0x01, 0x01, 4), IsEmpty()); });
+    EXPECT_THAT(refused, HasSubstr("Query Failed to get the SDR's "));
+    EXPECT_EQ(Temperature_EventOccurred(nullptr), 0);
+}
+
+TEST_F(Classifying, TheTailOfTheTextGivesTheSeverity)
+{
+    const std::pair<const char*, int> tails[] = {{"Status is Upper Non-Critical", 4},
+                                                 {"Critical", 5},
+                                                 {"ritical", 2},
+                                                 {"Status is Lower Non-Recoverable", 6},
+                                                 {"K", 2},
+                                                 {"", 2},
+                                                 {"OK", 3},
+                                                 {"OK.", 2}};
+    for (const auto& [text, severity] : tails) {
+        CEventWrapper wrapper;
+        wrapper.m_cData.m_cStatus.SetString("Error");
+        wrapper.m_cData.m_cSelWrapper.m_cInfo.m_cDescription.SetString(text);
+        events->clear();
+        EXPECT_EQ(SNMP_TemperatureSensorEventClone::HandleEvent(wrapper), 1);
+        EXPECT_EQ(events->at(0).nSeverity, severity) << text;
+    }
+    CEventWrapper wrapper;
+    EXPECT_EQ(SNMP_EventInterface().HandleEvent(wrapper, 13), 0);
+}
+
+} // namespace

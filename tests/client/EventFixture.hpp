@@ -1,0 +1,63 @@
+#pragma once
+
+#include "client/SelWatcher.hpp"
+#include "client/TrapQueue.hpp"
+#include "client/smClient.hpp"
+#include "tests/client/ClientFixture.hpp"
+
+/// A client whose groups are filled, with traps on and an empty event road.
+class EventFixture : public ClientFixture {
+protected:
+    EventFixture()
+    {
+        takeTraps();
+        resetWatcher();
+        gSubagent = &client;
+        client.mSystemManagement = std::make_unique<systemManagement>();
+        client.mSystemManagement->m_nTrapsEnabled = 1;
+        client.mEventHandler = std::make_unique<eventHandler>();
+        client.mEventHandler->m_nHealthStatus = ENUM_STATUS_OK;
+        client.m_bInitComplete = 1;
+    }
+    ~EventFixture() override { gSubagent = nullptr; }
+
+    static void resetWatcher()
+    {
+        m_iLastRecordID = lastRecordOfLog;
+        sSelEntry.clear();
+        sLastSelEntry.clear();
+        sDiscription.clear();
+        sTimeStamp.clear();
+        sSeverity.clear();
+        t_SelData = {};
+        t_LastSelData = {};
+        aSelWrapper = {};
+    }
+
+    eventHandler& handler() { return *client.mEventHandler; }
+
+    /// The queued traps as "group.number text"; emptied.
+    static std::vector<std::string> trapsSent()
+    {
+        std::vector<std::string> sent;
+        for (const Trap& trap : takeTraps()) {
+            const auto& oid = std::get<std::vector<SubId>>(trap[0].value);
+            sent.push_back(std::to_string(oid[12]) + "." + std::to_string(oid[13]) + " " +
+                           std::get<std::string>(trap[1].value));
+        }
+        return sent;
+    }
+
+    /// What the code under test writes to its diagnostics.
+    template<class Action>
+    static std::string diagnosticsOf(Action action)
+    {
+        traceWanted = true;
+        testing::internal::CaptureStderr();
+        action();
+        traceWanted = false;
+        return testing::internal::GetCapturedStderr();
+    }
+
+    smClient client;
+};

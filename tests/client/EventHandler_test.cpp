@@ -1,0 +1,153 @@
+#include "client/Functions.hpp"
+#include "client/Text.hpp"
+#include "tests/client/EventFixture.hpp"
+
+#include <gmock/gmock.h>
+
+namespace {
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Events : public EventFixture {
+protected:
+    void happen(int group, int deviceId, int severity, const char* text = "Status is what it is")
+    {
+        eventData event;
+        event.nEventGroup = group;
+        event.nDeviceId = deviceId;
+        event.nSeverity = severity;
+        copyText(event.stEventDesc, text);
+        addEvent(event);
+        lastResult = processEvent();
+    }
+
+    int lastResult = 0;
+};
+
+TEST_F(Events, HealthGoesToCriticalAndBackWithATrapForEachChange)
+{
+    happen(14, 7, 5);
+    EXPECT_THAT(trapsSent(),
+                ElementsAre("70.18 Status is what it is", "20.5 System health was changed from ok to critical."));
+    EXPECT_EQ(handler().m_nHealthStatus, 5);
+    EXPECT_EQ(getHealthStatus(), 4);
+    EXPECT_THAT(handler().mCriticalList, ElementsAre(7));
+
+    happen(14, 8, 5);
+    EXPECT_THAT(trapsSent(), ElementsAre("70.18 Status is what it is"));
+    EXPECT_THAT(handler().mCriticalList, ElementsAre(7, 8));
+
+    happen(14, 7, 3);
+    EXPECT_THAT(trapsSent(), ElementsAre("70.16 Status is what it is"));
+    happen(14, 8, 3);
+    EXPECT_THAT(trapsSent(),
+                ElementsAre("70.16 Status is what it is", "20.3 System health was changed from critical to ok."));
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+    EXPECT_EQ(getHealthStatus(), 2);
+    EXPECT_THAT(handler().mCriticalList, IsEmpty());
+}
+
+TEST_F(Events, HealthFollowsTheWorstDeviceDownStepByStep)
+{
+    happen(14, 1, 4);
+    happen(15, 2, 6);
+    happen(4, 3, 5);
+    trapsSent();
+    happen(15, 2, 3);
+    EXPECT_EQ(handler().m_nHealthStatus, 5);
+    happen(4, 3, 4);
+    EXPECT_EQ(handler().m_nHealthStatus, 4);
+    EXPECT_THAT(handler().mNonCriList, ElementsAre(1, 3));
+    happen(4, 3, 2);
+    EXPECT_THAT(handler().mNonCriList, ElementsAre(1, 3));
+    EXPECT_THAT(trapsSent(), testing::Contains("20.4 System health was changed from critical to nonCritical."));
+}
+
+TEST_F(Events, WithoutTrapsListsAndHealthFollowWithoutAWait)
+{
+    client.mSystemManagement->m_nTrapsEnabled = 0;
+    happen(12, 7, 6, "IERR (Internal Error)");
+    EXPECT_THAT(trapsSent(), IsEmpty());
+    EXPECT_THAT(clock.sleeps, IsEmpty());
+    EXPECT_THAT(handler().mNonRecList, ElementsAre(7));
+    EXPECT_EQ(handler().m_nHealthStatus, 6);
+    EXPECT_EQ(getHealthStatus(), 4);
+}
+
+TEST_F(Events, OnlySomeGroupsCountForHealth)
+{
+    for (const int group : {1, 2, 3, 5, 9, 13, 16, 17, 18, 19, 20, 21})
+        happen(group, 7, 6);
+    EXPECT_THAT(handler().mNonRecList, IsEmpty());
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+    for (const int group : {4, 8, 10, 11, 12, 14, 15})
+        happen(group, group, 6);
+    EXPECT_THAT(handler().mNonRecList, ElementsAre(4, 8, 10, 11, 12, 14, 15));
+}
+
+TEST_F(Events, ATextWithoutATrapStillCountsForHealth)
+{
+    happen(10, 7, 5, "something else");
+    EXPECT_EQ(lastResult, 9);
+    EXPECT_THAT(trapsSent(), ElementsAre("20.5 System health was changed from ok to critical."));
+}
+
+TEST_F(Events, AnUnknownOldHealthStopsTheTrapAndNotTheChange)
+{
+    handler().m_nHealthStatus = 0;
+    happen(10, 7, 5, "something else");
+    EXPECT_THAT(trapsSent(), IsEmpty());
+    EXPECT_EQ(handler().m_nHealthStatus, 5);
+}
+
+TEST_F(Events, EachTrapWaitsThreeSecondsAndKeepsItsPlace)
+{
+    eventData event;
+    event.nEventGroup = 14;
+    for (const int severity : {4, 3, 5}) {
+        event.nSeverity = severity;
+        addEvent(event);
+    }
+    EXPECT_EQ(processEvent(), 0);
+    EXPECT_THAT(trapsSent(),
+                ElementsAre(testing::StartsWith("70.17"), testing::StartsWith("20.4"), testing::StartsWith("70.16"),
+                            testing::StartsWith("20.3"), testing::StartsWith("70.18"), testing::StartsWith("20.5")));
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(6, 3s));
+    EXPECT_THAT(handler().mEventQueue, IsEmpty());
+}
+
+TEST_F(Events, GroupsAndSendersMustFit)
+{
+    eventData event;
+    event.nSeverity = 3;
+    event.nEventGroup = 14;
+    EXPECT_EQ(handler().send2ObjEvent(event), 9);
+    EXPECT_EQ(handler().send4ObjEvent(event), 0);
+    event.nEventGroup = 1;
+    EXPECT_EQ(handler().send4ObjEvent(event), 9);
+    EXPECT_EQ(handler().send2ObjEvent(event), 0);
+    event.nEventGroup = 2;
+    const std::string said = diagnosticsOf([&] { EXPECT_EQ(handler().send2ObjEvent(event), 9); });
+    EXPECT_THAT(said, testing::HasSubstr("eventHandler::send2ObjEvent()  Valid EventGroup, but OID is not available."));
+}
+
+TEST_F(Events, NothingIsSentBeforeTheGroupsAreFilled)
+{
+    client.m_bInitComplete = 0;
+    struct FillingClock : FakeClock {
+        void sleepFor(std::chrono::nanoseconds duration) override
+        {
+            FakeClock::sleepFor(duration);
+            if (sleeps.size() == 2)
+                filled = 1;
+        }
+        std::atomic<int>& filled;
+        explicit FillingClock(std::atomic<int>& flag) : filled(flag) {}
+    } filling(client.m_bInitComplete);
+    const ScopedSeam<Clock> use(filling);
+    happen(14, 7, 3);
+    EXPECT_EQ(filling.sleeps, (std::vector<std::chrono::nanoseconds>{1s, 1s, 3s}));
+}
+
+} // namespace

@@ -1,0 +1,256 @@
+#include "tests/client/EventFixture.hpp"
+
+#include <gmock/gmock.h>
+
+namespace {
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// One record of a scripted log.
+struct Entry {
+    std::string raw;
+    std::string description = "some event";
+    std::string severity = "CRITICAL";
+};
+
+/// A log that answers as the SDK does: from the record id asked for, or the last one for "ffff".
+class ScriptedLog : public ScriptedBackend {
+public:
+    using ScriptedBackend::get;
+    void get(SDK::QueryMap queries, ResultMap& results) override
+    {
+        const SDK::Parameters& parameters = queries.at("/BMC/SEL/TRANSLATED");
+        marks.push_back(parameters.at("RECORD_ID"));
+        if (failure)
+            throw ResultStatus(*failure, "refused", "/BMC/SEL/TRANSLATED", COMMAND_GET);
+        fill(results, marks.back() == "ffff" ? entries.size() - 1 : placeOf(marks.back()),
+             std::stoul(parameters.at("RANGE")));
+    }
+
+    void add(int id, int sensorType, int trigger, const std::string& data,
+             const std::string& description = "some event")
+    {
+        char raw[80];
+        std::snprintf(raw, sizeof raw, "%02X %02X 02 78 56 34 12 20 00 04 %02X 30 %02X %s", id & 0xFF, id >> 8,
+                      sensorType, trigger, data.c_str());
+        entries.push_back({raw, description});
+    }
+
+    std::vector<Entry> entries;
+    std::vector<std::string> marks;
+    std::optional<_ERROR_NAME> failure;
+
+private:
+    std::size_t placeOf(const std::string& mark) const
+    {
+        char front[24];
+        const unsigned long id = std::stoul(mark, nullptr, 16);
+        std::snprintf(front, sizeof front, "%02lX %02lX ", id & 0xFF, id >> 8);
+        std::size_t place = 0;
+        while (place < entries.size() && !entries[place].raw.starts_with(front))
+            ++place;
+        return place == entries.size() ? 0 : place;
+    }
+
+    void fill(ResultMap& results, std::size_t first, std::size_t range) const
+    {
+        _XNode& list = results["/BMC/SEL/TRANSLATED"];
+        list.mType = NODE_NONLEAF;
+        for (std::size_t place = first; place < std::min(entries.size(), first + range); ++place)
+            answerOne(results, list, entries[place]);
+    }
+
+    static void answerOne(ResultMap& results, _XNode& list, const Entry& entry)
+    {
+        const std::string key = "/BMC/SEL/TRANSLATED[" + std::to_string(list.mXNodeList.size()) + "]";
+        list.mXNodeList.push_back(key);
+        for (const auto& [field, value] : {std::pair<std::string, std::string>{"/DESCR", entry.description},
+                                           {"/NEXT_SEL_RECORD_ID", "0000"},
+                                           {"/RAW", entry.raw},
+                                           {"/SENSOR_NAME", "TIME RAWHIDE"},
+                                           {"/SEVERITY", entry.severity},
+                                           {"/TIMESTAMP", "11/14/2023-22:13:20"}}) {
+            results[key].mXNodeList.push_back(key + field);
+            results[key + field] = leaf({value});
+        }
+    }
+};
+
+class Watcher : public EventFixture {
+protected:
+    Watcher()
+    {
+        addSensor({.number = 0x30, .type = 1, .name = "Front Panel Temp"});
+        log.answers = sdk.answers;
+        log.answer("/BMC/SENSOR[48]/NAME", "Front Panel Temp");
+    }
+
+    void addTemperature(int id, const std::string& data = "52 00 00") { log.add(id, 1, 0x01, data); }
+
+    ScriptedLog log;
+    ScopedSeam<QueryBackend> useLog{log};
+};
+
+TEST_F(Watcher, OldRecordsRaiseNothingAndTheMarkIsTheNewest)
+{
+    for (int id = 1; id <= 500; ++id)
+        addTemperature(id);
+    EXPECT_EQ(CheckForNewSELEntry(), 0);
+    EXPECT_THAT(log.marks, ElementsAre("ffff"));
+    EXPECT_EQ(m_iLastRecordID, 500);
+    EXPECT_EQ(CheckForNewSELEntry(), 0);
+    EXPECT_THAT(log.marks, ElementsAre("ffff", "1f4"));
+    EXPECT_THAT(trapsSent(), IsEmpty());
+}
+
+TEST_F(Watcher, NewRecordsAreRoutedInTheOrderOfTheLog)
+{
+    addTemperature(0x0101);
+    CheckForNewSELEntry();
+    addTemperature(0x0102);
+    addTemperature(0x0103, "57 00 00");
+    EXPECT_EQ(CheckForNewSELEntry(), 1);
+    EXPECT_THAT(trapsSent(), ElementsAre("70.14 Status is Lower Critical", HasSubstr("20.5"),
+                                         "70.17 Status is Upper Non-Critical", HasSubstr("20.4")));
+    EXPECT_EQ(m_iLastRecordID, 0x0103);
+    EXPECT_EQ(t_SelData.usRecordId, 3);
+    EXPECT_EQ(sLastSelEntry, log.entries.back().raw);
+    EXPECT_EQ(CheckForNewSELEntry(), 0);
+}
+
+TEST_F(Watcher, ThreeThousandRecordsBetweenTwoPollsAreAllTold)
+{
+    client.mSystemManagement->m_nTrapsEnabled = 1;
+    addTemperature(1);
+    CheckForNewSELEntry();
+    for (int id = 2; id <= 3001; ++id)
+        addTemperature(id, id % 2 ? "52 00 00" : "57 00 00");
+    handler().m_nHealthStatus = 6;
+    CheckForNewSELEntry();
+    EXPECT_EQ(m_iLastRecordID, 3000);
+    CheckForNewSELEntry();
+    EXPECT_EQ(m_iLastRecordID, 3001);
+    long deviceTraps = 0;
+    bool inOrder = true;
+    for (const std::string& trap : trapsSent()) {
+        if (trap.starts_with("20."))
+            continue;
+        inOrder = inOrder && trap.starts_with(deviceTraps % 2 ? "70.14" : "70.17");
+        ++deviceTraps;
+    }
+    EXPECT_TRUE(inOrder);
+    EXPECT_EQ(deviceTraps, 3000);
+}
+
+TEST_F(Watcher, AnEmptyLogChangesNothing)
+{
+    log.entries = {};
+    const std::string said = diagnosticsOf([&] {
+        struct Empty : ScriptedBackend {
+            using ScriptedBackend::get;
+            void get(SDK::QueryMap, ResultMap& results) override { results["/BMC/SEL/TRANSLATED"]; }
+        } empty;
+        const ScopedSeam<QueryBackend> use(empty);
+        EXPECT_EQ(CheckForNewSELEntry(), 0);
+    });
+    EXPECT_THAT(said, HasSubstr("No SEL record found!"));
+    EXPECT_EQ(m_iLastRecordID, lastRecordOfLog);
+}
+
+TEST_F(Watcher, OfAClearedAndRefilledLogTheFirstRecordIsSkipped)
+{
+    addTemperature(9);
+    CheckForNewSELEntry();
+    log.entries.clear();
+    log.add(1, 1, 0x01, "54 00 00");
+    EXPECT_EQ(CheckForNewSELEntry(), 1);
+    EXPECT_EQ(m_iLastRecordID, 9);
+    EXPECT_THAT(trapsSent(), IsEmpty());
+}
+
+TEST_F(Watcher, ARecordThatIsGoneSendsTheMarkToTheEndOfTheLog)
+{
+    addTemperature(9);
+    CheckForNewSELEntry();
+    log.failure = ERROR_INVALID_DATAVAL;
+    const std::string said = diagnosticsOf([] { EXPECT_EQ(CheckForNewSELEntry(), 0); });
+    EXPECT_THAT(said, HasSubstr("on :/BMC/SEL/TRANSLATED failed Error code. 1089  -Sel record ID = 9 is not valid."));
+    EXPECT_EQ(m_iLastRecordID, lastRecordOfLog);
+    log.failure = ERROR_BMC_INTERFACE_ERROR;
+    CheckForNewSELEntry();
+    EXPECT_EQ(log.marks.back(), "ffff");
+    log.failure.reset();
+    addTemperature(10);
+    CheckForNewSELEntry();
+    EXPECT_EQ(m_iLastRecordID, lastRecordOfLog);
+    EXPECT_THAT(trapsSent(), IsEmpty());
+}
+
+/// A record's text and what some of its fields become.
+struct Decoding {
+    const char* raw;
+    int recordId;
+    int mark;
+    int data1;
+    int data2;
+    int revision;
+    int trigger;
+};
+
+TEST_F(Watcher, FieldsAreDecodedUnevenly)
+{
+    constexpr Decoding decodings[] = {
+        {"02 01 02 78 56 34 12 20 00 04 01 30 81 6F 00 A5", 2, 258, 6, '0', '0', 0x81},
+        {"FF FE 02 78 56 34 12 20 00 04 01 30 01 A1 FF 00", 0xFF, 0xFEFF, 0, 'F', '0', 1},
+        {"3 0 2 78 56 34 12 20 0 4 1 30 1 52 4 0", 3, 3, 52, '4', '4', 1},
+        {"07", 7, 7, 0, 0, 0, 0},
+        {"", 0, 0, 0, 0, 0, 0},
+        {"01  02", 1, 1, 0, 0, 0, 0},
+        {"1 0 2 3 4 5 6 7 8 9 A B C 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30", 1, 1, 13, '1', '9', 12},
+    };
+    for (const Decoding& decoding : decodings) {
+        SCOPED_TRACE(decoding.raw);
+        m_iLastRecordID = lastRecordOfLog;
+        sSelEntry = decoding.raw;
+        DecodeSELQuery();
+        EXPECT_EQ(t_SelData.usRecordId, decoding.recordId);
+        EXPECT_EQ(m_iLastRecordID, decoding.mark);
+        EXPECT_EQ(t_SelData.ucEventData1, decoding.data1);
+        EXPECT_EQ(aSelWrapper.m_cInfo.m_ucEventData1, decoding.data1);
+        EXPECT_EQ(t_SelData.ucEventData2, decoding.data2);
+        EXPECT_EQ(t_SelData.ucEvmRev, decoding.revision);
+        EXPECT_EQ(t_SelData.ucEventTrigger, decoding.trigger);
+    }
+}
+
+TEST_F(Watcher, ALowerIdDoesNotMoveTheMarkBack)
+{
+    m_iLastRecordID = 300;
+    sSelEntry = "2B 01";
+    DecodeSELQuery();
+    EXPECT_EQ(m_iLastRecordID, 300);
+}
+
+TEST_F(Watcher, WordsOfTheTranslatorTravelWithTheRecord)
+{
+    addTemperature(1);
+    CheckForNewSELEntry();
+    log.add(2, 0x77, 0x01, "52 00 00", std::string(1023, 'd'));
+    CheckForNewSELEntry();
+    EXPECT_EQ(std::string(t_LastSelData.sEventDiscription), std::string(1023, 'd'));
+    EXPECT_STREQ(t_LastSelData.sSeverity, "CRITICAL");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_cLocalTimeStamp.narrow(), "11/14/2023-22:13:20");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_cSensorType.narrow(), "119");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_bStandardEvent, 1);
+}
+
+TEST_F(Watcher, ATextThatDoesNotFitEndsTheProcess)
+{
+    addTemperature(1);
+    CheckForNewSELEntry();
+    log.add(2, 0x77, 0x01, "52 00 00", std::string(1024, 'd'));
+    EXPECT_DEATH(CheckForNewSELEntry(), "a text of 1024 bytes does not fit into 1023");
+}
+
+} // namespace

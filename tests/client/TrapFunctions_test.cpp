@@ -1,0 +1,246 @@
+#include "client/TrapFunctions.hpp"
+
+#include "client/Text.hpp"
+#include "client/Trace.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <set>
+
+namespace {
+
+eventData event(int group, int severity, const char* text)
+{
+    eventData made;
+    made.nEventGroup = group;
+    made.nSeverity = severity;
+    copyText(made.stEventDesc, text);
+    return made;
+}
+
+/// An event and the two last numbers of its trap's name; 0, 0 for no trap.
+struct Choice {
+    int group;
+    int severity;
+    const char* text;
+    SubId arc[2];
+};
+
+constexpr Choice choices[] = {
+    {1, 1, "", {20, 1}},
+    {1, 2, "", {20, 2}},
+    {1, 3, "", {20, 3}},
+    {1, 4, "", {20, 4}},
+    {1, 5, "", {20, 5}},
+    {1, 6, "", {20, 6}},
+    {1, 0, "", {0, 0}},
+    {1, 7, "", {0, 0}},
+    {2, 3, "the system has been reconfigured", {90, 1}},
+    {2, 3, "an OEM system boot event has occurred", {90, 2}},
+    {2, 3, "undetermined system hardware failure", {90, 3}},
+    {2, 3, "System has been reconfigured", {0, 0}},
+    {3, 3, "the chassis is now closed", {30, 1}},
+    {3, 5, "there has been a chassis intrusion", {30, 2}},
+    {3, 5, "LAN Leash Lost: System Unplugged From LAN", {30, 2}},
+    {3, 5, "", {30, 2}},
+    {3, 5, "there has been a chassis intrusion, the chassis is now closed", {0, 0}},
+    {4, 3, "Status is Lower Critical", {70, 7}},
+    {4, 4, "lower", {70, 6}},
+    {4, 5, "Lower", {70, 5}},
+    {4, 6, "Lower", {70, 4}},
+    {4, 4, "LOWER", {70, 8}},
+    {4, 5, "", {70, 9}},
+    {4, 6, "", {70, 10}},
+    {4, 2, "Lower", {0, 0}},
+    {5, 3, "", {70, 1}},
+    {5, 4, "", {70, 2}},
+    {5, 5, "", {70, 3}},
+    {5, 6, "", {0, 0}},
+    {8, 4, "correctable ECC", {60, 1}},
+    {8, 5, "uncorrectable ECC", {60, 1}},
+    {8, 5, "Parity Error", {60, 3}},
+    {8, 5, "memory scrub failed", {60, 4}},
+    {8, 5, "parity error", {0, 0}},
+    {9, 3, "slot in use", {80, 1}},
+    {9, 4, "OFF", {80, 2}},
+    {9, 5, "", {80, 2}},
+    {9, 3, "slot power is OFF", {80, 3}},
+    {9, 3, "slot power is ON", {80, 4}},
+    {9, 3, "ON, OFF", {80, 3}},
+    {9, 6, "", {0, 0}},
+    {10, 3, "the power supply's presence has been detected", {50, 4}},
+    {10, 3, "Power Supply Presence Detected", {50, 4}},
+    {10, 3, "the power supply's presence has been lost", {50, 5}},
+    {10, 3, "the power supply has suffered a failure", {50, 6}},
+    {10, 3, "predictive failure has been detected for the power supply", {50, 7}},
+    {10, 3, "the power supply's input (AC/DC) has been lost", {50, 8}},
+    {10, 3, "Power Supply Input (AC/DC) Lost", {50, 8}},
+    {10, 3, "Power Supply A/C is OK", {50, 9}},
+    {10, 3, "the power supply's input (AC/DC) has been regained", {50, 9}},
+    {10, 5, "", {0, 0}},
+    {11, 3, "", {50, 1}},
+    {11, 4, "", {50, 2}},
+    {11, 5, "", {50, 3}},
+    {11, 6, "", {0, 0}},
+    {12, 5, "IERR (Internal Error)", {40, 1}},
+    {12, 5, "Thermal Trip", {40, 2}},
+    {12, 5, "FRB1/BIST Failure", {40, 3}},
+    {12, 5, "FRB2/Hang in POST Failure", {40, 4}},
+    {12, 5, "FRB3:", {40, 5}},
+    {12, 5, "Configuration Error", {40, 6}},
+    {12, 5, "the processor's presence has been detected", {40, 7}},
+    {12, 5, "the processor has been disabled", {40, 8}},
+    {12, 5, "the terminator's presence has been detected", {40, 9}},
+    {12, 5, "SM BIOS 'Uncorrectable CPU-Complex Error'", {40, 10}},
+    {12, 5, "FRB2/Hang in POST Failure, IERR (Internal Error)", {40, 1}},
+    {14, 3, "Lower", {70, 16}},
+    {14, 4, "Lower", {70, 15}},
+    {14, 5, "Lower", {70, 14}},
+    {14, 6, "Lower", {70, 13}},
+    {14, 4, "lower", {70, 17}},
+    {14, 5, "", {70, 18}},
+    {14, 6, "", {70, 19}},
+    {14, 0, "", {0, 0}},
+    {15, 3, "", {50, 13}},
+    {15, 4, "lower", {50, 12}},
+    {15, 5, "Lower", {50, 11}},
+    {15, 6, "Lower", {50, 10}},
+    {15, 4, "", {50, 14}},
+    {15, 5, "", {50, 15}},
+    {15, 6, "", {50, 16}},
+    {17, 3, "performance has been met", {50, 17}},
+    {17, 3, "performance is lagging", {50, 18}},
+    {17, 3, "performance is lagging.", {0, 0}},
+    {18, 3, "performance has been met", {70, 11}},
+    {18, 3, "performance is lagging", {70, 12}},
+    {18, 3, "the performance has been met", {0, 0}},
+    {19, 5, "it reports the device has been removed or is absent", {100, 1}},
+    {19, 5, "it reports the device has been inserted or is present", {100, 2}},
+    {19, 5, "drive removed", {100, 1}},
+    {19, 5, "drive presence", {100, 2}},
+    {19, 5, "drive fault", {0, 0}},
+    {20, 5, "it reports it has been asserted.", {110, 1}},
+    {20, 5, "it reports it has been deasserted.", {110, 2}},
+    {20, 5, "it reports it has been asserted", {0, 0}},
+};
+
+TEST(TrapChoice, EveryEventHasTheTrapOfItsGroupSeverityAndText)
+{
+    traceWanted = false;
+    for (const Choice& choice : choices) {
+        SCOPED_TRACE(testing::Message() << choice.group << ' ' << choice.severity << ' ' << choice.text);
+        const TrapGroup* const group = findTrapGroup(choice.group);
+        ASSERT_NE(group, nullptr);
+        const TrapOid* const oid = group->chooseOid(event(choice.group, choice.severity, choice.text));
+        if (choice.arc[0] == 0)
+            EXPECT_EQ(oid, nullptr);
+        else
+            EXPECT_THAT(oid, testing::Pointee(testing::ElementsAre(1, 3, 6, 1, 4, 1, 44444, 2, 10, 3, 5, 1000,
+                                                                   choice.arc[0], choice.arc[1])));
+    }
+}
+
+TEST(TrapChoice, AllTrapsButTwoCanBeReached)
+{
+    std::set<std::pair<SubId, SubId>> reached;
+    for (const Choice& choice : choices)
+        if (choice.arc[0] != 0)
+            reached.insert({choice.arc[0], choice.arc[1]});
+    constexpr std::pair<SubId, SubId> traps[] = {{20, 6},  {30, 3}, {40, 10}, {50, 18}, {60, 4},
+                                                 {70, 19}, {80, 4}, {90, 3},  {100, 2}, {110, 2}};
+    std::vector<std::pair<SubId, SubId>> unreached;
+    for (const auto& [arc, count] : traps)
+        for (SubId number = 1; number <= count; ++number)
+            if (!reached.contains({arc, number}))
+                unreached.emplace_back(arc, number);
+    using Pair = std::pair<SubId, SubId>;
+    EXPECT_THAT(unreached, testing::ElementsAre(Pair{30, 3}, Pair{60, 2}));
+    EXPECT_EQ(reached.size(), 69U);
+}
+
+TEST(TrapChoice, OtherGroupsMakeNoTrap)
+{
+    for (const int group : {0, 6, 7, 13, 16, 21, -1})
+        EXPECT_EQ(findTrapGroup(group), nullptr) << group;
+}
+
+std::vector<SubId> name(std::initializer_list<SubId> tail)
+{
+    std::vector<SubId> all(trapBase.begin(), trapBase.end());
+    all.insert(all.end(), tail);
+    return all;
+}
+
+const std::vector<SubId> trapOidName = {1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
+
+TEST(TrapVarbinds, TwoObjectsAreTextAndSeverity)
+{
+    traceWanted = false;
+    const eventData bios = event(2, 5, "undetermined system hardware failure");
+    EXPECT_EQ(TrapMaker::makeTwoObjects(bios, HardwareFail),
+              (Trap{{trapOidName, name({1000, 90, 3})},
+                    {name({1000, 10, 1}), std::string("undetermined system hardware failure")},
+                    {name({1000, 10, 2}), 4L}}));
+    EXPECT_EQ(
+        TrapMaker::makeTwoObjects(event(1, 3, ""), HealthOk),
+        (Trap{{trapOidName, name({1000, 20, 3})}, {name({1000, 10, 1}), std::string()}, {name({100, 1, 0}), 2L}}));
+}
+
+TEST(TrapVarbinds, SeverityOnTheWireHasFourSteps)
+{
+    traceWanted = false;
+    const long shown[] = {1, 1, 1, 2, 3, 4, 4, 1};
+    for (int severity = 0; severity < 8; ++severity)
+        EXPECT_EQ(TrapMaker::makeTwoObjects(event(2, severity, ""), SysBoot).back().value,
+                  (std::variant<long, std::string, std::vector<SubId>>(shown[severity])))
+            << severity;
+}
+
+/// Where the objects of a group's trap stand.
+struct Place {
+    int group;
+    SubId arc[2];
+};
+
+TEST(TrapVarbinds, FourObjectsAreNamedByTableAndRow)
+{
+    traceWanted = false;
+    constexpr Place places[] = {{4, {600, 20}},  {5, {600, 10}},  {8, {500, 20}},  {10, {400, 20}},
+                                {11, {400, 10}}, {12, {300, 10}}, {14, {600, 40}}, {15, {400, 30}},
+                                {17, {400, 40}}, {18, {600, 30}}, {19, {700, 10}}};
+    TrapMaker maker;
+    for (const auto& [group, arc] : places) {
+        eventData made = event(group, 5, "Status is Lower Critical");
+        made.nInstIndex = 258;
+        made.nDeviceId = 0x01032001;
+        copyText(made.stDeviceDesc, "Front Panel Temp");
+        EXPECT_EQ(maker.makeFourObjects(*findTrapGroup(group), made, TLowCri),
+                  (Trap{{trapOidName, name({1000, 70, 14})},
+                        {name({1000, 10, 1}), std::string("Status is Lower Critical")},
+                        {name({arc[0], arc[1], 1, 5, 258}), 4L},
+                        {name({arc[0], arc[1], 1, 3, 258}), std::string("Front Panel Temp")},
+                        {name({arc[0], arc[1], 1, 2, 258}), 0x01032001L}}))
+            << group;
+    }
+}
+
+TEST(TrapVarbinds, ASlotsObjectsKeepTheTailOfTheTrapBefore)
+{
+    traceWanted = false;
+    TrapMaker maker;
+    const TrapGroup& slots = *findTrapGroup(9);
+    const eventData slot = event(9, 3, "");
+    const Trap first = maker.makeFourObjects(slots, slot, SlotOk);
+    EXPECT_EQ(first[2].name, name({1000, 10, 2, 0, 0}));
+    EXPECT_EQ(first[3].name, name({1000, 10, 3, 0, 0}));
+    EXPECT_EQ(first[4].name, name({1000, 10, 4, 0, 0}));
+    eventData fan = event(4, 3, "");
+    fan.nInstIndex = 7;
+    maker.makeFourObjects(*findTrapGroup(4), fan, CEventOk);
+    const Trap second = maker.makeFourObjects(slots, slot, SlotOk);
+    EXPECT_EQ(second[2].name, name({1000, 10, 2, 5, 7}));
+    EXPECT_EQ(second[3].name, name({1000, 10, 3, 3, 7}));
+    EXPECT_EQ(second[4].name, name({1000, 10, 4, 2, 7}));
+}
+
+} // namespace
