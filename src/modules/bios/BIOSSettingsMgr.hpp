@@ -10,8 +10,8 @@ namespace Module::BIOSConfig {
 /// is the model of the board.
 class BIOSSettingsMgr {
 public:
-    /// "/BIOS/PlatformID": the platform's id, or without one the product name of the base board. Error 1001 for every
-    /// other path, and when the model is not known. Throws what the reader and the platform throw.
+    /// "/BIOS/PlatformID": the platform's id, without one the product name of the base board, or "Unknown". Error 1001
+    /// for every other path.
     void ProcessXQuery(const std::string& query, ResultMap& results);
 };
 
