@@ -80,6 +80,7 @@ private:
     /// The name of the supply at a bit of a voltage fault, empty if the BMC does not tell.
     std::string GetVoltageFaultSensorName(int bit);
     void translateGiven(const std::string& query, const std::vector<std::string>& texts, SymbolMap& result);
+    void translateAll(const std::string& query, const std::vector<SelRecord>& found, SymbolMap& result);
 
     std::string parameter(const std::string& path);
     long parameterNumber(const std::string& path, long without);

@@ -123,16 +123,13 @@ void Sel::TranslatedRecords(const std::string& query, SymbolMap& result)
     const long range = parameterNumber("/SEL/RANGE", toTheEnd);
     platform = platformWord();
     const bool extended = std::ranges::find(extendedPlatforms, platform) != std::end(extendedPlatforms);
-    Symbol names(NODE_NONLEAF, {});
+    std::vector<SelRecord> found;
     sel_records(first, range < 0 ? toTheEnd : range,
-                extended ? "GET://BMC/SEL/EXTENDED_RECORD" : "GET://BMC/SEL/RECORD", [&](const SelRecord& record) {
-                    SelRecord shown = record;
-                    if (first == lastSelId)
-                        shown.next = lastSelId; // the last record is read alone
-                    GetTranslatedRecord(shown, names.size(), result);
-                    names.values.push_back(translatedPath(names.size()));
-                });
-    result[query] = names;
+                extended ? "GET://BMC/SEL/EXTENDED_RECORD" : "GET://BMC/SEL/RECORD",
+                [&](const SelRecord& record) { found.push_back(record); });
+    if (first == lastSelId && !found.empty())
+        found.front().next = lastSelId; // the last record is read alone
+    translateAll(query, found, result);
 }
 
 void Sel::TranslateSingleRecord(const std::string& query, SymbolMap& result)
@@ -160,24 +157,35 @@ void Sel::translateGiven(const std::string& query, const std::vector<std::string
         own = std::make_unique<SelTranslation>(static_cast<int>(product));
         translation = own.get();
     }
-    Symbol names(NODE_NONLEAF, {});
+    std::vector<SelRecord> given;
     for (const std::string& text : texts) {
-        const std::optional<SelRecord> record = SelRecord::parse(text);
+        std::optional<SelRecord> record = SelRecord::parse(text);
         if (!record)
             throwError(ERROR_INVALID_DATAVAL, text, COMMAND_GET);
-        GetTranslatedRecord(*record, names.size(), result);
-        names.values.push_back(translatedPath(names.size()));
+        given.push_back(std::move(*record));
+    }
+    translateAll(query, given, result);
+}
+
+/// The lock is taken once, when all are read: it costs more than a translation, and no exchange is made under it once
+/// the translator stands.
+void Sel::translateAll(const std::string& query, const std::vector<SelRecord>& found, SymbolMap& result)
+{
+    Symbol names(NODE_NONLEAF, {});
+    if (!found.empty()) {
+        HW_NAMED_LOCK(named, "BMC_SEL_TRANSLATE");
+        const std::lock_guard hold(translation->guard); // the named lock can be switched off
+        for (const SelRecord& record : found) {
+            GetTranslatedRecord(record, names.size(), result);
+            names.values.push_back(translatedPath(names.size()));
+        }
     }
     result[query] = names;
 }
 
 void Sel::GetTranslatedRecord(const SelRecord& record, std::size_t index, SymbolMap& result)
 {
-    const Fields fields = [&] {
-        HW_NAMED_LOCK(named, "BMC_SEL_TRANSLATE");
-        const std::lock_guard hold(translation->guard); // the named lock can be switched off
-        return translateRecord(record);
-    }();
+    const Fields fields = translateRecord(record);
     const std::string path = translatedPath(index);
     Symbol names(NODE_NONLEAF, {});
     for (const FieldRow& row : fieldRows) {

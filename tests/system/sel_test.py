@@ -1,0 +1,113 @@
+"""The event log as the SDK tells it, against ipmitool on the same simulator: bytes, ids, times, names, state, erasure."""
+
+import json
+import os
+import re
+import subprocess
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from hwtools.bench import ROOT, Simulator, build_folder
+
+HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
+LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
+# Record types and all behind them; 0xDC is a start of the system. The maker's id behind the time reads the same both
+# ways, for ipmitool writes it reversed.
+MAKERS = [[0xC7, 1, 2, 3, 4, 0x57, 0x01, 0x57, 9, 8, 7, 6, 5, 4], [0xF3, *range(0x10, 0x1D)],
+          [0xDC, 0, 0, 0, 0x60, 0x12, 0x34, 0x12, *range(6)]]
+
+
+class EventLog(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        before = os.environ.get("TZ")
+        os.environ["TZ"] = "UTC"  # of ipmitool's times
+        self.addCleanup(lambda: os.environ.pop("TZ") if before is None else os.environ.update(TZ=before))
+        self.simulator = Simulator(ROOT / "share" / "boards" / "quickstart.py", self.folder / "bmc")
+        self.simulator.__enter__()
+        self.addCleanup(self.simulator.stop)
+
+    def ask(self, path):
+        """The answer's nodes below `path`, by their names behind it."""
+        done = subprocess.run([str(HWQUERY), "get", "--json", path], capture_output=True, encoding="latin-1", timeout=60,
+                              env=dict(os.environ, LD_PRELOAD=str(LIBRARY), HRS_PATH_QL=str(build_folder() / "translations"),
+                                       HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}"))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return {name.removeprefix(path): node for name, node in json.loads(done.stdout).items()}
+
+    def translated(self):
+        answer = self.ask("/BMC/SEL/TRANSLATED")
+        return [{field.rsplit("/", 1)[1]: " ".join(answer[field.removeprefix("/BMC/SEL/TRANSLATED")])
+                 for field in answer[record.removeprefix("/BMC/SEL/TRANSLATED")]["children"]}
+                for record in answer[""]["children"]]
+
+    def listed(self):
+        return [[column.strip() for column in line.split("|")]
+                for line in self.simulator.ipmitool("sel", "elist").stdout.splitlines()]
+
+    def add_events(self, count):
+        events = self.folder / "events"
+        events.write_text("".join(f"0x04 0x01 0x02 0x{1 if i % 3 else 0x81:02x} 0x57 0x{i % 256:02x} 0x46 # warm\n"
+                                  for i in range(count)))
+        self.simulator.ipmitool("sel", "add", str(events))
+
+    def test_records_are_those_that_ipmitool_lists(self):
+        for record in MAKERS:
+            self.simulator.ipmitool("raw", "0x0a", "0x44", "0", "0", *map(str, record))
+        self.add_events(5)
+        written = self.folder / "raw"
+        self.simulator.ipmitool("sel", "writeraw", str(written))
+        records, listed = self.translated(), self.listed()
+        self.assertEqual(bytes.fromhex("".join(record["RAW"] for record in records)), written.read_bytes())
+        self.assertEqual([record["NEXT_SEL_RECORD_ID"] for record in records],
+                         [f"{int(line[0], 16):04X}" for line in listed[1:]] + ["FFFF"])
+        compared = 0
+        for record, line in zip(records, listed):
+            if record["RAW"][6:8] != "02":
+                self.assertEqual(record["SENSOR_NAME"], "OEM Event")
+                continue
+            day, hour = record["TIMESTAMP"].split("-")
+            self.assertEqual((day[:6] + day[8:], hour), (line[1], line[2].removesuffix(" UTC")))
+            if record["GENERATOR_ID"] == "Integrated BMC":
+                self.assertEqual((line[3].startswith(record["SENSOR_TYPE"]), line[3].endswith(" " + record["SENSOR_NAME"])),
+                                 (True, True), (record, line))
+                self.assertTrue(record["DESCR"].startswith(record["SENSOR_NAME"] + " reports"), record["DESCR"])
+                compared += 1
+        self.assertGreater(compared, 5)
+        self.assertIn("Operating system bootup.", [record["DESCR"] for record in records])
+
+    def test_state_and_erasure(self):
+        shown = dict(re.findall(r"^(\S.*?) +: (.*?) *$", self.simulator.ipmitool("sel", "info").stdout, re.M))
+        told = {name[1:]: node[0] for name, node in self.ask("/BMC/SEL/INFO").items() if name}
+        self.assertEqual((told["VERSION"], told["NUM_LOGENTRIES"], told["FREE_SPACE"] + " bytes"),
+                         (shown["Version"].split()[0], shown["Entries"], shown["Free Space"]))
+        self.assertEqual(told["OVERFLOW"].lower(), shown["Overflow"])
+        day, hour = told["RECENT_ADDITION_TIME"].split("-")
+        self.assertEqual(f"{day[:6]}{day[8:]} {hour}", shown["Last Add Time"].removesuffix(" UTC"))
+        for name, word in (("DELETE", "Delete"), ("RESERVE", "Reserve"), ("PARTIALADD", "Partial Add"),
+                           ("ALLOCINFO", "Get Alloc Info")):
+            self.assertEqual(told[name + "_SUPPORT"], str(f"'{word}'" in shown["Supported Cmds"]).upper(), name)
+        self.simulator.ipmitool("sel", "clear")
+        self.assertEqual(self.ask("/BMC/SEL/LAST_RECORD")[""], ["No SEL Records Found!"])
+        self.assertEqual(self.translated(), [])
+
+    def test_a_thousand_records_take_no_longer_than_ipmitool(self):
+        self.add_events(1000)
+
+        def fastest(action):
+            times = []
+            for _ in range(4):
+                start = time.monotonic()
+                self.assertGreater(len(action()), 1000)
+                times.append(time.monotonic() - start)
+            return min(times)
+
+        self.assertLess(fastest(lambda: self.ask("/BMC/SEL/TRANSLATED")), fastest(self.listed))
+
+
+if __name__ == "__main__":
+    unittest.main()
