@@ -85,10 +85,10 @@ class Simulator:
 
 
 class MasterAgent:
-    """snmpd with a configuration of its own, AgentX on a unix socket."""
+    """snmpd with a configuration of its own, AgentX on a unix socket. `extra`: further lines of its configuration."""
 
-    def __init__(self, folder):
-        self.folder = Path(folder)
+    def __init__(self, folder, extra=""):
+        self.folder, self.extra = Path(folder), extra
         self.port = free_port(socket.SOCK_DGRAM)
         self.agentx = self.folder / "agentx"
         self.process = None
@@ -113,7 +113,7 @@ class MasterAgent:
         configuration = self.folder / "snmpd.conf"
         configuration.write_text(f"master agentx\nagentXSocket unix:{self.agentx}\nagentXPerms 0600 0700\n"
                                  f"agentAddress udp:127.0.0.1:{self.port}\nrocommunity {COMMUNITY} 127.0.0.1\n"
-                                 f"rwcommunity private 127.0.0.1\n")
+                                 f"rwcommunity private 127.0.0.1\n{self.extra}")
         self.agentx.unlink(missing_ok=True)
         environment = dict(os.environ, MIBS="", SNMP_PERSISTENT_DIR=str(self.folder / "persist"))
         self.process = spawn(["snmpd", "-f", "-C", "-c", configuration, "-I", "-smux", "-Lo", "-r"],

@@ -1,0 +1,97 @@
+// hw_trap_storm COUNT: the agent's loop, served as ever, while another thread turns COUNT pairs of events into traps as
+// fast as a manager can take them. Each pair is a temperature record on its way through classifier and clone, and an
+// event that carries its number. The controller is a script. Runs until it is told to stop; a sanitizer's finding shows
+// in the exit status.
+
+#include "api-netsnmp/BackgroundThreads.hpp"
+#include "api-netsnmp/Signals.hpp"
+#include "api-netsnmp/Subagent.hpp"
+#include "client/Functions.hpp"
+#include "client/SNMP_RouteEvent.hpp"
+#include "client/Text.hpp"
+#include "client/smClient.hpp"
+#include "tests/client/ClientFixture.hpp"
+
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+namespace {
+using namespace std::chrono_literals;
+
+/// Pauses last a moment, so that a manager's socket can follow.
+struct HastyClock : Clock {
+    TimePoint now() override { return std::chrono::system_clock::now(); }
+    void sleepFor(std::chrono::nanoseconds) override { std::this_thread::sleep_for(2ms); }
+};
+
+/// The script, for several threads.
+struct SharedBackend : ScriptedBackend {
+    using ScriptedBackend::get;
+    void get(const std::string& query, ResultMap& results) override
+    {
+        const std::scoped_lock lock(mutex);
+        ScriptedBackend::get(query, results);
+    }
+    std::mutex mutex;
+};
+
+constexpr int temperatureSensors = 40;
+
+void describeController(SharedBackend& sdk)
+{
+    for (int number = 1; number <= temperatureSensors; ++number) {
+        const Sensor sensor{.number = number, .type = 1, .name = "Sensor " + std::to_string(number)};
+        ResultMap& records = sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"];
+        records["/BMC/SDR[" + std::to_string(number) + "]"] = ScriptedBackend::leaf({sensor.record()});
+        sdk.answer(sensor.path() + "/NAME", sensor.name);
+        sdk.answer(sensor.path() + "/INTERPRET_SENSOR_VALUE", sensor.value);
+    }
+}
+
+void raiseTemperature(int turn)
+{
+    EVENT_DATA_STRUCT record;
+    record.ucRecordType = 2;
+    record.ucSensorType = 1;
+    record.ucSensorNumber = static_cast<unsigned char>(turn % temperatureSensors + 1);
+    record.ucEventTrigger = 1;
+    record.ucEventData1 = 4;
+    routeEvent(record);
+}
+
+void raiseNumbered(int turn)
+{
+    eventData event;
+    event.nEventGroup = 2;
+    copyText(event.stEventDesc, "undetermined system hardware failure " + std::to_string(turn));
+    addEvent(event);
+    processEvent();
+}
+
+void storm(int count)
+{
+    for (int turn = 0; turn < count; ++turn) {
+        raiseTemperature(turn);
+        raiseNumbered(turn);
+    }
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const int count = argc > 1 ? std::atoi(argv[1]) : 1000;
+    traceWanted = false;
+    SharedBackend sdk;
+    describeController(sdk);
+    HastyClock clock;
+    const ScopedSeam<QueryBackend> useSdk(sdk);
+    const ScopedSeam<Clock> useClock(clock);
+    installSignalHandlers();
+    openBells();
+    init_subagent(1);
+    gSubagent.load()->mSystemManagement->m_nTrapsEnabled = 1;
+    std::jthread thread(storm, count);
+    startRunning();
+    return agentx_loop();
+}

@@ -1,0 +1,157 @@
+"""From a record in the event log to a trap at a manager: the agent under a real snmpd, a real snmptrapd behind it."""
+
+import contextlib
+import os
+import subprocess
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, Agent, MasterAgent, Simulator, build_folder
+from hwtools.processes import end, spawn, wait_until
+from lib.traps import TrapReceiver
+
+BASE = ENTERPRISE + ".2.10.3.5"
+TEXT, SEVERITY = BASE + ".1000.10.1", BASE + ".1000.10.2"
+SYSTEM_SEVERITY = BASE + ".100.1.0"
+HEALTHY, WARNING, CRITICAL = "2", "3", "4"
+
+TEMPERATURE, POWER_UNIT, INTRUSION = 0x01, 0x09, 0x05
+SOCKET_0_DIE, SOCKET_1_DIE, SUPPLY_REDUND, LID = 0x03, 0x04, 0x32, 0x33  # the quick start's board
+CONFIGURATION = "trapsEnabled = 1\ndebugEnabled = 1\n"
+POLL_SECONDS, TRAP_SECONDS = 10, 3
+
+
+def device_id(sensor, owner=0x20):
+    return str(sensor << 16 | owner << 8)
+
+
+def objects(table, row, text, severity, description, sensor):
+    """What a trap about a row carries behind its name."""
+    return [(TEXT, text), (f"{BASE}.{table}.1.5.{row}", severity), (f"{BASE}.{table}.1.3.{row}", description),
+            (f"{BASE}.{table}.1.2.{row}", device_id(sensor))]
+
+
+def health(before, after, severity):
+    return [(TEXT, f"System health was changed from {before} to {after}."), (SYSTEM_SEVERITY, severity)]
+
+
+class Traps(unittest.TestCase):
+    def setUp(self):
+        with contextlib.ExitStack() as bench:
+            folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
+            self.receiver = bench.enter_context(TrapReceiver(folder / "manager"))
+            self.simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", folder / "bmc"))
+            self.master = bench.enter_context(MasterAgent(folder / "master", self.receiver.sink))
+            self.agent = bench.enter_context(Agent(folder / "agent", self.simulator, self.master, CONFIGURATION))
+            self.agent.wait_served()
+            wait_until(lambda: "Structures related to SEL are initialized" in self.diagnostics(), 30, "the first poll")
+            self.addCleanup(bench.pop_all().close)
+
+    def diagnostics(self):
+        return (self.agent.folder / "agent.log").read_text(encoding="latin-1")
+
+    def log(self, sensor_type, sensor, trigger, *data):
+        """Appends a record to the controller's event log, as firmware would."""
+        self.simulator.ipmitool("raw", "0x0a", "0x44", *(hex(byte) for byte in (
+            0, 0, 2, 0, 0, 0, 0, 0x20, 0, 4, sensor_type, sensor, trigger, *data)))
+
+    def get(self, name):
+        return subprocess.run(["snmpget", "-v2c", "-c", COMMUNITY, "-Oqv", f"127.0.0.1:{self.master.port}", name],
+                              capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout.strip()
+
+    def row_of(self, table, sensor):
+        walked = subprocess.run(["snmpwalk", "-v2c", "-c", COMMUNITY, "-Onq", f"127.0.0.1:{self.master.port}",
+                                 f"{BASE}.{table}.1.2"], capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout
+        return next(line.split()[0].rsplit(".", 1)[1] for line in walked.splitlines() if line.split()[1] == device_id(sensor))
+
+    def test_events_become_traps_and_the_health_follows_them(self):
+        hot, cold = self.row_of("600.40", SOCKET_0_DIE), self.row_of("600.40", SOCKET_1_DIE)
+        unit = self.row_of("400.10", SUPPLY_REDUND)
+        self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
+        self.log(TEMPERATURE, SOCKET_1_DIE, 0x01, 0x52, 1, 2)
+        self.log(POWER_UNIT, SUPPLY_REDUND, 0x0B, 0x01, 0xFF, 0xFF)
+        self.log(INTRUSION, LID, 0x6F, 0x00, 0xFF, 0xFF)
+        self.log(TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)
+        expected = [
+            ("70.18", objects("600.40", hot, "Status is Upper Critical", CRITICAL, "Socket 0 Die", SOCKET_0_DIE)),
+            ("20.5", health("ok", "critical", CRITICAL)),
+            ("70.14", objects("600.40", cold, "Status is Lower Critical", CRITICAL, "Socket 1 Die", SOCKET_1_DIE)),
+            ("50.3", objects("400.10", unit, "Redundancy Lost. Status is Critical", CRITICAL, "Supply Redund", SUPPLY_REDUND)),
+            ("30.2", [(TEXT, "there has been a chassis intrusion. Status is Critical"), (SEVERITY, CRITICAL)]),
+            ("70.16", objects("600.40", hot, "Status is OK", HEALTHY, "Socket 0 Die", SOCKET_0_DIE))]
+        self.maxDiff = None
+        self.assertEqual(self.receiver.wait_for(len(expected), POLL_SECONDS + TRAP_SECONDS * 8), expected)
+        self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
+        time.sleep(TRAP_SECONDS + 1)
+        self.assertEqual(len(self.receiver.traps()), len(expected))
+
+    def test_a_stop_in_the_pause_before_a_trap_is_clean(self):
+        self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
+        wait_until(lambda: "SEL Start" in self.diagnostics(), POLL_SECONDS + 5, "the poll that finds the record", 0.02)
+        before = time.monotonic()
+        daemon = self.agent.pid
+        os.kill(daemon, 15)
+        wait_until(lambda: daemon not in self.agent.processes(), 5, "the daemon's end", 0.02)
+        self.assertLess(time.monotonic() - before, 3)
+        self.assertNotIn("Caught SIGSEGV", self.diagnostics())
+
+    def test_without_a_master_events_are_kept_track_of_and_the_loss_is_told_once(self):
+        self.master.process.kill()
+        self.master.process.wait()
+        for _ in range(2):
+            self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
+        wait_until(lambda: "SEL End" in self.diagnostics(), POLL_SECONDS + TRAP_SECONDS * 4, "the records' end")
+        time.sleep(0.5)
+        self.assertEqual(self.diagnostics().count("traps are lost until it is back"), 1)
+        self.master.start()
+        self.agent.wait_served(30)
+        self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
+        self.log(TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)
+        self.assertEqual([name for name, _ in self.receiver.wait_for(1, POLL_SECONDS + TRAP_SECONDS * 2)], ["70.16"])
+
+
+class Storm(unittest.TestCase):
+    """A thousand events while managers walk, with the pauses between traps cut short."""
+
+    EVENTS, WALKERS = 1000, 3
+
+    def test_traps_and_walks_do_not_disturb_each_other(self):
+        with contextlib.ExitStack() as bench:
+            folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
+            receiver = bench.enter_context(TrapReceiver(folder / "manager"))
+            master = bench.enter_context(MasterAgent(folder / "master", receiver.sink))
+            (folder / "hwAgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
+            (folder / "hwSubgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
+            environment = dict(os.environ, MIBS="", SNMPCONFPATH=str(folder), SNMP_PERSISTENT_DIR=str(folder))
+            storm = spawn([build_folder() / "tests" / "system" / "hw_trap_storm", str(self.EVENTS)], folder / "storm.log",
+                          env=environment)
+            bench.callback(end, storm)
+            walkers = [bench.enter_context(self.walker(master, folder / f"walk{n}.log")) for n in range(self.WALKERS)]
+            expected = [f"undetermined system hardware failure {n}" for n in range(self.EVENTS)]
+            receiver.wait_for(2 * self.EVENTS, 120)
+            for walker in walkers:
+                walker.terminate()
+            storm.terminate()
+            self.assertEqual(storm.wait(20), 0, (folder / "storm.log").read_text()[-4000:])
+            told = [values[0][1] for name, values in receiver.traps() if name == "90.3"]
+            self.assertEqual(told, expected)
+            log = (folder / "master" / "snmpd.log").read_text()
+            self.assertNotIn("disconnected", log)
+            for n in range(self.WALKERS):
+                self.assertGreater((folder / f"walk{n}.log").read_text().count(SYSTEM_SEVERITY), 1)
+
+    @staticmethod
+    @contextlib.contextmanager
+    def walker(master, log):
+        walk = f"snmpbulkwalk -v2c -c {COMMUNITY} -On -t2 127.0.0.1:{master.port} {BASE}"
+        walker = spawn(["sh", "-c", f"while :; do {walk}; done"], log, env=dict(os.environ, MIBS=""))
+        try:
+            yield walker
+        finally:
+            end(walker)
+
+
+if __name__ == "__main__":
+    unittest.main()
