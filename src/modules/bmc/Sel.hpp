@@ -82,6 +82,7 @@ private:
     void translateGiven(const std::string& query, const std::vector<std::string>& texts, SymbolMap& result);
     void translateAll(const std::string& query, const std::vector<SelRecord>& found, SymbolMap& result);
 
+    unsigned subscriptId(const std::string& name);
     std::string parameter(const std::string& path);
     long parameterNumber(const std::string& path, long without);
 

@@ -148,7 +148,7 @@ void Sel::records(const std::string& query, SymbolMap& result)
 
 void Sel::after_record(const std::string& query, SymbolMap& result)
 {
-    answerRecords(query, parseSelId(parameter("AFTER_RECORD_NUMBER")), false, result);
+    answerRecords(query, subscriptId("AFTER_RECORD"), false, result);
 }
 
 void Sel::answerRecords(const std::string& query, unsigned first, bool withFirst, SymbolMap& result)
@@ -169,11 +169,10 @@ void Sel::record(const std::string& query, SymbolMap& result)
 {
     const std::string plain = Interpreter::handleIndexes(query);
     const bool extended = plain.starts_with(extendedQuery);
-    // the subscript is decimal to the caller and hexadecimal here, the parameter hexadecimal to both
-    const bool subscripted = plain.ends_with("[]");
-    const std::string id =
-        subscripted ? parameter(extended ? "EXTENDED_RECORD_NUMBER" : "RECORD_NUMBER") : parameter("/SEL/RECORD_ID");
-    answerRecord(query, parseSelId(id), extended ? extendedQuery : readQuery, result);
+    const unsigned id = !plain.ends_with("[]") ? parseSelId(parameter("/SEL/RECORD_ID"))
+                        : extended             ? subscriptId("EXTENDED_RECORD")
+                                               : subscriptId("RECORD");
+    answerRecord(query, id, extended ? extendedQuery : readQuery, result);
 }
 
 void Sel::last_record(const std::string& query, SymbolMap& result)
@@ -188,6 +187,13 @@ void Sel::answerRecord(const std::string& query, unsigned id, const std::string&
     sel_records(id, one, read, [&](const SelRecord& record) {
         result[query] = SelRecord::text(read == extendedQuery ? std::span(record.bytes) : record.standard());
     });
+}
+
+/// A subscript of digits is decimal to the caller and hexadecimal here; one with letters stands as it was given.
+unsigned Sel::subscriptId(const std::string& name)
+{
+    const std::string number = parameter(name + "_NUMBER");
+    return parseSelId(number.empty() ? parameter(name) : number);
 }
 
 std::string Sel::parameter(const std::string& path)
