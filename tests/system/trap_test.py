@@ -17,8 +17,9 @@ TEXT, SEVERITY = BASE + ".1000.10.1", BASE + ".1000.10.2"
 SYSTEM_SEVERITY = BASE + ".100.1.0"
 HEALTHY, WARNING, CRITICAL = "2", "3", "4"
 
-TEMPERATURE, POWER_UNIT, INTRUSION = 0x01, 0x09, 0x05
-SOCKET_0_DIE, SOCKET_1_DIE, SUPPLY_REDUND, LID = 0x03, 0x04, 0x32, 0x33  # the quick start's board
+TEMPERATURE, INTRUSION, SUPPLY, POWER_UNIT, COOLING_UNIT, MEMORY = 0x01, 0x05, 0x08, 0x09, 0x0A, 0x0C
+# sensors of the quick start's board
+SOCKET_0_DIE, SOCKET_1_DIE, BLOWER_REDUND, SUPPLY_A, SUPPLY_REDUND, LID, BANK_A = 0x03, 0x04, 0x29, 0x30, 0x32, 0x33, 0x36
 CONFIGURATION = "trapsEnabled = 1\ndebugEnabled = 1\n"
 POLL_SECONDS, TRAP_SECONDS = 10, 3
 
@@ -86,6 +87,22 @@ class Traps(unittest.TestCase):
         self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
         time.sleep(TRAP_SECONDS + 1)
         self.assertEqual(len(self.receiver.traps()), len(expected))
+
+    def test_the_translators_words_choose_trap_and_severity(self):
+        records = {(COOLING_UNIT, BLOWER_REDUND, 0x0B, 0x01): ("70.3", CRITICAL),
+                   (COOLING_UNIT, BLOWER_REDUND, 0x0B, 0x00): ("70.1", HEALTHY),
+                   (MEMORY, BANK_A, 0x6F, 0x00): ("60.1", WARNING),
+                   (MEMORY, BANK_A, 0x6F, 0x02): ("60.3", CRITICAL),
+                   (SUPPLY, SUPPLY_A, 0x6F, 0x01): ("50.6", CRITICAL),
+                   (SUPPLY, SUPPLY_A, 0x6F, 0x02): ("50.7", WARNING)}
+        for record in records:
+            self.log(*record, 0xFF, 0xFF)
+
+        def told():
+            return [(name, values[1][1]) for name, values in self.receiver.traps() if not name.startswith("20.")]
+
+        wait_until(lambda: len(told()) >= len(records), POLL_SECONDS + TRAP_SECONDS * 10, f"{len(records)} traps", 0.2)
+        self.assertEqual(told(), list(records.values()))
 
     def test_a_stop_in_the_pause_before_a_trap_is_clean(self):
         self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
