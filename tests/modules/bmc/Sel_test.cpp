@@ -358,6 +358,7 @@ TEST_F(Sel, BoardsWithExtendedRecordsAreReadByTheirOwnCommand)
 
 TEST_F(Sel, ThreadsShareTheTranslator)
 {
+    const ScopedSeam<Clock> realClock(Clock::real()); // the fake one belongs to one thread
     fill({1, 2, 3, 4, 5, 6, 7, 8});
     std::atomic<int> good = 0;
     const auto ask = [&] {
