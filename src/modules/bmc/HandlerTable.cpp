@@ -1,5 +1,6 @@
 #include "modules/bmc/HandlerTable.hpp"
 
+#include "modules/bmc/Fru.hpp"
 #include "modules/bmc/Sdr.hpp"
 #include "modules/bmc/Sel.hpp"
 #include "modules/bmc/Sensor.hpp"
@@ -44,7 +45,7 @@ const HandlerRules& handlerRules()
     // the rules without a maker keep their subtrees from the words of the sensor engine's rule
     static const HandlerRules rules = {
         {contains<sdr>, make<Sdr>}, {contains<bootOrder>, nullptr},   {contains<sel>, make<Sel>},
-        {contains<fru>, nullptr},   {asksSensorEngine, make<Sensor>}, {contains<sensorDisplay>, make<Sensor>},
+        {contains<fru>, make<Fru>}, {asksSensorEngine, make<Sensor>}, {contains<sensorDisplay>, make<Sensor>},
     };
     return rules;
 }

@@ -145,7 +145,7 @@ TEST_F(BMCConfigModuleTest, FruFailureHasItsOwnError)
 {
     ResultMap results;
     BMCConfigModule module;
-    EXPECT_EQ(failureOf([&] { module.ProcessXQuery("/BMC/FRU", {}, results, 0); }), "1119 /BMC/FRU");
+    EXPECT_EQ(failureOf([&] { module.ProcessXQuery("/BMC/FRU", {{"DEVICE_ID", "00"}}, results, 0); }), "1119 /BMC/FRU");
 }
 
 TEST_F(BMCConfigModuleTest, ThreadsAskAtOnce)

@@ -10,11 +10,13 @@ namespace Module::BMCConfig {
         explicit name(Stores& stores);                                                                                 \
     };
 HW_CONFIG_CLASS(BmcConfig)
+HW_CONFIG_CLASS(FruConfig)
 HW_CONFIG_CLASS(InfoConfig)
 HW_CONFIG_CLASS(IpmiConfig)
 HW_CONFIG_CLASS(SdrConfig)
 HW_CONFIG_CLASS(SelConfig)
 HW_CONFIG_CLASS(SensorConfig)
+HW_CONFIG_CLASS(SmbiosConfig)
 #undef HW_CONFIG_CLASS
 
 } // namespace Module::BMCConfig

@@ -1,0 +1,57 @@
+#include "modules/bmc/catalogue/ConfigClasses.hpp"
+#include "modules/bmc/catalogue/Rows.hpp"
+#include "modules/bmc/catalogue/Steps.hpp"
+
+// Inventory devices: their bytes, piece by piece. What the bytes mean is the handler's affair.
+
+namespace Module::BMCConfig {
+
+using namespace steps;
+
+namespace {
+
+constexpr TextRow constants[] = {
+    {"$/FRU/READ_CMD", "11"},
+    {"$/FRU/WRITE_CMD", "12"},
+    {"$/IPMI/GET_DEVICEID_COMMAND", "01"},
+};
+
+constexpr TextRow packets[] = {
+    {"GET://BMC/FRU/DEVICEID", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_DEVICEID_COMMAND"},
+    {"GET://BMC/FRU/READ", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/FRU/READ_CMD $/FRU/DEVICE_ID "
+                           "$/FRU/INVENTORY/OFFSET_LS $/FRU/INVENTORY/OFFSET_MS $/FRU/READ_COUNT"},
+    {"SET://BMC/FRU/WRITE", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/FRU/WRITE_CMD $/FRU/DEVICE_ID "
+                            "$/FRU/INVENTORY/WRITE_OFFSET_LS $/FRU/INVENTORY/WRITE_OFFSET_MS $/FRU/MODIFIED_DATA"},
+};
+
+/// The product id, low byte first, as the controller sends it.
+constexpr TextRow filters[] = {
+    {"GET://BMC/FRU/DEVICEID", "10 11"},
+};
+
+constexpr ReadRow reads[] = {
+    {.key = "GET://BMC/FRU/DEVICEID", .error = "ERROR_FRU_DEVICE_ID_NOT_PRESENT", .separator = ":SPACE"},
+};
+
+/// The whole answer, completion code first: whether to ask for less is the handler's affair.
+Script exchange(const char* packet)
+{
+    return script({
+        IPMI(packet, "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+} // namespace
+
+FruConfig::FruConfig(Stores& stores)
+{
+    addConstants(stores, constants);
+    addPackets(stores, packets);
+    addFilters(stores, filters);
+    addReads(stores, reads);
+    addTemplate(stores, "GET://BMC/FRU/READ", exchange("GET://BMC/FRU/READ"));
+    addTemplate(stores, "SET://BMC/FRU/WRITE", exchange("SET://BMC/FRU/WRITE"));
+}
+
+} // namespace Module::BMCConfig
