@@ -158,7 +158,7 @@ std::vector<std::string> XDirectorImpl::GetComponentID(const std::string& query,
 
 std::vector<std::string> XDirectorImpl::ParseXQuery(const std::string& query, int* id)
 {
-    const std::vector<std::string> tokens = engine.ParseXQuery(query).TokenList();
+    std::vector<std::string> tokens = engine.ParseXQuery(query).TokenList();
     std::string route = tokens.empty() || tokens.front() == childrenToken ? rootKey : tokens.front();
     if (route == "FILE" && tokens.size() >= 2 && (tokens[1] == "SCF" || tokens[1] == "INI"))
         route = "SCF";
@@ -233,29 +233,32 @@ void XDirectorImpl::ProcessXQuery(const std::string& query, ResultMap& results)
 
 void XDirectorImpl::ProcessXQuery(const QueryMap& queries, ResultMap& results)
 {
-    for (const auto& [query, parameters] : queries)
+    for (const auto& entry : queries) {
+        const auto& query = entry.first;
         logGet(query, [&] {
             if (componentOf(query) != COMPONENT_BMC)
                 refuse(query, COMMAND_GET);
             refuseControllerInventory(query);
             // each query empties the map that it is given
             ResultMap own;
-            BMCConfigModule().ProcessXQuery(query, parameters, own, 0);
+            BMCConfigModule().ProcessXQuery(query, entry.second, own, 0);
             own.merge(results);
             results = std::move(own);
         });
+    }
 }
 
 void XDirectorImpl::ProcessXQuery(const std::map<std::string, std::string>& values, bool biosFlag, bool bmcFlag)
 {
     BMCConfigModule bmc;
-    for (const auto& [query, value] : values) {
+    for (const auto& entry : values) {
+        const auto& query = entry.first;
         HW_NAMED_LOCK(named, setMapLock);
-        const SetLines lines("SET", query, " with " + value);
+        const SetLines lines("SET", query, " with " + entry.second);
         lines.around([&] {
             switch (componentOf(query)) {
             case COMPONENT_BMC:
-                return bmc.ProcessXQuery(query, value, bmcFlag);
+                return bmc.ProcessXQuery(query, entry.second, bmcFlag);
             case COMPONENT_BIOS:
                 return BIOSConfigModule().ProcessXQuery(values, biosFlag);
             default:
@@ -267,15 +270,16 @@ void XDirectorImpl::ProcessXQuery(const std::map<std::string, std::string>& valu
 
 void XDirectorImpl::ProcessXQuery(const QueryMap& queries)
 {
-    for (const auto& [query, parameters] : queries) {
+    for (const auto& entry : queries) {
+        const auto& query = entry.first;
         HW_NAMED_LOCK(named, setMapLock);
         const SetLines lines("SETMAP", query, "");
         lines.around([&] {
             switch (componentOf(query)) {
             case COMPONENT_BMC:
-                return BMCConfigModule().ProcessXQuery(query, parameters);
+                return BMCConfigModule().ProcessXQuery(query, entry.second);
             case COMPONENT_BIOS:
-                return BIOSConfigModule().ProcessXQuery(query, parameters);
+                return BIOSConfigModule().ProcessXQuery(query, entry.second);
             default:
                 refuse(query, COMMAND_SET);
             }

@@ -30,6 +30,7 @@ std::string quote(const std::string& text)
 std::string quoteAll(const std::vector<std::string>& texts)
 {
     std::vector<std::string> quoted;
+    quoted.reserve(texts.size());
     for (const std::string& text : texts)
         quoted.push_back(quote(text));
     return "[" + Util::join(quoted, ", ") + "]";

@@ -154,6 +154,7 @@ bool Fru::answerField(const std::string& query, FruArea kind, const Bytes& area,
     const auto fields = decodeFruArea(kind, area);
     if (field.empty()) {
         std::vector<std::string> names;
+        names.reserve(fields.size());
         for (const auto& [name, text] : fields)
             names.push_back(name);
         answerBranch(query, std::move(names), result);

@@ -44,7 +44,7 @@
 namespace Module::BMCConfig {
 
 enum class Opcode : std::uint32_t {
-#define HW_ENUMERATOR(name, code, fewest, most) name = code,
+#define HW_ENUMERATOR(name, code, fewest, most) name = (code),
     HW_OPCODES(HW_ENUMERATOR)
 #undef HW_ENUMERATOR
 };

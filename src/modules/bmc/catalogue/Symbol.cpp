@@ -5,7 +5,8 @@ namespace Module::BMCConfig {
 Symbol& Symbol::operator=(std::string text)
 {
     type = NODE_LEAF;
-    values.assign(1, std::move(text));
+    values.clear();
+    values.push_back(std::move(text));
     return *this;
 }
 
