@@ -1,0 +1,322 @@
+#include "modules/bmc/FruAreas.hpp"
+#include "tests/modules/bmc/SdrFixture.hpp"
+
+#include <numeric>
+#include <random>
+
+using Module::BMCConfig::BMCConfigModule;
+using Module::BMCConfig::decodeFruArea;
+using Module::BMCConfig::FruArea;
+using Module::BMCConfig::fruAreaOffsets;
+using Module::BMCConfig::fruText;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Le;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+void appendChecksum(Bytes& bytes)
+{
+    bytes.push_back(static_cast<std::uint8_t>(-std::accumulate(bytes.begin(), bytes.end(), 0)));
+}
+
+/// An area with `body` behind its length byte, padded to `units` of eight bytes and with its checksum.
+Bytes area(const Bytes& body, std::uint8_t units)
+{
+    Bytes bytes{1, units};
+    bytes.insert(bytes.end(), body.begin(), body.end());
+    bytes.resize(units * 8U - 1);
+    appendChecksum(bytes);
+    return bytes;
+}
+
+const Bytes chassis =
+    area({0x11, 0xC2, 'P', '1', 0xC3, 'S', 'N', '2', 0xC2, 'x', 'y', 0xC0, 0x02, 0xAB, 0x0C, 0xC1}, 3);
+
+/// The texts of an area's fields, without their names.
+std::vector<std::string> textsOf(FruArea kind, const Bytes& bytes)
+{
+    std::vector<std::string> texts;
+    for (const auto& [name, text] : decodeFruArea(kind, bytes))
+        texts.push_back(text);
+    return texts;
+}
+
+struct Damage {
+    const char* name;
+    std::function<void(Bytes& bytes)> inflict;
+};
+
+TEST(FruText, FollowsTheTypeBits)
+{
+    struct Case {
+        std::uint8_t typeLength;
+        Bytes bytes;
+        bool english;
+        const char* text;
+    };
+    const Case cases[] = {
+        {0x00, {}, true, ""},
+        {0x03, {0x00, 0xA1, 0x20}, true, "00 A1 20"},
+        {0x44, {0x12, 0xAB, 0xCD, 0xEF}, true, "12 -.:,_"},
+        {0x83, {0x29, 0xDC, 0xA6}, true, "IPMI"},
+        {0x82, {0x29, 0xDC}, true, "IP"}, // four bits are left over
+        {0xC3, {'a', 0xE9, 0x07}, true, "a\xC3\xA9"},
+        {0xC4, {' ', 'b', ' ', 0x00}, true, " b"},
+        {0xC6, {'a', 0, 0xAC, 0x20, 0x3D, 0xD8}, false, "a\xE2\x82\xAC\xEF\xBF\xBD"},
+        {0xC5, {0x3D, 0xD8, 0x00, 0xDE, 'x'}, false, "\xF0\x9F\x98\x80"},
+    };
+    for (const Case& test : cases)
+        EXPECT_EQ(fruText(test.typeLength, test.bytes, test.english), test.text) << test.text;
+}
+
+TEST(FruArea, FieldsHaveTheirNamesInOrder)
+{
+    using Field = std::pair<std::string, std::string>;
+    EXPECT_THAT(decodeFruArea(FruArea::Chassis, chassis),
+                ElementsAre(Field("TYPE", "Main Server Chassis"), Field("PART_NUMBER", "P1"),
+                            Field("SERIAL_NUMBER", "SN2"), Field("CUSTOM_FIELD[1]", "xy"), Field("CUSTOM_FIELD[2]", ""),
+                            Field("CUSTOM_FIELD[3]", "AB 0C")));
+    const Bytes board = area({0, 0x2F, 0x00, 0x01, 0xC2, 'm', 'k', 0xC0, 0xC2, 's', '1', 0x41, 0x42, 0xC1}, 3);
+    EXPECT_THAT(decodeFruArea(FruArea::Board, board),
+                ElementsAre(Field("LANGUAGE", "0"), Field("MFG_DATE", "02/15/1996-13:03:00"),
+                            Field("MANUFACTURER", "mk"), Field("PRODUCT_NAME", ""), Field("SERIAL_NUMBER", "s1"),
+                            Field("PART_NUMBER", "42"), Field("FRU_FILE_ID", "")));
+    // 16-bit characters in another language, but for serial number and file
+    const Bytes product =
+        area({8, 0xC2, 0x3A, 0x30, 0xC0, 0xC0, 0xC0, 0xC2, 's', '2', 0xC2, 'a', 0, 0xC2, 'f', '1', 0xC1}, 3);
+    EXPECT_THAT(decodeFruArea(FruArea::Product, product),
+                ElementsAre(Field("LANGUAGE", "8"), Field("MANUFACTURER", "\xE3\x80\xBA"), Field("PRODUCT_NAME", ""),
+                            Field("PART_NUMBER", ""), Field("VERSION", ""), Field("SERIAL_NUMBER", "s2"),
+                            Field("ASSET_TAG", "a"), Field("FRU_FILE_ID", "f1")));
+}
+
+TEST(FruArea, UntrustworthyAreaHasEmptyFields)
+{
+    const Damage damages[] = {
+        {"checksum", [](Bytes& bytes) { bytes[5] ^= 1; }},
+        {"length 0", [](Bytes& bytes) { bytes[1] = 0, bytes.back() += 3; }},
+        {"length FFh", [](Bytes& bytes) { bytes[1] = 0xFF, bytes.back() += 4; }},
+        {"version", [](Bytes& bytes) { bytes[0] = 2, bytes.back() -= 1; }},
+        {"cut", [](Bytes& bytes) { bytes.resize(8); }},
+        {"one byte", [](Bytes& bytes) { bytes.resize(1); }},
+        {"absent", [](Bytes& bytes) { bytes.clear(); }},
+    };
+    for (const Damage& damage : damages) {
+        Bytes bytes = chassis;
+        damage.inflict(bytes);
+        bytes.shrink_to_fit();
+        EXPECT_THAT(textsOf(FruArea::Chassis, bytes), ElementsAre("", "", "")) << damage.name;
+        EXPECT_THAT(textsOf(FruArea::Board, bytes), Each(IsEmpty())) << damage.name;
+    }
+}
+
+TEST(FruArea, FieldsBeforeTheDamageAreGiven)
+{
+    // a serial number of 63 bytes in an area of 16
+    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x17, 0xC2, 'P', '1', 0xFF, 'S'}, 2)),
+                ElementsAre("Rack Mount Chassis", "P1", ""));
+    // without an end mark the checksum ends the area, and the padding reads as empty fields
+    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x17, 0xC2, 'P', '1', 0xC5, '1', '2', '3', '4', '5'}, 2)),
+                ElementsAre("Rack Mount Chassis", "P1", "12345", "", "", ""));
+    // one byte more than there is before the checksum
+    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x00, 0xC2, 'P', '1', 0xC9, '1', '2', '3', '4', '5', '6', '7'}, 2)),
+                ElementsAre("Unknown", "P1", ""));
+}
+
+TEST(FruArea, NoisePutsNoReaderPastTheArea)
+{
+    std::minstd_rand noise(54);
+    for (int round = 0; round < 20000; ++round) {
+        Bytes bytes(1 + noise() % 64);
+        std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(noise()); });
+        bytes[0] = 1;
+        if (bytes.size() > 8) { // sound at its face, so that the fields are walked
+            bytes = area(Bytes(bytes.begin() + 2, bytes.end()), static_cast<std::uint8_t>(bytes.size() / 8 + 1));
+            bytes.shrink_to_fit();
+        }
+        for (const FruArea kind : {FruArea::Chassis, FruArea::Board, FruArea::Product})
+            for (const std::string& text : textsOf(kind, bytes))
+                ASSERT_LE(text.size(), bytes.size() * 3);
+    }
+}
+
+TEST(FruHeader, NamesAreasOnlyWhenSound)
+{
+    Bytes header{1, 0, 2, 0, 5, 0, 0};
+    appendChecksum(header);
+    EXPECT_THAT(fruAreaOffsets(header), ElementsAre(16U, 0U, 40U));
+    for (std::size_t at = 0; at < header.size(); ++at) {
+        Bytes damaged = header;
+        damaged[at] ^= 0x10;
+        EXPECT_THAT(fruAreaOffsets(damaged), Each(0U)) << at;
+    }
+    EXPECT_THAT(fruAreaOffsets(std::span(header).first(7)), Each(0U));
+    EXPECT_THAT(fruAreaOffsets(Bytes(8, 0xFF)), Each(0U));
+}
+
+class Fru : public SdrFixture {
+protected:
+    static constexpr char partNumber[] = "/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/PART_NUMBER";
+    static constexpr char assetTag[] = "/BMC/FRU[3]/RECORD/DECODED/PRODUCTAREA/ASSET_TAG";
+
+    Fru()
+    {
+        inventory = {1, 0, 1, 0, 4, 0, 0};
+        appendChecksum(inventory);
+        inventory.insert(inventory.end(), chassis.begin(), chassis.end());
+        const std::string tag(60, 'T');
+        Bytes product{25, 0xC1 + 1, 'm', 'k', 0xC0, 0xC0, 0xC0, 0xC0, 0xFC};
+        product.insert(product.end(), tag.begin(), tag.end());
+        product.push_back(0xC1);
+        const Bytes bytes = area(product, 10);
+        inventory.insert(inventory.end(), bytes.begin(), bytes.end());
+        bmc.on(0x0A, 0x10, [this](const IpmiRequest& request) { return tellSize(request); });
+        bmc.on(0x0A, 0x11, [this](const IpmiRequest& request) { return readInventory(request); });
+        bmc.requests.clear();
+    }
+
+    IpmiAnswer tellSize(const IpmiRequest& request) const
+    {
+        if (request.data[0] != 3)
+            return {0xCB};
+        return {0, static_cast<std::uint8_t>(inventory.size()), 0, static_cast<std::uint8_t>(unit - 1)};
+    }
+
+    IpmiAnswer readInventory(const IpmiRequest& request)
+    {
+        if (busy > 0)
+            return --busy, IpmiAnswer{0x81};
+        const std::size_t offset = (request.data[1] | request.data[2] << 8) * unit;
+        const std::size_t count = request.data[3] * unit;
+        if (count > most && refusal)
+            return {refusal};
+        if (offset >= inventory.size() || request.data[0] != 3)
+            return {0xC9};
+        const Bytes::iterator first = inventory.begin() + static_cast<int>(offset);
+        const std::size_t given = std::min({count, most, inventory.size() - offset});
+        IpmiAnswer answer{0, static_cast<std::uint8_t>(given / unit)};
+        answer.insert(answer.end(), first, first + static_cast<int>(given));
+        return answer;
+    }
+
+    ResultMap load(std::map<std::string, std::string> parameters = {{"DEVICE_ID", "03"}, {"BASE_ADDRESS", "20"}})
+    {
+        ResultMap results;
+        BMCConfigModule().ProcessXQuery("/BMC/FRU", parameters, results, 0);
+        return results;
+    }
+
+    template<class Call>
+    static unsigned failureOf(Call call)
+    {
+        try {
+            call();
+        } catch (const ResultStatus& status) {
+            return status.getval();
+        }
+        return 0;
+    }
+
+    Bytes inventory;
+    std::size_t unit = 1, most = 255;
+    std::uint8_t refusal = 0xC8; ///< of more bytes than `most`; 0: fewer are given instead
+    int busy = 0;
+};
+
+TEST_F(Fru, IsReadInPiecesThatTheDeviceTakes)
+{
+    struct Case {
+        std::size_t most;
+        std::uint8_t refusal;
+        std::size_t unit;
+    };
+    const Case cases[] = {{255, 0, 1}, {34, 0xC8, 1}, {34, 0xCA, 1}, {34, 0xC9, 1}, {34, 0xC7, 1}, {1, 0xC8, 1},
+                          {11, 0, 1},  {1, 0, 1},     {255, 0, 2},   {34, 0xC8, 2}, {2, 0xCA, 2},  {10, 0, 2}};
+    for (const Case& device : cases) {
+        SCOPED_TRACE(testing::Message() << device.most << " bytes, units of " << device.unit << ", "
+                                        << +device.refusal);
+        most = device.most, refusal = device.refusal, unit = device.unit;
+        Module::BMCConfig::Cache::instance().Clear();
+        load();
+        bmc.requests.clear();
+        EXPECT_EQ(text(partNumber), "P1");
+        EXPECT_EQ(text(assetTag), std::string(60, 'T'));
+        EXPECT_THAT(bmc.requests, IsEmpty()) << "what was loaded is not read again";
+    }
+}
+
+TEST_F(Fru, ReadingCostsFewExchangesAndReadsOnlyAreas)
+{
+    load();
+    EXPECT_EQ(bmc.requests.size(), 7U); // size, header, and for areas of 24 and 80 bytes the head, then pieces of 64
+    most = 34;
+    bmc.requests.clear();
+    load();
+    EXPECT_EQ(bmc.requests.size(), 9U); // 64 are refused once, then 32 each
+}
+
+TEST_F(Fru, AnswersBranchAndLeavesFromAQueryOfThePath)
+{
+    const ResultMap results = get("/BMC/FRU[3]");
+    EXPECT_EQ(results.at(partNumber).mXNodeList, (std::vector<std::string>{"P1"}));
+    EXPECT_THAT(results.at("/BMC/FRU[3]/RECORD/DECODED/BOARDAREA/MANUFACTURER").mXNodeList, IsEmpty());
+    EXPECT_THAT(text("/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/CUSTOM_FIELD[1]"), "xy");
+    EXPECT_THAT(text("/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/CUSTOM_FIELD[9]"), "");
+    EXPECT_EQ(failureOf([&] { get("/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/COLOUR"); }), 1001U);
+    EXPECT_EQ(failureOf([&] { get("/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/TYPE/MORE"); }), 1001U);
+    EXPECT_EQ(failureOf([&] { get("/BMC/FRU[4]/RECORD/DECODED/CHASSISAREA/TYPE"); }), 1258U);
+    EXPECT_EQ(failureOf([&] { get("/BMC/FRU[256]/RECORD"); }), 1258U);
+}
+
+TEST_F(Fru, LoadingReadsAnewAndGoesWhereItIsTold)
+{
+    EXPECT_EQ(load().at(partNumber).mXNodeList.front(), "P1");
+    inventory[8 + 4] = 'Q', inventory[8 + 23] -= 1;
+    EXPECT_EQ(text(partNumber), "P1");
+    EXPECT_EQ(load().at(partNumber).mXNodeList.front(), "Q1");
+    bmc.requests.clear();
+    load({{"DEVICE_ID", "3"}, {"BASE_ADDRESS", "2C"}});
+    for (const IpmiRequest& request : bmc.requests)
+        EXPECT_EQ(request.target, 0x2C);
+    EXPECT_FALSE(bmc.requests.empty());
+}
+
+TEST_F(Fru, BusyDeviceIsTriedOnceMoreAfterASecond)
+{
+    busy = 1;
+    EXPECT_EQ(load().at(partNumber).mXNodeList.front(), "P1");
+    EXPECT_THAT(clock.sleeps, ElementsAre(std::chrono::seconds(1)));
+    busy = 2;
+    EXPECT_EQ(failureOf([&] { load(); }), 1119U);
+    EXPECT_EQ(text(partNumber), "P1") << "a failed reading leaves the last one";
+    clock.sleeps.clear();
+    EXPECT_EQ(failureOf([&] { load({{"DEVICE_ID", "4"}}); }), 1119U);
+    EXPECT_EQ(failureOf([&] { load({{"DEVICE_ID", "three"}}); }), 1119U);
+    EXPECT_THAT(clock.sleeps, IsEmpty());
+}
+
+TEST_F(Fru, DeviceThatClaimsMoreThanItHoldsGivesWhatIsThere)
+{
+    inventory[33] = 0xFF; // the product area's length
+    load();
+    EXPECT_EQ(text(partNumber), "P1");
+    EXPECT_EQ(text(assetTag), "");
+    inventory.clear();
+    EXPECT_THAT(load(), testing::Contains(testing::Key("/BMC/FRU[3]")));
+    EXPECT_EQ(text(partNumber), "");
+}
+
+TEST_F(Fru, InventoryWhoseSizeIsNotToldEndsWhereTheDeviceSays)
+{
+    bmc.on(0x0A, 0x10, IpmiAnswer{0xC1});
+    inventory[33] = 0xFF;
+    load();
+    EXPECT_EQ(text(partNumber), "P1");
+    EXPECT_EQ(text(assetTag), "");
+}
+
+} // namespace
