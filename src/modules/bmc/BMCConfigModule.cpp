@@ -11,6 +11,7 @@
 #include <chrono>
 #include <exception>
 #include <iterator>
+#include <utility>
 
 namespace Module::BMCConfig {
 
@@ -172,7 +173,7 @@ void BMCConfigModule::ProcessXQuery(const std::string& query, const std::map<std
             retryFru(answers, key, parameters);
         }
         refuseFailureWords(answers, key, query, COMMAND_GET);
-        interpreter.swap(answers, results);
+        interpreter.swap(std::move(answers), results);
     });
 }
 

@@ -63,8 +63,8 @@ public:
     void one_way_router(const std::string& query, SymbolMap& symbols);
     void set(SymbolMap& symbols, const std::string& query, const std::string& value);
     void set(SymbolMap& symbols, const std::string& query, const std::map<std::string, std::string>& parameters);
-    void add(const SymbolMap& source, SymbolMap& destination);
-    void swap(const SymbolMap& symbols, ResultMap& results);
+    void add(SymbolMap source, SymbolMap& destination);
+    void swap(SymbolMap symbols, ResultMap& results);
     void extract_and_inject(const std::string& query);
     /// Children of a non-leaf made absolute, with the parent's subscripts.
     Symbol prepend(const std::string& key, Symbol symbol) const;

@@ -75,7 +75,7 @@ void Interpreter::router(const std::string& query, ResultMap& results)
 {
     SymbolMap symbols;
     rerouter(query, symbols);
-    swap(symbols, results);
+    swap(std::move(symbols), results);
 }
 
 void Interpreter::rerouter(const std::string& query, SymbolMap& symbols)
@@ -111,7 +111,7 @@ void Interpreter::one_way_router(const std::string& query, SymbolMap& symbols)
     const std::string name = $(query);
     table[name] = local[query];
     table.mark_as_garbage(name);
-    add(local, symbols);
+    add(std::move(local), symbols);
 }
 
 std::unique_ptr<Handler> Interpreter::makeHandler(const std::string& query)
@@ -145,21 +145,25 @@ void Interpreter::routeSet(SymbolMap& symbols, const std::string& query)
         symbols[query] = value(resultName);
 }
 
-void Interpreter::add(const SymbolMap& source, SymbolMap& destination)
+void Interpreter::add(SymbolMap source, SymbolMap& destination)
 {
-    for (const auto& [name, symbol] : source)
-        if (!name.starts_with(memoPrefix))
-            destination[name] = symbol;
+    while (!source.empty()) {
+        auto entry = source.extract(source.begin());
+        if (entry.key().starts_with(memoPrefix))
+            continue;
+        destination.erase(entry.key());
+        destination.insert(std::move(entry));
+    }
 }
 
-void Interpreter::swap(const SymbolMap& symbols, ResultMap& results)
+void Interpreter::swap(SymbolMap symbols, ResultMap& results)
 {
     HW_NAMED_LOCK(named, "GLOBAL_SWAP_LOCK");
     results.clear();
-    for (const auto& [name, symbol] : symbols) {
+    for (auto& [name, symbol] : symbols) {
         _XNode& node = results[withoutScheme(name)];
         node.mType = symbol.type;
-        node.mXNodeList = symbol.values;
+        node.mXNodeList = std::move(symbol.values);
         if (symbol.type == NODE_NONLEAF)
             for (std::string& child : node.mXNodeList)
                 child = strip(child, getScheme);
