@@ -1,5 +1,7 @@
 # Shared by the scripts of this folder: sourced, never run.
 
+# Debian's programs before a user's own, and snmpd for users without the folders of the administrator's programs
+export PATH=/usr/sbin:/usr/bin:/sbin:/bin:$PATH
 root=$(cd "$(dirname "$0")/.." && pwd)
 
 # One line before a step that takes long.
