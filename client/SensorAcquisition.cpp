@@ -1,5 +1,6 @@
 #include "client/SensorAcquisition.hpp"
 
+#include "client/Answers.hpp"
 #include "client/Numbers.hpp"
 #include "client/QLInterface.hpp"
 #include "client/Trace.hpp"
@@ -104,15 +105,6 @@ std::string sensorPath(int sensorNumber, int ownerId, int lun)
 std::string sensorPath(const CSensorInfo& info)
 {
     return sensorPath(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber);
-}
-
-/// The first value of the leaf that answers `query` by name, null without one.
-const std::string* findAnswer(const ResultMap& result, const std::string& query)
-{
-    const auto entry = result.find(query);
-    if (entry == result.end() || entry->second.mType != NODE_LEAF || entry->second.mXNodeList.empty())
-        return nullptr;
-    return &entry->second.mXNodeList.front();
 }
 
 /// The LUN's bits 5 to 7 lie above the sensor number, the rest of it below the owner.

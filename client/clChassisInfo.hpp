@@ -1,19 +1,24 @@
 #pragma once
 
 #include "client/BaseContainer.hpp"
+#include "client/SystemWrapper.hpp"
 
-/// Container types of a chassis, as far as they have a use (SMBIOS, system enclosure).
-enum CONTAINER_TYPE : int { CONTAINER_TYPE_OTHER = 1, CONTAINER_TYPE_UNKNOWN = 2 };
+#include <string>
 
-/// States of the security features of a chassis.
-enum SECURITY_STATUS : int { STATUS_OTHER = 1, STATUS_UNKNOWN = 2 };
-
-/// The enclosure: one row. It holds what is known without asking anybody: unknown kinds and empty texts.
+/// The enclosure: one row, of what the FRU inventory and the firmware's tables tell. What cannot be read stays unknown,
+/// empty or zero.
 class chassisInfo : public BaseContainer<ChassisInfo> {
 public:
     chassisInfo() { m_nCount = 1; }
 
     int init() override;
     int getIntInfo(_SMAttribute attribute, int row, long& out) override;
+    /// Reads the intrusion sensor and the states at boot live.
+    int getIntData(_SMAttribute attribute, int row, long& out) override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+
+private:
+    int readStatus() const;
+
+    std::string m_intrusionQuery; ///< empty without an intrusion sensor
 };
