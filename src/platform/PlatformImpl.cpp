@@ -1,11 +1,16 @@
 #include "platform/PlatformImpl.hpp"
 
 #include "common/Logger.hpp"
+#include "common/Util.hpp"
+#include "platform/BoardTable.hpp"
+#include "platform/EFIVar.hpp"
 #include "platform/IpmiExchange.hpp"
 
 #include <algorithm>
 #include <chrono>
-#include <vector>
+#include <cstdio>
+#include <span>
+#include <string_view>
 
 namespace Platform {
 
@@ -17,6 +22,16 @@ constexpr std::chrono::seconds pauseAfterFailure{10};
 constexpr std::size_t productIdLow = 10;
 constexpr std::size_t productIdHigh = 11;
 constexpr std::size_t leastItems = 13;
+
+constexpr char boardVariable[] = "FWVERSIONDATA";
+constexpr char boardVariableGuid[] = "EC87D643-EBA4-4BB5-A1E5-3F3E36B20DA9";
+constexpr std::size_t variableBytes = 2048;
+/// The record that names the board: these four bytes, then the name, filled up with blanks or ended by a zero byte.
+constexpr std::string_view boardRecord = "$FID";
+constexpr std::size_t boardNameBytes = 16;
+
+constexpr std::size_t mostMemorySlots = 32;
+constexpr std::uint8_t noSensor = 0xFF;
 
 struct ProductGroup {
     const char* platform;
@@ -45,12 +60,34 @@ const std::vector<ProductGroup>& productGroups()
     return groups;
 }
 
+std::vector<std::string> listNumbers(std::span<const std::uint8_t> numbers)
+{
+    std::vector<std::string> texts;
+    for (const std::uint8_t number : numbers) {
+        char text[3];
+        std::snprintf(text, sizeof text, "%02x", number);
+        texts.emplace_back(text);
+    }
+    return texts;
+}
+
+bool isPrintable(char character)
+{
+    return character >= ' ' && character <= '~';
+}
+
 } // namespace
 
 PlatformImpl* PlatformImpl::CreateInstance()
 {
     static PlatformImpl inst;
     return &inst;
+}
+
+void PlatformImpl::InitializePlatformList()
+{
+    for (const BoardRow& row : knownBoards())
+        boardTable[row.board] = row.platform;
 }
 
 void PlatformImpl::InitPlatform()
@@ -69,7 +106,12 @@ std::string PlatformImpl::platformName()
 std::string PlatformImpl::platformId()
 {
     const std::lock_guard hold(guard);
-    findPlatform();
+    try {
+        findPlatform();
+    } catch (const ResultStatus&) {
+        if (id.empty())
+            throw;
+    }
     return id;
 }
 
@@ -92,7 +134,7 @@ void PlatformImpl::findPlatform()
     if (!pausing) {
         failure.reset();
         try {
-            type = platformOfBmc();
+            type = searchPlatform();
         } catch (const ResultStatus& status) {
             failure = status;
         }
@@ -105,11 +147,60 @@ void PlatformImpl::findPlatform()
         throw ResultStatus(*failure);
 }
 
+std::string PlatformImpl::searchPlatform()
+{
+    GetPlatformIDfromSMI(id);
+    id.erase(id.find_last_not_of(' ') + 1);
+    const std::string platform = getPlatformType(id);
+    return platform.empty() ? platformOfBmc() : platform;
+}
+
+void PlatformImpl::GetPlatformIDfromSMI(std::string& boardId)
+{
+    boardId.clear();
+    const std::vector<std::uint8_t> data = EFIVar(boardVariable, boardVariableGuid, variableBytes).GetVariable();
+    const auto record = std::ranges::search(data, boardRecord);
+    const auto most = std::min(boardNameBytes, static_cast<std::size_t>(data.end() - record.end()));
+    const std::string name(record.end(), record.end() + static_cast<std::ptrdiff_t>(most));
+    boardId.assign(name.begin(), std::ranges::find_if_not(name, isPrintable));
+}
+
+std::string PlatformImpl::getPlatformType(const std::string& boardId) const
+{
+    const auto row = boardTable.find(boardId);
+    return row == boardTable.end() ? std::string() : row->second;
+}
+
+std::vector<std::string> PlatformImpl::GetProcThermSensor(const char* boardId) const
+{
+    return listNumbers(sensorsOfPlatform(getPlatformType(boardId).c_str()).thermal);
+}
+
+std::vector<std::string> PlatformImpl::GetProcStatusSensor(const char* boardId) const
+{
+    return listNumbers(sensorsOfPlatform(getPlatformType(boardId).c_str()).status);
+}
+
+std::vector<std::string> PlatformImpl::GetMemorySlotSensor(const char* boardId) const
+{
+    const PlatformSensors& sensors = sensorsOfPlatform(getPlatformType(boardId).c_str());
+    std::array<std::uint8_t, mostMemorySlots> numbers;
+    numbers.fill(noSensor);
+    for (std::uint8_t slot = 0; slot < sensors.memorySlots; ++slot)
+        numbers[slot] = static_cast<std::uint8_t>(sensors.firstMemorySlot + slot);
+    return listNumbers(numbers);
+}
+
+void PlatformImpl::execIPMICommand(const std::string& request, std::vector<std::string>& reply)
+{
+    exchangeIpmi(Util::split(request, " "), {}, reply);
+}
+
 std::string PlatformImpl::platformOfBmc()
 {
-    static const std::vector<std::string> getDeviceId = {"20", "06", "00", "01"};
+    constexpr char getDeviceId[] = "20 06 00 01";
     std::vector<std::string> reply;
-    exchangeIpmi(getDeviceId, {}, reply);
+    execIPMICommand(getDeviceId, reply);
     if (reply[0] != "0" || reply.size() < leastItems)
         return {};
     return DetectPlatformfromID(reply[productIdLow] + reply[productIdHigh]);

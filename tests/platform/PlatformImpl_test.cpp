@@ -2,6 +2,7 @@
 
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
+#include "tests/support/TempRoot.hpp"
 #include "transport/TransportState.hpp"
 
 namespace Platform {
@@ -28,6 +29,14 @@ protected:
         bmc.on(0x06, 0x01, bytes);
     }
 
+    /// The firmware's variable, `record` somewhere in it.
+    void tellBoard(const std::string& record)
+    {
+        root.write("/sys/firmware/efi/efivars/" + variable, std::string("\7\0\0\0", 4) + "$VER 1.0\0" + record);
+    }
+
+    const std::string variable = "FWVERSIONDATA-ec87d643-eba4-4bb5-a1e5-3f3e36b20da9";
+    TempRoot root;
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;
@@ -80,6 +89,66 @@ TEST_F(PlatformTest, MachineWithoutBmcFailsWithoutBeingAskedEachTime)
     EXPECT_TRUE(bmc.requests.empty());
     clock.advance(std::chrono::seconds(30));
     EXPECT_EQ(platform.platformName(), "LILAC_PLATFORM");
+}
+
+TEST_F(PlatformTest, BoardOfTheFirmwareTellsThePlatformWithoutTheBmc)
+{
+    for (const auto& [record, id, type] : {std::tuple{"$FIDLinden-2         trailer", "Linden-2", "LINDEN_PLATFORM"},
+                                           {"$FIDMaple-2_\x01tail", "Maple-2_", "MAPLE_PLATFORM"},
+                                           {"$FIDRowan-1", "Rowan-1", "ROWAN_PLATFORM"}}) {
+        platform.Reset();
+        tellBoard(record);
+        EXPECT_EQ(platform.platformId(), id);
+        EXPECT_EQ(platform.platformName(), type);
+    }
+    EXPECT_TRUE(bmc.requests.empty());
+}
+
+TEST_F(PlatformTest, BoardsWithoutANameOrWithAnUnknownOneAreKnownByTheirBmc)
+{
+    answer(0x42, 0x00);
+    const std::string tooLong(3000, 'x');
+    for (const auto& [record, id] : {std::pair<std::string, const char*>{"$FID                ", ""},
+                                     {"$FID", ""},
+                                     {"$FIDRoan-1", "Roan-1"},
+                                     {"$FI", ""},
+                                     {"$FIDRowan-1" + tooLong, ""}}) {
+        platform.Reset();
+        tellBoard(record);
+        EXPECT_EQ(platform.platformName(), "JUNIPER_PLATFORM") << record;
+        EXPECT_EQ(platform.platformId(), id) << record;
+    }
+}
+
+TEST_F(PlatformTest, OlderFormOfTheVariableHasNoAttributes)
+{
+    root.write("/sys/firmware/efi/vars/" + variable + "/data", "$FIDFir-1");
+    EXPECT_EQ(platform.platformName(), "FIR_PLATFORM");
+}
+
+TEST_F(PlatformTest, BoardKeepsItsIdWhenTheBmcFails)
+{
+    bmc.present = false;
+    tellBoard("$FIDRoan-1");
+    EXPECT_EQ(platform.platformId(), "Roan-1");
+    EXPECT_THROW(platform.platformName(), ResultStatus);
+}
+
+TEST_F(PlatformTest, SensorNumbersGoByThePlatformOfTheBoard)
+{
+    using Numbers = std::vector<std::string>;
+    EXPECT_EQ(platform.GetProcStatusSensor("Alder-3_"), (Numbers{"90", "91", "92", "93"}));
+    EXPECT_EQ(platform.GetProcThermSensor("Alder-3_"), (Numbers{"c0", "c1", "c2", "c3"}));
+    EXPECT_EQ(platform.GetProcStatusSensor("Dogwood-1"), (Numbers{"0f", "ff", "ff", "ff"}));
+    EXPECT_EQ(platform.GetProcThermSensor("Dogwood-1"), (Numbers{"10", "ff", "ff", "ff"}));
+    EXPECT_EQ(platform.GetProcStatusSensor("Nutmeg-1"), (Numbers{"60", "61", "ff", "ff"}));
+    EXPECT_EQ(platform.GetProcThermSensor("Juniper-1"), (Numbers{"62", "63", "ff", "ff"}));
+    for (const char* const none : {"Birch-1", "no such board"})
+        EXPECT_EQ(platform.GetProcStatusSensor(none), Numbers(4, "ff")) << none;
+    EXPECT_EQ(platform.GetProcThermSensor("Maple-1"), Numbers(4, "ff"));
+    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1").size(), 32U);
+    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1")[3], "23");
+    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1")[4], "ff");
 }
 
 } // namespace
