@@ -1,11 +1,12 @@
 """HWAGENT-MIB as the programs of a manager read it."""
 
 import os
+import re
 import subprocess
 import unittest
 
 from hwtools.bench import ROOT
-from hwtools.mibtable import OBJECTS, dotted
+from hwtools.mibtable import BASE, OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 
 MIBS = ROOT / "share" / "mibs"
 FOLDERS = f"{MIBS}:{MIBS / 'minimal'}"
@@ -24,10 +25,24 @@ class Module(unittest.TestCase):
     def test_every_column_is_found_by_its_oid_and_by_its_name(self):
         columns = [(c.name + ".7", dotted(o.column_oid(c) + (7,))) for o in OBJECTS for c in o.columns]
         self.assertEqual(len(columns), 187)
-        names = self.translate([oid for _, oid in columns])
-        self.assertEqual(names, ["HWAGENT-MIB::" + name for name, _ in columns])
-        oids = self.translate(["HWAGENT-MIB::" + name for name, _ in columns], "-On")
-        self.assertEqual(oids, ["." + oid for _, oid in columns])
+        self.check_both_ways(columns)
+
+    def test_every_trap_and_its_objects_are_found_by_oid_and_by_name(self):
+        objects = [(c.name, dotted((*BASE, TRAP_ARC, TRAP_OBJECT_ARC, c.suffix))) for c in TRAP_OBJECTS]
+        self.check_both_ways([(trap.name, dotted(trap.oid)) for trap in TRAPS] + objects)
+
+    def test_the_agent_sends_the_traps_that_the_table_names(self):
+        sent = re.findall(r"TrapOid (\w+) = trapOid\((\d+), (\d+)\);", (ROOT / "client" / "TrapOids.hpp").read_text())
+        arcs = {name: (TRAP_ARC, int(group), int(number)) for name, group, number in sent}
+        objects = {name for name, arc in arcs.items() if arc[1] == TRAP_OBJECT_ARC}
+        self.assertEqual({arcs[name][2] for name in objects}, {c.suffix for c in TRAP_OBJECTS})
+        self.assertEqual({name: arc for name, arc in arcs.items() if name not in objects},
+                         {trap.constant: trap.arc for trap in TRAPS})
+        self.assertEqual((len(TRAPS), len({trap.oid for trap in TRAPS})), (71, 71))
+
+    def check_both_ways(self, names):
+        self.assertEqual(self.translate([oid for _, oid in names]), ["HWAGENT-MIB::" + name for name, _ in names])
+        self.assertEqual(self.translate(["HWAGENT-MIB::" + name for name, _ in names], "-On"), ["." + oid for _, oid in names])
 
     def translate(self, names, *options):
         done = subprocess.run(["snmptranslate", "-M", FOLDERS, "-m", "HWAGENT-MIB", *options, *names], capture_output=True,

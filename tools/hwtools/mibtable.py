@@ -1,5 +1,5 @@
-"""The private MIB as data: eighteen objects with their columns. The module file, the table printer and the system tests
-are made from this one table."""
+"""The private MIB as data: eighteen objects with their columns, and the traps with what they carry. The module file, the
+table printer and the system tests are made from these tables."""
 
 from dataclasses import dataclass, field
 
@@ -24,7 +24,7 @@ class Column:
     name: str
     attribute: str
     text: str
-    kind: str = "number"  # "number", "text" or "index"
+    kind: str = "number"  # "number", "text", "event" (text of an event) or "index"
     writable: bool = False
     units: str = ""
     values: dict = field(default_factory=dict)
@@ -46,6 +46,23 @@ class MibObject:
 
     def column_oid(self, column):
         return self.oid + ((column.suffix,) if self.scalar else (1, column.suffix))
+
+
+@dataclass
+class Trap:
+    """`constant`: its name in the agent's sources; `carries`: names of its objects, in the order of the message."""
+    constant: str
+    arc: tuple
+    text: str
+    carries: tuple
+
+    @property
+    def name(self):
+        return "trap" + self.constant.removesuffix("EventOid")
+
+    @property
+    def oid(self):
+        return BASE + self.arc
 
 
 def dotted(oid):
@@ -109,6 +126,16 @@ ARRAY_USES = {i: label for i, label in enumerate((
     "notRead", "other", "unknown", "systemMemory", "videoMemory", "flashMemory", "nonVolatileMemory", "cacheMemory"))}
 CORRECTIONS = {i: label for i, label in enumerate((
     "notRead", "other", "unknown", "none", "parity", "singleBitEcc", "multiBitEcc", "crc"))}
+UPGRADES = {i: label for i, label in enumerate((
+    "notRead", "other", "unknown", "daughterBoard", "zifSocket", "replaceablePiggyBack", "none", "lifSocket", "slot1", "slot2",
+    "socket370", "slotA", "slotM", "socket423", "socketA", "socket478", "socket754", "socket940", "socket939", "socketMPGA604",
+    "socketLGA771", "socketLGA775", "socketS1", "socketAM2", "socketF"))}
+MEMORY_TYPES = {i: label for i, label in enumerate((
+    "notRead", "other", "unknown", "dram", "edram", "vram", "sram", "ram", "rom", "flash", "eeprom", "feprom", "eprom", "cdram",
+    "threeDram", "sdram", "sgram", "rdram", "ddr", "ddr2", "ddr2FbDimm", "ddr3", "ddr4"))}
+FORM_FACTORS = {i: label for i, label in enumerate((
+    "notRead", "other", "unknown", "simm", "sip", "chip", "dip", "zip", "proprietaryCard", "dimm", "tsop", "rowOfChips", "rimm",
+    "sodimm", "srimm", "fbDimm", "reserved"))}
 PROCESSOR_TYPES = {0: "notRead", 1: "other", 2: "unknown", 3: "centralProcessor", 4: "mathProcessor", 5: "dspProcessor",
                    6: "videoProcessor"}
 
@@ -151,8 +178,8 @@ OBJECTS = (
         _number("MaxSpeed", "MAXSPEED", "Highest speed.", "megahertz"),
         _number("CurrentSpeed", "CURRENTSPEED", "Speed at boot.", "megahertz"),
         _number("ExternalClockSpeed", "EXTCLOCKSPEED", "External clock.", "megahertz"),
-        _number("Voltage", "VOLTAGE", "Core voltage as SMBIOS tells it."),
-        _number("UpgradeMethod", "UPGRADEMETHOD", "Kind of socket, by the SMBIOS processor upgrade table."),
+        _number("Voltage", "VOLTAGE", "Core voltage; 0 when SMBIOS does not tell it.", "millivolts"),
+        _number("UpgradeMethod", "UPGRADEMETHOD", "Kind of socket; a newer one is other.", values=UPGRADES),
         _text("SocketDesignation", "SOCKETDESIGNATION", "Name of the socket."),
         _text("ProcessorId", "PROCESSORID", "Identification bytes of the processor.")]),
     _table("discreteProcessorTable", "DISCRETE_PROCESSOR", "DISCRETE_PROCESSOR", (300, 20),
@@ -172,7 +199,7 @@ OBJECTS = (
     _table("physicalMemoryArrayTable", "MEMORYARRAY", "MEMORYARRAY", (500, 10), "Memory arrays that hold modules.",
            "memoryArray", _head("memory array") + [
         _number("Location", "LOCATION", "Where the array is.", values=ARRAY_LOCATIONS),
-        _number("MaxCapacity", "MAXCAPACITY", "Most that the array can hold, as SMBIOS tells it."),
+        _number("MaxCapacity", "MAXCAPACITY", "Most that the array can hold.", "kilobytes"),
         _number("NumberOfDevices", "NUMOFDEVICE", "Places for modules."),
         _number("ErrorCorrection", "ERRORCORRECTION", "Error correction.", values=CORRECTIONS),
         _number("Handle", "HANDLE", "SMBIOS handle of the error information."),
@@ -186,12 +213,13 @@ OBJECTS = (
         _number("AssociatedArray", "ASSOCIATEDARRAY", "Number of the memory array that holds the module."),
         _number("TotalWidth", "TOTALWIDTH", "Width with check bits.", "bits"),
         _number("DataWidth", "DATAWIDTH", "Width without check bits.", "bits"),
-        _number("Size", "SIZE", "Size as SMBIOS tells it."),
-        _number("FormFactor", "FORMFACTOR", "Form factor, by the SMBIOS table."),
+        _number("Size", "SIZE", "Size.", "megabytes"),
+        _number("FormFactor", "FORMFACTOR", "Form factor.", values=FORM_FACTORS),
         _text("Locator", "LOCATOR", "Name of the place on the board."),
         _text("BankLabel", "BANKLABEL", "Name of the bank."),
-        _number("MemoryType", "MEMORYTYPE", "Kind of memory, by the SMBIOS table."),
-        _number("TypeDetail", "TYPEDETAIL", "Bits of the type detail."),
+        _number("MemoryType", "MEMORYTYPE", "Kind of memory; a newer one is other.", values=MEMORY_TYPES),
+        _number("TypeDetail", "TYPEDETAIL", "Sum of 8 fast-paged, 16 static column, 32 pseudo-static, 64 Rambus, 128 synchronous, "
+                "256 CMOS, 512 EDO, 1024 window DRAM, 2048 cache DRAM, 4096 non-volatile."),
         _number("Speed", "SPEED", "Highest speed.", "megahertz"),
         _text("Manufacturer", "MANUFACTURER", "Maker."),
         _text("SerialNumber", "SERIALNUMBER", "Serial number."),
@@ -220,3 +248,95 @@ OBJECTS = (
 
 def find_object(name):
     return next(o for o in OBJECTS if o.name == name)
+
+
+# What traps carry besides columns of tables. The two of slots come with two zeros behind their names.
+TRAP_ARC, TRAP_OBJECT_ARC = 1000, 10
+TRAP_OBJECTS = (
+    Column(1, "trapDescription", "", "What has happened, in the words that the translation files give or with the new state at "
+           "its end.", kind="event"),
+    Column(2, "trapSeverity", "", "State that the event stands for.", values=STATUS),
+    Column(3, "trapSlotDescription", "", "Name of the slot.", kind="text"),
+    Column(4, "trapSlotDeviceId", "", "Identifies the slot's sensor as device ids of rows do."))
+TRAP_AREAS = {TRAP_OBJECT_ARC: "trapObjects", 20: "healthTraps", 30: "chassisTraps", 40: "processorTraps", 50: "powerTraps",
+              60: "memoryTraps", 70: "coolingTraps", 80: "slotTraps", 90: "systemTraps", 100: "driveTraps", 110: "surgeTraps"}
+
+PLAIN = ("trapDescription", "trapSeverity")
+HEALTH = ("trapDescription", "systemHealthStatus")
+SLOT = (*PLAIN, "trapSlotDescription", "trapSlotDeviceId")
+
+
+def _row(prefix):
+    """A row of the table whose columns begin with `prefix`: its state, its name, its number."""
+    return ("trapDescription", prefix + "Status", prefix + "Description", prefix + "DeviceId")
+
+
+def _traps(area, carries, rows, first=1):
+    return [Trap(constant, (TRAP_ARC, area, number), text, carries) for number, (constant, text) in enumerate(rows, first)]
+
+
+def _redundancy(prefix, things):
+    return ((prefix + "FullRedund", f"The {things} are fully redundant."),
+            (prefix + "RedundDegraded", f"The redundancy of the {things} is degraded."),
+            (prefix + "RedundLost", f"The redundancy of the {things} is lost."))
+
+
+def _bounds(prefix, thing):
+    """The seven of a sensor with thresholds, from the lowest bound to the highest."""
+    return ((prefix + "LowNonRec", f"A {thing} is below its lower non-recoverable bound."),
+            (prefix + "LowCri", f"A {thing} is below its lower critical bound."),
+            (prefix + "LowNonCri", f"A {thing} is below its lower non-critical bound."),
+            (prefix + "EventOk", f"A {thing} is back within its bounds."),
+            (prefix + "UpNonCri", f"A {thing} is above its upper non-critical bound."),
+            (prefix + "UpCri", f"A {thing} is above its upper critical bound."),
+            (prefix + "UpNonRec", f"A {thing} is above its upper non-recoverable bound."))
+
+
+def _performance(prefix, thing):
+    return ((prefix + "PerformMet", f"A {thing} works as it should."),
+            (prefix + "PerformLags", f"A {thing} does not work as it should."))
+
+
+TRAPS = (
+    *_traps(20, HEALTH, [("Health" + word, f"The health of the whole system is now {state}.") for word, state in (
+        ("Other", "of another kind"), ("Unknown", "unknown"), ("Ok", "good"), ("NonCri", "impaired, but not critical"),
+        ("Critical", "critical"), ("NonRec", "beyond recovery"))]),
+    *_traps(30, PLAIN, (
+        ("IntrusionDetected", "The chassis is reported closed without a word of an intrusion."),
+        ("IntrusionCleared", "Any other record of the chassis sensor, an intrusion among them: the description tells which."),
+        ("LanLeashLost", "The server was unplugged from its network."))),
+    *_traps(40, _row("processor"), (
+        ("ProcIERR", "A processor reports an internal error."), ("ProcThermal", "A processor stopped because it was too hot."),
+        ("ProcFRB1", "A processor failed its self-test."), ("ProcFRB2", "A processor hung in the power-on self-test."),
+        ("ProcFRB3", "A processor did not start."), ("ProcConfigErr", "Processors are not configured as they have to be."),
+        ("ProcPresence", "A processor was found."), ("ProcDisabled", "A processor was disabled."),
+        ("ProcEnabled", "A terminator was found in a processor's place."),
+        ("ProcSMBIOS", "The firmware reports an error of a processor that cannot be corrected."))),
+    *_traps(50, _row("powerUnit"), _redundancy("PU", "power supplies")),
+    *_traps(50, _row("powerSupply"), (
+        ("PSPresent", "A power supply was found."), ("PSRemoval", "A power supply was removed."),
+        ("PSFailure", "A power supply failed."), ("PSPredFailure", "A power supply is about to fail."),
+        ("PSACLost", "A power supply lost its input."), ("PSACOK", "A power supply has its input again.")), first=4),
+    *_traps(50, _row("voltage"), _bounds("V", "voltage"), first=10),
+    *_traps(50, _row("discreteVoltage"), _performance("DV", "voltage regulator"), first=17),
+    *_traps(60, _row("memoryDevice"), (
+        ("MemSingleBit", "A memory module had an error of a single bit, or one that could not be corrected: the description "
+         "tells which."),
+        ("MemMultiBit", "A memory module had an error of several bits."), ("MemParity", "A memory module had a parity error."),
+        ("MemScrubFail", "Scrubbing a memory module failed."))),
+    *_traps(70, _row("coolingUnit"), _redundancy("CU", "fans")),
+    *_traps(70, _row("coolingDevice"), _bounds("C", "fan's speed"), first=4),
+    *_traps(70, _row("discreteCooling"), _performance("DC", "fan"), first=11),
+    *_traps(70, _row("temperature"), _bounds("T", "temperature"), first=13),
+    *_traps(80, SLOT, (
+        ("SlotOk", "A slot works as it should."), ("SlotFault", "A slot has a fault."),
+        ("SlotPowerOff", "A slot's power is off."), ("SlotPowerOn", "A slot's power is on."))),
+    *_traps(90, PLAIN, (
+        ("SysReconfig", "The system has been reconfigured."), ("SysBoot", "The system booted."),
+        ("HardwareFail", "Hardware failed, and it is not known which."))),
+    *_traps(100, _row("driveSlot"), (
+        ("DriveSlotDeviceRemovedEventOid", "A drive was removed from its slot."),
+        ("DriveSlotDeviceInsertedEventOid", "A drive was inserted in a slot."))),
+    *_traps(110, PLAIN, (
+        ("PGSurgeLoopEvtAsserted", "The surge of the power good signal began."),
+        ("PGSurgeLoopEvtDeasserted", "The surge of the power good signal is over."))))
