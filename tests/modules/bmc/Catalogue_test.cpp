@@ -55,6 +55,8 @@ bool namedByHandler(const std::string& name)
 
 /// Parameters that a caller gives by name, beside a SET's own value and the subscripts.
 const std::map<std::string, std::string> parameters = {
+    {"GET://BMC/CHASSIS/BOOTOPTION_GETTABLE", "$SET_SELECTOR $BLOCK_SELECTOR"},
+    {"GET://BMC/CHASSIS/BOOT_OPTION", "$PARAMETER_SELECTOR $SET_SELECTOR $BLOCK_SELECTOR"},
     {"GET://BMC/INFO/LOCAL/PRODUCT", "$/LOCAL_ID"},
     {"GET://BMC/INFO/MASTER_READ_WRITE", "$BUS_ID $SLAVE_ADDRESS $READ_COUNT $WRITE_DATA"},
     {"GET://BMC/SDR/CFG_READ", "$CONTROL $FILE_OFFSET $FILE_LENGTH"},

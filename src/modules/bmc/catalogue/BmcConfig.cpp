@@ -47,7 +47,7 @@ BmcConfig::BmcConfig(Stores& stores)
     addTables(stores, tables);
     addReads(stores, reads);
 
-    addTemplate(stores, "GET://BMC", branch({"INFO", "SDR", "FRU", "SEL"}));
+    addTemplate(stores, "GET://BMC", branch({"INFO", "SDR", "CHASSIS", "FRU", "SEL"}));
 
     // The subscript is the controller's slave address. One that is not there answers nothing or not with success.
     addTemplate(stores, "GET://BMC/DEVICE_ID[]",
