@@ -133,11 +133,12 @@ const Byte bytes[] = {
 
 constexpr const char* addresses[] = {"FRUDEVADDRESS", "SELDEVADDRESS", "SYSMGMTDEVADDRESS", "BRIDGEDEVADDRESS"};
 
-/// The field that the filter names, in $FIELD. Bytes at the end of these answers are optional.
+/// The field that the filter names, in $FIELD. Bytes at the end of these answers are optional, as are commands.
 Steps readOptional(const char* packet, const std::string& filter)
 {
     return script({
         send(packet),
+        answerIfAbsent("NOT_SUPPORTED"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
         IPMIResponse("$BUFFER", filter, "$FIELD"),
         If("$FIELD == ERROR", {returnText("NOT_SUPPORTED")}),
