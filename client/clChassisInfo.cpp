@@ -27,7 +27,7 @@ constexpr std::size_t readingStatesPlace = 2;
 constexpr long readingUnavailable = 0x20;
 constexpr long generalIntrusion = 0x01; ///< offset 0 of physical security (IPMI 2.0, table 42-3)
 
-/// Words of FRU inventory and firmware; some kinds have two.
+/// Words of FRU inventory and firmware; one kind has two.
 constexpr WordNumber containerWords[] = {
     {"Other", CONTAINER_TYPE_OTHER},
     {"Unknown", CONTAINER_TYPE_UNKNOWN},
@@ -38,12 +38,10 @@ constexpr WordNumber containerWords[] = {
     {"Tower", CONTAINER_TYPE_TOWER},
     {"Portable", CONTAINER_TYPE_PORTABLE},
     {"Laptop", CONTAINER_TYPE_LAPTOP},
-    {"LapTop", CONTAINER_TYPE_LAPTOP},
     {"Notebook", CONTAINER_TYPE_NOTEBOOK},
     {"Hand Held", CONTAINER_TYPE_HAND_HELD},
     {"Docking Station", CONTAINER_TYPE_DOCKING_STATION},
     {"All In One", CONTAINER_TYPE_All_IN_ONE},
-    {"All in One", CONTAINER_TYPE_All_IN_ONE},
     {"Sub Notebook", CONTAINER_TYPE_SUB_NOTE_BOOK},
     {"Space-saving", CONTAINER_TYPE_SPACE_SAVING},
     {"Lunch Box", CONTAINER_TYPE_LUNCH_BOX},
@@ -51,7 +49,6 @@ constexpr WordNumber containerWords[] = {
     {"Main System Chassis", CONTAINER_TYPE_MAIN_SYSTEM_CHASSIS},
     {"Expansion Chassis", CONTAINER_TYPE_EXPANSION_CHASSIS},
     {"Sub Chassis", CONTAINER_TYPE_SUB_CHASSIS},
-    {"SubChassis", CONTAINER_TYPE_SUB_CHASSIS},
     {"Bus Expansion Chassis", CONTAINER_TYPE_BUS_EXPANSION_CHASSIS},
     {"Peripheral Chassis", CONTAINER_TYPE_PERIPHERAL_CHASSIS},
     {"RAID Chassis", CONTAINER_TYPE_RAID_CHASSIS},

@@ -5,13 +5,17 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import ROOT, Simulator, build_folder
-from hwtools.mibtable import BASE, dotted
+from hwtools.mibtable import BASE, dotted, find_object
 from hwtools.tables import WALK_FORM, parse_walk, rows
+from lib.firmware import compare_inventory, parse_dmidecode
 from lib.machine import run_in_machine
 from lib.sensors import compare_tables
 
 BOARD = ROOT / "tests" / "boards" / "full100.py"
+INTRUSION, PROCESSOR = 5, 7
+HEALTHY, CRITICAL = 2, 4
 SMBIOS = ("type=1,manufacturer=Lakeside Works,product=Grebe,serial=GR-1",
+          "type=3,manufacturer=Lakeside Works,serial=GR-C-1,asset=RACK-9",
           "type=4,sock_pfx=SKT,manufacturer=Lakeside Silicon,version=Heron 2 GHz,max-speed=3000,current-speed=2000",
           "type=17,loc_pfx=SLOT,bank=BANK 0,manufacturer=Lakeside Memory,serial=00AA11BB,part=LM-1G,speed=1600")
 
@@ -31,6 +35,8 @@ until snmpget -v2c -c public -r0 -t2 127.0.0.1 .{dotted(BASE)}.100.4.0 2> /dev/n
 done
 snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)} > /share/walk.txt
 ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
+dmidecode > /share/dmidecode.txt
+[ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
 kill "$(cat /var/run/hwagentd.pid)"
 i=0
 while grep -qsx hwAgent /proc/[0-9]*/comm; do
@@ -57,6 +63,11 @@ class InstalledAgent(unittest.TestCase):
                 return rows(thing, below)
 
             compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows)
+            fru = (share / "fru.txt").read_text() if driver else simulator.ipmitool("fru", "print", "0").stdout
+            sensors = {kind: [s for s in simulator.board.sensors if s["type"] == kind] for kind in (INTRUSION, PROCESSOR)}
+            compare_inventory(self, parse_dmidecode((share / "dmidecode.txt").read_text()), fru,
+                              CRITICAL if 0 in sensors[INTRUSION][0]["states"] else HEALTHY,
+                              [s["number"] for s in sensors[PROCESSOR]], lambda name: read_rows(find_object(name)))
 
     def test_over_the_kernel_driver(self):
         self.check_server(driver=True)

@@ -41,6 +41,10 @@ class Tables:
         m, p, n, s, k, f = self._places(*texts)
         self.add(1, "BBBB16sBBB", (m, p, n, s, bytes(range(0x10, 0x20)), 6, k, f), texts)
 
+    def board(self, maker, product, version, serial):
+        texts = (maker, product, version, serial)
+        self.add(2, "BBBBBBBHBB", (*self._places(*texts), 0, 0x09, 0, 0, 0x0A, 0), texts)
+
     def chassis(self, kind, maker, version, serial, asset, boot=3, power=3, thermal=3, security=3):
         """States: 1 other, 2 unknown, 3 safe or none, 4 warning, 5 critical, 6 non-recoverable."""
         texts = (maker, version, serial, asset)
@@ -55,17 +59,19 @@ class Tables:
                  (s, 3, family, m, identity, n, 0x80 | decivolts if present else 0, clock_mhz, max_mhz, mhz if present else 0,
                   0x41 if present else 0, upgrade, 0xFFFF, 0xFFFF, 0xFFFF, r, a, p, 8, 8, 16, 0x04, family), texts)
 
-    def memory_array(self, kilobytes, devices, correction=6):
+    def memory_array(self, kilobytes, devices, correction=6, location=3, use=3):
         """Returns the handle that its modules name."""
-        return self.add(MEMORY_ARRAY, "BBBIHH", (3, 3, correction, kilobytes, 0xFFFE, devices))
+        return self.add(MEMORY_ARRAY, "BBBIHH", (location, use, correction, kilobytes, 0xFFFE, devices))
 
-    def memory_module(self, array, place, bank, megabytes, maker="", serial="", asset="", part="", kind=0x18, mhz=1600):
+    def memory_module(self, array, place, bank, megabytes, maker="", serial="", asset="", part="", kind=0x18, mhz=1600, form=9,
+                      detail=0x80):
         """An empty place has no megabytes."""
         texts = (place, bank, maker, serial, asset, part)
         d, b, m, s, a, p = self._places(*texts)
+        size, extended = (megabytes, 0) if megabytes < 0x7FFF else (0x7FFF, megabytes)
         self.add(17, "HHHHHBBBBBHHBBBBBIH",
-                 (array, 0xFFFE, 72 if megabytes else 0, 64 if megabytes else 0, megabytes, 9, 0, d, b, kind if megabytes else 2,
-                  0x80, mhz if megabytes else 0, m, s, a, p, 2 if megabytes else 0, 0, mhz if megabytes else 0), texts)
+                 (array, 0xFFFE, 72 if megabytes else 0, 64 if megabytes else 0, size, form, 0, d, b, kind if megabytes else 2,
+                  detail, mhz if megabytes else 0, m, s, a, p, 2 if megabytes else 0, extended, mhz if megabytes else 0), texts)
 
     def hardware_security(self, settings=0x00):
         """Two bits each, from the top: power-on password, keyboard password, administrator password, front panel reset;

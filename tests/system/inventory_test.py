@@ -1,0 +1,83 @@
+"""Processors, memory and chassis from the firmware's tables and the FRU inventory to SNMP, against dmidecode and ipmitool on
+the same images; and the health of the whole system, which rolls up from all tables."""
+
+import contextlib
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from hwtools.bench import ROOT, Agent, MasterAgent, Simulator
+from hwtools.mibtable import find_object
+from hwtools.tables import read_object
+from lib.firmware import compare_inventory, parse_dmidecode
+
+HEALTHY, WARNING, CRITICAL = 2, 3, 4
+PROCESSOR = 7
+
+
+@contextlib.contextmanager
+def agent_on(board, prepare=lambda agent: None):
+    """A running agent on a board: its simulator, and a function that reads the rows of an object."""
+    with contextlib.ExitStack() as bench:
+        folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
+        simulator = bench.enter_context(Simulator(board, folder / "bmc"))
+        prepare(simulator)
+        master = bench.enter_context(MasterAgent(folder / "master"))
+        bench.enter_context(Agent(folder / "agent", simulator, master)).wait_served()
+        yield simulator, lambda name: read_object(f"127.0.0.1:{master.port}", find_object(name))
+
+
+def firmware_of(board):
+    with tempfile.NamedTemporaryFile() as image:
+        image.write(board.smbios.image())
+        image.flush()
+        shown = subprocess.run(["/usr/sbin/dmidecode", "--no-sysfs", "-d", image.name], capture_output=True, text=True, check=True)
+    return parse_dmidecode(shown.stdout)
+
+
+class InventoryTables(unittest.TestCase):
+    def check(self, path, chassis_status):
+        with agent_on(path) as (simulator, read_rows):
+            board = simulator.board
+            sensors = [s["number"] for s in board.sensors if s["type"] == PROCESSOR]
+            compare_inventory(self, firmware_of(board), simulator.ipmitool("fru", "print", "0").stdout, chassis_status, sensors,
+                              read_rows)
+
+    def test_sockets_modules_and_places_of_every_kind(self):
+        self.check(ROOT / "tests" / "boards" / "inventory.py", CRITICAL)  # its lid is open
+
+    def test_the_server_of_the_quick_start(self):
+        self.check(ROOT / "share" / "boards" / "quickstart.py", HEALTHY)
+
+    def test_a_machine_without_tables_and_inventory_has_none_and_still_serves(self):
+        with tempfile.TemporaryDirectory() as folder:
+            bare = Path(folder) / "bare.py"
+            bare.write_text("from hwtools.board import Board\nboard = Board('bare')\n")
+
+            def wipe(simulator):
+                simulator.board.smbios.image = lambda: bytes(1 << 20)
+
+            with agent_on(bare, wipe) as (_, read_rows):
+                for table in ("processorDeviceTable", "physicalMemoryArrayTable", "physicalMemoryDeviceTable"):
+                    self.assertEqual(read_rows(table), [])
+                chassis = read_rows("chassisInformationGroup")[0]
+                self.assertEqual((chassis["chassisStatus"], chassis["chassisContainerType"], chassis["chassisSerialNumber"]),
+                                 (HEALTHY, 2, ""))
+                self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
+
+
+class SystemHealth(unittest.TestCase):
+    def test_it_is_the_worst_of_all_rows(self):
+        for board, health in (("tests/boards/inventory.py", HEALTHY), ("share/boards/quickstart.py", WARNING),
+                              ("tests/boards/full100.py", CRITICAL)):
+            with self.subTest(board=board), agent_on(ROOT / board) as (_, read_rows):
+                states = [value for table in ("voltageProbeTable", "currentProbeTable", "temperatureProbeTable",
+                                              "coolingDeviceTable", "processorDeviceTable", "physicalMemoryDeviceTable")
+                          for row in read_rows(table) for name, value in row.items() if name.endswith("Status")]
+                self.assertEqual(max(states), health)
+                self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], health)
+
+
+if __name__ == "__main__":
+    unittest.main()
