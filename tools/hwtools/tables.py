@@ -5,14 +5,16 @@ import subprocess
 
 from .mibtable import NO_VALUE, OBJECTS, STATUS, dotted
 
-# what a printed number is divided by, and the unit behind it
-SCALE = {"millivolts": (1000, "V"), "milliamperes": (1000, "A"), "tenths of a degree Celsius": (10, "°C"),
-         "revolutions per minute": (1, "RPM")}
+# what a printed number is divided by, its form, and the unit behind it
+SCALE = {"millivolts": (1000, ".3f", "V"), "milliamperes": (1000, ".3f", "A"), "tenths of a degree Celsius": (10, ".1f", "°C"),
+         "revolutions per minute": (1, ".0f", "RPM"), "megahertz": (1, ".0f", "MHz"), "megabytes": (1 << 10, "g", "GB"),
+         "kilobytes": (1 << 20, "g", "GB")}
 SHORT = {"UpperNonRecoverableThreshold": "unr", "UpperCriticalThreshold": "uc", "UpperNonCriticalThreshold": "unc",
          "LowerNonCriticalThreshold": "lnc", "LowerCriticalThreshold": "lc", "LowerNonRecoverableThreshold": "lnr",
          "StatusString": "status", "Status": "no.", "Index": "row"}
 STATUS_COLUMN = 5  # of every table, behind the state in a word
-LEFT_OUT = ("DeviceId", "Resolution", "Tolerance", "Accuracy")  # of use to programs; a walk shows them
+# of use to programs, or what the description says too; a walk shows them
+LEFT_OUT = ("DeviceId", "Resolution", "Tolerance", "Accuracy", "Handle", "SocketDesignation", "Locator")
 WALK_FORM = ("-On", "-Oe", "-OU", "-Ot")  # numbers only, no units
 
 
@@ -93,9 +95,8 @@ def shown(column, value):
     if value == NO_VALUE:
         return "-"
     if column.units in SCALE:
-        divisor, unit = SCALE[column.units]
-        digits = len(str(divisor)) - 1
-        return f"{value / divisor:.{digits}f} {unit}"
+        divisor, form, unit = SCALE[column.units]
+        return f"{value / divisor:{form}} {unit}"
     if value in column.values and not (column.values == STATUS and column.suffix == STATUS_COLUMN):
         return f"{column.values[value]}({value})"
     return f"{value} {column.units}".rstrip()
@@ -109,7 +110,8 @@ def printed(thing, found):
         width = max(len(c.name) for c in thing.columns) - len(prefix)
         lines = [f"  {c.name.removeprefix(prefix):{width}}  {shown(c, row.get(c.name))}" for row in found for c in thing.columns]
         return [heading, *lines]
-    columns = [c for c in thing.columns if c.name.removeprefix(prefix) not in LEFT_OUT]
+    columns = [c for c in thing.columns if c.name.removeprefix(prefix) not in LEFT_OUT
+               and not (c.kind == "text" and found and all(row.get(c.name) == "" for row in found))]
     table = [[SHORT.get(n, n[0].lower() + n[1:]) for n in (c.name.removeprefix(prefix) for c in columns)]]
     table += [[shown(c, row.get(c.name)) for c in columns] for row in found]
     widths = [max(map(len, cells)) for cells in zip(*table)]
