@@ -22,7 +22,6 @@ constexpr std::size_t asctimeBytes = 26;
 std::atomic<bool> pipeBroken = false;
 std::atomic<bool> doorbellRung = false;
 std::atomic<int> keep_running = 0;
-Bell loopBell;
 Bell eventBell;
 
 // A stop that hangs in the controller or in a master agent that does not answer must not keep the process: this much
@@ -104,14 +103,14 @@ void stop_server(int sig)
             stop.caught = true;
     if (keep_running)
         startStopTimer();
-    loopBell.ring();
+    loopBell().ring();
 }
 
 void reconnect_agentx(int)
 {
     std::signal(SIGPIPE, SIG_IGN);
     pipeBroken = true;
-    loopBell.ring();
+    loopBell().ring();
 }
 
 void catchNotificationEvent(int, siginfo_t*, void*)
@@ -133,19 +132,9 @@ void installSignalHandlers()
 
 void openBells()
 {
-    loopBell.open();
+    loopBell().open();
     eventBell.open();
     makeStopTimer();
-}
-
-int mainBell()
-{
-    return loopBell.descriptor();
-}
-
-void clearMainBell()
-{
-    loopBell.clear();
 }
 
 void serveSignals()

@@ -19,11 +19,6 @@ void catchNotificationEvent(int sig, siginfo_t* info, void* context);
 
 /// Opens what the handlers ring. Called in the daemon, so that the watcher does not share it.
 void openBells();
-/// Readable while serveSignals has something to do; -1 if there is no bell.
-int mainBell();
-
-/// Silences the bell once it has ended a wait.
-void clearMainBell();
 
 /// Does what the stop signals and SIGPIPE ask for, with their messages to stderr. Main thread.
 void serveSignals();

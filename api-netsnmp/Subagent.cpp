@@ -3,6 +3,7 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/Signals.hpp"
+#include "client/Bell.hpp"
 #include "client/CacheState.hpp"
 #include "client/Functions.hpp"
 #include "client/TrapSender.hpp"
@@ -47,11 +48,12 @@ void leaveOutUnusedParts()
     netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE, 1);
 }
 
-/// Signals are served behind each turn of the loop; the bell only ends the turn's wait, so it is read here alone and
-/// costs the other turns nothing.
+/// Silenced before the queue is taken: a trap that comes meanwhile rings it again. Signals are served behind each turn
+/// of the loop, which the bell only ends.
 void serveBell(int, void*)
 {
-    clearMainBell();
+    loopBell().clear();
+    sendQueuedTraps();
 }
 } // namespace
 
@@ -75,8 +77,8 @@ int init_subagent(int role)
 int agentx_loop()
 {
     start_cache_list = 1;
-    if (mainBell() >= 0)
-        register_readfd(mainBell(), serveBell, nullptr);
+    if (loopBell().descriptor() >= 0)
+        register_readfd(loopBell().descriptor(), serveBell, nullptr);
     while (isRunning()) {
         agent_check_and_process(1);
         serveSignals();

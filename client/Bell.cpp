@@ -6,6 +6,13 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+namespace {
+
+/// Ready before any code runs: a signal handler may be the first to ring it.
+constinit Bell bellOfLoop;
+
+} // namespace
+
 Bell::~Bell()
 {
     if (const int old = fd.exchange(-1); old >= 0)
@@ -30,6 +37,11 @@ void Bell::clear()
 {
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t got = read(fd, &count, sizeof(count));
+}
+
+Bell& loopBell()
+{
+    return bellOfLoop;
 }
 
 void Bell::wait(std::chrono::milliseconds duration)

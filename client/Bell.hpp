@@ -20,3 +20,7 @@ public:
 private:
     std::atomic<int> fd{-1};
 };
+
+/// The one bell of the agent's loop, rung for signals and for traps alike: each descriptor more that the loop watches
+/// costs every request.
+Bell& loopBell();

@@ -9,7 +9,6 @@ namespace {
 
 std::mutex guard;
 std::deque<Trap> waiting;
-Bell bell;
 
 } // namespace
 
@@ -17,22 +16,11 @@ void queueTrap(Trap trap)
 {
     const std::scoped_lock lock(guard);
     waiting.push_back(std::move(trap));
-    bell.ring();
+    loopBell().ring();
 }
 
 std::deque<Trap> takeTraps()
 {
     const std::scoped_lock lock(guard);
-    bell.clear();
     return std::exchange(waiting, {});
-}
-
-void openTrapBell()
-{
-    bell.open();
-}
-
-int trapBell()
-{
-    return bell.descriptor();
 }

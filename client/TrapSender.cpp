@@ -69,20 +69,12 @@ void tellLoss()
     lossIsTold = true;
 }
 
-void serveBell(int, void*)
-{
-    sendQueuedTraps();
-}
-
 } // namespace
 
 void startTrapSender()
 {
-    openTrapBell();
     for (const int event : {SNMPD_CALLBACK_INDEX_START, SNMPD_CALLBACK_INDEX_STOP})
         snmp_register_callback(SNMP_CALLBACK_APPLICATION, event, noteSession, nullptr);
-    if (trapBell() >= 0)
-        register_readfd(trapBell(), serveBell, nullptr);
 }
 
 void sendQueuedTraps()

@@ -2,7 +2,7 @@
 
 /// The client's only contact with the SNMP library. Main thread only, as everything that calls it.
 
-/// Has the agent's loop send what is queued as soon as it is. To be called between init_agent and init_snmp.
+/// Follows the session to the master agent. To be called between init_agent and init_snmp.
 void startTrapSender();
 
 /// Sends everything queued, in order, as SNMPv2 notifications (RFC 3416, 4.2.6). Without a session to the master agent
