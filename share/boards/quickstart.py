@@ -67,6 +67,7 @@ board.fru(0, chassis=(0x11, "HN-CH-200", "HN-C-7741"),
 firmware = board.smbios
 firmware.firmware("Lakeside Works", "HN.2.04", "03/18/2024")
 firmware.system("Lakeside Works", "Heron 200", "A1", "HN-P-4711", family="Heron")
+firmware.board("Lakeside Works", "HN-MB-200", "A", "HN-B-0815")
 firmware.chassis(0x17, "Lakeside Works", "A1", "HN-C-7741", "RACK-07-U12")
 for socket in (0, 1):
     firmware.processor(f"Socket {socket}", "Lakeside Silicon", "Lakeside K8 2.0GHz", 0xBFEBFBFF000306F2 + socket,

@@ -157,11 +157,11 @@ std::string PlatformImpl::searchPlatform()
 
 void PlatformImpl::GetPlatformIDfromSMI(std::string& boardId)
 {
-    boardId.clear();
     const std::vector<std::uint8_t> data = EFIVar(boardVariable, boardVariableGuid, variableBytes).GetVariable();
-    const auto record = std::ranges::search(data, boardRecord);
-    const auto most = std::min(boardNameBytes, static_cast<std::size_t>(data.end() - record.end()));
-    const std::string name(record.end(), record.end() + static_cast<std::ptrdiff_t>(most));
+    const std::string text(data.begin(), data.end());
+    const std::size_t record = text.find(boardRecord);
+    const std::string name =
+        record == std::string::npos ? std::string() : text.substr(record + boardRecord.size(), boardNameBytes);
     boardId.assign(name.begin(), std::ranges::find_if_not(name, isPrintable));
 }
 

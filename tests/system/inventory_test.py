@@ -7,7 +7,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Agent, MasterAgent, Simulator
+from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, build_folder
 from hwtools.mibtable import find_object
 from hwtools.tables import read_object
 from lib.firmware import compare_inventory, parse_dmidecode
@@ -65,6 +65,22 @@ class InventoryTables(unittest.TestCase):
                 self.assertEqual((chassis["chassisStatus"], chassis["chassisContainerType"], chassis["chassisSerialNumber"]),
                                  (HEALTHY, 2, ""))
                 self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
+
+
+class BoardName(unittest.TestCase):
+    def test_the_firmware_names_the_board_before_its_tables_do(self):
+        variable = "sys/firmware/efi/efivars/FWVERSIONDATA-ec87d643-eba4-4bb5-a1e5-3f3e36b20da9"
+        with tempfile.TemporaryDirectory() as name, \
+                Simulator(ROOT / "tests" / "boards" / "inventory.py", Path(name) / "bmc") as simulator:
+            agent = Agent(Path(name) / "agent", simulator, MasterAgent(Path(name) / "master"))
+            agent.prepare()
+            for data, model in ((None, "Larch-2"), (b"\7\0\0\0$VER2.1 $FIDAlder-2_        \0", "Alder-2_")):
+                if data:
+                    (agent.root / variable).parent.mkdir(parents=True)
+                    (agent.root / variable).write_bytes(data)
+                shown = subprocess.run([build_folder() / "tools" / "hwquery" / "hwquery", "get", "/BIOS/PlatformID"],
+                                       capture_output=True, text=True, env=agent.environment())
+                self.assertEqual((shown.stdout, shown.stderr), (f"/BIOS/PlatformID = {model}\n", ""))
 
 
 class SystemHealth(unittest.TestCase):
