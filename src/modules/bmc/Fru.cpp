@@ -256,11 +256,10 @@ Fru::Bytes Fru::readBytes(const Inventory& inventory, std::size_t offset, std::s
 Fru::Piece Fru::readPiece(const Inventory& inventory, std::size_t offset, std::size_t count)
 {
     const std::size_t unit = inventory.unit;
-    const std::size_t units = (count + unit - 1) / unit;
     SymbolTable& symbols = interpreter->symbolTable();
     symbols[$("/FRU/INVENTORY/OFFSET_LS")] = toHex(offset / unit);
     symbols[$("/FRU/INVENTORY/OFFSET_MS")] = toHex(offset / unit >> 8);
-    symbols[$("/FRU/READ_COUNT")] = toHex(units);
+    symbols[$("/FRU/READ_COUNT")] = toHex(count / unit);
     SymbolMap local;
     interpreter->run(local, "GET://BMC/FRU/READ");
     // the script hands the reply on as text, completion code first
@@ -270,10 +269,8 @@ Fru::Piece Fru::readPiece(const Inventory& inventory, std::size_t offset, std::s
         return {codeOf(reply), {}};
     const std::size_t told = bytes.front() * unit;
     bytes.erase(bytes.begin());
-    std::size_t got = std::min({told, bytes.size(), count});
-    if (got < count) // the next piece begins at a whole unit
-        got -= got % unit;
-    bytes.resize(got);
+    const std::size_t got = std::min({told, bytes.size(), count});
+    bytes.resize(got - got % unit); // the next piece begins at a whole unit
     return {codeOf(reply), std::move(bytes)};
 }
 

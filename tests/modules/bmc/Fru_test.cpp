@@ -85,6 +85,7 @@ TEST(FruArea, FieldsHaveTheirNamesInOrder)
                 ElementsAre(Field("LANGUAGE", "0"), Field("MFG_DATE", "02/15/1996-13:03:00"),
                             Field("MANUFACTURER", "mk"), Field("PRODUCT_NAME", ""), Field("SERIAL_NUMBER", "s1"),
                             Field("PART_NUMBER", "42"), Field("FRU_FILE_ID", "")));
+    EXPECT_EQ(textsOf(FruArea::Board, area({0, 0, 0, 0, 0xC1}, 1)).at(1), "") << "no date is not the epoch";
     // 16-bit characters in another language, but for serial number and file
     const Bytes product =
         area({8, 0xC2, 0x3A, 0x30, 0xC0, 0xC0, 0xC0, 0xC2, 's', '2', 0xC2, 'a', 0, 0xC2, 'f', '1', 0xC1}, 3);
@@ -154,20 +155,25 @@ TEST(FruHeader, NamesAreasOnlyWhenSound)
         damaged[at] ^= 0x10;
         EXPECT_THAT(fruAreaOffsets(damaged), Each(0U)) << at;
     }
+    Bytes later{2, 0, 2, 0, 5, 0, 0};
+    appendChecksum(later);
+    EXPECT_THAT(fruAreaOffsets(later), Each(0U));
     EXPECT_THAT(fruAreaOffsets(std::span(header).first(7)), Each(0U));
     EXPECT_THAT(fruAreaOffsets(Bytes(8, 0xFF)), Each(0U));
 }
 
 class Fru : public SdrFixture {
 protected:
+    static constexpr std::size_t productAt = 520; ///< offsets take their high byte, of bytes and of words
     static constexpr char partNumber[] = "/BMC/FRU[3]/RECORD/DECODED/CHASSISAREA/PART_NUMBER";
     static constexpr char assetTag[] = "/BMC/FRU[3]/RECORD/DECODED/PRODUCTAREA/ASSET_TAG";
 
     Fru()
     {
-        inventory = {1, 0, 1, 0, 4, 0, 0};
+        inventory = {1, 0, 1, 0, productAt / 8, 0, 0};
         appendChecksum(inventory);
         inventory.insert(inventory.end(), chassis.begin(), chassis.end());
+        inventory.resize(productAt, 0xEE);
         const std::string tag(60, 'T');
         Bytes product{25, 0xC1 + 1, 'm', 'k', 0xC0, 0xC0, 0xC0, 0xC0, 0xFC};
         product.insert(product.end(), tag.begin(), tag.end());
@@ -183,7 +189,8 @@ protected:
     {
         if (request.data[0] != 3)
             return {0xCB};
-        return {0, static_cast<std::uint8_t>(inventory.size()), 0, static_cast<std::uint8_t>(unit - 1)};
+        return {0, static_cast<std::uint8_t>(inventory.size()), static_cast<std::uint8_t>(inventory.size() >> 8),
+                static_cast<std::uint8_t>(unit - 1)};
     }
 
     IpmiAnswer readInventory(const IpmiRequest& request)
@@ -198,7 +205,7 @@ protected:
             return {0xC9};
         const Bytes::iterator first = inventory.begin() + static_cast<int>(offset);
         const std::size_t given = std::min({count, most, inventory.size() - offset});
-        IpmiAnswer answer{0, static_cast<std::uint8_t>(given / unit)};
+        IpmiAnswer answer{0, static_cast<std::uint8_t>((given + unit - 1) / unit)};
         answer.insert(answer.end(), first, first + static_cast<int>(given));
         return answer;
     }
@@ -234,8 +241,9 @@ TEST_F(Fru, IsReadInPiecesThatTheDeviceTakes)
         std::uint8_t refusal;
         std::size_t unit;
     };
-    const Case cases[] = {{255, 0, 1}, {34, 0xC8, 1}, {34, 0xCA, 1}, {34, 0xC9, 1}, {34, 0xC7, 1}, {1, 0xC8, 1},
-                          {11, 0, 1},  {1, 0, 1},     {255, 0, 2},   {34, 0xC8, 2}, {2, 0xCA, 2},  {10, 0, 2}};
+    const Case cases[] = {{255, 0, 1},  {34, 0xC8, 1}, {34, 0xCA, 1}, {34, 0xC9, 1}, {34, 0xC7, 1},
+                          {1, 0xC8, 1}, {11, 0, 1},    {1, 0, 1},     {255, 0, 2},   {34, 0xC8, 2},
+                          {2, 0xCA, 2}, {10, 0, 2},    {11, 0, 2}};
     for (const Case& device : cases) {
         SCOPED_TRACE(testing::Message() << device.most << " bytes, units of " << device.unit << ", "
                                         << +device.refusal);
@@ -253,10 +261,10 @@ TEST_F(Fru, ReadingCostsFewExchangesAndReadsOnlyAreas)
 {
     load();
     EXPECT_EQ(bmc.requests.size(), 7U); // size, header, and for areas of 24 and 80 bytes the head, then pieces of 64
-    most = 34;
+    most = 10;
     bmc.requests.clear();
     load();
-    EXPECT_EQ(bmc.requests.size(), 9U); // 64 are refused once, then 32 each
+    EXPECT_EQ(bmc.requests.size(), 16U); // 16 are refused once, and 8 are kept to
 }
 
 TEST_F(Fru, AnswersBranchAndLeavesFromAQueryOfThePath)
@@ -301,10 +309,13 @@ TEST_F(Fru, BusyDeviceIsTriedOnceMoreAfterASecond)
 
 TEST_F(Fru, DeviceThatClaimsMoreThanItHoldsGivesWhatIsThere)
 {
-    inventory[33] = 0xFF; // the product area's length
+    inventory[productAt + 1] = 0xFF; // the product area's length
     load();
     EXPECT_EQ(text(partNumber), "P1");
     EXPECT_EQ(text(assetTag), "");
+    for (const IpmiRequest& request : bmc.requests)
+        EXPECT_TRUE(request.cmd != 0x11 ||
+                    (request.data[1] | request.data[2] << 8) + request.data[3] <= static_cast<int>(inventory.size()));
     inventory.clear();
     EXPECT_THAT(load(), testing::Contains(testing::Key("/BMC/FRU[3]")));
     EXPECT_EQ(text(partNumber), "");
@@ -312,11 +323,14 @@ TEST_F(Fru, DeviceThatClaimsMoreThanItHoldsGivesWhatIsThere)
 
 TEST_F(Fru, InventoryWhoseSizeIsNotToldEndsWhereTheDeviceSays)
 {
-    bmc.on(0x0A, 0x10, IpmiAnswer{0xC1});
-    inventory[33] = 0xFF;
-    load();
-    EXPECT_EQ(text(partNumber), "P1");
-    EXPECT_EQ(text(assetTag), "");
+    inventory[productAt + 1] = 0xFF;
+    for (const IpmiAnswer& answer : {IpmiAnswer{0xC1}, IpmiAnswer{0, 0x10}}) {
+        bmc.on(0x0A, 0x10, answer);
+        Module::BMCConfig::Cache::instance().Clear();
+        load();
+        EXPECT_EQ(text(partNumber), "P1");
+        EXPECT_EQ(text(assetTag), "");
+    }
 }
 
 } // namespace
