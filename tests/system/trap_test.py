@@ -2,6 +2,7 @@
 
 import contextlib
 import os
+import re
 import subprocess
 import tempfile
 import time
@@ -9,6 +10,7 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, Agent, MasterAgent, Simulator, build_folder
+from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import end, spawn, wait_until
 from lib.traps import TrapReceiver
 
@@ -84,10 +86,20 @@ class Traps(unittest.TestCase):
             ("70.16", objects("600.40", hot, "Status is OK", HEALTHY, "Socket 0 Die", SOCKET_0_DIE))]
         self.maxDiff = None
         self.assertEqual(self.receiver.wait_for(len(expected), POLL_SECONDS + TRAP_SECONDS * 8), expected)
+        self.check_objects_of_the_mib(expected)
         self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
         time.sleep(TRAP_SECONDS + 1)
         self.assertEqual(len(self.receiver.traps()), len(expected))
         self.assertNotIn("traps are lost", self.diagnostics())
+
+    def check_objects_of_the_mib(self, traps):
+        """The MIB names the objects that these traps carry, in their order."""
+        columns = {c.name: dotted(o.column_oid(c)) for o in OBJECTS for c in o.columns}
+        columns |= {c.name: f"{BASE}.{TRAP_ARC}.{TRAP_OBJECT_ARC}.{c.suffix}" for c in TRAP_OBJECTS}
+        carried = {dotted(trap.arc[1:]): trap.carries for trap in TRAPS}
+        for name, values in traps:
+            for promised, (sent, _) in zip(carried[name], values, strict=True):
+                self.assertRegex(sent, re.escape(columns[promised]) + r"(\.\d+)?$", name)
 
     def test_the_translators_words_choose_trap_and_severity(self):
         records = {(COOLING_UNIT, BLOWER_REDUND, 0x0B, 0x01): ("70.3", CRITICAL),
