@@ -339,13 +339,14 @@ TEST(OsInfoOfThisMachine, IsAsTheKernelTellsItByOtherCalls)
         found[nic.Name] = {nic.MacAddress, nic.State};
     EXPECT_EQ(found, expected);
 
-    struct statvfs rootOfAll {};
-    ASSERT_EQ(statvfs("/", &rootOfAll), 0);
     std::vector<_DRIVEINFO> drives;
     GetDriveData(drives);
-    const auto drive = std::ranges::find(drives, "/", &_DRIVEINFO::MountPoint);
-    ASSERT_NE(drive, drives.end());
-    EXPECT_EQ(drive->Size, std::to_string(rootOfAll.f_blocks * rootOfAll.f_frsize / 1024));
+    EXPECT_FALSE(drives.empty());
+    for (const _DRIVEINFO& drive : drives) {
+        struct statvfs mounted {};
+        ASSERT_EQ(statvfs(drive.MountPoint.c_str(), &mounted), 0) << drive.MountPoint;
+        EXPECT_EQ(drive.Size, std::to_string(mounted.f_blocks * mounted.f_frsize / 1024)) << drive.MountPoint;
+    }
 }
 
 } // namespace

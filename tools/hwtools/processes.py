@@ -10,6 +10,8 @@ from pathlib import Path
 
 PR_SET_PDEATHSIG, PR_SET_CHILD_SUBREAPER = 1, 36
 
+os.environ["PATH"] += ":/usr/sbin:/sbin"  # snmpd is there, and only root's PATH names it
+
 
 class BenchError(Exception):
     """A part of the bench did not come up; the text says which and what it printed."""
