@@ -1,15 +1,20 @@
 """The installed agent in a virtual server: over the kernel's driver, and over the bare KCS port with the driver hidden."""
 
+import contextlib
 import tempfile
+import threading
 import unittest
 from pathlib import Path
 
 from hwtools.bench import ROOT, Simulator, build_folder
 from hwtools.mibtable import BASE, dotted, find_object
+from hwtools.processes import wait_until
 from hwtools.tables import WALK_FORM, parse_walk, rows
 from lib.firmware import compare_inventory, parse_dmidecode
 from lib.machine import run_in_machine
 from lib.sensors import compare_tables
+from lib.states import compare_states
+from lib.traps import FORM, NUMBERS, parse_traps
 
 BOARD = ROOT / "tests" / "boards" / "full100.py"
 INTRUSION, PROCESSOR = 5, 7
@@ -18,12 +23,21 @@ SMBIOS = ("type=1,manufacturer=Lakeside Works,product=Grebe,serial=GR-1",
           "type=3,manufacturer=Lakeside Works,serial=GR-C-1,asset=RACK-9",
           "type=4,sock_pfx=SKT,manufacturer=Lakeside Silicon,version=Heron 2 GHz,max-speed=3000,current-speed=2000",
           "type=17,loc_pfx=SLOT,bank=BANK 0,manufacturer=Lakeside Memory,serial=00AA11BB,part=LM-1G,speed=1600")
+# records for the event log while the agent runs, and what traps tell of them: "Plain" passes its upper critical bound,
+# "Cooling Full" loses its redundancy
+EVENTS = ("0x20 2 0 0 0 0 0x20 0 4 0x01 0x01 0x01 0x59 95 90", "0x20 2 0 0 0 0 0x20 0 4 0x0a 0x77 0x0b 0x01 0xff 0xff")
+TRAPS = [("70.18", "Status is Upper Critical"), ("20.5", "System health was changed from nonCritical to critical."),
+         ("70.3", "Cooling Full reports its redundancy has been lost. Find the unit that has failed or is missing, and replace "
+                  "it. Status is Critical")]
 
 GUEST = f"""
 set -e
 cmake --install {build_folder()} > /share/install.log
-printf 'master agentx\\nagentAddress udp:127.0.0.1:161\\nrocommunity public\\n' > /tmp/snmpd.conf
+sed -i -E 's/^(trapsEnabled|debugEnabled) = 0$/\\1 = 1/' /usr/local/hwagent/conf/hwagent.conf
+printf 'master agentx\\nagentAddress udp:127.0.0.1:161\\nrocommunity public\\ntrap2sink 127.0.0.1:162 public\\n' > /tmp/snmpd.conf
+echo 'disableAuthorization yes' > /tmp/snmptrapd.conf
 export MIBS=
+snmptrapd -C -c /tmp/snmptrapd.conf {' '.join(NUMBERS)} -t -Lf /share/traps.txt -F '{FORM}' udp:127.0.0.1:162
 snmpd -C -c /tmp/snmpd.conf -I -smux -Lf /share/snmpd.log
 sleep 1
 /usr/local/hwagent/bin/hwAgent > /share/agent.log 2>&1
@@ -37,6 +51,19 @@ snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)
 ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 dmidecode > /share/dmidecode.txt
 [ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
+i=0
+until grep -q 'Structures related to SEL are initialized' /share/agent.log; do
+    i=$((i + 1))
+    [ $i -lt 60 ]
+    sleep 0.5
+done
+: > /share/ready
+i=0
+until grep -q 'Cooling Full' /share/traps.txt; do
+    i=$((i + 1))
+    [ $i -lt 120 ]
+    sleep 0.5
+done
 kill "$(cat /var/run/hwagentd.pid)"
 i=0
 while grep -qsx hwAgent /proc/[0-9]*/comm; do
@@ -47,12 +74,32 @@ done
 """
 
 
+@contextlib.contextmanager
+def adding_events(simulator, share):
+    """While it lasts, EVENTS go to the controller's log as soon as the guest says that its agent watches it."""
+    over = threading.Event()
+
+    def add():
+        wait_until(lambda: over.is_set() or (share / "ready").exists(), 600, "the guest's word")
+        for event in () if over.is_set() else EVENTS:
+            simulator.say(f"sel_add {event}")
+
+    thread = threading.Thread(target=add)
+    thread.start()
+    try:
+        yield
+    finally:
+        over.set()
+        thread.join()
+
+
 class InstalledAgent(unittest.TestCase):
     def check_server(self, driver):
         with tempfile.TemporaryDirectory() as name, Simulator(BOARD, Path(name) / "bmc") as simulator:
             share = Path(name) / "share"
             share.mkdir()
-            done = run_in_machine(GUEST, share, simulator.serial_port, driver, SMBIOS, timeout=280)
+            with adding_events(simulator, share):
+                done = run_in_machine(GUEST, share, simulator.serial_port, driver, SMBIOS, timeout=280)
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertEqual(bool((share / "device.txt").read_text()), driver)
             walk = parse_walk((share / "walk.txt").read_text(encoding="latin-1"), BASE)
@@ -63,6 +110,9 @@ class InstalledAgent(unittest.TestCase):
                 return rows(thing, below)
 
             compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows)
+            compare_states(self, simulator.board, simulator.ipmitool("sdr", "elist").stdout, read_rows)
+            traps = parse_traps((share / "traps.txt").read_text(encoding="latin-1"))
+            self.assertEqual([(name, objects[0][1]) for name, objects in traps], TRAPS)
             fru = (share / "fru.txt").read_text() if driver else simulator.ipmitool("fru", "print", "0").stdout
             sensors = {kind: [s for s in simulator.board.sensors if s["type"] == kind] for kind in (INTRUSION, PROCESSOR)}
             compare_inventory(self, parse_dmidecode((share / "dmidecode.txt").read_text()), fru,
