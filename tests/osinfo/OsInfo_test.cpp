@@ -4,14 +4,10 @@
 #include "tests/support/TempRoot.hpp"
 
 #include <cstring>
-#include <ifaddrs.h>
 #include <map>
 #include <net/if.h>
-#include <netpacket/packet.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>
-#include <sys/statvfs.h>
-#include <sys/sysinfo.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -99,20 +95,6 @@ protected:
     FakeCalls calls;
     ScopedSeam<OsCalls> useCalls{calls};
 };
-
-TEST_F(OsInfo, HostWithoutANameIsNone)
-{
-    _OSINFO info;
-    GetOSInfo(info);
-    EXPECT_EQ(info.HostName, "host");
-    EXPECT_EQ(info.NodeName, "node");
-    EXPECT_EQ(info.Machine, "x86_64");
-    calls.name = "";
-    calls.kernelResult = -1;
-    GetOSInfo(info);
-    EXPECT_EQ(info.HostName, "(none)");
-    EXPECT_EQ(info.NodeName, "");
-}
 
 TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
 {
@@ -309,44 +291,6 @@ TEST_F(OsInfo, HelpersAreBoundedAndTakeNull)
     EXPECT_EQ(out[4], '#');
     EXPECT_FALSE(GetEnvVariable("HWAGENT_OSINFO_NONE", out, 4));
     EXPECT_TRUE(GetEnvVariable("HWAGENT_OSINFO_TEST", out, 0));
-}
-
-TEST(OsInfoOfThisMachine, IsAsTheKernelTellsItByOtherCalls)
-{
-    struct sysinfo system {};
-    sysinfo(&system);
-    _MEMINFO memory;
-    GetMemInfo(memory);
-    EXPECT_EQ(memory.TotalPhysical, std::to_string(system.totalram * system.mem_unit / 1024));
-    EXPECT_EQ(memory.TotalSwap, std::to_string(system.totalswap * system.mem_unit / 1024));
-
-    std::map<std::string, std::pair<std::string, std::string>> expected, found;
-    ifaddrs* addresses = nullptr;
-    ASSERT_EQ(getifaddrs(&addresses), 0);
-    for (const ifaddrs* each = addresses; each; each = each->ifa_next) {
-        if (!each->ifa_addr || each->ifa_addr->sa_family != AF_PACKET || each->ifa_flags & IFF_LOOPBACK)
-            continue;
-        const auto* const link = reinterpret_cast<const sockaddr_ll*>(each->ifa_addr);
-        char mac[18];
-        std::snprintf(mac, sizeof mac, "%02x:%02x:%02x:%02x:%02x:%02x", link->sll_addr[0], link->sll_addr[1],
-                      link->sll_addr[2], link->sll_addr[3], link->sll_addr[4], link->sll_addr[5]);
-        expected[each->ifa_name] = {mac, each->ifa_flags & IFF_UP ? "UP" : "DOWN"};
-    }
-    freeifaddrs(addresses);
-    std::vector<_NICINFO> nics;
-    GetNICInfo(nics);
-    for (const _NICINFO& nic : nics)
-        found[nic.Name] = {nic.MacAddress, nic.State};
-    EXPECT_EQ(found, expected);
-
-    std::vector<_DRIVEINFO> drives;
-    GetDriveData(drives);
-    EXPECT_FALSE(drives.empty());
-    for (const _DRIVEINFO& drive : drives) {
-        struct statvfs mounted {};
-        ASSERT_EQ(statvfs(drive.MountPoint.c_str(), &mounted), 0) << drive.MountPoint;
-        EXPECT_EQ(drive.Size, std::to_string(mounted.f_blocks * mounted.f_frsize / 1024)) << drive.MountPoint;
-    }
 }
 
 } // namespace
