@@ -95,25 +95,4 @@ TEST_F(Configuration, MissingFileDirectoryAndPipeAreNoFileAndKeepStderr)
     EXPECT_EQ(group.isTrapEnabled(), 0);
 }
 
-TEST_F(Configuration, AttributesAnswerFromTheSettings)
-{
-    initWith("platformid=42\ntrapsenabled=1\nproductbuildnumber=b16\ndebugenabled=1\n");
-    group.setHealthStatus(4);
-    for (const auto& [attribute, value] : {std::pair{SMINFO_HEALTHSTATUS, 4L},
-                                           {SMINFO_PLATFORMID, 42L},
-                                           {SMINFO_TRAPSENABLED, 1L},
-                                           {SMINFO_SETSENABLED, 0L}}) {
-        long out = -5;
-        EXPECT_EQ(group.getIntInfo(attribute, 0, out), 0);
-        EXPECT_EQ(out, value);
-    }
-    char* text = nullptr;
-    ASSERT_EQ(group.getStrInfo(SMINFO_PRODUCTBUILDNUM, 0, text), 0);
-    EXPECT_STREQ(text, "b16");
-    std::free(text);
-    long out = 0;
-    EXPECT_EQ(group.getIntInfo(SMINFO_PRODUCTNAME, 0, out), 9);
-    EXPECT_EQ(group.getStrInfo(SMINFO_PLATFORMID, 0, text), 9);
-}
-
 } // namespace

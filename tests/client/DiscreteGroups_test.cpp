@@ -200,26 +200,6 @@ protected:
     }
 };
 
-TEST_F(DiscreteGroups, ColumnsOfEveryGroupFollowTheStatesOfItsSensor)
-{
-    for (const GroupCase& each : groupCases) {
-        cache_map.clear();
-        addSensor({.number = 9, .type = each.type, .name = "Bay", .value = each.value, .linearization = 1});
-        const auto group = each.make();
-        long number = 0;
-        EXPECT_EQ(group->getIntInfo(at(each, DiscreteColumn::DeviceId), 0, number), 0);
-        EXPECT_EQ(number, 0x092000);
-        EXPECT_EQ(textOf(*group, &BaseAccessor::getStrInfo, at(each, DiscreteColumn::Description)), "Bay");
-        EXPECT_EQ(textOf(*group, &BaseAccessor::getStrData, at(each, DiscreteColumn::StatusString)), each.shown)
-            << each.defaultName;
-        EXPECT_EQ(group->getIntData(at(each, DiscreteColumn::Status), 0, number), 0);
-        EXPECT_EQ(number, each.status) << each.defaultName;
-        const int extra = group->getIntData(at(each, DiscreteColumn::Extra), 0, number) == 0 ? int(number) : -1;
-        EXPECT_EQ(extra, each.extra) << each.defaultName;
-        EXPECT_EQ(group->getGroupStatus(), 0) << "rows keep the status they were made with";
-    }
-}
-
 TEST_F(DiscreteGroups, MissingRowsAndForeignAttributesHaveTheirResults)
 {
     for (const GroupCase& each : groupCases) {

@@ -48,22 +48,6 @@ TEST_F(Events, HealthGoesToCriticalAndBackWithATrapForEachChange)
     EXPECT_THAT(handler().mCriticalList, IsEmpty());
 }
 
-TEST_F(Events, HealthFollowsTheWorstDeviceDownStepByStep)
-{
-    happen(14, 1, 4);
-    happen(15, 2, 6);
-    happen(4, 3, 5);
-    trapsSent();
-    happen(15, 2, 3);
-    EXPECT_EQ(handler().m_nHealthStatus, 5);
-    happen(4, 3, 4);
-    EXPECT_EQ(handler().m_nHealthStatus, 4);
-    EXPECT_THAT(handler().mNonCriList, ElementsAre(1, 3));
-    happen(4, 3, 2);
-    EXPECT_THAT(handler().mNonCriList, ElementsAre(1, 3));
-    EXPECT_THAT(trapsSent(), testing::Contains("20.4 System health was changed from critical to nonCritical."));
-}
-
 TEST_F(Events, WithoutTrapsListsAndHealthFollowWithoutAWait)
 {
     client.mSystemManagement->m_nTrapsEnabled = 0;

@@ -22,24 +22,6 @@ protected:
     }
 };
 
-TEST_F(Acquisition, FullRecordGivesIdentityBoundsAndReading)
-{
-    const CSensorWrapper sensor = readOne({.number = 0x31, .lun = 0x43, .owner = 0x21});
-    EXPECT_EQ(sensor.m_cInfo.m_iIdNumber, (0x31 << 16) | (0x40 << 19) | 0x43 | (0x21 << 8));
-    EXPECT_EQ(sensor.m_cInfo.m_cDescription.narrow(), "P12V");
-    EXPECT_EQ(sensor.m_cInfo.m_iUnitType, 4);
-    EXPECT_EQ(sensor.m_cInfo.m_iResolution, 3);
-    EXPECT_EQ(sensor.m_cInfo.m_iTolerance, 2);
-    EXPECT_EQ(sensor.m_cInfo.m_iAccuracy, 7);
-    EXPECT_EQ(sensor.m_cData.m_iValue, 12050);
-    EXPECT_EQ(sensor.m_cData.m_iLowerCritical, 10000);
-    EXPECT_EQ(sensor.m_cData.m_iLowerNonCritical, 11000);
-    EXPECT_EQ(sensor.m_cData.m_iLowerNonRecover, 9000);
-    EXPECT_EQ(sensor.m_cData.m_iUpperNonCritical, 13000);
-    EXPECT_EQ(sensor.m_cData.m_iUpperCritical, 14000);
-    EXPECT_EQ(sensor.m_cData.m_iUpperNonRecover, 15000);
-}
-
 TEST_F(Acquisition, BoundNotSupportedIsNoValueWithoutATranslation)
 {
     const CSensorWrapper sensor = readOne({.bounds = std::vector<std::string>(6, "NOT SUPPORTED")});
@@ -62,13 +44,6 @@ TEST_F(Acquisition, OnlyBytesWithinTheRecordAreAskedFor)
         readOne({.recordBytes = record.bytes});
         EXPECT_EQ(thresholdsAsked(), record.thresholds) << record.bytes;
     }
-}
-
-TEST_F(Acquisition, CompactAndDiscreteRecordsHaveNoThresholds)
-{
-    EXPECT_EQ(readOne({.recordType = 2}).m_cData.m_iUpperCritical, 0);
-    EXPECT_EQ(readOne({.type = 3}, true).m_cData.m_iUpperCritical, 0);
-    EXPECT_EQ(thresholdsAsked(), 0);
 }
 
 TEST_F(Acquisition, OtherRecordsEmptyNodesAndFailedListsGiveNoSensor)

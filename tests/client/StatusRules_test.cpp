@@ -52,45 +52,4 @@ TEST_F(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
     }
 }
 
-TEST_F(Status, UnknownModelCountsAsAnotherBoard)
-{
-    EXPECT_STREQ(apply(coolingcalStatus, 95, {}), "nonCritical");
-    EXPECT_STREQ(apply(coolingcalStatus, noValue, {}), "unknown");
-    EXPECT_EQ(sdk.timesAsked("/BIOS/PlatformID"), 2);
-}
-
-TEST_F(Status, WordsAndNumbersOfTheScales)
-{
-    struct Case {
-        int status;
-        const char* word;
-        int shownNumber;
-        const char* shownWord;
-    };
-    for (const Case& c : {Case{1, "other", 1, "Unavailable"}, Case{2, "unknown", 1, "Unavailable"},
-                          Case{3, "ok", 2, "Healthy"}, Case{4, "nonCritical", 3, "Warning"},
-                          Case{5, "critical", 4, "Critical"}, Case{6, "nonRecoverable", 4, "Critical"}}) {
-        EXPECT_STREQ(getStringStatus(c.status), c.word);
-        EXPECT_EQ(getNewHealthEnum(c.status), c.shownNumber);
-        EXPECT_EQ(getStatusEnum(c.word), c.shownNumber);
-        EXPECT_STREQ(healthWord(c.status), c.shownWord);
-        const std::unique_ptr<char, decltype(&std::free)> text(getNewHealthString(c.word), std::free);
-        EXPECT_STREQ(text.get(), c.shownWord);
-    }
-    EXPECT_EQ(getStringStatus(0), nullptr);
-    EXPECT_EQ(getStringStatus(7), nullptr);
-    EXPECT_EQ(getNewHealthEnum(7), 1);
-    EXPECT_EQ(getStatusEnum("warning"), 3);
-    EXPECT_EQ(getStatusEnum("OK"), 1);
-    for (const auto& [severity, status] : {std::pair{"Monitor", 1},
-                                           {"Information", 1},
-                                           {"OK", 3},
-                                           {"Degraded", 4},
-                                           {"Error", 5},
-                                           {"CRITICAL", 5},
-                                           {"Fatal", 6},
-                                           {"ok", 2}})
-        EXPECT_EQ(getOrvelStatus(severity), status) << severity;
-}
-
 } // namespace

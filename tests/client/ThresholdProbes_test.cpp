@@ -31,25 +31,6 @@ protected:
     }
 };
 
-TEST_F(Probes, VoltageIsInMillivoltsWithItsBoundsAndFigures)
-{
-    addSensor({});
-    voltageProbe group;
-    ASSERT_EQ(group.init(), 0);
-    EXPECT_EQ(intInfo(group, VOLTAGE_DEVICEID), 0x012000);
-    EXPECT_EQ(intInfo(group, VOLTAGE_RESOLUTION), 3);
-    EXPECT_EQ(intInfo(group, VOLTAGE_TOLERANCE), 2);
-    EXPECT_EQ(intInfo(group, VOLTAGE_ACCURACY), 7);
-    EXPECT_EQ(intData(group, VOLTAGE_READING), 12050);
-    EXPECT_EQ(intData(group, VOLTAGE_UPPERNONRECTHRESHOLD), 15000);
-    EXPECT_EQ(intData(group, VOLTAGE_UPPERCRITICALTHRESHOLD), 14000);
-    EXPECT_EQ(intData(group, VOLTAGE_UPPERNONCRITHRESHOLD), 13000);
-    EXPECT_EQ(intData(group, VOLTAGE_LOWERNONCRITHRESHOLD), 11000);
-    EXPECT_EQ(intData(group, VOLTAGE_LOWERCRITICALTHRESHOLD), 10000);
-    EXPECT_EQ(intData(group, VOLTAGE_LOWERNONRECTHRESHOLD), 9000);
-    EXPECT_EQ(intData(group, VOLTAGE_STATUS), 2);
-}
-
 TEST_F(Probes, StatusFollowsTheReadingWhileTheRowKeepsThatOfTheStart)
 {
     const Sensor sensor;

@@ -173,19 +173,6 @@ std::vector<SubId> name(std::initializer_list<SubId> tail)
 
 const std::vector<SubId> trapOidName = {1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
 
-TEST(TrapVarbinds, TwoObjectsAreTextAndSeverity)
-{
-    traceWanted = false;
-    const eventData bios = event(2, 5, "undetermined system hardware failure");
-    EXPECT_EQ(TrapMaker::makeTwoObjects(bios, HardwareFail),
-              (Trap{{trapOidName, name({1000, 90, 3})},
-                    {name({1000, 10, 1}), std::string("undetermined system hardware failure")},
-                    {name({1000, 10, 2}), 4L}}));
-    EXPECT_EQ(
-        TrapMaker::makeTwoObjects(event(1, 3, ""), HealthOk),
-        (Trap{{trapOidName, name({1000, 20, 3})}, {name({1000, 10, 1}), std::string()}, {name({100, 1, 0}), 2L}}));
-}
-
 TEST(TrapVarbinds, SeverityOnTheWireHasFourSteps)
 {
     traceWanted = false;
