@@ -28,17 +28,6 @@ protected:
     ~CMySemLockTest() override { CMySemLock::SetThreadFlag(false); }
 };
 
-TEST_F(CMySemLockTest, FlagOffLocksNothing)
-{
-    CMySemLock::SetThreadFlag(false);
-    _MY_LOCK one, two;
-    EXPECT_TRUE(CMySemLock::AcquireSymLock(one, "COMMON_TEST_OFF"));
-    EXPECT_TRUE(CMySemLock::AcquireSymLock(two, "COMMON_TEST_OFF"));
-    EXPECT_EQ(one.handle, nullptr);
-    EXPECT_STREQ(one.name, "");
-    CMySemLock::ReleaseSymLock(one);
-}
-
 TEST_F(CMySemLockTest, TheSemaphoreBearsTheProcessAndLivesAsLongAsTheLock)
 {
     const std::string name = std::to_string(getpid()) + "_COMMON_TEST_NAME";

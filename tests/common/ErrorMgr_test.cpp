@@ -35,23 +35,6 @@ TEST(ErrorMgr, EveryCodeButFiveHasAMessage)
         EXPECT_EQ(messageOf(code), "") << code;
 }
 
-TEST(ErrorMgr, TellingMessagesKeepTheirWords)
-{
-    constexpr ErrorManager::ErrorMessage expected[] = {
-        {ERROR_OPEN_DEVICE, "Error in opening device \"%s\""},
-        {ERROR_SMI_CONTIG_MEM_FAILED, "Allocation of contigous memory from SMI driver is failed"},
-        {ERROR_LOCK_ACQUIRE_ERROR, "Error while aquiring lock"},
-        {ERROR_PEF_ALERT_SET_FAILED, "Setting of the channel access mode failed"},
-        {ERROR_UNKNOWN, "Reserved Error (Error Code: 1184)"},
-        {ERROR_USER_SET_PASSWORD, "USER Name Set failed"},
-        {ERROR_CFG_UPDATE_ABORT_OPERATION, "Update has been aborted by user. Exiting !!!"},
-        {ENVVAR_ERROR_LEN, "Length of Environment vairable input should be greater than one!"},
-        {IPMI_ERROR_TIME_OUT, "Controller timout Error."},
-    };
-    for (const auto& row : expected)
-        EXPECT_EQ(messageOf(row.code), row.message);
-}
-
 TEST(ErrorMgr, MissInsertsAnEmptyRowFromAnyThread)
 {
     constexpr int unknownCode = 9999;

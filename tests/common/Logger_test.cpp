@@ -83,15 +83,6 @@ TEST_F(LoggerTest, DirectoryAndFileAreForTheOwnerAlone)
     EXPECT_EQ(fs::status(file()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_F(LoggerTest, LevelOneNamesThePlace)
-{
-    log("opens");
-    logger->Log(1, "src/a/File.cpp", "work", 42, "text");
-    logger->Log(1, "File.cpp", "work", 43, "text");
-    EXPECT_THAT(readAll(file()), MatchesRegex("\\[[0-9]{1,7}\\] File.cpp:42:work\\(\\) text\n"
-                                              "\\[[0-9]{1,7}\\] File.cpp:43:work\\(\\) text\n"));
-}
-
 TEST_F(LoggerTest, LongMessageIsCut)
 {
     log("opens");
@@ -112,16 +103,6 @@ TEST_F(LoggerTest, NewFileAfterFiftyThousandLines)
     EXPECT_EQ(countLines(file()), 50'001);
     EXPECT_THAT(readAll(file("22-14")), HasSubstr("] first of the next\n"));
     EXPECT_EQ(countLines(file("22-14")), 1);
-}
-
-TEST_F(LoggerTest, TwoFilesOfOneMinuteAreOne)
-{
-    log("opens");
-    log("one");
-    logger->Cleanup();
-    log("opens");
-    log("two");
-    EXPECT_EQ(countLines(file()), 2);
 }
 
 TEST_F(LoggerTest, MessagesAreLostWhileNoFileOpensAndLinksAreNotFollowed)
@@ -179,17 +160,6 @@ TEST_F(LoggerTest, ThreadsLoseNoLine)
         });
     writers.clear();
     EXPECT_EQ(countLines(file()), 1000);
-}
-
-TEST_F(LoggerTest, CreateMessageCutsAndLeavesOutAloneForAnEmptyResult)
-{
-    std::string out = "before";
-    logger->CreateMessage(out, "%s", "");
-    EXPECT_EQ(out, "before");
-    logger->CreateMessage(out, "%s %d", "code", 7);
-    EXPECT_EQ(out, "code 7");
-    logger->CreateMessage(out, "%s", std::string(3000, 'y').c_str());
-    EXPECT_EQ(out, std::string(2048, 'y'));
 }
 
 } // namespace

@@ -42,37 +42,4 @@ TEST(RunCommand, LeavesNoDescriptorOpenAndNothingToRead)
     close(secret);
 }
 
-TEST(Seams, FakesAreInForceForTheirScopeAndNest)
-{
-    struct Root : SystemRoot {
-        explicit Root(std::string prefix_) : prefix(std::move(prefix_)) {}
-        std::string resolve(const std::string& path) override { return prefix + path; }
-        std::string prefix;
-    } outer("/outer"), inner("/inner");
-    {
-        const ScopedSeam<SystemRoot> useOuter(outer);
-        {
-            const ScopedSeam<SystemRoot> useInner(inner);
-            EXPECT_EQ(systemPath("/etc"), "/inner/etc");
-        }
-        EXPECT_EQ(systemPath("/etc"), "/outer/etc");
-    }
-    EXPECT_EQ(systemPath("/etc"), "/etc");
-}
-
-TEST(Seams, RealClockSleeps)
-{
-    const auto before = Clock::real().now();
-    Clock::real().sleepFor(std::chrono::milliseconds(20));
-    EXPECT_GE(Clock::real().now() - before, std::chrono::milliseconds(20));
-}
-
-TEST(Seams, SecondsAreCutNotRounded)
-{
-    FakeClock clock;
-    const ScopedSeam<Clock> use(clock);
-    clock.time = Clock::TimePoint(std::chrono::milliseconds(1'999));
-    EXPECT_EQ(currentSeconds(), 1);
-}
-
 } // namespace

@@ -14,21 +14,6 @@ TEST(Util, SplitTreatsSeparatorsAsASetAndYieldsNoEmptyField)
     EXPECT_THAT(Util::split(",,", ","), IsEmpty());
 }
 
-TEST(Util, JoinPutsSeparatorsBetweenAllValuesEmptyOnesToo)
-{
-    const std::vector<std::string> values{"", "a", "", "b"};
-    EXPECT_EQ(Util::join(values, ", "), ", a, , b");
-    EXPECT_EQ(Util::join({}, ","), "");
-}
-
-TEST(Util, TextIsReplacedAndRaised)
-{
-    EXPECT_EQ(Util::replace_all("GET://BMC/SDR", "/", "_"), "GET:__BMC_SDR");
-    EXPECT_EQ(Util::replace_all("aaa", "a", "aa"), "aaaaaa");
-    EXPECT_EQ(Util::replace_all("abc", "", "x"), "abc");
-    EXPECT_EQ(Util::upcase("eNable-1\xe4"), "ENABLE-1\xe4");
-}
-
 TEST(Util, NumbersFromText)
 {
     const struct {
@@ -43,16 +28,6 @@ TEST(Util, NumbersFromText)
     };
     for (const auto& row : cases)
         EXPECT_EQ(Util::string_to_long(row.text, row.base), row.value) << row.text;
-}
-
-TEST(Util, NumbersToText)
-{
-    EXPECT_EQ(Util::int_to_string(-2147483647 - 1), "-2147483648");
-    EXPECT_EQ(Util::dec_to_hex_string(0), "0");
-    EXPECT_EQ(Util::dec_to_hex_string(0xABCDEF), "abcdef");
-    EXPECT_EQ(Util::dec_to_hex_string(0x12345678), "1234567");
-    EXPECT_EQ(Util::double_to_string(3.3), "3.300000");
-    EXPECT_EQ(Util::double_to_string(-1e308).size(), 317u);
 }
 
 TEST(Util, BytesAndHexText)

@@ -67,17 +67,6 @@ TEST(XTokenizer, QuotedPartsAreTakenWhole)
         EXPECT_EQ(failureOf([&] { XTokenizer(text, '/', '"'); }).mErrorCode, ERROR_INVALID_QUERY) << text;
 }
 
-TEST(XTokenizer, PathIsRebuiltFromTokens)
-{
-    XTokenizer tokenizer("BMC/LAN[1]", '/');
-    tokenizer.AppendToken("IP");
-    EXPECT_EQ(tokenizer.GetXPath(), "/BMC/LAN[1]/IP");
-    EXPECT_EQ(tokenizer.First(), "BMC");
-    EXPECT_EQ(tokenizer.Last(), "IP");
-    EXPECT_EQ(XTokenizer(Words{"A", "B"}, '.').GetXPath(), ".A.B");
-    EXPECT_EQ(XTokenizer("", '/').First() + XTokenizer("", '/').Last(), "");
-}
-
 TEST(XTokenizer, SubscriptsGiveKeysAndTokens)
 {
     Words keys, bracketed;
@@ -88,29 +77,6 @@ TEST(XTokenizer, SubscriptsGiveKeysAndTokens)
     const RStatus failure = failureOf([&] { XTokenizer::GetSubscriptKeys({"]LAN[1"}, keys, bracketed); });
     EXPECT_EQ(failure.mErrorCode, ERROR_INDEX_DATA_NOT_AVAILABLE);
     EXPECT_EQ(failure.mXQuery, "end ] bracket not found");
-}
-
-TEST(XTokenizer, SmbiosTypeIsTheNumberBehindFourCharacters)
-{
-    const struct {
-        const char* token;
-        int type;
-    } cases[] = {{"TYPE4", 4}, {"Type17[2]", 17}, {"TYPE", 0}, {"TYP", 0}, {"", 0}, {"TYPEx", 0}};
-    for (const auto& row : cases)
-        EXPECT_EQ(XTokenizer::GetSMBIOSType(row.token), row.type) << row.token;
-}
-
-TEST(ResultStatus, KeepsEntriesInOrderAndAnswersWithTheFirst)
-{
-    EXPECT_EQ(ResultStatus().getval(), 0);
-    ResultStatus status(ERROR_SEL_CLEAR, "text", "/BMC/SEL", COMMAND_SET);
-    status.Insert({0, ERROR_SEL_RESERVE, "more", "", COMMAND_GET});
-    const ResultStatus copy = status;
-    EXPECT_EQ(copy.getval(), ERROR_SEL_CLEAR);
-    ASSERT_EQ(copy.Get().size(), 2u);
-    EXPECT_EQ((copy.begin() + 1)->mErrorCode, ERROR_SEL_RESERVE);
-    EXPECT_EQ(copy.begin()->mCommand, COMMAND_SET);
-    EXPECT_EQ(ResultStatus(3, ERROR_UNKNOWN, "text").begin()->mComponent, 3);
 }
 
 } // namespace
