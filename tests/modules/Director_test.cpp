@@ -58,43 +58,12 @@ protected:
     ResultMap results;
 };
 
-TEST_F(DirectorTest, FirstTokenNamesTheComponent)
-{
-    const std::pair<const char*, int> rows[] = {
-        {"/BMC/INFO", 9},  {"BMC", 9},      {"/BIOS/ID", 7},     {"/SMBIOS/Type3", 5},
-        {"/Platform", 13}, {"/FILE/X", 14}, {"/FILE/SCF/X", 15}, {"/FILE/INI", 15},
-        {"/SCF", 15},      {"/", 12},       {"@children", 12}};
-    for (const auto& [query, component] : rows) {
-        int id = 0;
-        XDirectorImpl::CreateInstance()->GetComponentID(query, &id);
-        EXPECT_EQ(id, component) << query;
-    }
-}
-
 TEST_F(DirectorTest, PathsThatNobodyOwnsAreInvalid)
 {
     for (const char* query : {"/Nonsense", "/Nonsense", "/bmc/INFO", "/BMC//INFO", "", "/ProductInfo/", "/",
                               "/Platform/X", "/FILE/X", "/FILE/SCF/X", "/BMC/CONTROLLER[2]/INFO"})
         EXPECT_EQ(getFailure(query), std::string("1001 ") + query);
     EXPECT_EQ(getFailure("/BMC/LAN[1/IP"), "1105 end ] bracket not found");
-}
-
-TEST_F(DirectorTest, ProductInfoIsAnsweredByTheFacade)
-{
-    results["/STALE"];
-    system.Get("/ProductInfo", results);
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results.at("/ProductName").mXNodeList, std::vector<std::string>{"Morvandale 7.0 Build 16"});
-}
-
-TEST_F(DirectorTest, BmcPathsGoToTheBmc)
-{
-    system.Get("/BMC/INFO/VERSION", results);
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results.at("/BMC/INFO/VERSION").mXNodeList.size(), 1U);
-    const std::size_t before = bmc.requests.size();
-    system.Get("/BMC/INFO/VERSION", results);
-    EXPECT_EQ(bmc.requests.size(), before + 1) << "one exchange a query, none for the platform";
 }
 
 TEST_F(DirectorTest, MapGetsCollectAllAnswersAndServeTheBmcOnly)

@@ -68,13 +68,6 @@ protected:
     ResultMap results;
 };
 
-TEST_F(BIOSConfigModuleTest, FirmwareVersionAnswersUnderThePathThatWasAsked)
-{
-    EXPECT_EQ(ask("/BIOS/ID"), "B01.02.0034.5");
-    EXPECT_EQ(ask("/BIOS/VERSION"), "B01.02.0034");
-    EXPECT_EQ(ask("/SMBIOS/Type0/BIOSVersion"), "B01.02.0034.5");
-}
-
 TEST_F(BIOSConfigModuleTest, SettingsAreRefusedButTheBoardsModelIsTold)
 {
     EXPECT_EQ(ask("/BIOS/PlatformID"), "Larch-9");
