@@ -56,14 +56,6 @@ TEST_F(PlatformTest, ProductIdBytesJoinLowByteFirstWithoutLeadingZeros)
     EXPECT_EQ(PlatformImpl::DetectPlatformfromID("03e"), "OTHER_PLATFORM");
 }
 
-TEST_F(PlatformTest, FoundOnceItIsNotAskedAgain)
-{
-    answer(0x3E, 0x00);
-    for (int i = 0; i < 3; ++i)
-        platform.InitPlatform();
-    EXPECT_EQ(bmc.requests.size(), 1U);
-}
-
 TEST_F(PlatformTest, ShortOrRefusedAnswerLeavesTheNameEmptyForAWhile)
 {
     answer(0x3E, 0x00, 11);
@@ -132,23 +124,6 @@ TEST_F(PlatformTest, BoardKeepsItsIdWhenTheBmcFails)
     tellBoard("$FIDRoan-1");
     EXPECT_EQ(platform.platformId(), "Roan-1");
     EXPECT_THROW(platform.platformName(), ResultStatus);
-}
-
-TEST_F(PlatformTest, SensorNumbersGoByThePlatformOfTheBoard)
-{
-    using Numbers = std::vector<std::string>;
-    EXPECT_EQ(platform.GetProcStatusSensor("Alder-3_"), (Numbers{"90", "91", "92", "93"}));
-    EXPECT_EQ(platform.GetProcThermSensor("Alder-3_"), (Numbers{"c0", "c1", "c2", "c3"}));
-    EXPECT_EQ(platform.GetProcStatusSensor("Dogwood-1"), (Numbers{"0f", "ff", "ff", "ff"}));
-    EXPECT_EQ(platform.GetProcThermSensor("Dogwood-1"), (Numbers{"10", "ff", "ff", "ff"}));
-    EXPECT_EQ(platform.GetProcStatusSensor("Nutmeg-1"), (Numbers{"60", "61", "ff", "ff"}));
-    EXPECT_EQ(platform.GetProcThermSensor("Juniper-1"), (Numbers{"62", "63", "ff", "ff"}));
-    for (const char* const none : {"Birch-1", "no such board"})
-        EXPECT_EQ(platform.GetProcStatusSensor(none), Numbers(4, "ff")) << none;
-    EXPECT_EQ(platform.GetProcThermSensor("Maple-1"), Numbers(4, "ff"));
-    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1").size(), 32U);
-    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1")[3], "23");
-    EXPECT_EQ(platform.GetMemorySlotSensor("Cedar-1")[4], "ff");
 }
 
 } // namespace
