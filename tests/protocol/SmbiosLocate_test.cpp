@@ -130,15 +130,4 @@ TEST_F(SmbiosLocate, EfiTableLeadsToTheEntryPoint)
     EXPECT_EQ(readMachine(), 0) << "older place";
 }
 
-TEST_F(SmbiosLocate, InstanceReadsTheTableOnce)
-{
-    SMBIOSProtocolImpl::DeleteInstance();
-    EXPECT_EQ(errorOf([] { SMBIOSProtocolImpl::CreateInstance(); }), ERROR_OPEN_DEVICE);
-    image.place(root);
-    const auto first = SMBIOSProtocolImpl::CreateInstance();
-    std::filesystem::remove(root.resolve("/dev/mem"));
-    EXPECT_EQ(SMBIOSProtocolImpl::CreateInstance(), first);
-    SMBIOSProtocolImpl::DeleteInstance();
-}
-
 } // namespace
