@@ -20,16 +20,6 @@ SDREntry named(int type, std::size_t place, std::vector<std::uint8_t> typeLength
 
 } // namespace
 
-TEST(Records, EventAndSensorRecordOfOneSensorMeetInTheIndex)
-{
-    auto record = Event{}.record();
-    record[8] = 0x31;
-    auto sdr = voltageSdr();
-    sdr[6] = 0x31;
-    EXPECT_EQ(SELEntry(record).getIndex(), 0x203105);
-    EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).getIndex(), 0x203105);
-}
-
 TEST(Records, FactorsAreSignExtendedFromTheirPackedBits)
 {
     auto sdr = voltageSdr();

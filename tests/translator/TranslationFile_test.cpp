@@ -94,16 +94,6 @@ TEST(TranslationFile, AnEmptyTranslationCountsAsNotFound)
               "to make sure it is defined.");
 }
 
-TEST(TranslationFile, AnEmptyFieldReadsAsAny)
-{
-    const TranslationFile file = fileOf(sectionOf(8, L"&03\t0\n01\t\t\t\t\t\t\"text\"\n"));
-    const event& found = file.findGenericTranslation({.eventType = 3, .event1 = 0xA1, .event2 = 7, .event3 = 8});
-    EXPECT_EQ(found.translation, L"text");
-    EXPECT_EQ(found.assertSeverity, 0xFF);
-    EXPECT_EQ(found.deassertSeverity, 0xFF);
-    EXPECT_EQ(found.recommendAction, 0xFF);
-}
-
 TEST(TranslationFile, ExactEventDataGoBeforeAny)
 {
     const TranslationFile file = fileOf(sectionOf(9, L"&0F\t1\n"
@@ -139,22 +129,6 @@ TEST(TranslationFile, AMissingEventIsNamedInTheErrorOfItsTable)
         errorOf<PlatformTableError>([&] { file.findPlatformOverrideTranslation(0x28, key); }),
         "Unable to translate platform override event with event type code 0x6f, sensor type code 0xc, event1 0xa3, "
         "event2 0x1b, event3 0x2, and platformType 0x28");
-}
-
-TEST(TranslationFile, TablesGiveTheFieldsOfExactlyOneKey)
-{
-    const event entry{.assertSeverity = 2, .deassertSeverity = 1, .recommendAction = 9, .translation = L"text"};
-    EventTable events;
-    events.add(0x0F, packEventKey(2, 5, 0xFF), entry);
-    EXPECT_EQ(events.findTranslation(0x0F, 0x0205FFFF), L"text");
-    EXPECT_EQ(events.findAssertSev(0x0F, 0x0205FFFF), 2);
-    EXPECT_THROW(events.findTranslation(0x0F, 0x0206FFFF), EventTableError);
-    PlatformTable platforms;
-    platforms.add(0x28, packSensorKey(0x6F, 0x0C), packEventKey(2, 5, 0xFF), entry);
-    EXPECT_EQ(platforms.findDeassertSev(0x28, 0x6F0C, 0x0205FFFF), 1);
-    EXPECT_EQ(platforms.findRecommendAction(0x28, 0x6F0C, 0x0205FFFF), 9);
-    EXPECT_THROW(platforms.findTranslation(0x29, 0x6F0C, 0x0205FFFF), PlatformTableError);
-    EXPECT_THROW(platforms.findTranslation(0x28, 0x6F0D, 0x0205FFFF), OverrideTableError);
 }
 
 TEST(TranslationFile, AMissingFileIsError1183)

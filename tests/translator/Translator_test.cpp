@@ -53,15 +53,6 @@ TEST_F(TranslatorOfRecords, ThresholdTextHasReadingThresholdAndUnits)
     EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x59}), "Upper");
 }
 
-TEST_F(TranslatorOfRecords, WhatThereIsNoValueForIsSaid)
-{
-    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 200, .event3 = 190}),
-              "Warning the sensor Lower none none none Do it.");
-    translator.addSDR(voltageSdr().data(), 51);
-    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x00, .event2 = 200, .event3 = 190}),
-              "Warning P5V Lower none Volts none Do it.");
-}
-
 TEST_F(TranslatorOfRecords, UnitsHaveModifierAndRate)
 {
     const auto units = [&](int flags, int base, int modifier) {
@@ -142,19 +133,6 @@ TEST_F(TranslatorOfRecords, OemRecordsAreFoundByTheirBytes)
     EXPECT_EQ(translator.getSensorName(), L"OEM Non-Timestamped SEL event");
 }
 
-TEST_F(TranslatorOfRecords, TimeStampsBelowTheFirstRealTimeAreNoDates)
-{
-    const auto textOf = [](unsigned char low, unsigned char high) {
-        const unsigned char fill = low == 0xFF ? low : high;
-        const unsigned char top = low == 0xFF ? low : 0x20;
-        const unsigned char bytes[] = {low, fill, fill, top};
-        return TranslatorImpl::translateTimeStamp(bytes);
-    };
-    EXPECT_EQ(textOf(0xFF, 0), L"Invalid Time Stamp");
-    EXPECT_EQ(textOf(0, 0), L"Pre-Init Time Stamp");
-    EXPECT_EQ(textOf(1, 0), L"01/05/1987-18:48:33");
-}
-
 TEST_F(TranslatorOfRecords, AssertionTextHasItsFormByStateDirectionAndList)
 {
     EXPECT_EQ(text({.eventType = 3, .event1 = 1}), "reports it has been asserted, Assertion Event.");
@@ -218,15 +196,6 @@ TEST_F(TranslatorOfRecords, VersionsFollowTheFirmwareFamilyWhereTheRecordIsLongE
         EXPECT_EQ(translator.translate(record.data(), record.size()), version);
         EXPECT_EQ(translator.translate(record.data(), 16), L"01.2a");
     }
-}
-
-TEST_F(TranslatorOfRecords, RepositoryFailuresAreReported)
-{
-    const std::vector<std::uint8_t> blank(64);
-    EXPECT_EQ(failureOf([&] { translator.addSDR(blank.data(), 64); }), ERROR_SDR_REPOSITORY_EXCEPTION);
-    translator.addSDR(voltageSdr().data(), 51);
-    translator.removeSDR(0x20, 0, 5);
-    EXPECT_EQ(failureOf([&] { translator.removeSDR(0x20, 0, 5); }), ERROR_SDR_REPOSITORY_EXCEPTION);
 }
 
 TEST_F(TranslatorOfRecords, VoltageFaultNamesTheBitOfItsByte)
