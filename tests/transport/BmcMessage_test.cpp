@@ -46,14 +46,6 @@ protected:
     BMC_RESPONSE response{};
 };
 
-TEST_F(Message, AnswerIsFlattened)
-{
-    answers = {{0xC3, 0x41, 0x42}};
-    ASSERT_EQ(send(), 0) << "a completion code is no failure";
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&response);
-    EXPECT_THAT(Bytes(bytes, bytes + 9), ElementsAre(2, 0xC3, 1, 0x99, 6, 0x20, 0x99, 0x41, 0x42));
-}
-
 TEST_F(Message, DirectKcsExchangeKeepsTheRequestsHeader)
 {
     transportState().OpenIPMIPresence = 0;
@@ -137,16 +129,6 @@ TEST_F(Message, TypeAndVersionAreReadTwiceAndThenCached)
     EXPECT_EQ(GetBmcTypeVersion(&type, &version), deviceIdFailed);
     EXPECT_EQ(GetBmcType(&type), 1);
     EXPECT_EQ(type, 0u);
-}
-
-TEST_F(Message, PartialReadsOfOtherTargetsAreHalvedByTheDriver)
-{
-    const auto sizes = [] {
-        return std::vector{GetDriverBufferSize(0x20), GetDriverBufferSize(0x2C), GetDriverBufferSize(0xC0)};
-    };
-    EXPECT_THAT(sizes(), ElementsAre(64, 64, 32));
-    transportState().OpenIPMIPresence = 0;
-    EXPECT_THAT(sizes(), ElementsAre(128, 128, 128));
 }
 
 TEST_F(Message, FirmwareSendersKeepTheirSensesOfSuccess)

@@ -73,28 +73,6 @@ protected:
     BMC_RESPONSE flatResponse{};
 };
 
-TEST_F(Bridge, RequestIsWrappedAndAnswerUnwrapped)
-{
-    ASSERT_EQ(exchange(), 0);
-    EXPECT_THAT(sent.at(0), ElementsAre(0, 0xC0, 0x11, 0x2F, 0x20, 0x06, 0x2D, 0x33, 0x7A));
-    EXPECT_THAT((Bytes{response->target, response->netFn, response->lun, response->cmd, response->completionCode}),
-                ElementsAre(0xC0, 5, 1, 0x2D, 0x05));
-    EXPECT_THAT(Bytes(response->data, response->data + response->length), ElementsAre(0x71, 0x72));
-    for (const std::uint8_t engine : Bytes{0x2C, 0x88}) {
-        request->target = engine;
-        ASSERT_EQ(exchange(), 0);
-        EXPECT_EQ(sent.back()[0], 6);
-    }
-}
-
-TEST_F(Bridge, SequenceRunsFromOneTo3F)
-{
-    for (int i = 0; i < 0x40; ++i)
-        ASSERT_EQ(exchange(), 0);
-    EXPECT_EQ(sent[0x3E][5] >> 2, 0x3F);
-    EXPECT_EQ(sent[0x3F][5] >> 2, 1);
-}
-
 TEST_F(Bridge, StaleShortAndRefusedMessagesUseUpNoRound)
 {
     const Bytes cutShort{0x00, 0x40, 0x14, 0xCC, 0xC0, 0x05, 0x2D, 0x00};

@@ -46,13 +46,6 @@ TEST_F(Kcs, FrameGoesOutByWriteStartAndWriteEndBeforeItsLastByte)
     EXPECT_EQ(alarm.rung, 0);
 }
 
-TEST_F(Kcs, OneByteFrameHasNothingBetweenStartAndEnd)
-{
-    EXPECT_EQ(send({}), kcsBusy);
-    ASSERT_EQ(send({0x18}), kcsDone);
-    EXPECT_THAT(bmc.writes, ElementsAre(Pair(command, 0x61), Pair(command, 0x62), Pair(data, 0x18)));
-}
-
 TEST_F(Kcs, StaleByteIsDrainedBeforeTheFrame)
 {
     bmc.leaveByteBehind = true;
