@@ -73,28 +73,6 @@ TEST(FruText, FollowsTheTypeBits)
         EXPECT_EQ(fruText(test.typeLength, test.bytes, test.english), test.text) << test.text;
 }
 
-TEST(FruArea, FieldsHaveTheirNamesInOrder)
-{
-    using Field = std::pair<std::string, std::string>;
-    EXPECT_THAT(decodeFruArea(FruArea::Chassis, chassis),
-                ElementsAre(Field("TYPE", "Main Server Chassis"), Field("PART_NUMBER", "P1"),
-                            Field("SERIAL_NUMBER", "SN2"), Field("CUSTOM_FIELD[1]", "xy"), Field("CUSTOM_FIELD[2]", ""),
-                            Field("CUSTOM_FIELD[3]", "AB 0C")));
-    const Bytes board = area({0, 0x2F, 0x00, 0x01, 0xC2, 'm', 'k', 0xC0, 0xC2, 's', '1', 0x41, 0x42, 0xC1}, 3);
-    EXPECT_THAT(decodeFruArea(FruArea::Board, board),
-                ElementsAre(Field("LANGUAGE", "0"), Field("MFG_DATE", "02/15/1996-13:03:00"),
-                            Field("MANUFACTURER", "mk"), Field("PRODUCT_NAME", ""), Field("SERIAL_NUMBER", "s1"),
-                            Field("PART_NUMBER", "42"), Field("FRU_FILE_ID", "")));
-    EXPECT_EQ(textsOf(FruArea::Board, area({0, 0, 0, 0, 0xC1}, 1)).at(1), "") << "no date is not the epoch";
-    // 16-bit characters in another language, but for serial number and file
-    const Bytes product =
-        area({8, 0xC2, 0x3A, 0x30, 0xC0, 0xC0, 0xC0, 0xC2, 's', '2', 0xC2, 'a', 0, 0xC2, 'f', '1', 0xC1}, 3);
-    EXPECT_THAT(decodeFruArea(FruArea::Product, product),
-                ElementsAre(Field("LANGUAGE", "8"), Field("MANUFACTURER", "\xE3\x80\xBA"), Field("PRODUCT_NAME", ""),
-                            Field("PART_NUMBER", ""), Field("VERSION", ""), Field("SERIAL_NUMBER", "s2"),
-                            Field("ASSET_TAG", "a"), Field("FRU_FILE_ID", "f1")));
-}
-
 TEST(FruArea, UntrustworthyAreaHasEmptyFields)
 {
     const Damage damages[] = {
@@ -115,19 +93,6 @@ TEST(FruArea, UntrustworthyAreaHasEmptyFields)
     }
 }
 
-TEST(FruArea, FieldsBeforeTheDamageAreGiven)
-{
-    // a serial number of 63 bytes in an area of 16
-    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x17, 0xC2, 'P', '1', 0xFF, 'S'}, 2)),
-                ElementsAre("Rack Mount Chassis", "P1", ""));
-    // without an end mark the checksum ends the area, and the padding reads as empty fields
-    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x17, 0xC2, 'P', '1', 0xC5, '1', '2', '3', '4', '5'}, 2)),
-                ElementsAre("Rack Mount Chassis", "P1", "12345", "", "", ""));
-    // one byte more than there is before the checksum
-    EXPECT_THAT(textsOf(FruArea::Chassis, area({0x00, 0xC2, 'P', '1', 0xC9, '1', '2', '3', '4', '5', '6', '7'}, 2)),
-                ElementsAre("Unknown", "P1", ""));
-}
-
 TEST(FruArea, NoisePutsNoReaderPastTheArea)
 {
     std::minstd_rand noise(54);
@@ -143,23 +108,6 @@ TEST(FruArea, NoisePutsNoReaderPastTheArea)
             for (const std::string& text : textsOf(kind, bytes))
                 ASSERT_LE(text.size(), bytes.size() * 3);
     }
-}
-
-TEST(FruHeader, NamesAreasOnlyWhenSound)
-{
-    Bytes header{1, 0, 2, 0, 5, 0, 0};
-    appendChecksum(header);
-    EXPECT_THAT(fruAreaOffsets(header), ElementsAre(16U, 0U, 40U));
-    for (std::size_t at = 0; at < header.size(); ++at) {
-        Bytes damaged = header;
-        damaged[at] ^= 0x10;
-        EXPECT_THAT(fruAreaOffsets(damaged), Each(0U)) << at;
-    }
-    Bytes later{2, 0, 2, 0, 5, 0, 0};
-    appendChecksum(later);
-    EXPECT_THAT(fruAreaOffsets(later), Each(0U));
-    EXPECT_THAT(fruAreaOffsets(std::span(header).first(7)), Each(0U));
-    EXPECT_THAT(fruAreaOffsets(Bytes(8, 0xFF)), Each(0U));
 }
 
 class Fru : public SdrFixture {

@@ -66,12 +66,6 @@ TEST_F(InterpreterTest, EmptyLoopsRunTheirBodyOnceAsPlainCode)
     EXPECT_EQ(outOf(script({While("1 == 2", {note("w")}), note("!")})), "[]!w!");
 }
 
-TEST_F(InterpreterTest, WhileRunsAsLongAsItsTestHolds)
-{
-    EXPECT_EQ(outOf(script({Copy("1", "$N"), While("$N < 4", {note("$N"), Increment("$N", "$N")}), note("!")})),
-              "123!");
-}
-
 TEST_F(InterpreterTest, ReturnEndsTheScriptFromWithinNestedLoops)
 {
     const SymbolMap symbols = run(script({
@@ -126,12 +120,6 @@ TEST_F(InterpreterTest, RingOfNamesIsRefused)
     EXPECT_EQ(failureOf([&] { run(Copy("$A", "$D")); }), "1184 GET://BMC/TEST: symbols name one another without end");
 }
 
-TEST_F(InterpreterTest, UnknownTemplateIsAnInvalidQuery)
-{
-    SymbolMap symbols;
-    EXPECT_EQ(failureOf([&] { machine().run(symbols, "GET://BMC/NONE[3]"); }), "1001 GET://BMC/NONE[3]");
-}
-
 TEST_F(InterpreterTest, PacketSendsEveryValueOfItsSymbols)
 {
     stores->packets["P"] = Symbol(NODE_LEAF, {"$TARGET", "0A", "00", "11", "7", "$DATA"});
@@ -149,14 +137,6 @@ TEST_F(InterpreterTest, PacketSendsEveryValueOfItsSymbols)
     run(script({Copy("8", "$TARGET"), IPMI("P", "$D")}));
     EXPECT_EQ(table["$D"], Symbol("CC"));
     EXPECT_EQ(bmc.requests.size(), 2U);
-}
-
-TEST_F(InterpreterTest, CompletionCodeIsDecimal)
-{
-    stores->packets["P"] = Symbol(NODE_LEAF, {"20", "2E", "00", "7F"});
-    run(IPMI("P", "$D"));
-    EXPECT_EQ(table["$D"], Symbol("193"));
-    EXPECT_EQ(table["$BMC_COMPLETION_CODE"], Symbol("193"));
 }
 
 TEST_F(InterpreterTest, RequestThatIsNoneOrGetsNoAnswerFails)
@@ -205,14 +185,6 @@ TEST_F(InterpreterTest, MemoAnswersTheSameRequestOnce)
     EXPECT_EQ(to.size(), 1U);
 }
 
-TEST_F(InterpreterTest, TemplateLeavesTheCalledScriptsResult)
-{
-    addScript("GET://BMC/INNER[]", script({Copy("inner", "$SEEN"), Return("$INNER_NUMBER")}));
-    EXPECT_EQ(outOf(script({Template("GET://BMC/INNER[12]"), note("$RESULT"), note("$SEEN")})), "cinner");
-    EXPECT_EQ(table["$GET://BMC/INNER[12]"].text(), "c");
-    EXPECT_EQ(failureOf([&] { run(Template("GET://BMC/NONE")); }), "1001 GET://BMC/NONE");
-}
-
 TEST_F(InterpreterTest, CaughtFailureGoesOnInTheCallersScript)
 {
     addScript("GET://BMC/BAD", script({For("X", "0", "3", {Throw("ERROR_LAN_IP_GET")}), note("callee went on")}));
@@ -247,15 +219,6 @@ TEST_F(InterpreterTest, PollWaitsWithinAMinute)
     run(Poll("GET://BMC/STATE", "UP", "3", "1", "$D"));
     EXPECT_EQ(table["$D"].text(), "TRUE");
     EXPECT_EQ(outOf(script({Poll("GET://BMC/BAD", "UP", "3", "1", "$D"), note("$D")})), "FALSE");
-}
-
-TEST_F(InterpreterTest, ThrowKnowsItsNames)
-{
-    machine();
-    table["$CODE"] = "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT";
-    EXPECT_EQ(failureOf([&] { run(Throw("$CODE")); }), "2007 ");
-    EXPECT_EQ(failureOf([&] { run(Throw("ERROR_CR_CONFIGURATION_SET")); }), "1355 ");
-    EXPECT_EQ(failureOf([&] { run(Throw("NO_SUCH_NAME")); }), "0 ");
 }
 
 } // namespace

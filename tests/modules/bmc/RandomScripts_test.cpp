@@ -1,3 +1,4 @@
+#include "common/Util.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
@@ -15,65 +16,18 @@ protected:
 
     std::string operand()
     {
-        static const std::vector<std::string> pool = {"$A",
-                                                      "$B",
-                                                      "$C",
-                                                      "$RESULT",
-                                                      "$A",
-                                                      "$B",
-                                                      "$",
-                                                      "$A$B",
-                                                      "",
-                                                      "0",
-                                                      "1",
-                                                      "2",
-                                                      "3",
-                                                      "-1",
-                                                      "10",
-                                                      "FF",
-                                                      "80000000",
-                                                      "9223372036854775807",
-                                                      "-9223372036854775808",
-                                                      "99999999999999999999",
-                                                      "1-SIZE",
-                                                      "0-$A",
-                                                      "-",
-                                                      "SIZE",
-                                                      "==",
-                                                      "!=",
-                                                      "<",
-                                                      ">=",
-                                                      "AND",
-                                                      "OR",
-                                                      "STRING",
-                                                      "RANGE_CHECK",
-                                                      "STR_SIZE_CHECK",
-                                                      "ADD",
-                                                      "MULTIPLY",
-                                                      "DEVIDE",
-                                                      "HEX2DEC",
-                                                      "DEC2HEX",
-                                                      "HEX2STR",
-                                                      "STR2HEX",
-                                                      "MASK",
-                                                      "BIT_OR",
-                                                      "LEFT_SHIFT",
-                                                      "RIGHT_SHIFT",
-                                                      "VALIDATE_MAC",
-                                                      "VALIDATE_IPV6",
-                                                      ":SPACE",
-                                                      ":NULL",
-                                                      "+",
-                                                      "P",
-                                                      "F",
-                                                      "GET://T",
-                                                      "SET://T",
-                                                      "GET://BMC/ONE",
-                                                      "GET://BMC/TWO[3]",
-                                                      "GET://BMC/TWO[$A]",
-                                                      "GET://BMC/ONE/@children",
-                                                      "GET://BMC//X",
-                                                      "ERROR_LAN_IP_GET"};
+        static const std::vector<std::string> pool = [] {
+            std::vector<std::string> words =
+                Util::split("$A $B $C $RESULT $A $B $ $A$B 0 1 2 3 -1 10 FF 80000000 9223372036854775807 "
+                            "-9223372036854775808 99999999999999999999 1-SIZE 0-$A - SIZE == != < >= AND OR STRING "
+                            "RANGE_CHECK STR_SIZE_CHECK ADD MULTIPLY DEVIDE HEX2DEC DEC2HEX HEX2STR STR2HEX MASK "
+                            "BIT_OR LEFT_SHIFT RIGHT_SHIFT VALIDATE_MAC VALIDATE_IPV6 :SPACE :NULL + P F GET://T "
+                            "SET://T GET://BMC/ONE GET://BMC/TWO[3] GET://BMC/TWO[$A] GET://BMC/ONE/@children "
+                            "GET://BMC//X ERROR_LAN_IP_GET",
+                            " ");
+            words.push_back("");
+            return words;
+        }();
         return pool[below(pool.size())];
     }
 

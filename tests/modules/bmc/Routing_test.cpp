@@ -1,5 +1,4 @@
 #include "modules/bmc/BMCConfigModule.hpp"
-#include "modules/bmc/HandlerTable.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
 #include <atomic>
@@ -9,24 +8,6 @@ namespace Module::BMCConfig {
 namespace {
 
 using namespace steps;
-
-TEST(Paths, SubscriptsAreEmptiedOrRemoved)
-{
-    EXPECT_EQ(Interpreter::handleIndexes("GET://BMC/LAN[3]/IP[x]"), "GET://BMC/LAN[]/IP[]");
-    EXPECT_EQ(Interpreter::handleIndexes("GET://BMC/CHANNEL[@INDEXES]"), "GET://BMC/CHANNEL[@INDEXES]");
-    EXPECT_EQ(Interpreter::handleIndexes("A[1"), "A[]");
-    EXPECT_EQ(Interpreter::handleIndexes("A["), "A[]");
-    EXPECT_EQ(Interpreter::removeIndexes("GET://BMC/LAN[3]/IP"), "GET://BMC/LAN/IP");
-}
-
-TEST(Paths, ChildrenGetTheirParentsPath)
-{
-    EXPECT_EQ(Interpreter::build("GET://BMC/LAN[2]/AUTH", "OEM"), "/BMC/LAN[2]/AUTH/OEM");
-    EXPECT_EQ(Interpreter::build("GET://BMC/SDR", "SDR[7]"), "/BMC/SDR[7]");
-    EXPECT_EQ(Interpreter::build("GET://BMC/SDR", "/BMC/SDR[7]"), "/BMC/SDR[7]");
-    EXPECT_EQ(Interpreter::just_leaves(Symbol(NODE_NONLEAF, {"/BMC/A", "x"})).values, std::vector<std::string>{"x"});
-    EXPECT_EQ(Interpreter::just_leaves(Symbol("/BMC/A")).text(), "/BMC/A");
-}
 
 class Routing : public EngineTest {
 protected:
@@ -50,14 +31,6 @@ TEST_F(Routing, BranchBringsItsWholeSubtree)
     EXPECT_EQ(results.at("/BMC/TREE").mXNodeList, (std::vector<std::string>{"/BMC/TREE/A", "/BMC/TREE/B"}));
     EXPECT_EQ(results.at("/BMC/TREE/A/ONE").mXNodeList, std::vector<std::string>{"x+y"});
     EXPECT_TRUE(results.at("/BMC/TREE/B").mXNodeList.empty()) << "a sibling's result was taken for it";
-}
-
-TEST_F(Routing, ChildrenAreListedWithoutAVisit)
-{
-    addScript("GET://BMC/TREE[]", branch({"A", "B"}));
-    const ResultMap results = ask("GET://BMC/TREE[4]/@children");
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results.at("/BMC/TREE[4]").mXNodeList, (std::vector<std::string>{"/BMC/TREE[4]/A", "/BMC/TREE[4]/B"}));
 }
 
 TEST_F(Routing, TreeThatNamesItselfEnds)
@@ -84,17 +57,6 @@ TEST_F(Routing, SubscriptsBecomeSymbols)
     EXPECT_EQ(failureOf([&] { machine().extract_and_inject("GET://BMC/SOL[1"); }), "1105 end ] bracket not found");
 }
 
-TEST_F(Routing, SetHandsValuesAndParametersToTheScript)
-{
-    addScript("SET://BMC/LAN[]/IP", Return("$IP"));
-    addScript("SET://BMC/RAW", FormatString("$LOWER", "-", "$UPPER", "$RESULT"));
-    SymbolMap symbols;
-    machine().set(symbols, "SET://BMC/LAN[1]/IP", "10.0.0.1");
-    machine().set(symbols, "SET://BMC/RAW", {{"LOWER", "1"}, {"UPPER", "2"}});
-    EXPECT_EQ(symbols["SET://BMC/LAN[1]/IP"].text(), "10.0.0.1");
-    EXPECT_EQ(symbols["SET://BMC/RAW"].text(), "1-2");
-}
-
 struct EchoHandler : Handler {
     void process(const std::string& query, SymbolMap& symbols) override { symbols[query] = "handled"; }
 };
@@ -111,42 +73,7 @@ TEST_F(Routing, FirstMatchingRuleAnswersAndARuleWithoutHandlerMeansTheScript)
     EXPECT_EQ(ask("GET://BMC/PLAIN/X").at("/BMC/PLAIN/X").mXNodeList, std::vector<std::string>{"script"});
 }
 
-TEST(HandlerTable, SensorWordsCountOutsideTheSubjectsBeforeThem)
-{
-    const auto ruleOf = [](const std::string& query) {
-        std::size_t at = 0;
-        for (const HandlerRule& rule : handlerRules()) {
-            if (rule.matches(query, Interpreter::handleIndexes(query)))
-                return at;
-            ++at;
-        }
-        return at;
-    };
-    EXPECT_EQ(ruleOf("GET://BMC/SDR/TOLERANCE"), 0U);
-    EXPECT_EQ(ruleOf("GET://BMC/FRU/ACCURACY"), 3U);
-    EXPECT_EQ(ruleOf("GET://BMC/SENSOR/TOLERANCE[7]"), 4U);
-    EXPECT_EQ(ruleOf("GET://BMC/SENSOR/DISPLAY"), 5U);
-    EXPECT_EQ(ruleOf("GET://BMC/INFO/VERSION"), 6U);
-}
-
 class BMCConfigModuleTest : public EngineTest {};
-
-TEST_F(BMCConfigModuleTest, AbsentPartsAreReportedAsSuch)
-{
-    bmc.on(0x06, 0x01, IpmiAnswer{});
-    ResultMap results;
-    BMCConfigModule module;
-    EXPECT_EQ(failureOf([&] { module.Process("/BMC/INFO/HSC_OP_AREA_VERSION", results); }).substr(0, 4), "1121");
-    EXPECT_EQ(failureOf([&] { module.Process("/BMC/INFO/LCP_BOOT_AREA_VERSION", results); }).substr(0, 4), "1129");
-    EXPECT_EQ(failureOf([&] { module.Process("/BMC/NONE", results); }), "1001 GET://BMC/NONE");
-}
-
-TEST_F(BMCConfigModuleTest, FruFailureHasItsOwnError)
-{
-    ResultMap results;
-    BMCConfigModule module;
-    EXPECT_EQ(failureOf([&] { module.ProcessXQuery("/BMC/FRU", {{"DEVICE_ID", "00"}}, results, 0); }), "1119 /BMC/FRU");
-}
 
 TEST_F(BMCConfigModuleTest, ThreadsAskAtOnce)
 {

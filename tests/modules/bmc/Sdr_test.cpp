@@ -71,14 +71,6 @@ TEST_F(Sdr, RecordThatNeverReadsEndsTheWalkAfterHundredRepeatsAndLeavesTheRest)
     EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(2));
 }
 
-TEST_F(Sdr, RefusedReservationGivesNoRecordsAndNoException)
-{
-    bmc.on(0x0A, 0x22, IpmiAnswer{0xC1});
-    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "0");
-    EXPECT_THAT(get("/BMC/SDR/SENSOR_TYPE[1]").at("/BMC/SDR/SENSOR_TYPE[1]").mXNodeList, IsEmpty());
-    EXPECT_EQ(count(0x23), 0U);
-}
-
 TEST_F(Sdr, OnlyBothBytesOfTheNextIdEndTheWalk)
 {
     records = {full(1, 1, 1, {}), full(0x01FF, 2, 1, {}), full(0xFF02, 3, 1, {})};

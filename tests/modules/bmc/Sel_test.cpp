@@ -38,22 +38,10 @@ protected:
     /// A correctable error of the memory sensor 5 of the BMC.
     static Bytes event(unsigned id, std::uint8_t generator = 0x20)
     {
-        return {static_cast<std::uint8_t>(id),
-                static_cast<std::uint8_t>(id >> 8),
-                2,
-                0,
-                0,
-                0,
-                0x50,
-                generator,
-                0x31,
-                4,
-                0x0C,
-                5,
-                0x6F,
-                0x01,
-                0xA2,
-                0x0F};
+        Bytes bytes{0, 0, 2, 0, 0, 0, 0x50, generator, 0x31, 4, 0x0C, 5, 0x6F, 0x01, 0xA2, 0x0F};
+        bytes[0] = static_cast<std::uint8_t>(id);
+        bytes[1] = static_cast<std::uint8_t>(id >> 8);
+        return bytes;
     }
 
     void fill(std::initializer_list<unsigned> ids)
@@ -369,25 +357,6 @@ TEST_F(Sel, ThreadsShareTheTranslator)
     ask();
     other.join();
     EXPECT_EQ(good, 40);
-}
-
-TEST(SelWords, TimesAndLanguages)
-{
-    const std::pair<std::uint32_t, const char*> times[] = {{0xFFFFFFFF, "Invalid Time Stamp"},
-                                                           {0, "Pre-Init Time Stamp"},
-                                                           {0x20000000, "Pre-Init Time Stamp"},
-                                                           {0x20000001, "01/05/1987-18:48:33"},
-                                                           {0xFFFFFFFE, "02/07/2106-06:28:14"}};
-    std::string text;
-    for (const auto& [seconds, expected] : times) {
-        Module::BMCConfig::Sel::DecodeTimeStamp(seconds, text);
-        EXPECT_EQ(text, expected);
-    }
-    const std::pair<int, const char*> languages[] = {{1028, "CHI"}, {2052, "CHS"}, {1033, "ENU"}, {0, "ENU"}};
-    for (const auto& [id, expected] : languages) {
-        Module::BMCConfig::Sel::GetLanguageStringFromLangId(id, text);
-        EXPECT_EQ(text, expected);
-    }
 }
 
 } // namespace

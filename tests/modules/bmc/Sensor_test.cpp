@@ -31,23 +31,6 @@ TEST_F(Sensor, NamesAreDecodedByTheirCoding)
               "a long name of thirty chars...");
 }
 
-TEST_F(Sensor, CompactRecordIsNeverANumber)
-{
-    records = {compact(1, 6, 1, 1)};
-    bmc.on(0x04, 0x2D, IpmiAnswer{0, 0x40, 0xC0, 0x01, 0x80});
-    EXPECT_EQ(text("/BMC/SENSOR[6]/INTERPRET_SENSOR_VALUE"), "UNKNOWN");
-    EXPECT_EQ(text("/BMC/SENSOR[6]/RESOLUTION"), "");
-}
-
-TEST_F(Sensor, ResolutionIsCutToAnInteger)
-{
-    // units, base, modifier, linearisation, M, M and tolerance, B, B and accuracy, accuracy, exponents
-    records = {full(1, 7, 1, {0, 1, 0, 0, 0x0F, 0xC0, 0, 0, 0, 0xF0}),
-               full(2, 8, 1, {0, 1, 0, 0, 2, 0, 0, 0, 0, 0x70})};
-    EXPECT_EQ(text("/BMC/SENSOR[7]/RESOLUTION"), "24") << "M -241, exponent -1";
-    EXPECT_EQ(text("/BMC/SENSOR[8]/RESOLUTION"), "20000000");
-}
-
 TEST_F(Sensor, DisplayListsEachSensorOnceAndGoesOnAfterFailures)
 {
     records = {full(1, 5, 1, {0, 1, 0, 0, 1}), compact(2, 6, 8, 0x6F), full(3, 5, 1, {0, 1, 0, 0, 1}),

@@ -15,14 +15,6 @@ std::shared_ptr<Stores> storesWithConstant()
     return stores;
 }
 
-TEST(SymbolTable, NamesAreToldFromLiterals)
-{
-    EXPECT_TRUE(test_for_symbol("$A"));
-    EXPECT_TRUE(test_for_symbol("$/IPMI/APP_NET_FUNCTION"));
-    for (const char* literal : {"", "$", "$A$B", "A", "A$"})
-        EXPECT_FALSE(test_for_symbol(literal)) << literal;
-}
-
 TEST(SymbolTable, UnsetSymbolIsMadeByReadingIt)
 {
     SymbolTable table;
@@ -41,15 +33,6 @@ TEST(SymbolTable, LiteralReadsAsItselfAndWritesToItAreLost)
     EXPECT_EQ(table["0"].text(), "0");
     EXPECT_EQ(table.read("$A$B").text(), "$A$B");
     EXPECT_EQ(table.size(), 0U);
-}
-
-TEST(SymbolTable, SetServesPlainKeysOnly)
-{
-    SymbolTable table;
-    table.set("$A", Symbol("x"));
-    table.set("PLAIN", Symbol("y"));
-    EXPECT_EQ(table.find("$A"), nullptr);
-    EXPECT_EQ(table.find("PLAIN")->text(), "y");
 }
 
 TEST(SymbolTable, OverlayLeavesTheConstantsOfOtherQueriesAlone)
@@ -100,17 +83,6 @@ TEST(Strip, CutsThePrefixesLengthWhereverThePrefixStands)
     EXPECT_EQ(strip("GET://BMC", "GET:/"), "/BMC");
     EXPECT_EQ(strip("/BMC", "GET:/"), "/BMC");
     EXPECT_EQ(strip("01234GET:/", "GET:/"), "GET:/");
-}
-
-TEST(Cache, KeysAreSafeNamesOfTheConnection)
-{
-    EXPECT_EQ(Cache::safe_key("GET://BMC/SDR[1]", BMC_EXEC_LOCAL), "localhost@GET:__BMC_SDR[1]_CACHE");
-    Cache::instance().Clear();
-    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_LOCAL), Symbol());
-    Cache::instance().Set("GET://BMC/SDR[1]", Symbol("01 02"), BMC_EXEC_LOCAL, true);
-    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_LOCAL).text(), "01 02");
-    EXPECT_EQ(Cache::instance().Get("GET://BMC/SDR[1]", BMC_EXEC_OUT_OF_BAND), Symbol());
-    Cache::instance().Clear();
 }
 
 TEST(Cache, ServesThreadsEvenWithNamedLocksOff)
