@@ -206,27 +206,6 @@ TEST_F(MibHandlers, RowsCarryMagicSuffixAndTypeOfTheirPlace)
         }
 }
 
-TEST_F(MibHandlers, RoadsOfTheColumnsAreLiveWhereTheValueCanChange)
-{
-    struct {
-        Through through;
-        int count;
-    } const roads[] = {{Through::intInfo, 63}, {Through::intData, 51}, {Through::strInfo, 43}, {Through::strData, 14}};
-    for (const Object& object : objects())
-        for (const variable2& row : object.rows)
-            getInstance(object, row, object.isTable ? 1 : 0);
-    for (const auto& road : roads)
-        EXPECT_EQ(std::ranges::count(client.calls, road.through, &Call::through), road.count)
-            << static_cast<int>(road.through);
-}
-
-TEST_F(MibHandlers, FirstColumnOfTheThirdRowIsThree)
-{
-    const Object& object = objectOf(VOLTAGE);
-    EXPECT_EQ(getInstance(object, object.rows[0], 3).number(), 3);
-    EXPECT_TRUE(client.calls.empty());
-}
-
 TEST_F(MibHandlers, RowsThatDoNotExistAreMissed)
 {
     const Object& object = objectOf(TEMPERATURE);
@@ -279,17 +258,6 @@ TEST_F(MibHandlers, NextRowIsTheOneAfterTheName)
     EXPECT_EQ(ask(column, object.rows[1], column, false).value, nullptr);
 }
 
-TEST_F(MibHandlers, ScalarHasTheOneInstanceZero)
-{
-    const Object& object = objectOf(SMINFO);
-    const auto column = columnName(object, object.rows[1]);
-    EXPECT_EQ(getInstance(object, object.rows[1], 0).text(), "value");
-    EXPECT_EQ(getInstance(object, object.rows[1], 1).value, nullptr);
-    const Answer next = ask(column, object.rows[1], column, false);
-    EXPECT_EQ(next.name.back(), 0u);
-    EXPECT_EQ(ask(column, object.rows[1], next.name, false).value, nullptr);
-}
-
 TEST_F(MibHandlers, WhatCannotBeReadIsZeroOrEmpty)
 {
     const Object& object = objectOf(DRIVESLOT);
@@ -313,16 +281,6 @@ TEST_F(MibHandlers, TextIsCutAtTheBuffer)
         const Answer answer = getInstance(object, object.rows[entity == SMINFO ? 1 : 2], entity == SMINFO ? 0 : 1);
         EXPECT_EQ(answer.text(), std::string(2559, 'x'));
         EXPECT_EQ(answer.value[2559], '\0');
-    }
-}
-
-TEST_F(MibHandlers, UnknownMagicHasNoAnswer)
-{
-    for (const int magic : {0, 1, 2, 18, 255}) {
-        const Object& object = objectOf(VOLTAGE);
-        variable2 row = object.rows[0];
-        row.magic = static_cast<u_char>(magic);
-        EXPECT_EQ(getInstance(object, row, 1).value, nullptr) << magic;
     }
 }
 

@@ -10,25 +10,11 @@
 #include <filesystem>
 #include <sstream>
 #include <sys/file.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 namespace fs = std::filesystem;
-
-/// Runs `body` in a process of its own and gives its exit status, or -1 if a signal ended it.
-template<class Body>
-int exitStatusOf(Body body)
-{
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(body());
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 std::string contents(const fs::path& path)
 {
@@ -36,41 +22,7 @@ std::string contents(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-int softStackLimitAfterRaising(rlim_t soft)
-{
-    return exitStatusOf([soft] {
-        rlimit limit{soft, RLIM_INFINITY};
-        getrlimit(RLIMIT_STACK, &limit);
-        limit.rlim_cur = soft;
-        setrlimit(RLIMIT_STACK, &limit);
-        raiseStackLimit();
-        getrlimit(RLIMIT_STACK, &limit);
-        return limit.rlim_cur == soft ? 1 : limit.rlim_cur == 20'971'520 ? 2 : 3;
-    });
-}
 } // namespace
-
-TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
-{
-    EXPECT_EQ(softStackLimitAfterRaising(8'388'608), 2);
-    EXPECT_EQ(softStackLimitAfterRaising(20'971'519), 2);
-    EXPECT_EQ(softStackLimitAfterRaising(20'975'616), 1);
-}
-
-TEST(Process, ClosedStandardDescriptorsGoToDevNull)
-{
-    for (const int closed : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        EXPECT_EQ(exitStatusOf([closed] {
-                      close(closed);
-                      openStandardDescriptors();
-                      struct stat opened {};
-                      struct stat null {};
-                      fstat(closed, &opened);
-                      stat("/dev/null", &null);
-                      return opened.st_rdev == null.st_rdev && open("/dev/null", O_RDONLY) > STDERR_FILENO ? 0 : 1;
-                  }),
-                  0);
-}
 
 TEST(Process, PidFileIsOverwrittenInPlace)
 {
@@ -79,16 +31,6 @@ TEST(Process, PidFileIsOverwrittenInPlace)
     writePidFile();
     const std::string pid = std::to_string(getpid()) + "\n";
     EXPECT_EQ(contents(path), pid + std::string("12345678901234\n").substr(pid.size()));
-}
-
-TEST(Process, PidFileIsMadeReadableForAll)
-{
-    TempRoot root;
-    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
-    const mode_t before = umask(0);
-    writePidFile();
-    umask(before);
-    EXPECT_EQ(fs::status(root.resolve(pidFile)).permissions(), fs::perms(0644));
 }
 
 TEST(Process, PidFileIsNoWayToAnotherFile)
@@ -110,14 +52,6 @@ TEST(Process, PidFileIsWrittenAlthoughSomebodyHoldsItsLock)
     writePidFile();
     close(holder);
     EXPECT_EQ(contents(path), std::to_string(getpid()) + "\n");
-}
-
-TEST(ProcessDeathTest, WatcherLeavesWithStatusZero)
-{
-    EXPECT_EXIT(endWatch(0), testing::ExitedWithCode(0), "^$");
-    EXPECT_EXIT(endWatch(W_EXITCODE(3, 0)), testing::ExitedWithCode(0), "^$");
-    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGKILL)), testing::ExitedWithCode(0), "Signal received at: .*\nKilled by 9\n");
-    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGFPE)), testing::ExitedWithCode(0), "Killed by 8\n");
 }
 
 TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
