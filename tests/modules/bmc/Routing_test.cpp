@@ -57,22 +57,6 @@ TEST_F(Routing, SubscriptsBecomeSymbols)
     EXPECT_EQ(failureOf([&] { machine().extract_and_inject("GET://BMC/SOL[1"); }), "1105 end ] bracket not found");
 }
 
-struct EchoHandler : Handler {
-    void process(const std::string& query, SymbolMap& symbols) override { symbols[query] = "handled"; }
-};
-
-TEST_F(Routing, FirstMatchingRuleAnswersAndARuleWithoutHandlerMeansTheScript)
-{
-    rules = {{[](const std::string& query, const std::string&) { return query.find("/PLAIN") != std::string::npos; },
-              nullptr},
-             {[](const std::string&, const std::string& emptied) { return emptied == "GET://BMC/X[]"; },
-              [](Interpreter*, _BMC_EXEC) -> std::unique_ptr<Handler> { return std::make_unique<EchoHandler>(); }}};
-    addScript("GET://BMC/PLAIN/X", Return("script"));
-    EXPECT_EQ(ask("GET://BMC/X[3]").at("/BMC/X[3]").mXNodeList, std::vector<std::string>{"handled"});
-    EXPECT_EQ(table["$GET://BMC/X[3]"].text(), "handled");
-    EXPECT_EQ(ask("GET://BMC/PLAIN/X").at("/BMC/PLAIN/X").mXNodeList, std::vector<std::string>{"script"});
-}
-
 class BMCConfigModuleTest : public EngineTest {};
 
 TEST_F(BMCConfigModuleTest, ThreadsAskAtOnce)

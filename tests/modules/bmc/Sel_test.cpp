@@ -267,23 +267,6 @@ TEST_F(Sel, WithoutATranslationFileTheRecordStandsAndALaterFileIsTaken)
     EXPECT_EQ(field(translate({}), 1, "SEVERITY"), "CRITICAL");
 }
 
-TEST_F(Sel, RecordsOfMakersAndOfTheOperatingSystem)
-{
-    const std::map<int, std::string> rows = {{220, "Operating system bootup. 07/13/2012-11:01:20"},
-                                             {221, "Operating system shutdown. 07/13/2012-11:01:20"},
-                                             {222, "Operating system bug check. 07/13/2012-11:01:20"},
-                                             {0xDF, "Unknown Event. 07/13/2012-11:01:20"},
-                                             {0xE0, "of the maker Invalid Time Stamp"}};
-    for (const auto& [type, expected] : rows) {
-        log = {event(1)};
-        log[0][2] = static_cast<std::uint8_t>(type);
-        log[0][15] = 0xEE;
-        const ResultMap results = translate({});
-        EXPECT_EQ(field(results, 0, "DESCR") + " " + field(results, 0, "TIMESTAMP"), expected);
-        EXPECT_EQ(field(results, 0, "SENSOR_NAME"), "OEM Event");
-    }
-}
-
 TEST_F(Sel, AnyBytesMakeARecordThatReadersHaveRoomFor)
 {
     const std::string description =
