@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr char chassisType[] = "/BMC/FRU[0]/RECORD/DECODED/CHASSISAREA/TYPE";
 constexpr char intrusionReading[] = "/BMC/SENSOR[115]/VALUE";
 
 class Chassis : public ClientFixture {
@@ -35,19 +34,6 @@ protected:
 
     chassisInfo group;
 };
-
-TEST_F(Chassis, BothNamesOfTheMainChassisAreTheSameAndOthersUnknown)
-{
-    for (const auto& [word, type] : {std::pair{"Main Server Chassis", 17},
-                                     {"Main System Chassis", 17},
-                                     {"main server chassis", 2},
-                                     {"Blade", 2}}) {
-        cache_map.clear();
-        sdk.answer(chassisType, word);
-        group.init();
-        EXPECT_EQ(info(CHASSIS_CONTAINERTYPE), type) << word;
-    }
-}
 
 TEST_F(Chassis, OnlyAnOpenLidIsCritical)
 {

@@ -3,9 +3,6 @@
 #include "client/Functions.hpp"
 #include "tests/client/ClientFixture.hpp"
 
-#include <cstdlib>
-#include <memory>
-
 namespace {
 
 class Status : public ClientFixture {};
