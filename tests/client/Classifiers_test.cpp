@@ -10,7 +10,6 @@
 
 namespace {
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 

@@ -3,7 +3,6 @@
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 
-#include <cstdlib>
 #include <sys/stat.h>
 
 namespace {

@@ -12,7 +12,6 @@ using Module::BMCConfig::fruText;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Le;
 
 namespace {
 

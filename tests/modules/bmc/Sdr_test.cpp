@@ -3,8 +3,6 @@
 #include <atomic>
 #include <thread>
 
-using testing::IsEmpty;
-using testing::Le;
 using testing::SizeIs;
 
 namespace {

@@ -8,7 +8,6 @@
 #include <thread>
 
 using Module::BMCConfig::BMCConfigModule;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -17,8 +16,7 @@ namespace {
 
 constexpr char words[] = "$1 1\n&\n2C\t\"Chipset\"\n^ $3 2\n&\n0\t\"Informational\"\n2\t\"CRITICAL\"\n^\n"
                          "$4 1\n&\nC\t\"Memory\"\n^ $15 1\n&\nA\t\"none\"\n^\n"
-                         "$9 1\n&\n&0C\t0\n01\t\t\t2\t0\t\t\"[sensor_name] lost a bit\"\n^\n"
-                         "$11 1\n&\n\t\t\t\t\t\t\t\t\t\t\t\tEE\t\t\"of the maker\"\n^\n";
+                         "$9 1\n&\n&0C\t0\n01\t\t\t2\t0\t\t\"[sensor_name] lost a bit\"\n^\n";
 
 class Sel : public SdrFixture {
 protected:
