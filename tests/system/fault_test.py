@@ -1,0 +1,199 @@
+"""A controller that is dead, slow or lies: what its faults cost, and that the agent goes on and comes back.
+
+What a row shows while its reading fails is the reading of the start: rows keep that one, and each request starts from it."""
+
+import contextlib
+import os
+import signal
+import tempfile
+import threading
+import time
+import unittest
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+from hwtools.bench import Agent, MasterAgent, Simulator
+from hwtools.board import BMC_ADDRESS
+from hwtools.faultline import Fault, FaultLine
+from hwtools.mibtable import find_object
+from hwtools.processes import BenchError, wait_until
+from hwtools.tables import read_object
+
+SENSOR, STORAGE = 0x04, 0x0A
+GET_READING, RESERVE_SDRS, GET_SDR = 0x2D, 0x22, 0x23
+OK, BUSY, UNKNOWN, TIMEOUT, LOST, RANGE, ABSENT, FIELD, INITIALISING, UNSPECIFIED = (
+    0, 0xC0, 0xC1, 0xC3, 0xC5, 0xC9, 0xCB, 0xCC, 0xD2, 0xFF)
+CODES = (BUSY, UNKNOWN, TIMEOUT, LOST, RANGE, ABSENT, FIELD, INITIALISING, UNSPECIFIED)
+SENSORS = range(1, 15)
+SCANNED = 0xC0
+WARM = 1         # seconds in which a value is answered
+UNANSWERED = 4   # seconds that the driver waits for the controller
+BACK = 15        # seconds for the next refresh and what is left of this one
+
+BOARD = f"""from hwtools.board import TEMPERATURE, Board
+board = Board("faulty")
+for number in range({SENSORS[0]}, {SENSORS[-1] + 1}):
+    board.analog(number, TEMPERATURE, f"Probe {{number}}", number, "degrees C", thresholds=dict(unc=200))
+"""
+
+
+def reading_fault(number, **deed):
+    return Fault(SENSOR, GET_READING, (number,), **deed)
+
+
+class Bench:
+    """A running agent on a line that can be spoilt. Notes how long its answers take."""
+
+    def __init__(self, stack, faults=()):
+        folder = Path(stack.enter_context(tempfile.TemporaryDirectory()))
+        (folder / "faulty.py").write_text(BOARD)
+        self.simulator = stack.enter_context(Simulator(folder / "faulty.py", folder / "bmc"))
+        self.line = stack.enter_context(FaultLine(self.simulator))
+        stack.enter_context(self.line.faulty(*faults))
+        self.master = stack.enter_context(MasterAgent(folder / "master"))
+        self.agent = stack.enter_context(Agent(folder / "agent", self.line, self.master))
+        self.agent.wait_served()
+        self.pid, self.slowest = self.agent.pid, 0
+        self.raised = 0
+
+    def read(self, name):
+        began = time.monotonic()
+        found = read_object(f"127.0.0.1:{self.master.port}", find_object(name))
+        self.slowest = max(self.slowest, time.monotonic() - began)
+        return found
+
+    def readings(self):
+        """Degrees by number of the sensor; rows come in the order of the record names as texts."""
+        found = self.read("temperatureProbeTable")
+        numbers = [int(row["temperatureDescription"].split()[1]) for row in found]
+        return dict(zip(numbers, (row["temperatureReading"] // 10 for row in found)))
+
+    def raise_all(self):
+        self.raised += 20
+        for number in SENSORS:
+            self.simulator.say(f"sensor_set_value {BMC_ADDRESS:#x} 0 {number:#x} {number + self.raised} 0")
+
+    def wait_shown(self, seconds=BACK, changed=None):
+        """Waits until all rows show the present values, but for those of `changed`."""
+        want = {number: number + self.raised for number in SENSORS} | (changed or {})
+        found = {}
+
+        def shown():
+            found.clear()
+            found.update(self.readings())
+            return found == want
+
+        try:
+            wait_until(shown, seconds, "a refresh to these values", 0.25)
+        except BenchError as failure:
+            wrong = {n: (found.get(n), value) for n, value in want.items() if found.get(n) != value}
+            raise AssertionError(f"{failure}: {{sensor: (shown, wanted)}} {wrong}") from failure
+
+
+class RunningAgent(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        with contextlib.ExitStack() as stack:
+            cls.bench = Bench(stack)
+            cls.bench.raise_all()
+            cls.bench.wait_shown()
+            cls.addClassCleanup(stack.pop_all().close)
+
+    def setUp(self):
+        self.bench.slowest = 0
+
+    def tearDown(self):
+        self.assertEqual(self.bench.agent.pid, self.bench.pid)
+        self.assertIn(self.bench.pid, self.bench.agent.processes())
+
+    def spoil(self, cases, seconds=BACK):
+        """All deeds at once, each on a sensor of its own; the others go on, and all are right afterwards. `cases`: deed, and
+        what the row shows meanwhile (None: the present value)."""
+        self.bench.raise_all()
+        changed = {n: n + self.bench.raised if shown is None else shown for n, (_, shown) in enumerate(cases, 1)}
+        with self.bench.line.faulty(*(reading_fault(n, **deed) for n, (deed, _) in enumerate(cases, 1))):
+            self.bench.wait_shown(seconds, changed)
+        self.bench.wait_shown()
+
+    def test_completion_codes_cost_the_readings_that_they_answer_and_late_answers_nothing(self):
+        self.spoil([(dict(code=code), n) for n, code in enumerate(CODES, 1)] + [(dict(delay=2), None)])
+        self.assertLess(self.bench.slowest, WARM)
+
+    def test_answers_of_every_length_are_taken_as_far_as_they_go(self):
+        # what is too long for the driver or its caller counts as an answer without data
+        self.spoil([(dict(answer=b""), 1), (dict(answer=bytes((OK,))), 0), (dict(answer=bytes((OK, 99))), 99),
+                    (dict(answer=bytes((OK, 98, SCANNED))), 98), (dict(answer=bytes((OK, 97, SCANNED)) + bytes(253)), 97),
+                    (dict(answer=bytes((OK, 96, SCANNED)) + bytes(254)), 0), (dict(append=bytes(500)), 0),
+                    (dict(answer=bytes((BUSY,)) + bytes(255)), 8)])
+        self.assertLess(self.bench.slowest, WARM)
+
+    def test_answers_to_other_requests_are_none(self):
+        # two silences, so that the pass over them ends before the cache is old and requests wait for it
+        self.spoil([(dict(head=(SENSOR + 3, GET_READING)), 1), (dict(head=(SENSOR + 1, GET_READING + 1)), 2)],
+                   BACK + 2 * UNANSWERED)
+        self.assertLess(self.bench.slowest, 2 * UNANSWERED)
+
+    def test_a_stalled_controller_is_heard_again(self):
+        # within the time in which the cache is young: after it, requests wait for the refresh under way
+        os.kill(self.bench.simulator.process.pid, signal.SIGSTOP)
+        try:
+            limit = time.monotonic() + UNANSWERED + 2
+            while time.monotonic() < limit:
+                self.bench.readings()
+                time.sleep(0.2)
+        finally:
+            os.kill(self.bench.simulator.process.pid, signal.SIGCONT)
+        self.assertLess(self.bench.slowest, WARM)
+        self.bench.raise_all()
+        self.bench.wait_shown(2 * BACK)
+
+    def test_a_controller_that_resets_in_a_walk_is_found_again(self):
+        over = threading.Event()
+
+        def walk():
+            while not over.wait(0.05):
+                self.bench.readings()
+
+        with ThreadPoolExecutor(1) as pool:
+            walks = pool.submit(walk)
+            try:
+                self.bench.simulator.process.kill()
+                self.bench.simulator.stop()
+                self.bench.wait_shown(BACK, {number: number for number in SENSORS})
+                self.bench.simulator.start()
+                self.bench.raise_all()
+                self.bench.wait_shown()
+            finally:
+                over.set()
+            walks.result()
+        self.assertLess(self.bench.slowest, WARM)
+
+
+class StartingAgent(unittest.TestCase):
+    def check(self, faults, numbers):
+        with contextlib.ExitStack() as stack:
+            bench = Bench(stack, faults)
+            self.assertEqual(sorted(bench.readings()), list(numbers))
+            self.assertEqual(bench.read("systemManagementSoftwareGroup")[0]["systemProductName"], "hwAgent")
+            self.assertEqual(bench.agent.pid, bench.pid)
+            self.assertLess(bench.slowest, WARM)
+            for fault in faults:
+                self.assertGreater(fault.hits, fault.skip, "never met")
+
+    def test_lost_reservations_cost_no_record(self):
+        self.check([Fault(STORAGE, GET_SDR, skip=3, times=5, code=LOST)], SENSORS)
+
+    def test_a_repository_that_refuses_leaves_its_tables_empty(self):
+        for command, code in ((RESERVE_SDRS, UNKNOWN), (GET_SDR, ABSENT), (GET_SDR, RANGE)):
+            with self.subTest(command=command, code=code):
+                self.check([Fault(STORAGE, command, code=code)], [])
+
+    def test_a_controller_that_answers_nothing_right_leaves_all_tables_empty(self):
+        for deed in (dict(code=INITIALISING), dict(code=UNSPECIFIED), dict(answer=bytes((OK,))), dict(answer=bytes(256)),
+                     dict(answer=b"\0" + b"\xff" * 255)):
+            with self.subTest(deed={key: str(value)[:20] for key, value in deed.items()}):
+                self.check([Fault(**deed)], [])
+
+
+if __name__ == "__main__":
+    unittest.main()
