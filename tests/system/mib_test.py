@@ -3,7 +3,9 @@
 import os
 import re
 import subprocess
+import tempfile
 import unittest
+from pathlib import Path
 
 from hwtools.bench import ROOT
 from hwtools.mibtable import BASE, OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
@@ -45,8 +47,10 @@ class Module(unittest.TestCase):
         self.assertEqual(self.translate(["HWAGENT-MIB::" + name for name, _ in names], "-On"), ["." + oid for _, oid in names])
 
     def translate(self, names, *options):
-        done = subprocess.run(["snmptranslate", "-M", FOLDERS, "-m", "HWAGENT-MIB", *options, *names], capture_output=True,
-                              text=True)
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "cert_indexes").mkdir()  # a program of Net-SNMP says so when it is the first to make it
+            done = subprocess.run(["snmptranslate", "-M", FOLDERS, "-m", "HWAGENT-MIB", *options, *names], text=True,
+                                  capture_output=True, env=dict(os.environ, SNMP_PERSISTENT_DIR=folder))
         self.assertEqual(done.stderr, "")
         return done.stdout.split()
 
