@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <sstream>
 #include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,7 +24,49 @@ std::string contents(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Runs `body` in a process of its own and gives its exit status, or -1 if a signal ended it.
+template<class Body>
+int exitStatusOf(Body body)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(body());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int softStackLimitAfterRaising(rlim_t soft)
+{
+    return exitStatusOf([soft] {
+        rlimit limit{soft, RLIM_INFINITY};
+        getrlimit(RLIMIT_STACK, &limit);
+        limit.rlim_cur = soft;
+        setrlimit(RLIMIT_STACK, &limit);
+        raiseStackLimit();
+        getrlimit(RLIMIT_STACK, &limit);
+        return limit.rlim_cur == soft ? 1 : limit.rlim_cur == 20'971'520 ? 2 : 3;
+    });
+}
+
 } // namespace
+
+TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
+{
+    EXPECT_EQ(softStackLimitAfterRaising(8'388'608), 2);
+    EXPECT_EQ(softStackLimitAfterRaising(20'971'519), 2);
+    EXPECT_EQ(softStackLimitAfterRaising(20'975'616), 1);
+}
+
+TEST(Process, PidFileIsMadeReadableForAll)
+{
+    TempRoot root;
+    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
+    const mode_t before = umask(0);
+    writePidFile();
+    umask(before);
+    EXPECT_EQ(fs::status(root.resolve(pidFile)).permissions(), fs::perms(0644));
+}
 
 TEST(Process, PidFileIsOverwrittenInPlace)
 {

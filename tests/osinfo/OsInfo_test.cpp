@@ -96,6 +96,20 @@ protected:
     ScopedSeam<OsCalls> useCalls{calls};
 };
 
+TEST_F(OsInfo, HostWithoutANameIsNone)
+{
+    _OSINFO info;
+    GetOSInfo(info);
+    EXPECT_EQ(info.HostName, "host");
+    EXPECT_EQ(info.NodeName, "node");
+    EXPECT_EQ(info.Machine, "x86_64");
+    calls.name = "";
+    calls.kernelResult = -1;
+    GetOSInfo(info);
+    EXPECT_EQ(info.HostName, "(none)");
+    EXPECT_EQ(info.NodeName, "");
+}
+
 TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
 {
     std::string display = "old";

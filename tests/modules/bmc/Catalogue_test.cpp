@@ -283,6 +283,25 @@ TEST(Catalogue, EveryStepHasAsManyOperandsAsItsInstructionTakes)
     EXPECT_THAT(findings, IsEmpty());
 }
 
+TEST(Catalogue, EveryConditionIsAChainOfTriples)
+{
+    const Names operators = {"==", "!=", "<", "<=", ">", ">="};
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        const auto opcode = static_cast<Opcode>(step.opcode);
+        if (opcode != Opcode::If && opcode != Opcode::While)
+            return;
+        const std::vector<std::string>& operands = step.arguments.values;
+        bool good = operands.size() % 4 == 3;
+        for (std::size_t at = 0; good && at + 2 < operands.size(); at += 4)
+            good = operators.contains(operands[at + 1]) &&
+                   (at + 3 >= operands.size() || operands[at + 3] == "AND" || operands[at + 3] == "OR");
+        if (!good)
+            findings.insert(key + ": " + Util::join(operands, " "));
+    });
+    EXPECT_THAT(findings, IsEmpty());
+}
+
 TEST(Catalogue, EveryBlockHasItsEnd)
 {
     Findings findings;
