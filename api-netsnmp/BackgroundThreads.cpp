@@ -1,9 +1,9 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 
 #include "api-netsnmp/Signals.hpp"
-#include "client/CacheRefresher.hpp"
-#include "client/Functions.hpp"
-#include "client/SelWatcher.hpp"
+#include "client/door/Functions.hpp"
+#include "client/events/SelWatcher.hpp"
+#include "client/query/CacheRefresher.hpp"
 
 #include <cstdio>
 #include <cxxabi.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "api-netsnmp/NetSnmp.hpp"
-#include "client/Entities.hpp"
+#include "client/words/Entities.hpp"
 
 #include <array>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "api-netsnmp/Signals.hpp"
 
-#include "client/Bell.hpp"
-#include "client/Functions.hpp"
+#include "client/door/Functions.hpp"
+#include "common/Bell.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>

@@ -3,10 +3,10 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/Signals.hpp"
-#include "client/Bell.hpp"
-#include "client/CacheState.hpp"
-#include "client/Functions.hpp"
-#include "client/TrapSender.hpp"
+#include "api-netsnmp/TrapSender.hpp"
+#include "client/door/Functions.hpp"
+#include "client/query/CacheState.hpp"
+#include "common/Bell.hpp"
 
 #include <cstdlib>
 #include <unistd.h>

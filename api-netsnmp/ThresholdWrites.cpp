@@ -1,7 +1,7 @@
 #include "api-netsnmp/ThresholdWrites.hpp"
 
-#include "client/Functions.hpp"
-#include "client/Trace.hpp"
+#include "client/door/Functions.hpp"
+#include "client/words/Trace.hpp"
 
 #include <cstring>
 #include <limits>

@@ -3,7 +3,7 @@
 
 #include "bench/BenchBmc.hpp"
 #include "modules/System.hpp"
-#include "modules/bmc/SelRecord.hpp"
+#include "modules/bmc/subjects/SelRecord.hpp"
 
 #include <benchmark/benchmark.h>
 

@@ -2,11 +2,11 @@
 // answered in process and locks are off, so the time is the engine's and the client's own.
 
 #include "bench/BenchBmc.hpp"
-#include "client/QLInterface.hpp"
-#include "client/Trace.hpp"
-#include "client/clThresholdProbes.hpp"
+#include "client/groups/clThresholdProbes.hpp"
+#include "client/query/QLInterface.hpp"
+#include "client/words/Trace.hpp"
 #include "modules/System.hpp"
-#include "modules/bmc/Cache.hpp"
+#include "modules/bmc/subjects/Cache.hpp"
 
 #include <benchmark/benchmark.h>
 

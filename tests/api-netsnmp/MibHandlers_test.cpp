@@ -1,7 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/ThresholdWrites.hpp"
-#include "client/Functions.hpp"
-#include "client/SelWatcher.hpp"
+#include "client/door/Functions.hpp"
+#include "client/events/SelWatcher.hpp"
 #include "tests/api-netsnmp/FakeClient.hpp"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "client/CacheRefresher.hpp"
+#include "client/query/CacheRefresher.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <cerrno>

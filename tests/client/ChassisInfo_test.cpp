@@ -1,4 +1,4 @@
-#include "client/clChassisInfo.hpp"
+#include "client/groups/clChassisInfo.hpp"
 
 #include "tests/client/ClientFixture.hpp"
 

@@ -1,9 +1,9 @@
-#include "client/Classifiers.hpp"
+#include "client/events/Classifiers.hpp"
 
-#include "client/Functions.hpp"
-#include "client/SNMP_EventClones.hpp"
-#include "client/SNMP_RouteEvent.hpp"
-#include "client/Text.hpp"
+#include "client/door/Functions.hpp"
+#include "client/events/SNMP_EventClones.hpp"
+#include "client/events/SNMP_RouteEvent.hpp"
+#include "client/words/Text.hpp"
 #include "tests/client/EventFixture.hpp"
 
 #include <gmock/gmock.h>

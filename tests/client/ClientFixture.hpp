@@ -1,8 +1,8 @@
 #pragma once
 
-#include "client/CacheState.hpp"
-#include "client/QLInterface.hpp"
-#include "client/Trace.hpp"
+#include "client/query/CacheState.hpp"
+#include "client/query/QLInterface.hpp"
+#include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "tests/support/FakeClock.hpp"

@@ -1,5 +1,5 @@
-#include "client/ConfigFile.hpp"
-#include "client/clSystemManagement.hpp"
+#include "client/groups/ConfigFile.hpp"
+#include "client/groups/clSystemManagement.hpp"
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 

@@ -1,6 +1,6 @@
-#include "client/clDiscreteGroups.hpp"
+#include "client/groups/clDiscreteGroups.hpp"
 
-#include "client/Functions.hpp"
+#include "client/door/Functions.hpp"
 #include "common/Util.hpp"
 #include "tests/client/ClientFixture.hpp"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "client/SelWatcher.hpp"
-#include "client/TrapQueue.hpp"
-#include "client/smClient.hpp"
+#include "client/door/smClient.hpp"
+#include "client/events/SelWatcher.hpp"
+#include "client/traps/TrapQueue.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 /// A client whose groups are filled, with traps on and an empty event road.

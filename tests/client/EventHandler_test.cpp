@@ -1,5 +1,5 @@
-#include "client/Functions.hpp"
-#include "client/Text.hpp"
+#include "client/door/Functions.hpp"
+#include "client/words/Text.hpp"
 #include "tests/client/EventFixture.hpp"
 
 #include <gmock/gmock.h>

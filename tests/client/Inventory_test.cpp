@@ -1,4 +1,4 @@
-#include "client/clInventory.hpp"
+#include "client/groups/clInventory.hpp"
 
 #include "tests/client/ClientFixture.hpp"
 

@@ -1,4 +1,4 @@
-#include "client/HWAGENTLock.hpp"
+#include "client/query/HWAGENTLock.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <fcntl.h>

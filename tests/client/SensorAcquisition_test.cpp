@@ -1,6 +1,6 @@
-#include "client/SensorAcquisition.hpp"
+#include "client/readings/SensorAcquisition.hpp"
 
-#include "client/Numbers.hpp"
+#include "client/words/Numbers.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 namespace {

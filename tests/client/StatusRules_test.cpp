@@ -1,6 +1,6 @@
-#include "client/StatusRules.hpp"
+#include "client/status/StatusRules.hpp"
 
-#include "client/Functions.hpp"
+#include "client/door/Functions.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 namespace {

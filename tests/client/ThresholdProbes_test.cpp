@@ -1,6 +1,6 @@
-#include "client/clThresholdProbes.hpp"
+#include "client/groups/clThresholdProbes.hpp"
 
-#include "client/Numbers.hpp"
+#include "client/words/Numbers.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <cstdlib>

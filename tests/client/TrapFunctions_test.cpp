@@ -1,7 +1,7 @@
-#include "client/TrapFunctions.hpp"
+#include "client/traps/TrapFunctions.hpp"
 
-#include "client/Text.hpp"
-#include "client/Trace.hpp"
+#include "client/words/Text.hpp"
+#include "client/words/Trace.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

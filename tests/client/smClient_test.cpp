@@ -1,6 +1,6 @@
-#include "client/smClient.hpp"
+#include "client/door/smClient.hpp"
 
-#include "client/Functions.hpp"
+#include "client/door/Functions.hpp"
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 

@@ -6,10 +6,10 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 #include "api-netsnmp/Signals.hpp"
 #include "api-netsnmp/Subagent.hpp"
-#include "client/Functions.hpp"
-#include "client/SNMP_RouteEvent.hpp"
-#include "client/Text.hpp"
-#include "client/smClient.hpp"
+#include "client/door/Functions.hpp"
+#include "client/door/smClient.hpp"
+#include "client/events/SNMP_RouteEvent.hpp"
+#include "client/words/Text.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "modules/bmc/Databases.hpp"
-#include "modules/bmc/Interpreter.hpp"
+#include "modules/bmc/engine/Databases.hpp"
+#include "modules/bmc/engine/Interpreter.hpp"
 
 #include <map>
 #include <memory>

@@ -1,9 +1,9 @@
 #include "modules/bmc/HandlerTable.hpp"
 
-#include "modules/bmc/Fru.hpp"
-#include "modules/bmc/Sdr.hpp"
-#include "modules/bmc/Sel.hpp"
-#include "modules/bmc/Sensor.hpp"
+#include "modules/bmc/subjects/Fru.hpp"
+#include "modules/bmc/subjects/Sdr.hpp"
+#include "modules/bmc/subjects/Sel.hpp"
+#include "modules/bmc/subjects/Sensor.hpp"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/bmc/Handler.hpp"
+#include "modules/bmc/engine/Handler.hpp"
 
 namespace Module::BMCConfig {
 

@@ -1,6 +1,6 @@
 #include "common/Util.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
-#include "modules/bmc/catalogue/ThrowNames.hpp"
+#include "modules/bmc/engine/ThrowNames.hpp"
 
 #include <filesystem>
 #include <fstream>

@@ -19,7 +19,7 @@
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
-#include "modules/bmc/Cache.hpp"
+#include "modules/bmc/subjects/Cache.hpp"
 #include "platform/PlatformImpl.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"

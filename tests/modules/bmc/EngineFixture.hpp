@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/ResultStatus.hpp"
-#include "modules/bmc/Interpreter.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
+#include "modules/bmc/engine/Interpreter.hpp"
 #include "platform/PlatformImpl.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"

@@ -1,4 +1,4 @@
-#include "modules/bmc/FruAreas.hpp"
+#include "modules/bmc/subjects/FruAreas.hpp"
 #include "tests/modules/bmc/SdrFixture.hpp"
 
 #include <numeric>

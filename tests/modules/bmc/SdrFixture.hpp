@@ -1,7 +1,7 @@
 #pragma once
 
 #include "modules/bmc/BMCConfigModule.hpp"
-#include "modules/bmc/Cache.hpp"
+#include "modules/bmc/subjects/Cache.hpp"
 #include "platform/PlatformImpl.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"

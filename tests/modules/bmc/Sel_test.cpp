@@ -1,5 +1,5 @@
 #include "common/Util.hpp"
-#include "modules/bmc/Sel.hpp"
+#include "modules/bmc/subjects/Sel.hpp"
 #include "tests/modules/bmc/SdrFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 

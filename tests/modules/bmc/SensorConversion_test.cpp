@@ -1,6 +1,6 @@
-#include "modules/bmc/SensorConversion.hpp"
-#include "modules/bmc/SensorStates.hpp"
-#include "modules/bmc/SensorUnits.hpp"
+#include "modules/bmc/subjects/SensorConversion.hpp"
+#include "modules/bmc/subjects/SensorStates.hpp"
+#include "modules/bmc/subjects/SensorUnits.hpp"
 
 #include <cmath>
 

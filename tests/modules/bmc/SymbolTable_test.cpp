@@ -1,6 +1,6 @@
-#include "modules/bmc/Cache.hpp"
-#include "modules/bmc/Databases.hpp"
-#include "modules/bmc/SymbolTable.hpp"
+#include "modules/bmc/engine/Databases.hpp"
+#include "modules/bmc/engine/SymbolTable.hpp"
+#include "modules/bmc/subjects/Cache.hpp"
 
 #include <thread>
 

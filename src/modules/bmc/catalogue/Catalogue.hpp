@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/bmc/catalogue/Stores.hpp"
+#include "modules/bmc/engine/Stores.hpp"
 
 #include <memory>
 

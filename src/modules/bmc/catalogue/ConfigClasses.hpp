@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/bmc/catalogue/Stores.hpp"
+#include "modules/bmc/engine/Stores.hpp"
 
 /// One class an area of the catalogue. The constructor adds the area's entries to the stores, and that is all there is.
 namespace Module::BMCConfig {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "modules/bmc/catalogue/Steps.hpp"
-#include "modules/bmc/catalogue/Stores.hpp"
+#include "modules/bmc/engine/Stores.hpp"
 
 /// Parts of the information area, by subject; InfoConfig adds them all.
 namespace Module::BMCConfig {

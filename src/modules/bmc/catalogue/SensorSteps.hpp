@@ -1,7 +1,7 @@
 #pragma once
 
 #include "modules/bmc/catalogue/Steps.hpp"
-#include "modules/bmc/catalogue/Stores.hpp"
+#include "modules/bmc/engine/Stores.hpp"
 
 /// Runs of steps that the sensor scripts share.
 namespace Module::BMCConfig::steps {

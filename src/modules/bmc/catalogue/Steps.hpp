@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/bmc/catalogue/Function.hpp"
+#include "modules/bmc/engine/Function.hpp"
 
 #include <string>
 #include <string_view>

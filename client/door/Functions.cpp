@@ -1,0 +1,135 @@
+#include "client/door/Functions.hpp"
+
+#include "client/door/smClient.hpp"
+#include "common/Waits.hpp"
+
+#include <cxxabi.h>
+
+namespace {
+
+/// Calls the client's operation, or answers `otherwise` when there is no client any more or not yet. The callers are
+/// C functions: whatever is thrown ends here.
+template<class Result, class... Parameters, class... Arguments>
+Result forward(Result otherwise, Result (subagentBase::*operation)(Parameters...), Arguments&&... arguments)
+{
+    const ClientUse client;
+    if (!client)
+        return otherwise;
+    try {
+        return (client.operator->()->*operation)(arguments...);
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        trace("a request of the client ended by an exception\n");
+        return otherwise;
+    }
+}
+
+constexpr int noGroup = CLIENT_ERROR_NO_GROUP;
+
+} // namespace
+
+int getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    return forward(noGroup, &subagentBase::getIntInfo, entity, attribute, row, out);
+}
+
+int getIntData(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    return forward(noGroup, &subagentBase::getIntData, entity, attribute, row, out);
+}
+
+int getStrInfo(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    return forward(noGroup, &subagentBase::getStrInfo, entity, attribute, row, out);
+}
+
+int getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    return forward(noGroup, &subagentBase::getStrData, entity, attribute, row, out);
+}
+
+int setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value)
+{
+    return forward(noGroup, &subagentBase::setIntData, entity, attribute, row, value);
+}
+
+int getCount(_SMEntity entity)
+{
+    return forward(0, &subagentBase::getCount, entity);
+}
+
+int getIndex(_SMEntity entity, int deviceId)
+{
+    return forward(0, &subagentBase::getIndex, entity, deviceId);
+}
+
+int getExtGroupStatus(_SMEntity entity)
+{
+    return forward(0, &subagentBase::getGroupStatus, entity);
+}
+
+int seedHealthListsExt(_SMEntity entity)
+{
+    return forward(noGroup, &subagentBase::seedHealthLists, entity);
+}
+
+char* getDesc(_SMEntity entity, int row)
+{
+    return forward(static_cast<char*>(nullptr), &subagentBase::getDesc, entity, row);
+}
+
+int processEvent()
+{
+    return forward(0, &subagentBase::processEvent);
+}
+
+int addEvent(eventData event)
+{
+    return forward(noGroup, &subagentBase::addEvent, event);
+}
+
+int setHealthStatus(int status)
+{
+    return forward(0, &subagentBase::setHealthStatus, status);
+}
+
+int getHealthStatus()
+{
+    return forward(0, &subagentBase::getHealthStatus);
+}
+
+int isSetEnabled()
+{
+    return forward(0, &subagentBase::isSetEnabled);
+}
+
+int isTrapEnabled()
+{
+    return forward(0, &subagentBase::isTrapEnabled);
+}
+
+int isInitComplete()
+{
+    smClient* const client = gSubagent;
+    return client ? client->isInitComplete() : 0;
+}
+
+void awaitInitComplete()
+{
+    using namespace std::chrono_literals;
+    while (!isInitComplete())
+        waitInterruptibly(1s);
+}
+
+int initSMClient()
+{
+    gSubagent = std::make_unique<smClient>().release();
+    return gSubagent.load()->init();
+}
+
+void shutdownSMClient()
+{
+    if (smClient* const client = gSubagent)
+        client->shutdown();
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "client/traps/EventData.hpp"
+#include "client/words/Entities.hpp"
+
+/// The flat functions between the C-callable MIB handlers and the world of objects. Each goes through the one client to
+/// the group's operation of the same name. `row` is zero-based. Results are ClientResult numbers: 8 for an unknown
+/// group.
+
+/// Values fixed at start-up.
+int getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out);
+/// Values read live.
+int getIntData(_SMEntity entity, _SMAttribute attribute, int row, long& out);
+/// Fixed text; on success `out` is a malloc block of 512 bytes that the caller frees.
+int getStrInfo(_SMEntity entity, _SMAttribute attribute, int row, char*& out);
+/// Live text, owned likewise.
+int getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out);
+int setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value);
+/// Number of rows.
+int getCount(_SMEntity entity);
+/// One-based row of a device id, 0 if no row has it.
+int getIndex(_SMEntity entity, int deviceId);
+/// Greatest status of the group's rows, 0 without rows.
+int getExtGroupStatus(_SMEntity entity);
+int seedHealthListsExt(_SMEntity entity);
+/// The row's description, owned by the group; null for an unknown group.
+char* getDesc(_SMEntity entity, int row);
+
+/// Drains the event queue.
+int processEvent();
+int addEvent(eventData event);
+int setHealthStatus(int status);
+int getHealthStatus();
+/// Always 0: the agent only reads.
+int isSetEnabled();
+int isTrapEnabled();
+int isInitComplete();
+/// Waits until the groups are filled, looking once a second.
+void awaitInitComplete();
+
+/// Makes the client and reads all hardware data once. Returns the client's init result.
+int initSMClient();
+/// Deletes the groups; safe to call twice.
+void shutdownSMClient();

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "client/door/subagentBase.hpp"
+#include "client/groups/clChassisInfo.hpp"
+#include "client/groups/clDiscreteGroups.hpp"
+#include "client/groups/clInventory.hpp"
+#include "client/groups/clSystemManagement.hpp"
+#include "client/groups/clThresholdProbes.hpp"
+#include "client/traps/eventHandler.hpp"
+
+#include <atomic>
+#include <memory>
+
+/// The one client: owns a group for each MIB object, and the event handler.
+class smClient : public subagentBase {
+public:
+    smClient() = default;
+    ~smClient() override { smClient::shutdown(); }
+    smClient(const smClient&) = delete;
+    smClient& operator=(const smClient&) = delete;
+
+    /// Makes the groups in order and has each read its data; a group that fails stays empty. 2 after an exception, the
+    /// event handler's result if that fails.
+    int init() override;
+    /// Deletes the groups and the event handler, once, and only after a complete init. Waits for calls under way in
+    /// other threads; should they not end, everything is left in place for the end of the process.
+    void shutdown() override;
+
+    int processEvent() override;
+    int addEvent(const eventData& event) override;
+    int setHealthStatus(int status) override;
+    int getHealthStatus() override;
+    int isSetEnabled() override;
+    int isTrapEnabled() override;
+    int isInitComplete() override { return m_bInitComplete; }
+    BaseAccessor* getEntity(_SMEntity entity) override;
+    eventHandler* getEventHandler() override { return mEventHandler.get(); }
+
+    std::unique_ptr<systemManagement> mSystemManagement;
+    std::unique_ptr<chassisInfo> mChassisInfo;
+    std::unique_ptr<powerSupply> mPowerSupply;
+    std::unique_ptr<powerUnit> mPowerUnit;
+    std::unique_ptr<voltageProbe> mVoltageProbe;
+    std::unique_ptr<discreteVoltage> mDiscreteVoltage;
+    std::unique_ptr<currentProbe> mCurrentProbe;
+    std::unique_ptr<coolingDevice> mCoolingDevice;
+    std::unique_ptr<coolingUnit> mCoolingUnit;
+    std::unique_ptr<discreteCooling> mDiscreteCooling;
+    std::unique_ptr<temperatureProbe> mTemperatureProbe;
+    std::unique_ptr<memoryArray> mMemoryArray;
+    std::unique_ptr<memoryDevice> mMemoryDevice;
+    std::unique_ptr<discreteMemory> mDiscreteMemory;
+    std::unique_ptr<processorDevice> mProcessorDevice;
+    std::unique_ptr<discreteProcessor> mDiscreteProcessor;
+    std::unique_ptr<driveSlot> mDriveSlot;
+    std::unique_ptr<miscSensor> mMiscSensor;
+    std::unique_ptr<eventHandler> mEventHandler;
+    std::atomic<int> m_bInitComplete{0};
+
+private:
+    friend class ClientUse;
+
+    int runInit();
+    bool awaitUses() const;
+    void deleteAll();
+
+    std::atomic<int> uses{0};
+    std::atomic<bool> closed{false};
+};
+
+/// The one client, null before initSMClient. It is never deleted: detached threads may call to the last.
+extern std::atomic<smClient*> gSubagent;
+
+/// Keeps the groups alive for a scope: shutdown waits for its end. Null if there is no client or it has been shut
+/// down. Scopes may nest.
+class ClientUse {
+public:
+    ClientUse() : client(gSubagent.load())
+    {
+        if (client)
+            ++client->uses;
+    }
+    ~ClientUse()
+    {
+        if (client)
+            --client->uses;
+    }
+    ClientUse(const ClientUse&) = delete;
+    ClientUse& operator=(const ClientUse&) = delete;
+
+    explicit operator bool() const { return client && !client->closed; }
+    smClient* operator->() const { return client; }
+
+private:
+    smClient* const client;
+};

@@ -1,0 +1,63 @@
+#include "client/door/subagentBase.hpp"
+
+#include "client/groups/BaseContainer.hpp"
+
+int subagentBase::getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getIntInfo(attribute, row, out) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getIntData(_SMEntity entity, _SMAttribute attribute, int row, long& out)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getIntData(attribute, row, out) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getStrInfo(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getStrInfo(attribute, row, out) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getStrData(attribute, row, out) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->setIntData(attribute, row, value) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getCount(_SMEntity entity)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getCount() : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getIndex(_SMEntity entity, int deviceId)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getIndex(deviceId) : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::getGroupStatus(_SMEntity entity)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getGroupStatus() : CLIENT_ERROR_NO_GROUP;
+}
+
+int subagentBase::seedHealthLists(_SMEntity entity)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->seedHealthLists(getEventHandler()) : CLIENT_ERROR_NO_GROUP;
+}
+
+char* subagentBase::getDesc(_SMEntity entity, int row)
+{
+    BaseAccessor* const group = getEntity(entity);
+    return group ? group->getDesc(row) : nullptr;
+}

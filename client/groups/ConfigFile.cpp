@@ -1,0 +1,95 @@
+#include "client/groups/ConfigFile.hpp"
+
+#include <array>
+#include <cctype>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t longestLine = 1023;
+constexpr std::size_t shortestLine = 2;
+
+class Descriptor {
+public:
+    explicit Descriptor(int opened) : number(opened) {}
+    ~Descriptor()
+    {
+        if (number >= 0)
+            close(number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    bool isRegularFile() const
+    {
+        struct stat status {};
+        return number >= 0 && fstat(number, &status) == 0 && S_ISREG(status.st_mode);
+    }
+
+    const int number;
+};
+
+/// Gathers a file into lines and drops those that are too long, without keeping more of them than that.
+class LineTaker {
+public:
+    explicit LineTaker(const std::function<void(const ConfigEntry&)>& taker) : take(taker) {}
+
+    void add(std::string_view text)
+    {
+        for (const char character : text) {
+            if (character == '\n')
+                finish();
+            else if (line.size() <= longestLine)
+                line.push_back(character);
+        }
+    }
+
+    void finish()
+    {
+        if (line.size() <= longestLine)
+            if (const auto entry = parseConfigLine(line))
+                take(*entry);
+        line.clear();
+    }
+
+private:
+    const std::function<void(const ConfigEntry&)>& take;
+    std::string line;
+};
+
+} // namespace
+
+std::optional<ConfigEntry> parseConfigLine(std::string_view line)
+{
+    line = line.substr(0, line.find('\0'));
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+    const std::size_t sign = line.find('=');
+    if (line.size() < shortestLine || line.front() == '#' || sign == std::string_view::npos)
+        return std::nullopt;
+    ConfigEntry entry;
+    for (const char character : line.substr(0, sign))
+        if (character != ' ')
+            entry.key.push_back(static_cast<char>(std::tolower(static_cast<unsigned char>(character))));
+    std::string_view value = line.substr(sign + 1);
+    value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+    for (const char character : value)
+        if (character != '"')
+            entry.value.push_back(character);
+    return entry;
+}
+
+bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take)
+{
+    // A pipe in the file's place must not make the start wait for a writer.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isRegularFile())
+        return false;
+    LineTaker lines(take);
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = read(file.number, buffer.data(), buffer.size())) > 0;)
+        lines.add({buffer.data(), static_cast<std::size_t>(count)});
+    lines.finish();
+    return true;
+}

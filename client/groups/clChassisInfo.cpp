@@ -1,0 +1,283 @@
+#include "client/groups/clChassisInfo.hpp"
+#include "client/status/StatusWords.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/query/Answers.hpp"
+#include "client/query/QLInterface.hpp"
+#include "client/readings/InventoryWords.hpp"
+#include "common/ResultStatus.hpp"
+#include "common/Util.hpp"
+
+#include <cstdlib>
+#include <cxxabi.h>
+
+CDatabase<CSystemWrapper> pArrayOfWrapper;
+
+namespace {
+
+constexpr char decodedFru[] = "/BMC/FRU[0]/RECORD/DECODED/";
+constexpr char chassisQuery[] = "/SMBIOS/Type3";
+constexpr char securityQuery[] = "/SMBIOS/Type24";
+constexpr char securitySettings[] = "/HardwareSecuritySettings/";
+constexpr char intrusionRecords[] = "/BMC/SDR/SENSOR_TYPE[5]";
+
+/// Places in a sensor record and in a sensor's reading, from 0 (IPMI 2.0, 43.1 and 35.14).
+constexpr std::size_t sensorNumberPlace = 7;
+constexpr std::size_t readingFlagsPlace = 1;
+constexpr std::size_t readingStatesPlace = 2;
+constexpr long readingUnavailable = 0x20;
+constexpr long generalIntrusion = 0x01; ///< offset 0 of physical security (IPMI 2.0, table 42-3)
+
+/// Words of FRU inventory and firmware; one kind has two.
+constexpr WordNumber containerWords[] = {
+    {"Other", CONTAINER_TYPE_OTHER},
+    {"Unknown", CONTAINER_TYPE_UNKNOWN},
+    {"Desktop", CONATINER_TYPE_DESKTOP},
+    {"Low Profile Desktop", CONTAINER_TYPE_LOW_PROFILE_DESKTOP},
+    {"Pizza Box", CONTAINER_TYPE_PIZZA_BOX},
+    {"Mini Tower", CONTAINER_TYPE_MINI_TOWER},
+    {"Tower", CONTAINER_TYPE_TOWER},
+    {"Portable", CONTAINER_TYPE_PORTABLE},
+    {"Laptop", CONTAINER_TYPE_LAPTOP},
+    {"Notebook", CONTAINER_TYPE_NOTEBOOK},
+    {"Hand Held", CONTAINER_TYPE_HAND_HELD},
+    {"Docking Station", CONTAINER_TYPE_DOCKING_STATION},
+    {"All In One", CONTAINER_TYPE_All_IN_ONE},
+    {"Sub Notebook", CONTAINER_TYPE_SUB_NOTE_BOOK},
+    {"Space-saving", CONTAINER_TYPE_SPACE_SAVING},
+    {"Lunch Box", CONTAINER_TYPE_LUNCH_BOX},
+    {"Main Server Chassis", CONTAINER_TYPE_MAIN_SYSTEM_CHASSIS},
+    {"Main System Chassis", CONTAINER_TYPE_MAIN_SYSTEM_CHASSIS},
+    {"Expansion Chassis", CONTAINER_TYPE_EXPANSION_CHASSIS},
+    {"Sub Chassis", CONTAINER_TYPE_SUB_CHASSIS},
+    {"Bus Expansion Chassis", CONTAINER_TYPE_BUS_EXPANSION_CHASSIS},
+    {"Peripheral Chassis", CONTAINER_TYPE_PERIPHERAL_CHASSIS},
+    {"RAID Chassis", CONTAINER_TYPE_RAID_CHASSIS},
+    {"Rack Mount Chassis", CONTAINER_TYPE_RACK_MOUNT_CHASSIS},
+};
+
+constexpr WordNumber settingWords[] = {
+    {"Disabled", STATUS_DISABLED},
+    {"Enabled", STATUS_ENABLED},
+    {"Not Implemented", STATUS_NOT_IMPLEMENTED},
+};
+
+constexpr WordNumber securityWords[] = {{"None", 1}, {"Unknown", 2}, {"Safe", 3}};
+
+/// Of boot and temperature alike.
+constexpr WordNumber stateWords[] = {
+    {"Unknown", CONTAINER_BOOT_STATE_UNKNOWN},
+    {"Safe", CONTAINER_BOOT_STATE_OK},
+    {"Warning", CONTAINER_BOOT_STATE_NON_CRITICAL},
+    {"Critical", CONTAINER_BOOT_STATE_CRITICAL},
+    {"Non-recoverable", CONTAINER_BOOT_STATE_NON_RECOVERABLE},
+};
+
+constexpr WordNumber lockWords[] = {
+    {"Not Present", CONTAINER_LOCK_NOT_PRESENT},
+    {"Present", CONTAINER_LOCK_PRESENT},
+};
+
+struct FruText {
+    const char* path;
+    CString CSystemContainer::*member;
+};
+
+constexpr FruText fruTexts[] = {
+    {"CHASSISAREA/PART_NUMBER", &CSystemContainer::m_cPartNumber},
+    {"CHASSISAREA/SERIAL_NUMBER", &CSystemContainer::m_cSerialNumber},
+    {"PRODUCTAREA/ASSET_TAG", &CSystemContainer::m_cAssetTag},
+};
+
+struct Setting {
+    const char* name;
+    SECURITY_STATUS CSystemSecurity::*member;
+};
+
+constexpr Setting settings[] = {
+    {"PowerOnPassword", &CSystemSecurity::m_ePowerOnPassword},
+    {"KeyboardPassword", &CSystemSecurity::m_eKeyboardPassword},
+    {"AdministratorPassword", &CSystemSecurity::m_eAdministratorPassword},
+    {"FrontPanelReset", &CSystemSecurity::m_eFrontPanelReset},
+};
+
+constexpr IntField<ChassisInfo> intFields[] = {
+    {CHASSIS_KBDPWDSTATUS, &ChassisInfo::nKbdPwdStatus},     {CHASSIS_POPWDSTATUS, &ChassisInfo::nPOPwdStatus},
+    {CHASSIS_ADMINPWDSTATUS, &ChassisInfo::nAdminPwdStatus}, {CHASSIS_FPRESETSTATUS, &ChassisInfo::nFPResetStatus},
+    {CHASSIS_CONTAINERTYPE, &ChassisInfo::nContainerType},
+};
+
+constexpr TextField<ChassisInfo> textFields[] = {
+    {CHASSIS_PARTNUMBER, &ChassisInfo::stPartNumber},
+    {CHASSIS_SERIALNUMBER, &ChassisInfo::stSerialNumber},
+    {CHASSIS_NAME, &ChassisInfo::stName},
+    {CHASSIS_ASSETTAG, &ChassisInfo::stAssetTag},
+};
+
+/// All answers to `query`, none after a failure, which is traced behind the query's name.
+ResultMap askAll(const std::string& query)
+{
+    ResultMap answers;
+    try {
+        CallQLInterface(query, answers);
+    } catch (const ResultStatus& failure) {
+        answers.clear();
+        trace("on %s/", query.c_str());
+        traceFailure(failure);
+    }
+    return answers;
+}
+
+/// What `path` answers by itself, empty without an answer.
+std::string askText(const std::string& path)
+{
+    const ResultMap answers = askAll(path);
+    const std::string* const text = findAnswer(answers, path);
+    return text ? *text : std::string();
+}
+
+template<std::size_t Size>
+int numberOf(const WordNumber (&words)[Size], const std::string& word, int otherwise)
+{
+    const auto* const found = std::ranges::find(words, word, &WordNumber::word);
+    return found == std::end(words) ? otherwise : found->number;
+}
+
+/// The value of `name` in the firmware's description of the enclosure.
+template<std::size_t Size>
+int readChassisWord(const WordNumber (&words)[Size], const char* name)
+{
+    const ResultMap answers = askAll(chassisQuery);
+    const std::string* const word = findAnswer(answers, std::string(chassisQuery) + "/" + name);
+    return word ? numberOf(words, *word, 0) : 0;
+}
+
+void loadFru()
+{
+    ResultMap unused;
+    try {
+        CallQLGetMapInterface({{"/BMC/FRU", {{"DEVICE_ID", "00"}, {"BASE_ADDRESS", "20"}}}}, unused);
+    } catch (const ResultStatus& failure) {
+        trace("on /BMC/FRU/");
+        traceFailure(failure);
+    }
+}
+
+void readContainer(CSystemContainer& container)
+{
+    loadFru();
+    const std::string kind = askText(std::string(decodedFru) + "CHASSISAREA/TYPE");
+    container.m_eType = static_cast<CONTAINER_TYPE>(numberOf(containerWords, kind, CONTAINER_TYPE_UNKNOWN));
+    for (const FruText& text : fruTexts)
+        container.*text.member = CString(askText(std::string(decodedFru) + text.path).c_str());
+    container.m_eLockState = static_cast<CONTAINER_LOCK_STATE>(readChassisWord(lockWords, "ChassisLock"));
+    container.m_ePowerState = CONTAINER_POWER_STATE_ON; // the agent runs on it
+}
+
+void readSecurity(CSystemSecurity& security)
+{
+    const ResultMap answers = askAll(securityQuery);
+    for (const Setting& setting : settings)
+        if (const std::string* const word =
+                findAnswer(answers, std::string(securityQuery) + securitySettings + setting.name))
+            security.*setting.member = static_cast<SECURITY_STATUS>(numberOf(settingWords, *word, STATUS_UNKNOWN));
+}
+
+/// The query for the reading of the first chassis intrusion sensor, empty if there is none.
+std::string findIntrusionSensor()
+{
+    for (const auto& [path, node] : askAll(intrusionRecords)) {
+        if (node.mType != NODE_LEAF || node.mXNodeList.empty())
+            continue;
+        const std::vector<std::string> bytes = Util::split(node.mXNodeList.front(), " ");
+        if (bytes.size() > sensorNumberPlace)
+            return "/BMC/SENSOR[" + std::to_string(std::strtol(bytes[sensorNumberPlace].c_str(), nullptr, 16)) +
+                   "]/VALUE";
+    }
+    return {};
+}
+
+void copyText(RowText& out, const CString& text)
+{
+    text.GetString(out, sizeof out);
+}
+
+void fillRow(const CSystemWrapper& system, ChassisInfo& row)
+{
+    row.nContainerType = system.m_cContainer.m_eType;
+    copyText(row.stPartNumber, system.m_cContainer.m_cPartNumber);
+    copyText(row.stSerialNumber, system.m_cContainer.m_cSerialNumber);
+    copyText(row.stAssetTag, system.m_cContainer.m_cAssetTag);
+    row.nPOPwdStatus = system.m_cSecurity.m_ePowerOnPassword;
+    row.nKbdPwdStatus = system.m_cSecurity.m_eKeyboardPassword;
+    row.nAdminPwdStatus = system.m_cSecurity.m_eAdministratorPassword;
+    row.nFPResetStatus = system.m_cSecurity.m_eFrontPanelReset;
+}
+
+} // namespace
+
+int chassisInfo::init()
+{
+    if (const int result = allocTable(1); result != CLIENT_SUCCESS)
+        return result;
+    pArrayOfWrapper.m_pT.assign(1, {});
+    CSystemWrapper& system = pArrayOfWrapper.m_pT.front();
+    try {
+        readContainer(system.m_cContainer);
+        readSecurity(system.m_cSecurity);
+        m_intrusionQuery = findIntrusionSensor();
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        trace("\nUnknown Error: ChasssisInfo:init\n");
+    }
+    fillRow(system, mElementArray[0]);
+    return CLIENT_SUCCESS;
+}
+
+int chassisInfo::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const ChassisInfo* const chassis = getAddress(row);
+    return chassis ? answerInt(intFields, *chassis, attribute, out) : CLIENT_ERROR_NO_ROW;
+}
+
+int chassisInfo::readStatus() const
+{
+    if (m_intrusionQuery.empty())
+        return ENUM_STATUS_OK;
+    const std::vector<std::string> bytes = Util::split(askText(m_intrusionQuery), " ");
+    if (bytes.size() <= readingStatesPlace)
+        return ENUM_STATUS_OK;
+    const auto byteAt = [&](std::size_t place) { return std::strtol(bytes[place].c_str(), nullptr, 16); };
+    const bool isOpen =
+        !(byteAt(readingFlagsPlace) & readingUnavailable) && (byteAt(readingStatesPlace) & generalIntrusion);
+    return isOpen ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
+}
+
+int chassisInfo::getIntData(_SMAttribute attribute, int row, long& out)
+{
+    if (!getAddress(row))
+        return CLIENT_ERROR_NO_ROW;
+    const CSystemContainer& container = pArrayOfWrapper.m_pT.front().m_cContainer;
+    if (attribute == CHASSIS_STATUS)
+        out = getNewHealthEnum(readStatus());
+    else if (attribute == CHASSIS_SECURITYSTATE)
+        out = readChassisWord(securityWords, "SecurityStatus");
+    else if (attribute == CHASSIS_BOOTSTATE)
+        out = getNewHealthEnum(readChassisWord(stateWords, "BootupState"));
+    else if (attribute == CHASSIS_THERMALSTATE)
+        out = getNewHealthEnum(readChassisWord(stateWords, "ThermalState"));
+    else if (attribute == CHASSIS_POWERSTATE)
+        out = container.m_ePowerState;
+    else if (attribute == CHASSIS_LOCKSTATE)
+        out = container.m_eLockState;
+    else
+        return CLIENT_ERROR_NOSUCHNAME;
+    return CLIENT_SUCCESS;
+}
+
+int chassisInfo::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const ChassisInfo* const chassis = getAddress(row);
+    return chassis ? answerText(textFields, *chassis, attribute, out) : CLIENT_ERROR_NO_ROW;
+}

@@ -1,0 +1,259 @@
+#include "client/groups/clDiscreteGroups.hpp"
+#include "client/status/StatusWords.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/readings/SensorAcquisition.hpp"
+
+std::unique_ptr<SensorDatabase> pPowerSupplyWrapper;
+std::unique_ptr<SensorDatabase> pPowerUnitWrapper;
+std::unique_ptr<SensorDatabase> pCoolingUnitWrapper;
+std::unique_ptr<SensorDatabase> pDiscreteVoltageWrapper;
+std::unique_ptr<SensorDatabase> pDiscreteCoolingWrapper;
+std::unique_ptr<SensorDatabase> pDriverSlotWrapper;
+std::unique_ptr<SensorDatabase> pMiscSensorWrapper;
+std::unique_ptr<SensorDatabase> pDiscreteProcessorWrapper;
+std::unique_ptr<SensorDatabase> pDiscreteMemoryWrapper;
+
+namespace {
+
+constexpr SensorTypeRow powerSupplyTypes[] = {{8, false}};
+constexpr SensorTypeRow powerUnitTypes[] = {{9, false}};
+constexpr SensorTypeRow coolingUnitTypes[] = {{10, false}};
+constexpr SensorTypeRow voltageTypes[] = {{2, true}};
+constexpr SensorTypeRow coolingTypes[] = {{4, true}};
+constexpr SensorTypeRow driveSlotTypes[] = {{13, true}};
+constexpr SensorTypeRow processorTypes[] = {{7, true}};
+constexpr SensorTypeRow memoryTypes[] = {{12, true}};
+constexpr SensorTypeRow miscTypes[] = {
+    {5, true},  {11, true}, {15, false}, {16, true}, {18, true}, {19, true}, {20, true}, {21, true},
+    {22, true}, {24, true}, {33, true},  {35, true}, {37, true}, {40, true}, {41, true}, {243, true},
+};
+
+int statusNumberByWord(std::string_view text, const StatusWords& words)
+{
+    return getStatusEnum(mapValueToStatus(text, words));
+}
+
+int statusNumberByEnum(std::string_view text, const StatusWords& words)
+{
+    return getNewHealthEnum(mapValueToStatusEnum(text, words));
+}
+
+constexpr DiscreteTraits powerSupplyTraits{
+    .firstAttribute = POWERSUPPLY_DEVICEID,
+    .sensorTypes = powerSupplyTypes,
+    .defaultName = "HW_PowerSupply",
+    .words = &powerSupplyWords,
+    .statusNumber = statusNumberByWord,
+    .database = &pPowerSupplyWrapper,
+};
+
+constexpr DiscreteTraits powerUnitTraits{
+    .firstAttribute = POWERUNIT_DEVICEID,
+    .sensorTypes = powerUnitTypes,
+    .defaultName = "HW_PowerUnit",
+    .words = &redundancyWords,
+    .statusNumber = statusNumberByEnum,
+    .extraNumber = mapValueToRedundancyStatus,
+    .database = &pPowerUnitWrapper,
+};
+
+constexpr DiscreteTraits coolingUnitTraits{
+    .firstAttribute = COOLINGUNIT_DEVICEID,
+    .sensorTypes = coolingUnitTypes,
+    .defaultName = "HW_CoolingUnit",
+    .words = &redundancyWords,
+    .statusNumber = statusNumberByWord,
+    .extraNumber = mapValueToRedundancyStatus,
+    .database = &pCoolingUnitWrapper,
+};
+
+constexpr DiscreteTraits discreteVoltageTraits{
+    .firstAttribute = DISCRETEVOLTAGE_DEVICEID,
+    .sensorTypes = voltageTypes,
+    .nonLinearOnly = true,
+    .defaultName = "HW_DiscreteVoltage",
+    .words = &discreteVoltageWords,
+    .statusNumber = statusNumberByWord,
+    .extraNumber = getVoltagePerformanceEnum,
+    .database = &pDiscreteVoltageWrapper,
+};
+
+constexpr DiscreteTraits discreteCoolingTraits{
+    .firstAttribute = DISCRETECOOLING_DEVICEID,
+    .sensorTypes = coolingTypes,
+    .nonLinearOnly = true,
+    .defaultName = "HW_DiscreteCooling",
+    .words = &discreteCoolingWords,
+    .statusNumber = statusNumberByWord,
+    .extraNumber = getCoolingPerformanceEnum,
+    .database = &pDiscreteCoolingWrapper,
+};
+
+constexpr DiscreteTraits driveSlotTraits{
+    .firstAttribute = DRIVESLOT_PRESENCE_SENSOR_DEVICEID,
+    .sensorTypes = driveSlotTypes,
+    .defaultName = "Drive Slot Presence Sensor",
+    .words = &driveSlotWords,
+    .statusNumber = statusNumberByWord,
+    .extraText = mapValueToPresenceStatusString,
+    .database = &pDriverSlotWrapper,
+};
+
+constexpr DiscreteTraits miscSensorTraits{
+    .firstAttribute = MISCELLANEOUS_SENSOR_DEVICEID,
+    .sensorTypes = miscTypes,
+    .defaultName = "HW_MiscellaneousSensor",
+    .words = &miscSensorWords,
+    .statusNumber = statusNumberByWord,
+    .countMessage = "miscSensor::init() Number of sensors = %d \n",
+    .database = &pMiscSensorWrapper,
+};
+
+constexpr DiscreteTraits discreteProcessorTraits{
+    .firstAttribute = DISCRETE_PROCESSOR_DEVICEID,
+    .sensorTypes = processorTypes,
+    .defaultName = "HW_DiscreteProcessor",
+    .words = &discreteProcessorWords,
+    .statusNumber = statusNumberByWord,
+    .database = &pDiscreteProcessorWrapper,
+};
+
+constexpr DiscreteTraits discreteMemoryTraits{
+    .firstAttribute = DISCRETE_MEMORY_DEVICEID,
+    .sensorTypes = memoryTypes,
+    .defaultName = "HW_DiscreteMemory",
+    .words = &discreteMemoryWords,
+    .statusNumber = statusNumberByWord,
+    .database = &pDiscreteMemoryWrapper,
+};
+
+/// What a live number is before it is read, and stays if it can't be.
+constexpr long numberNotRead = 3;
+constexpr const char* coolingUnitCaption = "Group for cooling unit table";
+
+bool isColumn(_SMAttribute attribute, DiscreteColumn column, const DiscreteTraits& traits)
+{
+    return attribute - traits.firstAttribute == static_cast<int>(column);
+}
+
+} // namespace
+
+powerSupply::powerSupply() : DiscreteGroup(powerSupplyTraits) {}
+powerUnit::powerUnit() : DiscreteGroup(powerUnitTraits) {}
+coolingUnit::coolingUnit() : DiscreteGroup(coolingUnitTraits) {}
+discreteVoltage::discreteVoltage() : DiscreteGroup(discreteVoltageTraits) {}
+discreteCooling::discreteCooling() : DiscreteGroup(discreteCoolingTraits) {}
+driveSlot::driveSlot() : DiscreteGroup(driveSlotTraits) {}
+miscSensor::miscSensor() : DiscreteGroup(miscSensorTraits) {}
+discreteProcessor::discreteProcessor() : DiscreteGroup(discreteProcessorTraits) {}
+discreteMemory::discreteMemory() : DiscreteGroup(discreteMemoryTraits) {}
+
+template<class Row>
+int DiscreteGroup<Row>::init()
+{
+    readDatabase();
+    const SensorDatabase& database = **traits.database;
+    if (const int result = this->allocTable(database.m_tdLen()); result != CLIENT_SUCCESS)
+        return result;
+    for (int row = 0; row < this->m_nCount; ++row) {
+        const CSensorInfo& sensor = database.m_pT[static_cast<std::size_t>(row)].m_cInfo;
+        Row& stored = *this->getAddress(row);
+        stored.nDeviceId = sensor.m_iIdNumber;
+        copyText(stored.stDescription,
+                 sensor.m_cDescription.isEmpty() ? traits.defaultName : sensor.m_cDescription.narrow());
+    }
+    return CLIENT_SUCCESS;
+}
+
+template<class Row>
+void DiscreteGroup<Row>::readDatabase()
+{
+    auto& database = *traits.database;
+    database = std::make_unique<SensorDatabase>();
+    for (const SensorTypeRow& type : traits.sensorTypes)
+        GetAllSensorData(type.m_nSensorType, database.get(), m_nMultiplier, type.discrete);
+    if (traits.nonLinearOnly)
+        std::erase_if(database->m_pT, [](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_bIsLinear == 0; });
+    if (traits.countMessage)
+        trace(traits.countMessage, database->m_tdLen());
+}
+
+/// The database keeps the text of start-up: what a failed read shows.
+template<class Row>
+std::string DiscreteGroup<Row>::readText(int row)
+{
+    CSensorWrapper sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    sensor.m_cInfo.m_iIdNumber = this->getAddress(row)->nDeviceId;
+    sensor.m_cInfo.m_usChassisId = m_nChassisId;
+    GetSensorData(sensor, m_nMultiplier);
+    return sensor.m_cData.m_cValueString.narrow();
+}
+
+template<class Row>
+int DiscreteGroup<Row>::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const Row* const stored = this->getAddress(row);
+    if (!stored)
+        return CLIENT_ERROR_NO_ROW;
+    if (!isColumn(attribute, DiscreteColumn::DeviceId, traits))
+        return CLIENT_ERROR_NOSUCHNAME;
+    out = stored->nDeviceId;
+    return CLIENT_SUCCESS;
+}
+
+template<class Row>
+int DiscreteGroup<Row>::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const Row* const stored = this->getAddress(row);
+    if (!stored)
+        return CLIENT_ERROR_NO_ROW;
+    if (!isColumn(attribute, DiscreteColumn::Description, traits))
+        return CLIENT_ERROR_NOSUCHNAME;
+    return answerText(stored->stDescription, out);
+}
+
+template<class Row>
+int DiscreteGroup<Row>::getIntData(_SMAttribute attribute, int row, long& out)
+{
+    out = numberNotRead;
+    if (!this->getAddress(row))
+        return CLIENT_ERROR_NO_ROW;
+    if (isColumn(attribute, DiscreteColumn::Status, traits))
+        out = traits.statusNumber(readText(row), *traits.words);
+    else if (traits.extraNumber && isColumn(attribute, DiscreteColumn::Extra, traits))
+        out = traits.extraNumber(readText(row));
+    else
+        return CLIENT_ERROR_NOSUCHNAME;
+    return CLIENT_SUCCESS;
+}
+
+template<class Row>
+int DiscreteGroup<Row>::getStrData(_SMAttribute attribute, int row, char*& out)
+{
+    if (!this->getAddress(row))
+        return CLIENT_ERROR_NO_ROW;
+    if (isColumn(attribute, DiscreteColumn::StatusString, traits))
+        out = getNewHealthString(mapValueToStatus(readText(row), *traits.words));
+    else if (traits.extraText && isColumn(attribute, DiscreteColumn::Extra, traits))
+        out = newTextBlock(traits.extraText(readText(row)));
+    else
+        return CLIENT_ERROR_NOSUCHNAME;
+    return out ? CLIENT_SUCCESS : CLIENT_ERROR_MEMORY;
+}
+
+int coolingUnit::init()
+{
+    const int result = DiscreteGroup::init();
+    for (CoolingUnitInfo& row : rows())
+        copyText(row.stCaption, coolingUnitCaption);
+    return result;
+}
+
+int coolingUnit::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const CoolingUnitInfo* const stored = getAddress(row);
+    if (!stored || attribute != COOLINGUNIT_CAPTION)
+        return DiscreteGroup::getStrInfo(attribute, row, out);
+    return answerText(stored->stCaption, out);
+}

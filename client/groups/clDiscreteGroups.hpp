@@ -1,0 +1,95 @@
+#pragma once
+
+#include "client/groups/BaseContainer.hpp"
+#include "client/readings/SensorTypes.hpp"
+#include "client/status/clDiscreteWords.hpp"
+
+/// The columns that the groups of state sensors have in common, in the order of their attributes. What the fifth one
+/// is differs from group to group.
+enum class DiscreteColumn { DeviceId, Description, StatusString, Status, Extra };
+
+struct SensorTypeRow {
+    int m_nSensorType; ///< IPMI 2.0, table 42-3
+    bool discrete;     ///< read without thresholds
+};
+
+/// What differs between the groups of state sensors.
+struct DiscreteTraits {
+    _SMAttribute firstAttribute; ///< DEVICEID; the others follow it
+    std::span<const SensorTypeRow> sensorTypes;
+    bool nonLinearOnly = false; ///< linear sensors belong to a group with readings
+    const char* defaultName;
+    const StatusWords* words;
+    int (*statusNumber)(std::string_view text, const StatusWords& words);
+    int (*extraNumber)(std::string_view text) = nullptr;
+    const char* (*extraText)(std::string_view text) = nullptr;
+    const char* countMessage = nullptr;        ///< traced with the count of rows
+    std::unique_ptr<SensorDatabase>* database; ///< row i of the table is element i
+};
+
+/// A table of sensors that report states. Rows keep the status 0 with which they are made: status and status string
+/// are read live.
+template<class Row>
+class DiscreteGroup : public BaseContainer<Row> {
+public:
+    explicit DiscreteGroup(const DiscreteTraits& groupTraits) : traits(groupTraits) {}
+    ~DiscreteGroup() override { traits.database->reset(); }
+    DiscreteGroup(const DiscreteGroup&) = delete;
+    DiscreteGroup& operator=(const DiscreteGroup&) = delete;
+
+    int init() override;
+    int getIntInfo(_SMAttribute attribute, int row, long& out) override;
+    int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+    int getIntData(_SMAttribute attribute, int row, long& out) override;
+    int getStrData(_SMAttribute attribute, int row, char*& out) override;
+
+private:
+    void readDatabase();
+    std::string readText(int row);
+
+    const DiscreteTraits& traits;
+    static constexpr unsigned short m_nChassisId = 0;
+    static constexpr long m_nMultiplier = 1;
+};
+
+extern std::unique_ptr<SensorDatabase> pPowerSupplyWrapper;
+extern std::unique_ptr<SensorDatabase> pPowerUnitWrapper;
+extern std::unique_ptr<SensorDatabase> pCoolingUnitWrapper;
+extern std::unique_ptr<SensorDatabase> pDiscreteVoltageWrapper;
+extern std::unique_ptr<SensorDatabase> pDiscreteCoolingWrapper;
+extern std::unique_ptr<SensorDatabase> pDriverSlotWrapper;
+extern std::unique_ptr<SensorDatabase> pMiscSensorWrapper;
+extern std::unique_ptr<SensorDatabase> pDiscreteProcessorWrapper;
+extern std::unique_ptr<SensorDatabase> pDiscreteMemoryWrapper;
+
+struct powerSupply : DiscreteGroup<PowerSupplyInfo> {
+    powerSupply();
+};
+struct powerUnit : DiscreteGroup<PowerUnitInfo> {
+    powerUnit();
+};
+struct discreteVoltage : DiscreteGroup<DiscreteVoltageInfo> {
+    discreteVoltage();
+};
+struct discreteCooling : DiscreteGroup<DiscreteCoolingInfo> {
+    discreteCooling();
+};
+struct driveSlot : DiscreteGroup<DriveSlotInfo> {
+    driveSlot();
+};
+struct miscSensor : DiscreteGroup<miscSensorInfo> {
+    miscSensor();
+};
+struct discreteProcessor : DiscreteGroup<discreteProcessorInfo> {
+    discreteProcessor();
+};
+struct discreteMemory : DiscreteGroup<discreteMemoryInfo> {
+    discreteMemory();
+};
+
+/// Its rows have a caption beside the description.
+struct coolingUnit : DiscreteGroup<CoolingUnitInfo> {
+    coolingUnit();
+    int init() override;
+    int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+};

@@ -1,0 +1,253 @@
+#include "client/groups/clInventory.hpp"
+
+#include "client/query/QLInterface.hpp"
+#include "common/ResultStatus.hpp"
+#include "common/Util.hpp"
+
+#include <cstdlib>
+
+namespace {
+
+constexpr char compactRecords[] = "/BMC/SDR/RECORD_TYPE[2]";
+constexpr long processorSensor = 7; ///< sensor type (IPMI 2.0, table 42-3)
+
+/// Places of the bytes in a compact sensor record, from 0 (IPMI 2.0, 43.2).
+constexpr std::size_t sensorNumberPlace = 7;
+constexpr std::size_t sensorTypePlace = 12;
+
+constexpr IntField<ProcessorInfo> processorInts[] = {
+    {PROC_DEVICEID, &ProcessorInfo::nDeviceId},
+    {PROC_STATUS, &ProcessorInfo::nStatus},
+    {PROC_TYPE, &ProcessorInfo::nDeviceType},
+    {PROC_FAMILY, &ProcessorInfo::nDeviceFamily},
+    {PROC_MAXSPEED, &ProcessorInfo::nMaxSpeed},
+    {PROC_CURRENTSPEED, &ProcessorInfo::nCurrentSpeed},
+    {PROC_EXTCLOCKSPEED, &ProcessorInfo::nClockSpeed},
+    {PROC_VOLTAGE, &ProcessorInfo::nVoltage},
+    {PROC_UPGRADEMETHOD, &ProcessorInfo::nUpgradeMethod},
+};
+
+constexpr TextField<ProcessorInfo> processorTexts[] = {
+    {PROC_DESCRIPTION, &ProcessorInfo::stDescription}, {PROC_STATUSSTRING, &ProcessorInfo::stStatusString},
+    {PROC_PARTNUMBER, &ProcessorInfo::stPartNumber},   {PROC_MANUFACTURERNAME, &ProcessorInfo::stManufacturer},
+    {PROC_VERSIONNAME, &ProcessorInfo::stVersionName}, {PROC_SOCKETDESIGNATION, &ProcessorInfo::stSocketDesignation},
+    {PROC_PROCESSORID, &ProcessorInfo::stProcessorId},
+};
+
+constexpr IntField<MemoryArrayInfo> arrayInts[] = {
+    {MEMORYARRAY_DEVICEID, &MemoryArrayInfo::nDeviceId},
+    {MEMORYARRAY_STATUS, &MemoryArrayInfo::nStatus},
+    {MEMORYARRAY_LOCATION, &MemoryArrayInfo::nLocation},
+    {MEMORYARRAY_MAXCAPACITY, &MemoryArrayInfo::nMaxCapacity},
+    {MEMORYARRAY_NUMOFDEVICE, &MemoryArrayInfo::nNumOfDevice},
+    {MEMORYARRAY_ERRORCORRECTION, &MemoryArrayInfo::nErrorCorrection},
+    {MEMORYARRAY_HANDLE, &MemoryArrayInfo::nHandle},
+    {MEMORYARRAY_USAGECODE, &MemoryArrayInfo::nUsageCode},
+    {MEMORYARRAY_USEDSLOT, &MemoryArrayInfo::nUsedSlot},
+};
+
+constexpr TextField<MemoryArrayInfo> arrayTexts[] = {
+    {MEMORYARRAY_DESCRIPTION, &MemoryArrayInfo::stDescription},
+    {MEMORYARRAY_STATUSSTRING, &MemoryArrayInfo::stStatusString},
+    {MEMORYARRAY_TAG, &MemoryArrayInfo::stTag},
+};
+
+constexpr IntField<MemoryDeviceInfo> deviceInts[] = {
+    {MEMORYDEVICE_DEVICEID, &MemoryDeviceInfo::nDeviceId},
+    {MEMORYDEVICE_STATUS, &MemoryDeviceInfo::nStatus},
+    {MEMORYDEVICE_HANDLE, &MemoryDeviceInfo::nHandle},
+    {MEMORYDEVICE_ASSOCIATEDARRAY, &MemoryDeviceInfo::nAssociatedArray},
+    {MEMORYDEVICE_TOTALWIDTH, &MemoryDeviceInfo::nTotalWidth},
+    {MEMORYDEVICE_DATAWIDTH, &MemoryDeviceInfo::nDataWidth},
+    {MEMORYDEVICE_SIZE, &MemoryDeviceInfo::nSize},
+    {MEMORYDEVICE_FORMFACTOR, &MemoryDeviceInfo::nFormFactor},
+    {MEMORYDEVICE_MEMORYTYPE, &MemoryDeviceInfo::nMemoryType},
+    {MEMORYDEVICE_TYPEDETAIL, &MemoryDeviceInfo::nTypeDetail},
+    {MEMORYDEVICE_SPEED, &MemoryDeviceInfo::nSpeed},
+};
+
+constexpr TextField<MemoryDeviceInfo> deviceTexts[] = {
+    {MEMORYDEVICE_DESCRIPTION, &MemoryDeviceInfo::stDescription},
+    {MEMORYDEVICE_STATUSSTRING, &MemoryDeviceInfo::stStatusString},
+    {MEMORYDEVICE_TAG, &MemoryDeviceInfo::stTag},
+    {MEMORYDEVICE_LOCATOR, &MemoryDeviceInfo::stLocator},
+    {MEMORYDEVICE_BANKLABEL, &MemoryDeviceInfo::stBankLabel},
+    {MEMORYDEVICE_MANUFACTURER, &MemoryDeviceInfo::stManufacturer},
+    {MEMORYDEVICE_SERIALNUMBER, &MemoryDeviceInfo::stSerialNumber},
+    {MEMORYDEVICE_ASSETTAG, &MemoryDeviceInfo::stAssetTag},
+    {MEMORYDEVICE_PARTNUMBER, &MemoryDeviceInfo::stPartNumber},
+};
+
+/// Numbers of the sensors that watch processors, in the order of the records.
+std::vector<int> listProcessorSensors()
+{
+    std::vector<int> numbers;
+    ResultMap records;
+    try {
+        CallQLInterface(compactRecords, records);
+    } catch (const ResultStatus& failure) {
+        trace("\n Failed For the Processor");
+        traceFailure(failure);
+    }
+    for (const auto& [path, node] : records) {
+        if (node.mType != NODE_LEAF || node.mXNodeList.empty())
+            continue;
+        const std::vector<std::string> bytes = Util::split(node.mXNodeList.front(), " ");
+        if (bytes.size() > sensorTypePlace &&
+            std::strtol(bytes[sensorTypePlace].c_str(), nullptr, 16) == processorSensor)
+            numbers.push_back(static_cast<int>(std::strtol(bytes[sensorNumberPlace].c_str(), nullptr, 16)));
+    }
+    return numbers;
+}
+
+/// The tables have no live state: a row is healthy until an event says otherwise.
+template<class Row>
+void setHealthy(BaseContainer<Row>& group, Row& row)
+{
+    row.nStatus = ENUM_STATUS_HEALTHY;
+    group.getStatusString(ENUM_STATUS_OK, row.stStatusString);
+}
+
+} // namespace
+
+int processorDevice::init()
+{
+    getNumberOfProcessorPresent(&m_nCount);
+    if (const int result = allocTable(m_nCount); result != CLIENT_SUCCESS) {
+        trace("allocTable failed processorDevice::init returning\n");
+        return result;
+    }
+    int number = 0;
+    for (ProcessorInfo& row : rows())
+        fillRow(++number, row);
+    trace("Leaving processorDevice::init with success\n");
+    return CLIENT_SUCCESS;
+}
+
+void processorDevice::fillRow(int processor, ProcessorInfo& row)
+{
+    // a machine may have fewer sensors than processors: the last watches those that are left
+    if (const std::vector<int> sensors = listProcessorSensors(); !sensors.empty())
+        row.nDeviceId = sensors[std::min(sensors.size(), static_cast<std::size_t>(processor)) - 1];
+    getProcessorPresentInfo(processor, m_processorInfo);
+    setHealthy(*this, row);
+    copyText(row.stDescription, m_processorInfo.socketDesignation);
+    copyText(row.stSocketDesignation, m_processorInfo.socketDesignation);
+    copyText(row.stManufacturer, m_processorInfo.manufacturer);
+    copyText(row.stVersionName, m_processorInfo.version);
+    copyText(row.stPartNumber, m_processorInfo.partNumber);
+    copyText(row.stProcessorId, m_processorInfo.processorId);
+    row.nDeviceType = m_processorInfo.type_;
+    row.nDeviceFamily = m_processorInfo.family;
+    row.nMaxSpeed = m_processorInfo.maxSpeed;
+    row.nCurrentSpeed = m_processorInfo.currentSpeed;
+    row.nClockSpeed = m_processorInfo.externalClock;
+    row.nVoltage = m_processorInfo.voltage;
+    row.nUpgradeMethod = m_processorInfo.upgrade;
+}
+
+int processorDevice::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const ProcessorInfo* const found = getAddress(row);
+    return found ? answerInt(processorInts, *found, attribute, out) : PROCESSOR_ERROR_NO_ROW;
+}
+
+int processorDevice::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const ProcessorInfo* const found = getAddress(row);
+    return found ? answerText(processorTexts, *found, attribute, out) : PROCESSOR_ERROR_NO_ROW;
+}
+
+int memoryArray::init()
+{
+    std::vector<MemoryArrayDetails> arrays;
+    GetMemoryArrayDetails(arrays);
+    if (const int result = allocTable(static_cast<int>(arrays.size())); result != CLIENT_SUCCESS)
+        return result;
+    for (std::size_t place = 0; place < arrays.size(); ++place)
+        fillRow(arrays[place].array, rows()[place]);
+    return CLIENT_SUCCESS;
+}
+
+void memoryArray::fillRow(int array, MemoryArrayInfo& row)
+{
+    getPhyMemDevArrayInfo(array, m_arrayInfo);
+    row.nDeviceId = array;
+    row.nIndex = array;
+    setHealthy(*this, row);
+    copyText(row.stDescription, "Memory Array " + std::to_string(array));
+    row.nLocation = m_arrayInfo.location;
+    row.nMaxCapacity = m_arrayInfo.maxCapacity;
+    row.nNumOfDevice = m_arrayInfo.numDevices;
+    row.nErrorCorrection = m_arrayInfo.errorCorrection;
+    row.nHandle = m_arrayInfo.errorInfoHandle;
+    row.nUsageCode = m_arrayInfo.use;
+    row.nUsedSlot = m_arrayInfo.devicesPresent;
+}
+
+int memoryArray::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const MemoryArrayInfo* const found = getAddress(row);
+    return found ? answerInt(arrayInts, *found, attribute, out) : CLIENT_ERROR_NO_ROW;
+}
+
+int memoryArray::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const MemoryArrayInfo* const found = getAddress(row);
+    return found ? answerText(arrayTexts, *found, attribute, out) : CLIENT_ERROR_NO_ROW;
+}
+
+int memoryDevice::init()
+{
+    std::vector<MemoryArrayDetails> arrays;
+    GetMemoryArrayDetails(arrays);
+    int count = 0;
+    for (const MemoryArrayDetails& each : arrays) {
+        trace("\nMemory Array %d contains %zu devices \n", each.array, each.devices.size());
+        count += static_cast<int>(each.devices.size());
+    }
+    if (const int result = allocTable(count); result != CLIENT_SUCCESS)
+        return result;
+    int number = 0;
+    for (const MemoryArrayDetails& each : arrays)
+        for (const int device : each.devices) {
+            trace(" \n Add Memory Device::Memory Array Index %d, Memory Device Index = %d\n", each.array, device);
+            MemoryDeviceInfo& row = *getAddress(number++);
+            row.nDeviceId = number;
+            fillRow(each.array, device, row);
+        }
+    return CLIENT_SUCCESS;
+}
+
+void memoryDevice::fillRow(int array, int device, MemoryDeviceInfo& row)
+{
+    getMemoryDeviceInfo(array, device, m_deviceInfo);
+    setHealthy(*this, row);
+    row.nAssociatedArray = array;
+    row.nTotalWidth = m_deviceInfo.totalWidth;
+    row.nDataWidth = m_deviceInfo.dataWidth;
+    row.nSize = m_deviceInfo.size;
+    row.nFormFactor = m_deviceInfo.formFactor;
+    row.nMemoryType = m_deviceInfo.memoryType;
+    row.nTypeDetail = m_deviceInfo.typeDetail;
+    row.nSpeed = m_deviceInfo.speed;
+    copyText(row.stDescription, m_deviceInfo.deviceLocator);
+    copyText(row.stLocator, m_deviceInfo.deviceLocator);
+    copyText(row.stBankLabel, m_deviceInfo.bankLocator);
+    copyText(row.stManufacturer, m_deviceInfo.manufacturer);
+    copyText(row.stSerialNumber, m_deviceInfo.serialNumber);
+    copyText(row.stAssetTag, m_deviceInfo.assetTag);
+    copyText(row.stPartNumber, m_deviceInfo.partNumber);
+}
+
+int memoryDevice::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const MemoryDeviceInfo* const found = getAddress(row);
+    return found ? answerInt(deviceInts, *found, attribute, out) : CLIENT_ERROR_NO_ROW;
+}
+
+int memoryDevice::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const MemoryDeviceInfo* const found = getAddress(row);
+    return found ? answerText(deviceTexts, *found, attribute, out) : CLIENT_ERROR_NO_ROW;
+}

@@ -1,0 +1,148 @@
+#include "client/groups/clSystemManagement.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/groups/ConfigFile.hpp"
+#include "client/words/Numbers.hpp"
+#include "common/Seams.hpp"
+
+#include <cctype>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/// A status from here on is a result of the dispatch and not a status.
+constexpr int firstNoStatus = 7;
+
+constexpr _SMEntity rolledUp[] = {
+    PROCESSOR,    POWERSUPPLY,     POWERUNIT,       VOLTAGE,       DISCRETEVOLTAGE, MEMORYARRAY,
+    MEMORYDEVICE, COOLINGDEVICE,   DISCRETECOOLING, TEMPERATURE,   DRIVESLOT,       DISCRETE_PROCESSOR,
+    CURRENT,      DISCRETE_MEMORY, COOLINGUNIT,     MISCELLANEOUS,
+};
+
+constexpr _SMEntity seeded[] = {
+    PROCESSOR,       POWERSUPPLY,   POWERUNIT,       VOLTAGE,       DISCRETEVOLTAGE,    MEMORYARRAY,
+    MEMORYDEVICE,    COOLINGDEVICE, DISCRETECOOLING, TEMPERATURE,   DISCRETE_PROCESSOR, CURRENT,
+    DISCRETE_MEMORY, COOLINGUNIT,   DRIVESLOT,       MISCELLANEOUS,
+};
+
+struct TextSetting {
+    std::string_view key;
+    RowText systemManagement::*member;
+};
+
+constexpr TextSetting textSettings[] = {
+    {"platformdescription", &systemManagement::m_stPlatformDesc},
+    {"manufacturer", &systemManagement::m_stManufacturer},
+    {"productname", &systemManagement::m_stProductName},
+    {"productversion", &systemManagement::m_stProductVersion},
+    {"productbuildnumber", &systemManagement::m_stProductBuildNum},
+    {"productdescription", &systemManagement::m_stProductDesc},
+};
+
+struct NumberSetting {
+    std::string_view key;
+    int systemManagement::*member;
+};
+
+/// "setsenabled" is missing on purpose: the agent only reads, whatever the file asks for.
+constexpr NumberSetting numberSettings[] = {
+    {"platformid", &systemManagement::m_nPlatformId},
+    {"trapsenabled", &systemManagement::m_nTrapsEnabled},
+    {"debugenabled", &systemManagement::m_nDebugEnabled},
+};
+
+constexpr IntField<systemManagement> intFields[] = {
+    {SMINFO_PLATFORMID, &systemManagement::m_nPlatformId},
+    {SMINFO_TRAPSENABLED, &systemManagement::m_nTrapsEnabled},
+    {SMINFO_SETSENABLED, &systemManagement::m_nSetsEnabled},
+};
+
+constexpr TextField<systemManagement> textFields[] = {
+    {SMINFO_PLATFORMDESC, &systemManagement::m_stPlatformDesc},
+    {SMINFO_MANUFACTURER, &systemManagement::m_stManufacturer},
+    {SMINFO_PRODUCTNAME, &systemManagement::m_stProductName},
+    {SMINFO_PRODUCTVERSION, &systemManagement::m_stProductVersion},
+    {SMINFO_PRODUCTBUILDNUM, &systemManagement::m_stProductBuildNum},
+    {SMINFO_PRODUCTDESC, &systemManagement::m_stProductDesc},
+};
+
+/// The descriptor is exchanged and not the stream: it is never closed in between, so no other file can slip into it.
+void silenceStderr()
+{
+    trace("\n  Redirecting standard error output into /dev/null \n");
+    const int sink = open("/dev/null", O_WRONLY);
+    if (sink >= 0 && sink != STDERR_FILENO) {
+        dup2(sink, STDERR_FILENO);
+        close(sink);
+    }
+    traceWanted = false;
+}
+
+} // namespace
+
+int systemManagement::init()
+{
+    if (!readConfigFile(systemPath(configPath), [this](const ConfigEntry& entry) { takeSetting(entry); })) {
+        trace("Error in opening config file %s\n", configPath);
+        return CLIENT_ERROR_NO_CONFIG_FILE;
+    }
+    if (m_nDebugEnabled == 0)
+        silenceStderr();
+    return CLIENT_SUCCESS;
+}
+
+void systemManagement::takeSetting(const ConfigEntry& entry)
+{
+    for (const TextSetting& setting : textSettings)
+        if (setting.key == entry.key)
+            copyText(this->*setting.member, entry.value);
+    for (const NumberSetting& setting : numberSettings)
+        if (setting.key == entry.key)
+            this->*setting.member = clampToValue(std::strtol(entry.value.c_str(), nullptr, 10));
+}
+
+int systemManagement::getIntInfo(_SMAttribute attribute, int, long& out)
+{
+    if (attribute != SMINFO_HEALTHSTATUS)
+        return answerInt(intFields, *this, attribute, out);
+    out = m_nHealthStatus;
+    return CLIENT_SUCCESS;
+}
+
+int systemManagement::getStrInfo(_SMAttribute attribute, int, char*& out)
+{
+    return answerText(textFields, *this, attribute, out);
+}
+
+void systemManagement::setInitialStatus()
+{
+    int worst = ENUM_STATUS_HEALTHY;
+    for (const _SMEntity group : rolledUp)
+        if (const int status = getExtGroupStatus(group); status < firstNoStatus)
+            worst = std::max(worst, status);
+    m_nHealthStatus = worst;
+}
+
+void systemManagement::seedAllHealthLists()
+{
+    trace("seedHealthLists() called\n");
+    for (const _SMEntity group : seeded)
+        seedHealthListsExt(group);
+    trace("End of seedHealthLists()\n");
+}
+
+int systemManagement::setHealthStatus(int status)
+{
+    m_nHealthStatus = status;
+    return CLIENT_SUCCESS;
+}
+
+char* systemManagement::toLower(const char* text)
+{
+    char* const block = newTextBlock(text);
+    for (char* character = block; character && *character; ++character)
+        *character = static_cast<char>(std::tolower(static_cast<unsigned char>(*character)));
+    return block;
+}

@@ -1,0 +1,321 @@
+#include "client/groups/clThresholdProbes.hpp"
+#include "client/status/StatusWords.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/readings/SensorAcquisition.hpp"
+#include "client/words/Numbers.hpp"
+
+#include <optional>
+
+std::unique_ptr<SensorDatabase> pVoltageProbeWrapper;
+std::unique_ptr<SensorDatabase> pCurrentProbeWrapper;
+std::unique_ptr<SensorDatabase> pTemperatureWrapper;
+std::unique_ptr<SensorDatabase> pCoolingDeviceWrapper;
+
+namespace {
+
+/// Base units of sensors (IPMI 2.0, table 43-15).
+enum BaseUnit : int { UNSPECIFIED_UNIT = 0, DEGREE_C_UNIT = 1, DEGREE_F_UNIT = 2, DEGREE_K_UNIT = 3 };
+
+constexpr int kelvinAtZeroCelsius = 273;
+constexpr int coolingNoRow = 30;
+constexpr std::size_t longestName = textBlockBytes - 1;
+
+constexpr ThresholdTraits voltageTraits{
+    .firstAttribute = VOLTAGE_DEVICEID,
+    .m_nSensorType = 2,
+    .m_nMultiplier = 1000,
+    .m_nConversionUnit = 1,
+    .resolutionFactor = 1,
+    .linearOnly = true,
+    .ignoresLowerBounds = false,
+    .convertsBounds = false,
+    .isFan = false,
+    .nameLimit = 9,
+    .defaultName = "HW_VoltageSensor",
+    .noRow = CLIENT_ERROR_NO_ROW,
+    .endOfInit = "\n End of VoltageProbe init()",
+    .database = &pVoltageProbeWrapper,
+};
+
+constexpr ThresholdTraits currentTraits{
+    .firstAttribute = CURRENT_DEVICEID,
+    .m_nSensorType = 3,
+    .m_nMultiplier = 1000,
+    .m_nConversionUnit = 1,
+    .resolutionFactor = 1,
+    .linearOnly = true,
+    .ignoresLowerBounds = false,
+    .convertsBounds = false,
+    .isFan = false,
+    .nameLimit = longestName,
+    .defaultName = "HW_CurrentSensor",
+    .noRow = CLIENT_ERROR_NO_ROW,
+    .endOfInit = "\n End of CurrentProbe init()",
+    .database = &pCurrentProbeWrapper,
+};
+
+constexpr ThresholdTraits temperatureTraits{
+    .firstAttribute = TEMPERATURE_DEVICEID,
+    .m_nSensorType = 1,
+    .m_nMultiplier = 1,
+    .m_nConversionUnit = 10,
+    .resolutionFactor = 10,
+    .linearOnly = false,
+    .ignoresLowerBounds = true,
+    .convertsBounds = true,
+    .isFan = false,
+    .nameLimit = longestName,
+    .defaultName = "HW_TemperatureSensor",
+    .noRow = CLIENT_ERROR_NO_ROW,
+    .endOfInit = "\n End of TemperatureProbe init()",
+    .database = &pTemperatureWrapper,
+};
+
+constexpr ThresholdTraits coolingTraits{
+    .firstAttribute = COOLINGDEVICE_DEVICEID,
+    .m_nSensorType = 4,
+    .m_nMultiplier = 1,
+    .m_nConversionUnit = 1,
+    .resolutionFactor = 10,
+    .linearOnly = true,
+    .ignoresLowerBounds = false,
+    .convertsBounds = false,
+    .isFan = true,
+    .nameLimit = longestName,
+    .defaultName = "HW_CoolingDevice",
+    .noRow = coolingNoRow,
+    .endOfInit = "\n End of CoolingDevice init()",
+    .database = &pCoolingDeviceWrapper,
+};
+
+static_assert(VOLTAGE_ACCURACY - VOLTAGE_DEVICEID == static_cast<int>(ThresholdColumn::Accuracy));
+static_assert(CURRENT_ACCURACY - CURRENT_DEVICEID == static_cast<int>(ThresholdColumn::Accuracy));
+static_assert(TEMPERATURE_ACCURACY - TEMPERATURE_DEVICEID == static_cast<int>(ThresholdColumn::Accuracy));
+static_assert(COOLINGDEVICE_ACCURACY - COOLINGDEVICE_DEVICEID == static_cast<int>(ThresholdColumn::Accuracy));
+
+struct BoundSource {
+    int ThresholdReading::*to;
+    int CSensorData::*from;
+};
+
+constexpr BoundSource plainBounds[] = {
+    {&ThresholdReading::upperNonRec, &CSensorData::m_iUpperNonRecover},
+    {&ThresholdReading::upperCritical, &CSensorData::m_iUpperCritical},
+    {&ThresholdReading::upperNonCri, &CSensorData::m_iUpperNonCritical},
+    {&ThresholdReading::lowerNonCri, &CSensorData::m_iLowerNonCritical},
+    {&ThresholdReading::lowerCritical, &CSensorData::m_iLowerCritical},
+    {&ThresholdReading::lowerNonRec, &CSensorData::m_iLowerNonRecover},
+};
+
+/// A fan's non-recoverable bounds stand for its non-critical ones, on which the status rule of fans works.
+constexpr BoundSource fanBounds[] = {
+    {&ThresholdReading::upperNonRec, &CSensorData::m_iUpperNonCritical},
+    {&ThresholdReading::upperCritical, &CSensorData::m_iUpperCritical},
+    {&ThresholdReading::upperNonCri, &CSensorData::m_iUpperNonCritical},
+    {&ThresholdReading::lowerNonCri, &CSensorData::m_iLowerNonCritical},
+    {&ThresholdReading::lowerCritical, &CSensorData::m_iLowerCritical},
+    {&ThresholdReading::lowerNonRec, &CSensorData::m_iLowerNonCritical},
+};
+
+struct BoundColumn {
+    ThresholdColumn column;
+    int ThresholdReading::*member;
+};
+
+constexpr BoundColumn boundColumns[] = {
+    {ThresholdColumn::UpperNonRec, &ThresholdReading::upperNonRec},
+    {ThresholdColumn::UpperCritical, &ThresholdReading::upperCritical},
+    {ThresholdColumn::UpperNonCri, &ThresholdReading::upperNonCri},
+    {ThresholdColumn::LowerNonCri, &ThresholdReading::lowerNonCri},
+    {ThresholdColumn::LowerCritical, &ThresholdReading::lowerCritical},
+    {ThresholdColumn::LowerNonRec, &ThresholdReading::lowerNonRec},
+};
+
+ThresholdReading takeReading(const CSensorWrapper& wrapper, std::span<const BoundSource> bounds)
+{
+    ThresholdReading reading;
+    reading.value = wrapper.m_cData.m_iValue;
+    reading.unitType = wrapper.m_cInfo.m_iUnitType;
+    for (const BoundSource& bound : bounds)
+        reading.*bound.to = wrapper.m_cData.*bound.from;
+    return reading;
+}
+
+std::optional<ThresholdColumn> columnOf(_SMAttribute attribute, const ThresholdTraits& traits)
+{
+    const int offset = attribute - traits.firstAttribute;
+    if (offset < 0 || offset > static_cast<int>(ThresholdColumn::Accuracy))
+        return std::nullopt;
+    return static_cast<ThresholdColumn>(offset);
+}
+
+/// The bound that a column shows, null for other columns.
+const BoundColumn* findBound(std::optional<ThresholdColumn> column)
+{
+    const auto* const found = std::ranges::find(boundColumns, column, &BoundColumn::column);
+    return found == std::end(boundColumns) ? nullptr : found;
+}
+
+} // namespace
+
+voltageProbe::voltageProbe() : ThresholdProbe(voltageTraits) {}
+currentProbe::currentProbe() : ThresholdProbe(currentTraits) {}
+temperatureProbe::temperatureProbe() : ThresholdProbe(temperatureTraits) {}
+coolingDevice::coolingDevice() : ThresholdProbe(coolingTraits) {}
+
+int ThresholdProbe::init()
+{
+    auto& database = *traits.database;
+    database = std::make_unique<SensorDatabase>();
+    GetAllSensorData(traits.m_nSensorType, database.get(), traits.m_nMultiplier);
+    if (traits.linearOnly)
+        removeNonLinear();
+    if (const int result = allocTable(database->m_tdLen()); result != CLIENT_SUCCESS)
+        return result;
+    for (int row = 0; row < m_nCount; ++row)
+        fillRow(row);
+    trace("%s", traits.endOfInit);
+    return CLIENT_SUCCESS;
+}
+
+void ThresholdProbe::removeNonLinear()
+{
+    int number = 0;
+    std::erase_if((*traits.database)->m_pT, [&](const CSensorWrapper& sensor) {
+        const bool removed = sensor.m_cInfo.m_bIsLinear != 0;
+        if (removed)
+            trace("\n Removing the object %d", number);
+        ++number;
+        return removed;
+    });
+}
+
+void ThresholdProbe::fillRow(int row)
+{
+    CSensorWrapper& sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    ThresholdRow& stored = *getAddress(row);
+    stored.nDeviceId = sensor.m_cInfo.m_iIdNumber;
+    stored.nResolution = sensor.m_cInfo.m_iResolution;
+    stored.nTolerance = sensor.m_cInfo.m_iTolerance;
+    stored.nAccuracy = sensor.m_cInfo.m_iAccuracy;
+    const CString& name = sensor.m_cInfo.m_cDescription;
+    copyText(stored.stDescription, name.isEmpty() ? traits.defaultName : name.narrow().substr(0, traits.nameLimit));
+    GetSensorData(sensor, traits.m_nMultiplier);
+    stored.nStatus = getStatusEnum(statusAtStart(takeReading(sensor, plainBounds)));
+}
+
+const char* ThresholdProbe::statusAtStart(const ThresholdReading& reading)
+{
+    if (traits.ignoresLowerBounds)
+        return calStatus(reading.value, noValue, noValue, noValue, reading.upperCritical, reading.upperNonRec,
+                         reading.upperNonCri);
+    return calStatus(reading.value, reading.lowerCritical, reading.lowerNonRec, reading.lowerNonCri,
+                     reading.upperCritical, reading.upperNonRec, reading.upperNonCri);
+}
+
+const char* ThresholdProbe::statusWhenRead(const ThresholdReading& reading)
+{
+    if (!traits.isFan)
+        return statusAtStart(reading);
+    return coolingcalStatus(reading.value, reading.lowerCritical, reading.lowerNonRec, reading.lowerNonCri,
+                            reading.upperCritical, reading.upperNonRec, reading.upperNonCri);
+}
+
+/// The database keeps the reading of start-up: what a failed read shows.
+ThresholdReading ThresholdProbe::readLive(int row)
+{
+    CSensorWrapper sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    sensor.m_cInfo.m_iIdNumber = getAddress(row)->nDeviceId;
+    sensor.m_cInfo.m_usChassisId = m_nChassisId;
+    GetSensorData(sensor, traits.m_nMultiplier);
+    return takeReading(sensor, traits.isFan ? fanBounds : plainBounds);
+}
+
+int ThresholdProbe::convertUnit(int unitType, int value) const
+{
+    if (value == noValue)
+        return noValue;
+    switch (unitType) {
+    case UNSPECIFIED_UNIT:
+        return value;
+    case DEGREE_C_UNIT:
+        return scaleValue(value, traits.m_nConversionUnit);
+    case DEGREE_F_UNIT:
+    case DEGREE_K_UNIT:
+        return scaleValue(clampToValue(static_cast<long>(value) - kelvinAtZeroCelsius), traits.m_nConversionUnit);
+    default:
+        return 0;
+    }
+}
+
+int ThresholdProbe::boundShown(const ThresholdReading& reading, int bound) const
+{
+    return traits.convertsBounds ? convertUnit(reading.unitType, bound) : scaleValue(bound, traits.m_nConversionUnit);
+}
+
+int ThresholdProbe::getIntInfo(_SMAttribute attribute, int row, long& out)
+{
+    const ThresholdRow* const stored = getAddress(row);
+    if (!stored)
+        return traits.noRow;
+    const int unit = traits.m_nConversionUnit;
+    const auto column = columnOf(attribute, traits);
+    if (column == ThresholdColumn::DeviceId)
+        out = stored->nDeviceId;
+    else if (column == ThresholdColumn::Resolution)
+        out = scaleValue(stored->nResolution, unit * traits.resolutionFactor);
+    else if (column == ThresholdColumn::Tolerance)
+        out = scaleValue(stored->nTolerance, unit);
+    else if (column == ThresholdColumn::Accuracy)
+        out = stored->nAccuracy;
+    else
+        return CLIENT_ERROR_NOSUCHNAME;
+    return CLIENT_SUCCESS;
+}
+
+int ThresholdProbe::getStrInfo(_SMAttribute attribute, int row, char*& out)
+{
+    const ThresholdRow* const stored = getAddress(row);
+    if (!stored)
+        return traits.noRow;
+    if (columnOf(attribute, traits) != ThresholdColumn::Description)
+        return CLIENT_ERROR_NOSUCHNAME;
+    return answerText(stored->stDescription, out);
+}
+
+int ThresholdProbe::getIntData(_SMAttribute attribute, int row, long& out)
+{
+    out = -1;
+    if (!getAddress(row))
+        return traits.noRow;
+    const auto column = columnOf(attribute, traits);
+    const BoundColumn* const bound = findBound(column);
+    if (!bound && column != ThresholdColumn::Status && column != ThresholdColumn::Reading)
+        return CLIENT_ERROR_NOSUCHNAME;
+    const ThresholdReading reading = readLive(row);
+    if (bound)
+        out = boundShown(reading, reading.*bound->member);
+    else if (column == ThresholdColumn::Status)
+        out = getStatusEnum(statusWhenRead(reading));
+    else
+        out = scaleValue(reading.value, traits.m_nConversionUnit);
+    return CLIENT_SUCCESS;
+}
+
+int ThresholdProbe::getStrData(_SMAttribute attribute, int row, char*& out)
+{
+    if (!getAddress(row))
+        return traits.noRow;
+    if (columnOf(attribute, traits) != ThresholdColumn::StatusString)
+        return CLIENT_ERROR_NOSUCHNAME;
+    out = getNewHealthString(statusWhenRead(readLive(row)));
+    return out ? CLIENT_SUCCESS : CLIENT_ERROR_MEMORY;
+}
+
+int ThresholdProbe::setIntData(_SMAttribute attribute, int row, long)
+{
+    if (!getAddress(row))
+        return traits.noRow;
+    return findBound(columnOf(attribute, traits)) ? CLIENT_SUCCESS : CLIENT_ERROR_NOSUCHNAME;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "client/query/QueryBackend.hpp"
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <string>
+
+/// The agent's one door to the SDK: every query of groups and events, with a result cache in front.
+///
+/// Places where the agent trades service for its plain behaviour, and where a more tolerant mode would decide
+/// otherwise:
+///  - CallQLInterface, miss: the calling thread waits for the BMC, also the thread that answers the master agent;
+///  - CallQLInterface, hit on an old cache: the caller waits for snmp_mtx, and so for a refresh that is under way;
+///  - refresh_cache: one failing query ends the pass, and in_refresh stays set for good;
+///  - coolingcalStatus: asks for the board's model at each reading, however often that has failed;
+///  - HWAGENTLock: two seconds between attempts, for days.
+
+using CacheMap = std::map<std::string, ResultMap>;
+
+/// Query text to answer. Entries are added and overwritten, never removed. Not destroyed at exit, since detached
+/// threads may still ask.
+extern CacheMap& cache_map;
+/// The queries to refresh: only the keys matter.
+extern CacheMap& refresh_map;
+/// 1 while a refresh pass runs, and for good after one that failed.
+extern int in_refresh;
+/// Guards cache_map, refresh_map and in_refresh.
+extern std::mutex ql_initialized_flag_mtx;
+/// Set by the first InitQL.
+extern std::atomic<bool> bQLInitialized;
+
+/// Once per process: the SDK's start-up word, and clocks of request and refresh at zero.
+void InitQL();
+
+/// Answers `query` from the cache, or asks the SDK and keeps the answer. Throws what the SDK throws, and keeps nothing
+/// then; a failure of another kind leaves `result` empty.
+void CallQLInterface(const std::string& query, ResultMap& result);
+
+/// Queries with parameters; past the cache, one at a time in the process. Throws ResultStatus, 1001 when the lock was
+/// not got.
+void CallQLGetMapInterface(SDK::QueryMap queries, ResultMap& result);
+
+/// The MIB's text for a state word of the SDK; `word` itself when it has none of its own.
+const char* MapQLStrToSNMPStr(const char* word);
+/// Maps each word of a comma-separated list of at most 511 characters, and appends the texts to `out`.
+void MapMultipleQLStrToSNMPStr(const char* list, std::string* out);

@@ -1,0 +1,20 @@
+#include "client/query/QueryBackend.hpp"
+
+namespace {
+
+/// The one SDK object of the agent.
+SDK::System bios;
+
+struct SdkBackend final : QueryBackend {
+    void get(const std::string& query, ResultMap& results) override { bios.Get(query, results); }
+    void get(SDK::QueryMap queries, ResultMap& results) override { bios.Get(queries, results); }
+    void setFlags(unsigned char flags) override { bios.SetFlags(flags); }
+};
+
+} // namespace
+
+QueryBackend& QueryBackend::real()
+{
+    static SdkBackend backend;
+    return backend;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "client/readings/SensorTypes.hpp"
+
+/// Reads sensors through the query cache. Every failure is traced and swallowed: a value that could not be read stays
+/// as it was or is "no value".
+
+/// Appends one wrapper for each full or compact SDR of the IPMI sensor type (IPMI 2.0, table 42-3), in the order of the
+/// records' keys. Values are in units of 1/`multiplier`. `discrete` leaves thresholds out.
+void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier, bool discrete);
+void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier);
+
+/// Refreshes value and value text.
+void GetSensorData(CSensorWrapper& wrapper, long multiplier);
+
+/// The threshold or figure that `which` (1 to 10) selects, in units of 1/`multiplier` for thresholds. `raw` is the
+/// record's own byte: "no value" there leaves the answer untranslated.
+int ExecuteThresholdQuery(int sensorNumber, int ownerId, int lun, long raw, long multiplier, int which);

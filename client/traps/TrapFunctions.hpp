@@ -1,0 +1,73 @@
+#pragma once
+
+#include "client/traps/EventData.hpp"
+#include "client/traps/TrapOids.hpp"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+/// One object of a trap: its name, and an integer, a text or an object identifier.
+struct Varbind {
+    std::vector<SubId> name;
+    std::variant<long, std::string, std::vector<SubId>> value;
+    bool operator==(const Varbind&) const = default;
+};
+/// A finished trap, snmpTrapOID.0 first.
+using Trap = std::vector<Varbind>;
+
+/// Each chooses the trap of an event of its kind; null if there is none. Where the text decides, the first fitting
+/// substring counts.
+const TrapOid* getSystemMgtEventOID(const eventData& event);
+const TrapOid* getPowerUnitEventOID(const eventData& event);
+const TrapOid* getCoolingUnitEventOID(const eventData& event);
+const TrapOid* getDriveSlotEventOID(const eventData& event);
+const TrapOid* getBiosEventOID(const eventData& event);
+const TrapOid* getPhpSlotEventOID(const eventData& event);
+const TrapOid* getTemperatureEventOID(const eventData& event);
+/// MemMultiBit is out of reach: "uncorrectable ECC" holds "correctable ECC".
+const TrapOid* getMemoryEventOID(const eventData& event);
+const TrapOid* getVoltageEventOID(const eventData& event);
+const TrapOid* getPowerSupplyEventOID(const eventData& event);
+const TrapOid* getProcessorEventOID(const eventData& event);
+const TrapOid* getDiscreteCoolingEventOID(const eventData& event);
+const TrapOid* getDiscreteVoltageEventOID(const eventData& event);
+const TrapOid* getCoolingDeviceEventOID(const eventData& event);
+/// Managers know these two tests the wrong way round: nearly every event gives IntrusionCleared, and LanLeashLost is
+/// out of reach.
+const TrapOid* getChassisEventOID(const eventData& event);
+const TrapOid* getPGSurgeLoopEventOID(const eventData& event);
+
+/// Copies `length` sub-identifiers.
+void copyOID(unsigned long* to, const unsigned long* from, int length);
+
+/// How the events of a group become traps.
+struct TrapGroup {
+    enum Objects { two, four, fourOfSlot };
+
+    int group;
+    const TrapOid* (*chooseOid)(const eventData& event);
+    Objects objects;
+    bool countsForHealth = false;
+    SubId arc[2] = {}; ///< of the table, below the base
+};
+
+/// Null for a group whose events make no trap.
+const TrapGroup* findTrapGroup(int group);
+
+/// Makes traps of events. The names of the three objects of a device live on from trap to trap: a slot's trap sends
+/// its own names with the last two sub-identifiers of the trap before it.
+class TrapMaker {
+public:
+    /// Text and severity behind the trap's name.
+    static Trap makeTwoObjects(const eventData& event, const TrapOid& oid);
+    /// Text, and severity, description and id of the device.
+    Trap makeFourObjects(const TrapGroup& group, const eventData& event, const TrapOid& oid);
+
+private:
+    void nameObjects(const TrapGroup& group, int row);
+
+    ObjectOid deviceId{};
+    ObjectOid description{};
+    ObjectOid severity{};
+};

@@ -1,0 +1,26 @@
+#include "client/traps/TrapQueue.hpp"
+
+#include "common/Bell.hpp"
+
+#include <mutex>
+#include <utility>
+
+namespace {
+
+std::mutex guard;
+std::deque<Trap> waiting;
+
+} // namespace
+
+void queueTrap(Trap trap)
+{
+    const std::scoped_lock lock(guard);
+    waiting.push_back(std::move(trap));
+    loopBell().ring();
+}
+
+std::deque<Trap> takeTraps()
+{
+    const std::scoped_lock lock(guard);
+    return std::exchange(waiting, {});
+}

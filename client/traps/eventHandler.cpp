@@ -1,0 +1,200 @@
+#include "client/traps/eventHandler.hpp"
+#include "client/status/StatusWords.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/traps/TrapQueue.hpp"
+#include "client/words/Trace.hpp"
+#include "common/Waits.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <pthread.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Managers are given time to take one trap before the next.
+constexpr auto pauseBeforeTrap = 3s;
+constexpr int healthGroup = 1;
+
+/// All there is to know about an event's trap, or why there is none.
+const TrapOid* chooseOid(const TrapGroup* group, const eventData& event, const char* badGroup, const char* noOid)
+{
+    const auto thread = static_cast<unsigned long>(pthread_self());
+    if (!group) {
+        trace(badGroup, thread);
+        return nullptr;
+    }
+    const TrapOid* const oid = group->chooseOid(event);
+    if (!oid)
+        trace(noOid, thread);
+    else
+        printOID(oid->data(), static_cast<int>(oid->size()), "trap");
+    return oid;
+}
+
+} // namespace
+
+int eventHandler::init()
+{
+    m_nHealthStatus = getHealthStatus();
+    return CLIENT_SUCCESS;
+}
+
+int eventHandler::insertElementByDeviceId(int deviceId, int status)
+{
+    std::list<int>* list = nullptr;
+    if (status == ENUM_STATUS_NONCRI)
+        list = &mNonCriList;
+    else if (status == ENUM_STATUS_CRITICAL)
+        list = &mCriticalList;
+    else if (status == ENUM_STATUS_NONREC)
+        list = &mNonRecList;
+    else
+        return CLIENT_ERROR_NOSUCHNAME;
+    if (std::ranges::find(*list, deviceId) == list->end())
+        list->push_back(deviceId);
+    return CLIENT_SUCCESS;
+}
+
+int eventHandler::insertElement(const eventData& event)
+{
+    return insertElementByDeviceId(event.nDeviceId, event.nSeverity);
+}
+
+void eventHandler::removeElement(int deviceId)
+{
+    for (std::list<int>* const list : {&mNonCriList, &mCriticalList, &mNonRecList})
+        if (list->remove(deviceId) > 0)
+            return;
+}
+
+int eventHandler::addEvent(const eventData& event)
+{
+    const std::scoped_lock lock(SyncMutex);
+    mEventQueue.push_back(event);
+    return CLIENT_SUCCESS;
+}
+
+int eventHandler::processEvent()
+{
+    awaitInitComplete();
+    const std::scoped_lock lock(SyncMutex);
+    int result = CLIENT_SUCCESS;
+    while (!mEventQueue.empty()) {
+        const eventData event = mEventQueue.front();
+        printEvent(event);
+        mEventQueue.pop_front();
+        if (isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
+            waitInterruptibly(pauseBeforeTrap);
+            result = sendEvent(event);
+        }
+        checkEventLists(event);
+    }
+    return result;
+}
+
+int eventHandler::sendEvent(const eventData& event)
+{
+    return findTrapGroup(event.nEventGroup)->objects == TrapGroup::two ? send2ObjEvent(event) : send4ObjEvent(event);
+}
+
+int eventHandler::send2ObjEvent(const eventData& event)
+{
+    const TrapGroup* group = findTrapGroup(event.nEventGroup);
+    if (group && group->objects != TrapGroup::two)
+        group = nullptr;
+    const TrapOid* const oid = chooseOid(
+        group, event, "%lu: eventHandler::send2ObjEvent() Invalid EventGroup. Returning CLIENT_ERROR_NOSUCHNAME.\n",
+        "%lu: eventHandler::send2ObjEvent()  Valid EventGroup, but OID is not available. Returning "
+        "CLIENT_ERROR_NOSUCHNAME.\n");
+    if (!oid)
+        return CLIENT_ERROR_NOSUCHNAME;
+    queueTrap(TrapMaker::makeTwoObjects(event, *oid));
+    return CLIENT_SUCCESS;
+}
+
+int eventHandler::send4ObjEvent(const eventData& event)
+{
+    static constexpr char complaint[] = "%lu: eventHandler::send4ObjEvent() Returning CLIENT_ERROR_NOSUCHNAME.\n";
+    const TrapGroup* group = findTrapGroup(event.nEventGroup);
+    if (group && group->objects == TrapGroup::two)
+        group = nullptr;
+    const TrapOid* const oid = chooseOid(group, event, complaint, complaint);
+    if (!oid)
+        return CLIENT_ERROR_NOSUCHNAME;
+    queueTrap(traps.makeFourObjects(*group, event, *oid));
+    return CLIENT_SUCCESS;
+}
+
+void eventHandler::checkEventLists(const eventData& event)
+{
+    const TrapGroup* const group = findTrapGroup(event.nEventGroup);
+    if (!group || !group->countsForHealth)
+        return;
+    if (event.nSeverity >= ENUM_STATUS_OK)
+        removeElement(event.nDeviceId);
+    if (event.nSeverity > ENUM_STATUS_OK)
+        insertElement(event);
+    int newHealth = 0;
+    if (!needHealthEvent(event.nSeverity, &newHealth))
+        return;
+    if (isTrapEnabled())
+        sendHealthEvent(newHealth);
+    trace("checkEventLists:: Update System Health old=%d new m_nHealthStatus=%d\n", m_nHealthStatus, newHealth);
+    setHealthStatus(getNewHealthEnum(newHealth));
+    m_nHealthStatus = newHealth;
+}
+
+bool eventHandler::needHealthEvent(int severity, int* newHealth) const
+{
+    *newHealth = severity;
+    if (severity > m_nHealthStatus)
+        return true;
+    if (!mNonRecList.empty()) {
+        *newHealth = ENUM_STATUS_NONREC;
+        return m_nHealthStatus < ENUM_STATUS_NONREC;
+    }
+    if (!mCriticalList.empty()) {
+        *newHealth = ENUM_STATUS_CRITICAL;
+        return m_nHealthStatus != ENUM_STATUS_CRITICAL;
+    }
+    if (!mNonCriList.empty()) {
+        *newHealth = ENUM_STATUS_NONCRI;
+        return m_nHealthStatus != ENUM_STATUS_NONCRI;
+    }
+    *newHealth = ENUM_STATUS_OK;
+    return m_nHealthStatus > ENUM_STATUS_OK;
+}
+
+int eventHandler::sendHealthEvent(int newHealth)
+{
+    const char* const before = getStringStatus(m_nHealthStatus);
+    const char* const after = getStringStatus(newHealth);
+    if (!before || !after)
+        return 1;
+    eventData event;
+    std::snprintf(event.stEventDesc, sizeof event.stEventDesc, "System health was changed from %s to %s.", before,
+                  after);
+    event.nSeverity = newHealth;
+    event.nEventGroup = healthGroup;
+    waitInterruptibly(pauseBeforeTrap);
+    return send2ObjEvent(event);
+}
+
+void printEvent(const eventData& event)
+{
+    trace("event: group %d, device %d, row %d, severity %d, type %d\n", event.nEventGroup, event.nDeviceId,
+          event.nInstIndex, event.nSeverity, event.nEventType);
+    trace("event: %s, %s, sensor %s, device %s\n", event.stTimeStamp, event.stEventDesc, event.stSensorType,
+          event.stDeviceDesc);
+}
+
+void printOID(const unsigned long* oid, int length, const char* title)
+{
+    trace("%s", title);
+    for (int place = 0; place < length; ++place)
+        trace(".%lu", oid[place]);
+    trace("\n");
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "client/traps/EventData.hpp"
+#include "client/traps/TrapFunctions.hpp"
+
+#include <deque>
+#include <list>
+#include <mutex>
+
+/// The agent's end of the event road: the queue of events, the lists of devices in trouble, and the system's health
+/// that follows from them, whose change is a trap too. Events are handled on the event thread; finished traps go to
+/// the main thread.
+class eventHandler {
+public:
+    virtual ~eventHandler() = default;
+
+    /// Takes over the present system status. Always 0.
+    virtual int init();
+
+    /// Puts the device at the end of the list of its status (4 non-critical, 5 critical, 6 non-recoverable), once. 9
+    /// for any other status.
+    virtual int insertElementByDeviceId(int deviceId, int status);
+    virtual int insertElement(const eventData& event);
+    /// Takes the device out of the first list that has it, from the mildest on.
+    virtual void removeElement(int deviceId);
+
+    /// Queues a copy, without a limit. Always 0.
+    virtual int addEvent(const eventData& event);
+    /// Empties the queue: a trap for each event, if traps are enabled, three seconds after the one before; then lists
+    /// and health. The queue is locked meanwhile. Result of the last send.
+    virtual int processEvent();
+
+    /// The lock of the queue, for others.
+    void semaphoreWait() { SyncMutex.lock(); }
+    void semaphoreRelease() { SyncMutex.unlock(); }
+
+    /// Queue the trap of an event: 9 if its group or its text has none.
+    int send2ObjEvent(const eventData& event);
+    int send4ObjEvent(const eventData& event);
+
+    /// Brings lists and health up to date with an event of a group that counts for them.
+    void checkEventLists(const eventData& event);
+    /// Whether an event of `severity` changes the system's health, and to what. The lists hold the event already.
+    bool needHealthEvent(int severity, int* newHealth) const;
+    /// 1, and no trap, if there is no word for the old or the new health.
+    int sendHealthEvent(int newHealth);
+
+    std::list<int> mNonCriList;
+    std::list<int> mCriticalList;
+    std::list<int> mNonRecList;
+    std::deque<eventData> mEventQueue; ///< under SyncMutex
+    int m_nHealthStatus = 0;           ///< HEALTH_STATUS
+
+private:
+    int sendEvent(const eventData& event);
+
+    std::mutex SyncMutex;
+    TrapMaker traps;
+};
+
+/// Writes an event, or a name with `title`, to the diagnostics.
+void printEvent(const eventData& event);
+void printOID(const unsigned long* oid, int length, const char* title);

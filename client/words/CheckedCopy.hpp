@@ -1,0 +1,16 @@
+#pragma once
+
+#include "client/words/Text.hpp"
+
+/// Called with a text that does not fit where it is to go. By default the process ends, and its watcher starts it
+/// afresh; were this to return, the text would be cut.
+void refuseLongText(std::string_view text, std::size_t room);
+
+/// Copies `text` into a fixed field with NUL; see refuseLongText for a text that is too long.
+template<std::size_t Size>
+void copyChecked(char (&field)[Size], std::string_view text)
+{
+    if (text.size() >= Size)
+        refuseLongText(text, Size - 1);
+    copyText(field, text);
+}

@@ -1,0 +1,14 @@
+#include "client/words/Text.hpp"
+
+#include <cstdlib>
+
+char* newTextBlock(std::string_view text)
+{
+    char* const block = static_cast<char*>(std::malloc(textBlockBytes));
+    if (!block)
+        return nullptr;
+    const std::size_t length = std::min<std::size_t>(text.size(), textBlockBytes - 1);
+    std::copy_n(text.data(), length, block);
+    block[length] = '\0';
+    return block;
+}

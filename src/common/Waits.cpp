@@ -1,0 +1,9 @@
+#include "common/Waits.hpp"
+
+#include "common/Seams.hpp"
+
+void waitInterruptibly(std::chrono::seconds duration)
+{
+    const Cancellable wait;
+    current<Clock>().sleepFor(duration);
+}

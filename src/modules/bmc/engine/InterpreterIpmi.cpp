@@ -1,0 +1,175 @@
+#include "common/ErrorName.hpp"
+#include "common/Logger.hpp"
+#include "common/ResultStatus.hpp"
+#include "common/Seams.hpp"
+#include "common/Util.hpp"
+#include "modules/bmc/engine/Interpreter.hpp"
+#include "modules/bmc/engine/Text.hpp"
+#include "platform/IpmiExchange.hpp"
+#include "transport/BmcMessage.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <iterator>
+#include <utility>
+
+// Instructions that talk to the BMC.
+
+namespace Module::BMCConfig {
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr char completionCodeName[] = "$BMC_COMPLETION_CODE";
+constexpr char noReply[] = "CC";
+
+/// Slave addresses of the satellite controllers, which answer at once or not at all.
+constexpr long satelliteAddresses[] = {0xC0, 0xC2, 0x22};
+
+/// Completion codes (IPMI 2.0, table 5-2) in the decimal text of a reply's field 0, `first` to `last`.
+struct CompletionName {
+    int first;
+    int last;
+    const char* name;
+};
+
+constexpr CompletionName completionNames[] = {
+    {192, 192, "RESPONSE_ERROR_RESOURCE_UNAVAILABLE"},
+    {193, 193, "RESPONSE_ERROR_INVALID_COMMAND"},
+    {194, 194, "RESPONSE_ERROR_INVALID_COMMAND_FOR_GIVEN_LUN"},
+    {195, 195, "RESPONSE_ERROR_TIME_OUT"},
+    {196, 196, "RESPONSE_ERROR_OUT_OF_SPACE"},
+    {197, 197, "RESPONSE_ERROR_INVALID_RESERVATION_ID"},
+    {198, 198, "RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"},
+    {199, 199, "RESPONSE_ERROR_REQUEST_DATA_LENGTH_INVALID"},
+    {200, 200, "RESPONSE_ERROR_REQUEST_DATA_FIELD_LENGTH_EXCEEDED"},
+    {201, 201, "RESPONSE_ERROR_PARAMETER_OUT_OF_RANGE"},
+    {202, 202, "RESPONSE_ERROR_NO_OF_REQUESTED_BYTES"},
+    {203, 203, "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT"},
+    {204, 204, "RESPONSE_ERROR_INVALID_DATA_FIELD_IN_REQUEST"},
+    {205, 214, "RESPONSE_ERROR_ILLEGAL_COMMAND"},
+};
+
+std::string nameOfCompletion(const std::string& code)
+{
+    constexpr std::size_t digits = 3;
+    if (code.size() == digits && test_for_integer(code)) {
+        const long number = std::strtol(code.c_str(), nullptr, 10);
+        for (const CompletionName& row : completionNames)
+            if (number >= row.first && number <= row.last)
+                return row.name;
+    }
+    return "IPMI_RESPONSE_ERROR";
+}
+
+bool isSatellite(const Texts& tokens)
+{
+    const long address = tokens.empty() ? 0 : std::strtol(tokens.front().c_str(), nullptr, 16);
+    return std::find(std::begin(satelliteAddresses), std::end(satelliteAddresses), address) !=
+           std::end(satelliteAddresses);
+}
+
+int millisecondsSince(Clock::TimePoint start)
+{
+    using std::chrono::milliseconds;
+    return static_cast<int>(std::chrono::duration_cast<milliseconds>(current<Clock>().now() - start).count());
+}
+
+} // namespace
+
+int Interpreter::Evaluate_IPMI(const Function& function)
+{
+    const Texts& operands = function.arguments.values;
+    const std::string packet = getText(operands[0]);
+    std::string request;
+    for (const std::string& operand : packets.get(packet).values)
+        for (const std::string& token : value(operand).values) {
+            if (!request.empty())
+                request += ' ';
+            request += token;
+        }
+    if (!memo) {
+        store(operands[1], Symbol(exchange(packet, request)));
+        return 0;
+    }
+    const std::string remembered = $("localhost@" + request);
+    if (const Symbol* known = table.find(remembered)) {
+        logRequest(packet, request);
+        store(operands[1], *known);
+        return 0;
+    }
+    Symbol reply(exchange(packet, request));
+    table[remembered] = reply;
+    store(operands[1], std::move(reply));
+    return 0;
+}
+
+void Interpreter::logRequest(const std::string& packet, const std::string& request)
+{
+    HW_LOG(LOGGER::Category::First, "Query = %s", packet.c_str());
+    if (packet.find("PASSWORD") == std::string::npos)
+        HW_LOG(LOGGER::Category::First, "\tIPMI Request = %s", request.c_str());
+}
+
+std::string Interpreter::exchange(const std::string& packet, const std::string& request)
+{
+    logRequest(packet, request);
+    const Clock::TimePoint start = current<Clock>().now();
+    Texts reply;
+    execIPMICommand(request, reply);
+    std::string text = Util::upcase(Util::join(reply, " "));
+    HW_LOG(LOGGER::Category::First, "\tIPMI Response = %s, %d msec", text.c_str(), millisecondsSince(start));
+    return text;
+}
+
+void Interpreter::execIPMICommand(const std::string& request, std::vector<std::string>& reply)
+{
+    const Texts tokens = Util::split(request, " ");
+    if (noSatelliteRetries && isSatellite(tokens))
+        retries = 0;
+    const Platform::ExchangeOptions options{.retries = std::exchange(retries, defaultRetries),
+                                            .initialise = !interfaceReady};
+    Platform::exchangeIpmi(tokens, options, reply);
+    if (reply.front() == noReply)
+        return;
+    interfaceReady = true;
+    table[completionCodeName] = reply.front();
+}
+
+void Interpreter::GetIPMI(const std::string& request, std::vector<std::string>& reply)
+{
+    execIPMICommand(request, reply);
+}
+
+bool Interpreter::SelectIPMIInterface(int interface)
+{
+    return Platform::selectInterface(interface);
+}
+
+int Interpreter::Reinit_OpenIPMI()
+{
+    return Platform::reloadDriver();
+}
+
+int Interpreter::Evaluate_IPMI_Without_Throw(const Function& function)
+{
+    if (!guarded([&] { Evaluate_IPMI(function); }))
+        store(function.arguments.values[1], Symbol(noReply));
+    return 0;
+}
+
+int Interpreter::Evaluate_IPMIResponse(const Function& function)
+{
+    const Texts& operands = function.arguments.values;
+    const Texts fields = Util::split(value(operands[0]).text(), " ");
+    const Texts& indexes = filters.get(getText(operands[1])).values;
+    if (!fields.empty() && fields.front() == "0")
+        store(operands[2], Symbol::ofList(pickFields(fields, indexes)));
+    else
+        store(operands[2], Symbol(nameOfCompletion(fields.empty() ? std::string() : fields.front())));
+    return 0;
+}
+
+} // namespace Module::BMCConfig

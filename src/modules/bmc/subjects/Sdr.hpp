@@ -1,0 +1,81 @@
+#pragma once
+
+#include "modules/bmc/engine/Interpreter.hpp"
+#include "modules/bmc/subjects/SdrRepository.hpp"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Module::BMCConfig {
+
+/// Answers "GET://BMC/SDR..." and "SET://BMC/SDR/...". The BMC's repository is read once into the engine's cache, and
+/// all lookups are made there. Results: a record is its bytes as hexadecimal text, a list the paths of records
+/// ("/BMC/SDR[3]"), a decoded field decimal text; what is not there is an empty value. A repository that cannot be read
+/// whole leaves a short or empty list; errors of the message layer pass through as ResultStatus.
+class Sdr : public Handler {
+public:
+    /// Records beyond this one are kept, but the list queries do not walk them.
+    static constexpr std::size_t walkLimit = 1023;
+
+    Sdr(Interpreter* interpreter, _BMC_EXEC exec);
+
+    void process(const std::string& query, SymbolMap& result) override;
+    /// The entry for other handlers, with the query's subscripts filled in.
+    void router(const std::string& query, SymbolMap& result);
+    void handle(const std::string& query, SymbolMap& result);
+    /// Runs the template of `query`, with `parameters` as plain symbols.
+    void run(const std::string& query, SymbolMap& result, const std::map<std::string, std::string>& parameters = {});
+    /// Runs the template of `query` and cuts its result at blanks.
+    void ipmi(const std::string& query, std::vector<std::string>& items);
+
+    /// Reads the repository into the cache (IPMI 2.0, 33.12). `lock`: whether each cache write takes the cache's lock.
+    void read(const std::string& query, SymbolMap& result, bool lock);
+    void read_with_lock(const std::string& query, SymbolMap& result) { read(query, result, true); }
+
+    /// Appends the items of cached `record` that the filter names; `exclude` those that it does not name.
+    void filter(const std::string& record, const std::string& filterName, std::vector<std::string>& out);
+    void exclude(const std::string& record, const std::string& filterName, std::vector<std::string>& out);
+
+    // Each leaves its answer in result[query].
+    void decode(const std::string& query, SymbolMap& result);
+    /// The SDR version of each record, in hexadecimal.
+    void version(const std::string& query, SymbolMap& result);
+    void record_type(const std::string& query, SymbolMap& result);
+    void sensor_type(const std::string& query, SymbolMap& result);
+    void entity_id(const std::string& query, SymbolMap& result);
+    void entity_id_instance(const std::string& query, SymbolMap& result);
+    /// Of several sensors of the number, the one of the BMC itself on LUN 0.
+    void sensor_number(const std::string& query, SymbolMap& result);
+    void sensor_number_owner(const std::string& query, SymbolMap& result);
+
+private:
+    using Items = std::vector<std::string>;
+    using Condition = std::function<bool(const SdrRecord& record)>;
+
+    /// The records, read from the BMC if the cache is empty; null if there are none.
+    std::shared_ptr<const SdrRepository> fill();
+    void answerCached(const std::string& query, const std::string& plain, const SdrRepository* repository,
+                      SymbolMap& result);
+
+    bool reserve();
+    std::optional<Items> fetch(unsigned recordId, std::size_t offset, std::size_t length);
+    std::optional<std::vector<std::string>> readBody(unsigned recordId, std::size_t length);
+    void setCache(const std::string& key, const Symbol& value, bool lock);
+
+    /// A subscript of the query, -1 if it was not given.
+    int parameter(const std::string& name);
+    /// The records for which `condition` holds, as paths.
+    std::vector<std::string> find(const Condition& condition);
+    void answerList(const std::string& query, std::vector<std::string> names, SymbolMap& result);
+    void applyFilter(const Function& step, const std::string& key, const std::string& record,
+                     std::vector<std::string>& out);
+
+    Interpreter* interpreter;
+    _BMC_EXEC exec;
+};
+
+} // namespace Module::BMCConfig

@@ -1,0 +1,96 @@
+#include "modules/bmc/subjects/SdrRepository.hpp"
+
+#include "common/Logger.hpp"
+#include "common/Util.hpp"
+#include "modules/bmc/subjects/Cache.hpp"
+
+#include <map>
+#include <mutex>
+
+namespace Module::BMCConfig {
+
+namespace {
+
+/// The last decoded repository of each way to a BMC, by the cache's own key for it.
+struct Decoded {
+    std::mutex guard;
+    std::map<std::string, std::shared_ptr<const SdrRepository>> repositories;
+    unsigned long made = 0;
+};
+
+Decoded& decoded()
+{
+    static Decoded only;
+    return only;
+}
+
+Symbol look(const std::string& key, _BMC_EXEC exec)
+{
+    HW_LOG(LOGGER::Category::Third, "Calling cHGet from %s @%d", __func__, __LINE__);
+    return Cache::instance().Get(key, exec);
+}
+
+std::shared_ptr<const SdrRepository> decode(_BMC_EXEC exec, std::string stamp)
+{
+    auto repository = std::make_shared<SdrRepository>();
+    repository->stamp = std::move(stamp);
+    const std::size_t count = look(sdrListKey, exec).size();
+    for (std::size_t number = 1; number <= count; ++number) {
+        const std::string text = look(sdrKey(number), exec);
+        repository->records.push_back({text, Util::hexTextToBytes(text)});
+    }
+    return repository;
+}
+
+} // namespace
+
+std::string sdrPath(std::size_t number)
+{
+    return "/BMC/SDR[" + std::to_string(number) + "]";
+}
+
+std::string sdrKey(std::size_t number)
+{
+    return "GET:/" + sdrPath(number);
+}
+
+bool SdrRecord::isSensor() const
+{
+    const int type = at(SdrByte::recordType);
+    return type == SDR_FULL || type == SDR_COMPACT || type == SDR_EVENT_ONLY;
+}
+
+int SdrRecord::sensorType() const
+{
+    switch (at(SdrByte::recordType)) {
+    case SDR_FULL:
+    case SDR_COMPACT:
+        return at(SdrByte::sensorType);
+    case SDR_EVENT_ONLY:
+        return at(SdrByte::eventOnlySensorType);
+    default:
+        return -1;
+    }
+}
+
+const SdrRecord* SdrRepository::record(std::size_t number) const
+{
+    return number >= 1 && number <= records.size() ? &records[number - 1] : nullptr;
+}
+
+std::shared_ptr<const SdrRepository> SdrRepository::current(_BMC_EXEC exec)
+{
+    Decoded& memory = decoded();
+    const std::lock_guard hold(memory.guard);
+    std::shared_ptr<const SdrRepository>& last = memory.repositories[Cache::safe_key(sdrStampKey, exec)];
+    const std::string stamp = look(sdrStampKey, exec);
+    if (!stamp.empty() && last && last->stamp == stamp)
+        return last;
+    if (look(sdrListKey, exec).size() == 0)
+        return nullptr;
+    last = decode(exec, std::to_string(++memory.made));
+    Cache::instance().Set(sdrStampKey, Symbol(last->stamp), exec, true);
+    return last;
+}
+
+} // namespace Module::BMCConfig
