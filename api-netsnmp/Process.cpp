@@ -1,6 +1,7 @@
 #include "api-netsnmp/Process.hpp"
 
 #include "api-netsnmp/Signals.hpp"
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>
@@ -92,19 +93,14 @@ void endWatch(int status)
 
 void writePidFile()
 {
-    const int fd = open(systemPath(pidFile).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
-    if (fd < 0)
+    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
+    const auto stream = common::streamOver(common::Descriptor(open(systemPath(pidFile).c_str(), flags, 0644)), "r+");
+    if (!stream)
         return;
-    std::FILE* stream = fdopen(fd, "r+");
-    if (!stream) {
-        close(fd);
-        return;
-    }
-    lockForAWhile(fd);
-    std::fprintf(stream, "%d\n", getpid());
-    std::fflush(stream);
-    flock(fd, LOCK_UN);
-    std::fclose(stream);
+    lockForAWhile(fileno(stream.get()));
+    std::fprintf(stream.get(), "%d\n", getpid());
+    std::fflush(stream.get());
+    flock(fileno(stream.get()), LOCK_UN);
 }
 
 void daemonize()

@@ -3,6 +3,7 @@
 #include "client/door/Functions.hpp"
 #include "common/Bell.hpp"
 #include "common/Seams.hpp"
+#include "common/Stopwatch.hpp"
 
 #include <algorithm>
 #include <atomic>
@@ -159,10 +160,9 @@ bool isRunning()
 
 void pauseServingDoorbell(std::chrono::seconds duration)
 {
-    using SteadyClock = std::chrono::steady_clock;
-    const auto end = SteadyClock::now() + duration;
-    for (auto now = SteadyClock::now(); now < end; now = SteadyClock::now()) {
-        waitCancellably(eventBell, std::chrono::ceil<std::chrono::milliseconds>(end - now));
+    const common::Stopwatch watch;
+    for (auto left = duration - watch.elapsed(); left.count() > 0; left = duration - watch.elapsed()) {
+        waitCancellably(eventBell, std::chrono::ceil<std::chrono::milliseconds>(left));
         eventBell.clear();
         if (doorbellRung.exchange(false))
             serveDoorbell();

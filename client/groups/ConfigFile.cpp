@@ -1,35 +1,16 @@
 #include "client/groups/ConfigFile.hpp"
 
+#include "common/Descriptor.hpp"
+
 #include <array>
 #include <cctype>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr std::size_t longestLine = 1023;
 constexpr std::size_t shortestLine = 2;
-
-class Descriptor {
-public:
-    explicit Descriptor(int opened) : number(opened) {}
-    ~Descriptor()
-    {
-        if (number >= 0)
-            close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    bool isRegularFile() const
-    {
-        struct stat status {};
-        return number >= 0 && fstat(number, &status) == 0 && S_ISREG(status.st_mode);
-    }
-
-    const int number;
-};
 
 /// Gathers a file into lines and drops those that are too long, without keeping more of them than that.
 class LineTaker {
@@ -83,12 +64,12 @@ std::optional<ConfigEntry> parseConfigLine(std::string_view line)
 bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take)
 {
     // A pipe in the file's place must not make the start wait for a writer.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const common::Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file.isRegularFile())
         return false;
     LineTaker lines(take);
     std::array<char, 4096> buffer{};
-    for (ssize_t count = 0; (count = read(file.number, buffer.data(), buffer.size())) > 0;)
+    for (ssize_t count = 0; (count = read(file.get(), buffer.data(), buffer.size())) > 0;)
         lines.add({buffer.data(), static_cast<std::size_t>(count)});
     lines.finish();
     return true;

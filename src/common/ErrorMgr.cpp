@@ -1,21 +1,6 @@
 #include "common/ErrorMgr.hpp"
 
-#include "common/ErrorMessages.hpp"
-
-#include <cstdio>
-
 namespace ErrorManager {
-
-namespace {
-
-std::string reservedError(int code)
-{
-    char text[64];
-    std::snprintf(text, sizeof text, "Reserved Error (Error Code: %d)", code);
-    return text;
-}
-
-} // namespace
 
 ErrorMgr* ErrorMgr::GetInstance()
 {
@@ -30,9 +15,9 @@ ErrorMgr::ErrorMgr()
 
 void ErrorMgr::CreateErrorMap()
 {
-    for (const ErrorMessage& row : errorMessages())
-        messages[row.code] = row.message;
-    messages[ERROR_UNKNOWN] = reservedError(ERROR_UNKNOWN);
+    for (const common::ErrorRow& row : common::errorRows())
+        if (row.text[0] != '\0')
+            messages[row.code] = row.text;
 }
 
 std::string ErrorMgr::Get(int code)

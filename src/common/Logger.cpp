@@ -27,17 +27,13 @@ std::string nameForNow()
 }
 
 /// The log runs as root: neither a directory nor a file put there as a link leads it elsewhere.
-std::FILE* openToAppend(const std::string& directory, const std::string& name)
+common::File openToAppend(const std::string& directory, const std::string& name)
 {
-    const int parent = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (parent < 0)
+    const common::Descriptor parent(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!parent)
         return nullptr;
-    const int file = openat(parent, name.c_str(), O_RDWR | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600);
-    close(parent);
-    std::FILE* const stream = file < 0 ? nullptr : fdopen(file, "a+");
-    if (file >= 0 && !stream)
-        close(file);
-    return stream;
+    constexpr int flags = O_RDWR | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC;
+    return common::streamOver(common::Descriptor(openat(parent.get(), name.c_str(), flags, 0600)), "a+");
 }
 
 /// What system call 224 returns, in the field's seven characters. Its arguments are zeros, so that whatever the call
@@ -89,9 +85,7 @@ void Logger::Cleanup()
 
 void Logger::CloseFile()
 {
-    if (output)
-        std::fclose(output);
-    output = nullptr;
+    output.reset();
     lines = 0;
 }
 
@@ -112,9 +106,9 @@ void Logger::WriteLine(std::string_view text)
     const std::lock_guard lock(guard);
     if (StartFile())
         return; // the message that opens a file is given up for it
-    if (std::fwrite(text.data(), 1, text.size(), output) != text.size())
-        std::clearerr(output);
-    std::fflush(output);
+    if (std::fwrite(text.data(), 1, text.size(), output.get()) != text.size())
+        std::clearerr(output.get());
+    std::fflush(output.get());
     ++lines;
 }
 

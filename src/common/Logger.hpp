@@ -1,8 +1,9 @@
 #pragma once
 
+#include "common/Descriptor.hpp"
+
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -58,7 +59,7 @@ private:
 
     static inline std::atomic<unsigned> switches{0};
 
-    std::FILE* output = nullptr;
+    common::File output;
     std::uint64_t lines = 0;
     std::mutex guard; ///< of `output` and `lines`
 };

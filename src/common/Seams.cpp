@@ -11,6 +11,7 @@ namespace {
 
 struct SystemClock final : Clock {
     TimePoint now() override { return std::chrono::system_clock::now(); }
+    SteadyPoint steady() override { return std::chrono::steady_clock::now(); }
 
     void sleepFor(std::chrono::nanoseconds duration) override
     {

@@ -36,12 +36,15 @@ private:
     Seam* previous;
 };
 
-/// Wall clock and sleeping.
+/// The time of day, the time that only goes forward, and sleeping.
 struct Clock {
     using TimePoint = std::chrono::system_clock::time_point;
+    using SteadyPoint = std::chrono::steady_clock::time_point;
 
     virtual ~Clock() = default;
     virtual TimePoint now() = 0;
+    /// For waits and ages: no administrator sets this one back.
+    virtual SteadyPoint steady() = 0;
     virtual void sleepFor(std::chrono::nanoseconds duration) = 0;
     static Clock& real();
 };

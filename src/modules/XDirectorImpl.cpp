@@ -4,7 +4,7 @@
 #include "common/ErrorName.hpp"
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
-#include "common/Seams.hpp"
+#include "common/Stopwatch.hpp"
 #include "modules/bios/BIOSConfigModule.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "platform/PlatformImpl.hpp"
@@ -33,19 +33,6 @@ constexpr char setMapLock[] = "GLOBAL_SET_MAP_LOCK";
 
 /// Boards whose firmware, and not their BMC, answers for what the alias table names.
 constexpr const char* aliasBoards[] = {"Larch-6", "Larch-7", "Larch-8"};
-
-/// Milliseconds since it was made, as log lines print them.
-class Stopwatch {
-public:
-    int milliseconds() const
-    {
-        const auto passed = current<Clock>().now() - start;
-        return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(passed).count());
-    }
-
-private:
-    Clock::TimePoint start = current<Clock>().now();
-};
 
 /// The library of firmware inventories is closed; it would answer these.
 bool asksControllerInventory(const std::string& query)
@@ -82,7 +69,7 @@ template<class Work>
 void logGet(const std::string& query, Work work)
 {
     HW_LOG(Category::First, "Executing GET: %s on localhost", query.c_str());
-    const Stopwatch watch;
+    const common::Stopwatch watch;
     try {
         work();
     } catch (const ResultStatus& status) {
@@ -104,7 +91,7 @@ public:
     {
         if (!secret)
             HW_LOG(Category::First, "Executing %s: %s%s on localhost", kind, query.c_str(), setting.c_str());
-        const Stopwatch watch;
+        const common::Stopwatch watch;
         try {
             work();
         } catch (const ResultStatus& status) {

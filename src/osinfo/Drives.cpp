@@ -138,9 +138,8 @@ void GetPhysicalDriveInfo(const char* device, _PHYSICALDRIVEINFO& info)
 {
     if (!device)
         return;
-    const OsDescriptor drive(current<OsCalls>().openDevice(systemPath(device).c_str()));
-    if (drive.fd >= 0)
-        GetPhysicalDriveInfo_SGIO(drive.fd, info);
+    if (const auto drive = current<OsCalls>().openDevice(systemPath(device).c_str()))
+        GetPhysicalDriveInfo_SGIO(drive.get(), info);
 }
 
 void GetPartitionType(_PARTITIONTYPE& type)

@@ -1,3 +1,4 @@
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 #include "common/Util.hpp"
 #include "osinfo/Listing.hpp"
@@ -104,10 +105,7 @@ void split(std::string_view text, std::string_view separators, std::vector<std::
 
 bool DoesFileExist(const char* path)
 {
-    std::FILE* const file = path ? std::fopen(systemPath(path).c_str(), "re") : nullptr;
-    if (file)
-        std::fclose(file);
-    return file != nullptr;
+    return path && common::openToRead(systemPath(path));
 }
 
 bool GetEnvVariable(const char* name, char* out, int size)

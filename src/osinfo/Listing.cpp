@@ -1,24 +1,17 @@
 #include "osinfo/Listing.hpp"
 
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 #include "osinfo/OsInfo.hpp"
 
 #include <charconv>
-#include <cstdio>
-#include <fcntl.h>
-#include <memory>
 #include <sys/mman.h>
-#include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr std::size_t longestLine = 255;
 constexpr std::size_t mostLines = 4096; ///< against a file or a program without end
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 std::vector<std::string> readLines(std::FILE* file)
 {
@@ -39,16 +32,15 @@ std::vector<std::string> readLines(std::FILE* file)
 
 std::vector<std::string> linesOfFile(const std::string& absolutePath)
 {
-    const File file(std::fopen(systemPath(absolutePath).c_str(), "re"));
+    const common::File file = common::openToRead(systemPath(absolutePath));
     return file ? readLines(file.get()) : std::vector<std::string>();
 }
 
 std::vector<std::string> linesOfCommand(std::vector<std::string> argv)
 {
     argv.insert(argv.begin(), {"env", "LC_ALL=C"});
-    const int memory = memfd_create("osinfo", MFD_CLOEXEC);
-    const File output(memory < 0 ? nullptr : fdopen(memory, "r+"));
-    if (!output || runCommand(argv, memory) < 0)
+    const auto output = common::streamOver(common::Descriptor(memfd_create("osinfo", MFD_CLOEXEC)), "r+");
+    if (!output || runCommand(argv, fileno(output.get())) < 0)
         return {};
     std::rewind(output.get());
     return readLines(output.get());

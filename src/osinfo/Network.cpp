@@ -27,8 +27,8 @@ std::optional<ifreq> askInterface(const char* interface, unsigned long request)
     if (!interface || std::strlen(interface) >= sizeof answer.ifr_name)
         return std::nullopt;
     std::strcpy(answer.ifr_name, interface);
-    const OsDescriptor socket(current<OsCalls>().openSocket());
-    if (socket.fd < 0 || current<OsCalls>().control(socket.fd, request, &answer) < 0)
+    const common::Descriptor socket = current<OsCalls>().openSocket();
+    if (!socket || current<OsCalls>().control(socket.get(), request, &answer) < 0)
         return std::nullopt;
     return answer;
 }

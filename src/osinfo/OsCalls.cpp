@@ -13,10 +13,15 @@ namespace {
 struct SystemCalls final : OsCalls {
     int hostName(char* out, std::size_t size) override { return gethostname(out, size); }
     int kernelNames(utsname& names) override { return uname(&names); }
-    int openSocket() override { return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); }
-    int openDevice(const char* path) override { return open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC); }
+    common::Descriptor openSocket() override
+    {
+        return common::Descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    }
+    common::Descriptor openDevice(const char* path) override
+    {
+        return common::Descriptor(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    }
     int control(int fd, unsigned long request, void* argument) override { return ioctl(fd, request, argument); }
-    void close(int fd) override { ::close(fd); }
 };
 
 } // namespace
@@ -25,10 +30,4 @@ OsCalls& OsCalls::real()
 {
     static SystemCalls calls;
     return calls;
-}
-
-OsDescriptor::~OsDescriptor()
-{
-    if (fd >= 0)
-        current<OsCalls>().close(fd);
 }

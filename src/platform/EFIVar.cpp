@@ -1,10 +1,10 @@
 #include "platform/EFIVar.hpp"
 
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -16,39 +16,17 @@ constexpr char olderFolder[] = "/sys/firmware/efi/vars/";
 /// A file of the variable folder begins with the variable's attributes.
 constexpr std::size_t attributeBytes = 4;
 
-class Descriptor {
-public:
-    /// Does not wait, whatever stands at the path.
-    explicit Descriptor(const std::string& path) : number(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-    ~Descriptor()
-    {
-        if (number >= 0)
-            close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    bool isRegularFile() const
-    {
-        struct stat status = {};
-        return number >= 0 && fstat(number, &status) == 0 && S_ISREG(status.st_mode);
-    }
-    ssize_t readInto(std::uint8_t* data, std::size_t count) const { return read(number, data, count); }
-
-private:
-    const int number;
-};
-
-/// The file's bytes, none if it has more than `most`. The kernel gives a variable in one piece or in several.
+/// The file's bytes, none if it has more than `most`. The kernel gives a variable in one piece or in several. Does not
+/// wait, whatever stands at the path.
 std::vector<std::uint8_t> readFile(const std::string& path, std::size_t most)
 {
-    const Descriptor file(systemPath(path));
+    const common::Descriptor file(open(systemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isRegularFile())
         return {};
     std::vector<std::uint8_t> data(most + 1);
     std::size_t size = 0;
     while (size < data.size()) {
-        const ssize_t count = file.readInto(data.data() + size, data.size() - size);
+        const ssize_t count = read(file.get(), data.data() + size, data.size() - size);
         if (count < 0)
             return {};
         if (count == 0)

@@ -1,11 +1,11 @@
 #include "common/CMySemLock.hpp"
+#include "common/Descriptor.hpp"
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
 #include "protocol/MemMapDriverImpl.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -25,11 +25,6 @@ constexpr std::size_t paragraph = 16;
 constexpr const char* systemTables[] = {"/sys/firmware/efi/systab", "/proc/efi/systab"};
 constexpr std::size_t longestLine = 63;
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 std::vector<std::uint8_t> readMemory(MemMapDriverImpl& memory, unsigned address, unsigned length)
 {
     HW_NAMED_LOCK(lock, "GLOBAL_MEMORY_MAPPING");
@@ -38,10 +33,10 @@ std::vector<std::uint8_t> readMemory(MemMapDriverImpl& memory, unsigned address,
     return {window->pointer, window->pointer + length};
 }
 
-File openSystemTable()
+common::File openSystemTable()
 {
     for (const char* path : systemTables)
-        if (File file{std::fopen(systemPath(path).c_str(), "re")})
+        if (auto file = common::openToRead(systemPath(path)))
             return file;
     throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
 }
@@ -60,7 +55,7 @@ std::optional<std::uint32_t> addressOfLine(const char* line)
 
 std::uint32_t findEfiAddress()
 {
-    const File file = openSystemTable();
+    const common::File file = openSystemTable();
     char line[longestLine + 1];
     while (std::fgets(line, sizeof line, file.get()))
         if (const auto address = addressOfLine(line))

@@ -1,3 +1,4 @@
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 #include "transport/BmcMessage.hpp"
 #include "transport/Kcs.hpp"
@@ -37,26 +38,10 @@ constexpr std::size_t structureHeader = 4;
 constexpr int mappingFailed = -1;
 constexpr int defaultPortSilent = -1;
 
-class Descriptor {
-public:
-    explicit Descriptor(const std::string& path) : fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-    ~Descriptor()
-    {
-        if (fd >= 0)
-            close(fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return fd; }
-
-private:
-    int fd;
-};
-
 /// A read-only, shared mapping of physical memory, for the life of the object.
 class PhysicalWindow {
 public:
-    PhysicalWindow(const Descriptor& memory, std::uint64_t address, std::size_t wanted)
+    PhysicalWindow(const common::Descriptor& memory, std::uint64_t address, std::size_t wanted)
     {
         const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
         const std::uint64_t rounding = address % pageSize;
@@ -154,7 +139,7 @@ int MainInit()
         transportState().g_Mbmcsupport = 2;
         return 0;
     }
-    const Descriptor memory(systemPath("/dev/mem"));
+    const common::Descriptor memory(open(systemPath("/dev/mem").c_str(), O_RDONLY | O_CLOEXEC));
     const PhysicalWindow segment(memory, biosSegment, biosSegmentSize);
     if (!segment.mapped())
         return mappingFailed;

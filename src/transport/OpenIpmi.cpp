@@ -1,5 +1,6 @@
 #include "transport/OpenIpmi.hpp"
 
+#include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 #include "transport/IpmiConstants.hpp"
 #include "transport/MachineIo.hpp"
@@ -152,10 +153,6 @@ bool isDriverModule(std::string_view name)
     return name == "ipmi_si" || name == "ipmi_devintf" || name == "ipmi_msghandler";
 }
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 } // namespace
 
 int init_openipmi()
@@ -189,7 +186,7 @@ int reinit_openipmi()
 
 bool DetectOpenIPMIModules()
 {
-    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(systemPath("/proc/modules").c_str(), "re"));
+    const common::File file = common::openToRead(systemPath("/proc/modules"));
     if (!file)
         return false;
     int found = 0;

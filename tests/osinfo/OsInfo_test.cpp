@@ -3,7 +3,9 @@
 #include "osinfo/OsCalls.hpp"
 #include "tests/support/TempRoot.hpp"
 
+#include <algorithm>
 #include <cstring>
+#include <fcntl.h>
 #include <map>
 #include <net/if.h>
 #include <scsi/sg.h>
@@ -43,11 +45,11 @@ struct FakeCalls : OsCalls {
         std::strcpy(names.machine, "x86_64");
         return kernelResult;
     }
-    int openSocket() override { return 100; }
-    int openDevice(const char* path) override
+    common::Descriptor openSocket() override { return handOut(); }
+    common::Descriptor openDevice(const char* path) override
     {
         opened.push_back(path);
-        return 200;
+        return handOut();
     }
     int control(int, unsigned long request, void* argument) override
     {
@@ -62,7 +64,13 @@ struct FakeCalls : OsCalls {
             answer.ifr_flags = interfaceFlags;
         return 0;
     }
-    void close(int) override { ++closed; }
+    common::Descriptor handOut() { return common::Descriptor(handedOut.emplace_back(dup(STDERR_FILENO))); }
+    /// Whether all are closed again, of which there were `count`.
+    bool allClosed(std::size_t count) const
+    {
+        return handedOut.size() == count &&
+               std::ranges::all_of(handedOut, [](int fd) { return fcntl(fd, F_GETFD) == -1; });
+    }
 
     int inquire(sg_io_hdr& header) const
     {
@@ -79,7 +87,7 @@ struct FakeCalls : OsCalls {
     int kernelResult = 0;
     short interfaceFlags = IFF_UP;
     std::vector<std::string> opened;
-    int closed = 0;
+    std::vector<int> handedOut;
     std::string standardPage = std::string("\0\0\6\2\x1f\0\0\0", 8) + "Lakeside" + "Drive 2000      " + "1.0 ";
     std::string serialPage = std::string("\0\x80\0\x08", 4) + " SN-4711";
     unsigned char scsiStatus = 0;
@@ -164,7 +172,7 @@ TEST_F(OsInfo, InterfacesHaveAddressStateGatewayAndBootProtocol)
     EXPECT_EQ(nics[1].DefaultGateway, "10.0.10.1");
     EXPECT_EQ(nics[1].BootProtocol, "dhcp");
     EXPECT_EQ(nics[1].FixedAddress, "NO");
-    EXPECT_EQ(calls.closed, 4) << "sockets";
+    EXPECT_TRUE(calls.allClosed(4)) << "sockets";
     calls.interfaceFlags = 0;
     GetDriverInfo("eth1", nics.begin());
     EXPECT_EQ(nics[0].State, "DOWN");
@@ -259,7 +267,7 @@ TEST_F(OsInfo, PhysicalDrivesAreThoseThatThePartitionListNames)
     EXPECT_EQ(drives[1].SerialNumber, "SN-4711");
     EXPECT_EQ(drives[1].Revision, "1.0");
     EXPECT_EQ(calls.opened.front(), root.resolve("/dev/sda"));
-    EXPECT_EQ(calls.closed, 7);
+    EXPECT_TRUE(calls.allClosed(7));
     _PARTITIONTYPE type = PARTITION_UNKNOWN;
     GetPartitionType(type);
     EXPECT_EQ(type, PARTITION_GPT);

@@ -10,8 +10,14 @@ class FakeClock : public Clock {
 public:
     TimePoint now() override
     {
-        time += perReading;
+        advance(perReading);
         return time;
+    }
+
+    SteadyPoint steady() override
+    {
+        advance(perReading);
+        return steadyTime;
     }
 
     void sleepFor(std::chrono::nanoseconds duration) override
@@ -23,11 +29,14 @@ public:
     void advance(std::chrono::nanoseconds duration)
     {
         time += std::chrono::duration_cast<TimePoint::duration>(duration);
+        steadyTime += duration;
     }
 
     /// Every sleep so far, in order.
     std::vector<std::chrono::nanoseconds> sleeps;
     /// How far each reading of the clock moves it on, for loops that wait by the clock alone.
     std::chrono::nanoseconds perReading{0};
+    /// The time of day; a test may set it as an administrator would.
     TimePoint time{std::chrono::seconds{1'700'000'000}};
+    SteadyPoint steadyTime{std::chrono::hours{1}};
 };

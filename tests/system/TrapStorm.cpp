@@ -22,6 +22,7 @@ using namespace std::chrono_literals;
 /// Pauses last a moment, so that a manager's socket can follow.
 struct HastyClock : Clock {
     TimePoint now() override { return std::chrono::system_clock::now(); }
+    SteadyPoint steady() override { return std::chrono::steady_clock::now(); }
     void sleepFor(std::chrono::nanoseconds) override { std::this_thread::sleep_for(2ms); }
 };
 

@@ -1,6 +1,6 @@
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
-#include "common/Seams.hpp"
+#include "common/Stopwatch.hpp"
 #include "common/Util.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/engine/ThrowNames.hpp"
@@ -40,12 +40,6 @@ struct PollPlan {
     long pause;
 };
 
-int millisecondsSince(Clock::TimePoint start)
-{
-    using std::chrono::milliseconds;
-    return static_cast<int>(std::chrono::duration_cast<milliseconds>(current<Clock>().now() - start).count());
-}
-
 } // namespace
 
 bool Interpreter::guarded(const std::function<void()>& call)
@@ -67,7 +61,7 @@ bool Interpreter::guarded(const std::function<void()>& call)
 
 void Interpreter::callTemplate(const std::string& query)
 {
-    const Clock::TimePoint start = current<Clock>().now();
+    const common::Stopwatch watch;
     try {
         SymbolMap results;
         router(results, query);
@@ -76,11 +70,11 @@ void Interpreter::callTemplate(const std::string& query)
         table[$(query)] = std::move(results[query]);
     } catch (const ResultStatus&) {
         HW_LOG(LOGGER::Category::First, "Failed: Template \"%s\" exec time is %d msec", query.c_str(),
-               millisecondsSince(start));
+               watch.milliseconds());
         throw;
     }
     HW_LOG(LOGGER::Category::First, "Success: Template \"%s\" exec time is %d msec", query.c_str(),
-           millisecondsSince(start));
+           watch.milliseconds());
 }
 
 int Interpreter::Evaluate_Template(const Function& function)

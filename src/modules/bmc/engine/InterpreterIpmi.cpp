@@ -1,7 +1,7 @@
 #include "common/ErrorName.hpp"
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
-#include "common/Seams.hpp"
+#include "common/Stopwatch.hpp"
 #include "common/Util.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/engine/Text.hpp"
@@ -71,12 +71,6 @@ bool isSatellite(const Texts& tokens)
            std::end(satelliteAddresses);
 }
 
-int millisecondsSince(Clock::TimePoint start)
-{
-    using std::chrono::milliseconds;
-    return static_cast<int>(std::chrono::duration_cast<milliseconds>(current<Clock>().now() - start).count());
-}
-
 } // namespace
 
 int Interpreter::Evaluate_IPMI(const Function& function)
@@ -116,11 +110,11 @@ void Interpreter::logRequest(const std::string& packet, const std::string& reque
 std::string Interpreter::exchange(const std::string& packet, const std::string& request)
 {
     logRequest(packet, request);
-    const Clock::TimePoint start = current<Clock>().now();
+    const common::Stopwatch watch;
     Texts reply;
     execIPMICommand(request, reply);
     std::string text = Util::upcase(Util::join(reply, " "));
-    HW_LOG(LOGGER::Category::First, "\tIPMI Response = %s, %d msec", text.c_str(), millisecondsSince(start));
+    HW_LOG(LOGGER::Category::First, "\tIPMI Response = %s, %d msec", text.c_str(), watch.milliseconds());
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "modules/bmc/subjects/SelTranslation.hpp"
 
 #include "common/CMySemLock.hpp"
+#include "common/Descriptor.hpp"
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
@@ -39,8 +40,7 @@ void quietly(Interpreter& interpreter, Call call)
 
 bool canOpen(const std::string& name)
 {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "r"), std::fclose);
-    return file != nullptr;
+    return common::openToRead(name) != nullptr;
 }
 
 std::vector<std::vector<std::uint8_t>> bytesOf(const SdrRepository& repository)
