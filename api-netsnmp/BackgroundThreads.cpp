@@ -65,7 +65,7 @@ void refresh()
 {
     if (logfile)
         std::fflush(logfile);
-    check_sensors_cache_turn();
+    client::query::check_sensors_cache_turn();
 }
 
 void start(Thread& thread)

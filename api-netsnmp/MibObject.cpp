@@ -41,7 +41,8 @@ u_char* readText(const MibObject& object, const Column& column, int row, std::si
 void printTrace(const MibObject& object, const Column& column)
 {
     if (object.traces)
-        trace("%s", column.kind == ColumnKind::strInfo ? object.traces->description : object.traces->statusString);
+        client::words::trace("%s", column.kind == ColumnKind::strInfo ? object.traces->description
+                                                                      : object.traces->statusString);
 }
 
 u_char* readColumn(const MibObject& object, const Column& column, int row, const MibRequest& request)

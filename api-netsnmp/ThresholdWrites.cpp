@@ -17,11 +17,11 @@ int rowOf(const WriteRequest& request)
 int checkValue(const ThresholdColumn& column, const WriteRequest& request)
 {
     if (request.type != ASN_INTEGER) {
-        trace("write to %s not ASN_INTEGER\n", column.name);
+        client::words::trace("write to %s not ASN_INTEGER\n", column.name);
         return SNMP_ERR_WRONGTYPE;
     }
     if (request.length > sizeof(long)) {
-        trace("write to %s: bad length\n", column.name);
+        client::words::trace("write to %s: bad length\n", column.name);
         return SNMP_ERR_WRONGLENGTH;
     }
     return SNMP_ERR_NOERROR;

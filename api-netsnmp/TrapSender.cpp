@@ -14,6 +14,8 @@
 
 namespace {
 
+using namespace client::traps;
+
 static_assert(sizeof(oid) == sizeof(SubId));
 
 bool hasSession = false;
@@ -79,7 +81,7 @@ void startTrapSender()
 
 void sendQueuedTraps()
 {
-    for (const Trap& trap : takeTraps()) {
+    for (const client::traps::Trap& trap : client::traps::takeTraps()) {
         if (!hasSession)
             tellLoss();
         send(trap);

@@ -35,7 +35,7 @@ void BM_FirstFillOfHundredSensors(benchmark::State& state)
 {
     BenchBmc bmc(sensors);
     SDK::System().SetFlags(logOff);
-    traceWanted = false;
+    client::words::traceWanted = false;
     InitQL();
     SDK::System().SetFlags(logOff);
     std::size_t exchanges = 0;

@@ -1,26 +1,27 @@
 #include "client/door/Functions.hpp"
 
 #include "client/door/smClient.hpp"
+#include "client/words/Trace.hpp"
 #include "common/Waits.hpp"
 
 #include <cxxabi.h>
 
 namespace {
 
-/// Calls the client's operation, or answers `otherwise` when there is no client any more or not yet. The callers are
+/// Calls the client's operation, or answers `otherwise` when there is no client yet. The callers are
 /// C functions: whatever is thrown ends here.
 template<class Result, class... Parameters, class... Arguments>
 Result forward(Result otherwise, Result (subagentBase::*operation)(Parameters...), Arguments&&... arguments)
 {
-    const ClientUse client;
+    smClient* const client = gSubagent;
     if (!client)
         return otherwise;
     try {
-        return (client.operator->()->*operation)(arguments...);
+        return (client->*operation)(arguments...);
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
-        trace("a request of the client ended by an exception\n");
+        client::words::trace("a request of the client ended by an exception\n");
         return otherwise;
     }
 }
@@ -115,13 +116,6 @@ int isInitComplete()
     return client ? client->isInitComplete() : 0;
 }
 
-void awaitInitComplete()
-{
-    using namespace std::chrono_literals;
-    while (!isInitComplete())
-        waitInterruptibly(1s);
-}
-
 int initSMClient()
 {
     gSubagent = std::make_unique<smClient>().release();
@@ -133,3 +127,14 @@ void shutdownSMClient()
     if (smClient* const client = gSubagent)
         client->shutdown();
 }
+
+namespace client::door {
+
+void awaitInitComplete()
+{
+    using namespace std::chrono_literals;
+    while (!isInitComplete())
+        waitInterruptibly(1s);
+}
+
+} // namespace client::door

@@ -35,10 +35,15 @@ int getHealthStatus();
 int isSetEnabled();
 int isTrapEnabled();
 int isInitComplete();
-/// Waits until the groups are filled, looking once a second.
-void awaitInitComplete();
 
 /// Makes the client and reads all hardware data once. Returns the client's init result.
 int initSMClient();
 /// Deletes the groups; safe to call twice.
 void shutdownSMClient();
+
+namespace client::door {
+
+/// Waits until the groups are filled, looking once a second.
+void awaitInitComplete();
+
+} // namespace client::door

@@ -1,64 +1,85 @@
 #include "client/door/smClient.hpp"
 
-#include "common/Seams.hpp"
+#include "client/door/Functions.hpp"
+#include "client/words/Trace.hpp"
 
+#include <algorithm>
 #include <cstdio>
+
+using namespace client::words;
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// A stop of the agent may not take longer than a few seconds, whatever an event thread is waiting for.
-constexpr auto pauseBetweenChecks = 1ms;
-constexpr int mostChecks = 2000;
-
-struct StartStep {
+/// All there is to say of a group but what it does.
+struct Group {
+    _SMEntity entity;
+    int deletedAs; ///< its place in the order of deletion
     const char* name;
+    const char* complaint; ///< traced when it fails to start
     int (*start)(smClient&);
-    const char* complaint;
+    void (*end)(smClient&);
+    BaseAccessor* (*find)(smClient&);
 };
 
 template<auto Member>
-int startGroup(smClient& client)
+int start(smClient& client)
 {
     auto& group = client.*Member;
     group = std::make_unique<typename std::remove_reference_t<decltype(group)>::element_type>();
     return group->init();
 }
 
-int startSystemManagement(smClient& client)
+template<auto Member>
+constexpr Group group(_SMEntity entity, int deletedAs, const char* name, const char* complaint)
 {
-    const int result = startGroup<&smClient::mSystemManagement>(client);
-    if (result != CLIENT_SUCCESS) {
-        trace("\nsmClient::init() systemManagement - failed\n");
-        std::fflush(nullptr);
-    }
-    return CLIENT_SUCCESS;
+    return {entity,
+            deletedAs,
+            name,
+            complaint,
+            start<Member>,
+            [](smClient& client) { (client.*Member).reset(); },
+            [](smClient& client) -> BaseAccessor* { return (client.*Member).get(); }};
 }
 
-/// The first reads the configuration, which says where the messages of all others go.
-constexpr StartStep startSteps[] = {
-    {"systemManagement", startSystemManagement, ""},
-    {"powerUnit", startGroup<&smClient::mPowerUnit>, "\nPower unit failed to get data\n"},
-    {"temperatureProbe", startGroup<&smClient::mTemperatureProbe>, "\n Temprature probe failed to initialize\n"},
-    {"powerSupply", startGroup<&smClient::mPowerSupply>, "\n-->Power supply failed to get data\n"},
-    {"voltageProbe", startGroup<&smClient::mVoltageProbe>, "\n--> voltage probe failed to get data\n"},
-    {"discreteVoltage", startGroup<&smClient::mDiscreteVoltage>, "\n--> Discrete voltage failed to get any data\n"},
-    {"currentProbe", startGroup<&smClient::mCurrentProbe>, "\nsmClient::currentProbe exited with no data\n"},
-    {"coolingDevice", startGroup<&smClient::mCoolingDevice>, "\nCooling device failed to get data\n"},
-    {"coolingUnit", startGroup<&smClient::mCoolingUnit>, "\n-->Cooling unit failed to get any data\n"},
-    {"discreteCooling", startGroup<&smClient::mDiscreteCooling>, "\n-->Discrete COoling failed to get any data\n"},
-    {"processorDevice", startGroup<&smClient::mProcessorDevice>, "\n--> Processor device failed to get data\n"},
-    {"memoryArray", startGroup<&smClient::mMemoryArray>, "\n--> Memory array failed to get data\n"},
-    {"memoryDevice", startGroup<&smClient::mMemoryDevice>, "\n--> Memory device failed\n"},
-    {"discreteProcessor", startGroup<&smClient::mDiscreteProcessor>,
-     "\nsmClient::discrete processor sensor exited with no data\n"},
-    {"discreteMemory", startGroup<&smClient::mDiscreteMemory>,
-     "\nsmClient::init about to init discrete memory sensor exited with no data\n"},
-    {"chassisInfo", startGroup<&smClient::mChassisInfo>, "\n --> Chassis info failed to get data\n"},
-    {"driveSlot", startGroup<&smClient::mDriveSlot>, "\n--> Drive solt failed to get data \n"},
-    {"miscSensor", startGroup<&smClient::mMiscSensor>, "\nsmClient::miscellaneous sensor exited with no data\n"},
+/// In the order of their start: the first reads the configuration, which says where the messages of all others go.
+constexpr Group groups[] = {
+    group<&smClient::mSystemManagement>(SMINFO, 1, "systemManagement",
+                                        "\nsmClient::init() systemManagement - failed\n"),
+    group<&smClient::mPowerUnit>(POWERUNIT, 4, "powerUnit", "\nPower unit failed to get data\n"),
+    group<&smClient::mTemperatureProbe>(TEMPERATURE, 11, "temperatureProbe",
+                                        "\n Temprature probe failed to initialize\n"),
+    group<&smClient::mPowerSupply>(POWERSUPPLY, 3, "powerSupply", "\n-->Power supply failed to get data\n"),
+    group<&smClient::mVoltageProbe>(VOLTAGE, 5, "voltageProbe", "\n--> voltage probe failed to get data\n"),
+    group<&smClient::mDiscreteVoltage>(DISCRETEVOLTAGE, 7, "discreteVoltage",
+                                       "\n--> Discrete voltage failed to get any data\n"),
+    group<&smClient::mCurrentProbe>(CURRENT, 6, "currentProbe", "\nsmClient::currentProbe exited with no data\n"),
+    group<&smClient::mCoolingDevice>(COOLINGDEVICE, 8, "coolingDevice", "\nCooling device failed to get data\n"),
+    group<&smClient::mCoolingUnit>(COOLINGUNIT, 9, "coolingUnit", "\n-->Cooling unit failed to get any data\n"),
+    group<&smClient::mDiscreteCooling>(DISCRETECOOLING, 10, "discreteCooling",
+                                       "\n-->Discrete COoling failed to get any data\n"),
+    group<&smClient::mProcessorDevice>(PROCESSOR, 15, "processorDevice", "\n--> Processor device failed to get data\n"),
+    group<&smClient::mMemoryArray>(MEMORYARRAY, 12, "memoryArray", "\n--> Memory array failed to get data\n"),
+    group<&smClient::mMemoryDevice>(MEMORYDEVICE, 13, "memoryDevice", "\n--> Memory device failed\n"),
+    group<&smClient::mDiscreteProcessor>(DISCRETE_PROCESSOR, 16, "discreteProcessor",
+                                         "\nsmClient::discrete processor sensor exited with no data\n"),
+    group<&smClient::mDiscreteMemory>(DISCRETE_MEMORY, 14, "discreteMemory",
+                                      "\nsmClient::init about to init discrete memory sensor exited with no data\n"),
+    group<&smClient::mChassisInfo>(CHASSIS, 2, "chassisInfo", "\n --> Chassis info failed to get data\n"),
+    group<&smClient::mDriveSlot>(DRIVESLOT, 17, "driveSlot", "\n--> Drive solt failed to get data \n"),
+    group<&smClient::mMiscSensor>(MISCELLANEOUS, 18, "miscSensor",
+                                  "\nsmClient::miscellaneous sensor exited with no data\n"),
 };
+
+void startGroups(smClient& client)
+{
+    for (const Group& each : groups) {
+        trace("smClient::init() starting %s\n", each.name);
+        if (each.start(client) == CLIENT_SUCCESS)
+            continue;
+        trace("%s", each.complaint);
+        std::fflush(nullptr);
+    }
+}
 
 } // namespace
 
@@ -78,18 +99,14 @@ int smClient::init()
 
 int smClient::runInit()
 {
-    for (const StartStep& step : startSteps) {
-        trace("smClient::init() starting %s\n", step.name);
-        if (step.start(*this) != CLIENT_SUCCESS)
-            trace("%s", step.complaint);
-    }
-    mSystemManagement->setInitialStatus();
-    mEventHandler = std::make_unique<eventHandler>();
+    startGroups(*this);
+    mSystemManagement->setInitialStatus(getExtGroupStatus);
+    mEventHandler = std::make_unique<eventHandler>(*this);
     if (const int result = mEventHandler->init(); result != CLIENT_SUCCESS) {
         trace("\n--> Event handler failed to initialize \n");
         return result;
     }
-    mSystemManagement->seedAllHealthLists();
+    mSystemManagement->seedAllHealthLists(seedHealthListsExt);
     m_bInitComplete = 1;
     trace("smClient::init() - done\n");
     std::fflush(nullptr);
@@ -98,85 +115,17 @@ int smClient::runInit()
 
 void smClient::shutdown()
 {
-    if (m_bInitComplete == 0 || closed.exchange(true))
+    if (m_bInitComplete == 0)
         return;
-    if (awaitUses())
-        deleteAll();
-    else
-        trace("smClient::shutdown() leaves the groups to a call that does not end\n");
-}
-
-bool smClient::awaitUses() const
-{
-    for (int check = 0; check < mostChecks && uses != 0; ++check)
-        current<Clock>().sleepFor(pauseBetweenChecks);
-    return uses == 0;
-}
-
-void smClient::deleteAll()
-{
-    mSystemManagement.reset();
-    mChassisInfo.reset();
-    mPowerSupply.reset();
-    mPowerUnit.reset();
-    mVoltageProbe.reset();
-    mCurrentProbe.reset();
-    mDiscreteVoltage.reset();
-    mCoolingDevice.reset();
-    mCoolingUnit.reset();
-    mDiscreteCooling.reset();
-    mTemperatureProbe.reset();
-    mMemoryArray.reset();
-    mMemoryDevice.reset();
-    mDiscreteMemory.reset();
-    mProcessorDevice.reset();
-    mDiscreteProcessor.reset();
-    mDriveSlot.reset();
-    mMiscSensor.reset();
+    for (std::size_t place = 1; place <= std::size(groups); ++place)
+        std::ranges::find(groups, static_cast<int>(place), &Group::deletedAs)->end(*this);
     mEventHandler.reset();
 }
 
 BaseAccessor* smClient::getEntity(_SMEntity entity)
 {
-    switch (entity) {
-    case SMINFO:
-        return mSystemManagement.get();
-    case CHASSIS:
-        return mChassisInfo.get();
-    case PROCESSOR:
-        return mProcessorDevice.get();
-    case DISCRETE_PROCESSOR:
-        return mDiscreteProcessor.get();
-    case POWERUNIT:
-        return mPowerUnit.get();
-    case POWERSUPPLY:
-        return mPowerSupply.get();
-    case VOLTAGE:
-        return mVoltageProbe.get();
-    case DISCRETEVOLTAGE:
-        return mDiscreteVoltage.get();
-    case CURRENT:
-        return mCurrentProbe.get();
-    case MEMORYARRAY:
-        return mMemoryArray.get();
-    case MEMORYDEVICE:
-        return mMemoryDevice.get();
-    case DISCRETE_MEMORY:
-        return mDiscreteMemory.get();
-    case COOLINGUNIT:
-        return mCoolingUnit.get();
-    case COOLINGDEVICE:
-        return mCoolingDevice.get();
-    case DISCRETECOOLING:
-        return mDiscreteCooling.get();
-    case TEMPERATURE:
-        return mTemperatureProbe.get();
-    case DRIVESLOT:
-        return mDriveSlot.get();
-    case MISCELLANEOUS:
-        return mMiscSensor.get();
-    }
-    return nullptr;
+    const auto* const found = std::ranges::find(groups, entity, &Group::entity);
+    return found == std::end(groups) ? nullptr : found->find(*this);
 }
 
 int smClient::processEvent()

@@ -12,7 +12,7 @@
 #include <memory>
 
 /// The one client: owns a group for each MIB object, and the event handler.
-class smClient : public subagentBase {
+class smClient : public subagentBase, public client::traps::AgentState {
 public:
     smClient() = default;
     ~smClient() override { smClient::shutdown(); }
@@ -22,8 +22,8 @@ public:
     /// Makes the groups in order and has each read its data; a group that fails stays empty. 2 after an exception, the
     /// event handler's result if that fails.
     int init() override;
-    /// Deletes the groups and the event handler, once, and only after a complete init. Waits for calls under way in
-    /// other threads; should they not end, everything is left in place for the end of the process.
+    /// Deletes the groups and the event handler, but only after a complete init. No other thread may use the client any
+    /// more. Safe to call twice.
     void shutdown() override;
 
     int processEvent() override;
@@ -58,39 +58,8 @@ public:
     std::atomic<int> m_bInitComplete{0};
 
 private:
-    friend class ClientUse;
-
     int runInit();
-    bool awaitUses() const;
-    void deleteAll();
-
-    std::atomic<int> uses{0};
-    std::atomic<bool> closed{false};
 };
 
 /// The one client, null before initSMClient. It is never deleted: detached threads may call to the last.
 extern std::atomic<smClient*> gSubagent;
-
-/// Keeps the groups alive for a scope: shutdown waits for its end. Null if there is no client or it has been shut
-/// down. Scopes may nest.
-class ClientUse {
-public:
-    ClientUse() : client(gSubagent.load())
-    {
-        if (client)
-            ++client->uses;
-    }
-    ~ClientUse()
-    {
-        if (client)
-            --client->uses;
-    }
-    ClientUse(const ClientUse&) = delete;
-    ClientUse& operator=(const ClientUse&) = delete;
-
-    explicit operator bool() const { return client && !client->closed; }
-    smClient* operator->() const { return client; }
-
-private:
-    smClient* const client;
-};

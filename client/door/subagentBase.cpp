@@ -1,6 +1,7 @@
 #include "client/door/subagentBase.hpp"
 
 #include "client/groups/BaseContainer.hpp"
+#include "client/traps/eventHandler.hpp"
 
 int subagentBase::getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)
 {

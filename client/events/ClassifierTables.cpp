@@ -1,5 +1,7 @@
 #include "client/events/ClassifierTables.hpp"
 
+namespace client::events {
+
 namespace {
 
 constexpr auto fatal = &CEventData::m_iFatalErrors;
@@ -287,7 +289,7 @@ OffsetTable intrusionOffsets(const EVENT_DATA_STRUCT&)
 
 OffsetTable driveSlotOffsets(const EVENT_DATA_STRUCT& record)
 {
-    if (eventTypeOf(record) == presenceType)
+    if (traps::eventTypeOf(record) == presenceType)
         return presenceRows;
     return driveSlotRows;
 }
@@ -301,3 +303,5 @@ OffsetTable surgeLoopOffsets(const EVENT_DATA_STRUCT&)
 {
     return surgeLoopRows;
 }
+
+} // namespace client::events

@@ -5,6 +5,8 @@
 
 #include <span>
 
+namespace client::events {
+
 /// What an event says of its device.
 struct Meaning {
     const char* status = "";   ///< the event's text; its tail gives the trap's severity
@@ -37,3 +39,5 @@ OffsetTable intrusionOffsets(const EVENT_DATA_STRUCT& record);
 OffsetTable driveSlotOffsets(const EVENT_DATA_STRUCT& record);
 OffsetTable phpSlotOffsets(const EVENT_DATA_STRUCT& record);
 OffsetTable surgeLoopOffsets(const EVENT_DATA_STRUCT& record);
+
+} // namespace client::events

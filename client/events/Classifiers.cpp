@@ -3,15 +3,19 @@
 #include "client/events/ClassifierTables.hpp"
 #include "client/events/SNMP_RouteEvent.hpp"
 #include "client/events/SelWatcher.hpp"
+#include "client/query/Answers.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/Trace.hpp"
-#include "common/ResultStatus.hpp"
-#include "common/Util.hpp"
 #include "common/Waits.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
 
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
+
+using namespace client::events;
+using namespace client::words;
+using client::query::tryQuery;
 
 namespace {
 
@@ -29,9 +33,6 @@ enum class Words { own, translators };
 /// Generators of records made by the system's firmware (IPMI 2.0, table 5-4).
 constexpr int firstFirmwareGenerator = 0x31;
 constexpr int lastFirmwareGenerator = 0x3F;
-
-/// Numbers of the SDR bytes that are read, from 1 (IPMI 2.0, 43.1).
-enum SdrByte : std::size_t { byteOwnerId = 6, byteLun = 7, byteSensorNumber = 8 };
 
 /// What differs from family to family.
 struct Family {
@@ -125,76 +126,50 @@ constexpr Family phpSlot = family("PhpSlot_EventOccurred", "PhpSlot", byType, 9,
 constexpr Family surgeLoop =
     family("PGSurgeLoop_EventOccurred", "PGSurgeLoop", byType, 20, Words::own, surgeLoopOffsets);
 
-using Record = std::vector<std::string>;
+constexpr char noRecords[] = "Query Failed to get the SDR's ";
 
-unsigned byteOf(const Record& record, std::size_t number)
+/// The first record of that sensor among those that the query answers.
+ipmi::Bytes recordOf(int sensorNumber, const ResultMap& records)
 {
-    return number <= record.size() ? static_cast<unsigned>(std::strtoul(record[number - 1].c_str(), nullptr, 16)) & 0xFF
-                                   : 0;
-}
-
-/// The first record of the query's answer that is of that sensor.
-std::optional<Record> findRecord(const char* path, int number, int sensorNumber)
-{
-    char query[80];
-    std::snprintf(query, sizeof query, "%s%d%s", path, number, "]");
-    ResultMap result;
-    CallQLInterface(query, result);
-    for (const auto& [key, node] : result) {
+    for (const auto& [key, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
             continue;
-        const Record record = Util::split(node.mXNodeList.front().substr(0, recordTextBytes), " ");
-        if (record.size() >= byteSensorNumber && static_cast<int>(byteOf(record, byteSensorNumber)) == sensorNumber)
+        ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes));
+        if (record.size() > ipmi::sdr::number && ipmi::SdrView(record).number() == sensorNumber)
             return record;
     }
-    return std::nullopt;
+    return {};
 }
 
-std::optional<Record> findByRecordTypes(int sensorNumber)
+ipmi::Bytes findByRecordTypes(int sensorNumber)
 {
-    for (const int recordType : {1, 2}) {
-        if (auto record = findRecord("/BMC/SDR/RECORD_TYPE[", recordType, sensorNumber))
+    for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact}) {
+        const auto records = tryQuery("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", noRecords, nullptr);
+        if (!records)
+            return {};
+        if (auto record = recordOf(sensorNumber, *records); !record.empty())
             return record;
-        if (recordType == 2)
-            trace("The sensor number is not matched for record type 2\n");
     }
-    return std::nullopt;
+    trace("The sensor number is not matched for record type 2\n");
+    return {};
 }
 
-/// None also when the query fails.
-std::optional<Record> findSensor(Search search, int sensorType, int sensorNumber)
+/// Empty without one, also when the query fails.
+ipmi::Bytes findSensor(Search search, int sensorType, int sensorNumber)
 {
-    try {
-        if (search == Search::byRecordTypes)
-            return findByRecordTypes(sensorNumber);
-        return findRecord("/BMC/SDR/SENSOR_TYPE[", sensorType, sensorNumber);
-    } catch (const ResultStatus&) {
-        trace("Query Failed to get the SDR's ");
-        return std::nullopt;
-    }
-}
-
-/// The device's number as the rows of the tables hold it.
-int deviceIdOf(const Record& record)
-{
-    const unsigned lun = byteOf(record, byteLun);
-    return static_cast<int>((lun & 3) | byteOf(record, byteOwnerId) << 8 | byteOf(record, byteSensorNumber) << 16 |
-                            lun >> 5 << 24);
+    if (search == Search::byRecordTypes)
+        return findByRecordTypes(sensorNumber);
+    const auto records = tryQuery("/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]", noRecords, nullptr);
+    return records ? recordOf(sensorNumber, *records) : ipmi::Bytes();
 }
 
 std::string sensorName(const Family& family, int sensorNumber)
 {
-    char query[80];
-    std::snprintf(query, sizeof query, "/BMC/SENSOR[%d]/NAME", sensorNumber);
-    try {
-        ResultMap result;
-        CallQLInterface(query, result);
-        if (const auto answer = result.find(query); answer != result.end() && !answer->second.mXNodeList.empty())
-            return answer->second.mXNodeList.front();
-    } catch (const ResultStatus&) {
-        trace("\n %s SensorNamequery failed", family.name);
-    }
-    return {};
+    const std::string path = "/BMC/SENSOR[" + std::to_string(sensorNumber) + "]/NAME";
+    const std::string complaint = std::string("\n ") + family.name + " SensorNamequery failed";
+    const auto answers = tryQuery(path, complaint, nullptr);
+    const std::string* const name = answers ? client::query::findAnswer(*answers, path) : nullptr;
+    return name ? *name : std::string();
 }
 
 Meaning meaningOf(const Family& family, const EVENT_DATA_STRUCT& record)
@@ -248,11 +223,11 @@ bool identify(const Family& family, const EVENT_DATA_STRUCT& record, CEventWrapp
     CSelInfo& info = wrapper.m_cData.m_cSelWrapper.m_cInfo;
     if (family.search != Search::none) {
         const int sensorNumber = family.sensorNumber(record);
-        const auto sensor = findSensor(family.search, record.ucSensorType, sensorNumber);
-        if (!sensor)
+        const ipmi::Bytes sensor = findSensor(family.search, record.ucSensorType, sensorNumber);
+        if (sensor.empty())
             return false;
         info.m_cDescription.SetString(sensorName(family, sensorNumber).c_str());
-        wrapper.m_cInfo.m_iIdNumber = deviceIdOf(*sensor);
+        wrapper.m_cInfo.m_iIdNumber = ipmi::SdrView(sensor).packedId();
     }
     if (family.sensorType)
         info.m_cSensorType.SetString(family.sensorType);
@@ -347,7 +322,7 @@ int DriveSlot_EventOccurred(EVENT_DATA_STRUCT* record)
     if (record)
         trace(
             "CDriveSlotEvent::EventOccurred Event is triggered for Drive Slot Presence Sensor with EventType Value %d.",
-            eventTypeOf(*record));
+            client::traps::eventTypeOf(*record));
     return classify(driveSlot, record);
 }
 

@@ -7,7 +7,11 @@
 #include <algorithm>
 #include <string>
 
+namespace client::events {
+
 namespace {
+
+using namespace words;
 
 constexpr _SMEntity noTable{};
 
@@ -113,3 +117,5 @@ int handleByClone(CEventWrapper& wrapper, int eventGroup)
     processEvent();
     return 1;
 }
+
+} // namespace client::events

@@ -1,12 +1,14 @@
 #include "client/events/SNMP_RouteEvent.hpp"
-#include "client/door/Functions.hpp"
 
+#include "client/door/Functions.hpp"
 #include "client/events/Classifiers.hpp"
 #include "client/events/SNMP_EventClones.hpp"
 #include "client/words/Trace.hpp"
 #include "common/Waits.hpp"
 
 #include <cxxabi.h>
+
+using namespace client::words;
 
 namespace {
 
@@ -56,12 +58,14 @@ const Route& findRoute(const EVENT_DATA_STRUCT& record)
 {
     for (const Route& route : routes)
         if (route.sensorType == record.ucSensorType &&
-            (route.eventType == anyType || route.eventType == eventTypeOf(record)))
+            (route.eventType == anyType || route.eventType == client::traps::eventTypeOf(record)))
             return route;
     return otherwise;
 }
 
 } // namespace
+
+namespace client::events {
 
 void routeEvent(const EVENT_DATA_STRUCT& record)
 {
@@ -81,8 +85,10 @@ void routeEvent(const EVENT_DATA_STRUCT& record)
     }
 }
 
+} // namespace client::events
+
 int SNMP_EventInterface::HandleEvent(CEventWrapper& wrapper, int eventGroup)
 {
-    awaitInitComplete();
-    return handleByClone(wrapper, eventGroup);
+    client::door::awaitInitComplete();
+    return client::events::handleByClone(wrapper, eventGroup);
 }

@@ -5,8 +5,12 @@
 
 #include <memory>
 
+namespace client::events {
+
 /// Hands a copy of the record to the classifier of its sensor type. A classifier that fails costs this record only.
 void routeEvent(const EVENT_DATA_STRUCT& record);
+
+} // namespace client::events
 
 /// Takes what a classifier found out.
 class CEventInterface {

@@ -13,6 +13,9 @@
 #include <cxxabi.h>
 #include <string_view>
 
+using namespace client::events;
+using namespace client::words;
+
 int m_iLastRecordID = lastRecordOfLog;
 std::string sSelEntry;
 std::string sLastSelEntry;

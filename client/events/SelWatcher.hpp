@@ -15,8 +15,12 @@
 ///  - record ids that start again after the greatest leave the mark above them;
 ///  - a translator's text that is too long ends the process (refuseLongText).
 
+namespace client::events {
+
 /// No record is known; for the controller, the last record (IPMI 2.0, 31.5).
 inline constexpr int lastRecordOfLog = 65535;
+
+} // namespace client::events
 
 /// Id of the newest record decoded.
 extern int m_iLastRecordID;

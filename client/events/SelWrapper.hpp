@@ -1,16 +1,18 @@
 #pragma once
 
 #include "client/words/CString.hpp"
+#include "client/words/Entities.hpp"
 
 #include <cstddef>
 
 /// What the road of an event carries from the log to the trap queue: plain values, copied field by field.
 
-/// No reading, no threshold.
-inline constexpr int noSensorValue = 0x7FFFFFFF;
+namespace client::events {
 
 enum EventDirection : int { EVENT_ASSERTED = 0, EVENT_DEASSERTED = 1, EVENT_DIRECTION_UNKNOWN = 2 };
 enum EventState : int { EVENT_STATE_UNKNOWN = 0 };
+
+} // namespace client::events
 
 /// A record of the event log as data.
 class CSelInfo {
@@ -21,15 +23,15 @@ public:
     int m_bStandardEvent = 0;
     std::size_t m_tdTimeStamp = 0;
     int m_iDeviceId = 0;
-    EventDirection m_eEventDirection = EVENT_DIRECTION_UNKNOWN;
+    client::events::EventDirection m_eEventDirection = client::events::EVENT_DIRECTION_UNKNOWN;
     unsigned char m_ucEventType = 0;
     unsigned char m_ucEventData1 = 0;
     unsigned char m_ucEventData2 = 0;
     unsigned char m_ucEventData3 = 0;
     unsigned char m_ucEvMRev = 0;
     unsigned short m_usGeneratorID = 0;
-    int m_iSensorReading = noSensorValue;
-    int m_iSensorThreshold = noSensorValue;
+    int m_iSensorReading = client::words::noValue;
+    int m_iSensorThreshold = client::words::noValue;
     CString m_cPreviousState;
     CString m_cLocalTimeStamp;
     CString m_cSensorType;
@@ -58,7 +60,7 @@ public:
 
     int m_iIdNumber = 0; ///< the device's number, as the rows of the tables hold it
     unsigned short m_usChassisId = 0;
-    EventState m_eState = EVENT_STATE_UNKNOWN;
+    client::events::EventState m_eState = client::events::EVENT_STATE_UNKNOWN;
 };
 
 /// What a classifier makes of the record.

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "client/groups/Rows.hpp"
+#include "client/readings/BoardModel.hpp"
 #include "client/status/StatusRules.hpp"
-#include "client/traps/eventHandler.hpp"
+#include "client/status/StatusWords.hpp"
+#include "client/status/TroubleLists.hpp"
 #include "client/words/Text.hpp"
 #include "client/words/Trace.hpp"
 
@@ -24,7 +26,7 @@ public:
     virtual int getIndex(int deviceId) = 0;
     virtual int getGroupStatus() = 0;
     virtual char* getDesc(int row) = 0;
-    virtual int seedHealthLists(eventHandler* handler) = 0;
+    virtual int seedHealthLists(client::status::TroubleLists* handler) = 0;
     virtual ~BaseAccessor() = default;
 };
 
@@ -65,16 +67,16 @@ public:
 
     /// Hands every row whose status number is not 3 to the handler. The rows' scale has 3 as its warning and the
     /// handler's has it as healthy; the filter stays as it is for all groups alike.
-    int seedHealthLists(eventHandler* handler) override
+    int seedHealthLists(client::status::TroubleLists* handler) override
     {
         constexpr int statusNotSeeded = 3;
-        trace("seedHealthLists:m_nCount=%d\n", m_nCount);
+        client::words::trace("seedHealthLists:m_nCount=%d\n", m_nCount);
         int result = CLIENT_SUCCESS;
         if (!handler)
             return result;
         int number = 0;
         for (const T& row : rows()) {
-            trace("seedHealthLists: status[%d]=%d\n", number++, row.nStatus);
+            client::words::trace("seedHealthLists: status[%d]=%d\n", number++, row.nStatus);
             if (row.nStatus != statusNotSeeded)
                 result = handler->insertElementByDeviceId(row.nDeviceId, row.nStatus);
         }
@@ -99,25 +101,29 @@ public:
         return CLIENT_ERROR_MEMORY;
     }
 
+    /// The rules of the status room, with their bounds one by one.
     virtual const char* calStatus(int reading, int lowerCritical, int lowerNonRec, int lowerNonCri, int upperCritical,
                                   int upperNonRec, int upperNonCri)
     {
-        return ::calStatus(reading, lowerCritical, lowerNonRec, lowerNonCri, upperCritical, upperNonRec, upperNonCri);
+        return client::status::statusOf(
+            reading, {upperNonRec, upperCritical, upperNonCri, lowerNonCri, lowerCritical, lowerNonRec});
     }
 
+    /// Asks for the board's model at each call.
     virtual const char* coolingcalStatus(int reading, int lowerCritical, int lowerNonRec, int lowerNonCri,
                                          int upperCritical, int upperNonRec, int upperNonCri)
     {
-        return ::coolingcalStatus(reading, lowerCritical, lowerNonRec, lowerNonCri, upperCritical, upperNonRec,
-                                  upperNonCri);
+        return client::status::fanStatusOf(
+            reading, {upperNonRec, upperCritical, upperNonCri, lowerNonCri, lowerCritical, lowerNonRec},
+            client::readings::readBoardModel());
     }
 
-    virtual int getStatusEnum(const char* word) { return ::getStatusEnum(word); }
+    virtual int getStatusEnum(const char* word) { return client::status::rowStatusOf(word); }
 
     /// Writes the MIB's word for a HEALTH_STATUS; `out` has room for 12 bytes. Always 0.
     virtual int getStatusString(int status, char* out)
     {
-        std::strcpy(out, healthWord(status));
+        std::strcpy(out, client::status::healthWord(status));
         return CLIENT_SUCCESS;
     }
 
@@ -133,6 +139,8 @@ protected:
     std::unique_ptr<T[]> mElementArray;
     int m_nCount = 0;
 };
+
+namespace client::groups {
 
 /// A stored number or text of a row, by the attribute that shows it.
 template<class T>
@@ -161,7 +169,7 @@ int answerInt(const IntField<T> (&fields)[Size], const T& row, _SMAttribute attr
 /// Answers `text` as a block for the caller to free; 2 if memory runs out.
 inline int answerText(std::string_view text, char*& out)
 {
-    out = newTextBlock(text);
+    out = words::newTextBlock(text);
     return out ? CLIENT_SUCCESS : CLIENT_ERROR_MEMORY;
 }
 
@@ -172,3 +180,5 @@ int answerText(const TextField<T> (&fields)[Size], const T& row, _SMAttribute at
     const auto* const field = std::ranges::find(fields, attribute, &TextField<T>::attribute);
     return field == std::end(fields) ? CLIENT_ERROR_NOSUCHNAME : answerText(row.*field->member, out);
 }
+
+} // namespace client::groups

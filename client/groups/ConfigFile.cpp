@@ -7,6 +7,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace client::groups {
+
 namespace {
 
 constexpr std::size_t longestLine = 1023;
@@ -74,3 +76,5 @@ bool readConfigFile(const std::string& path, const std::function<void(const Conf
     lines.finish();
     return true;
 }
+
+} // namespace client::groups

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace client::groups {
+
 /// Place of the configuration file.
 inline constexpr char configPath[] = "/usr/local/hwagent/conf/hwagent.conf";
 
@@ -20,3 +22,5 @@ std::optional<ConfigEntry> parseConfigLine(std::string_view line);
 /// Hands every entry of the file to `take`, in order. Lines of 1,024 characters and more are passed over. False if it
 /// could not be opened or is no regular file.
 bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take);
+
+} // namespace client::groups

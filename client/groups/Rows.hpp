@@ -4,7 +4,9 @@
 
 /// The rows of the groups: plain structures with texts of 512 bytes, each begun by the device id.
 
-using RowText = char[textBlockBytes];
+namespace client::groups {
+
+using RowText = char[words::textBlockBytes];
 
 /// A row of a group whose sensors are read live.
 struct SensorRow {
@@ -12,16 +14,6 @@ struct SensorRow {
     int nStatus;
     RowText stDescription;
 };
-
-using SystemInfo = SensorRow;
-using PowerSupplyInfo = SensorRow;
-using PowerUnitInfo = SensorRow;
-using DiscreteVoltageInfo = SensorRow;
-using DiscreteCoolingInfo = SensorRow;
-using DriveSlotInfo = SensorRow;
-using miscSensorInfo = SensorRow;
-using discreteProcessorInfo = SensorRow;
-using discreteMemoryInfo = SensorRow;
 
 /// A row of an analog sensor.
 struct ThresholdRow {
@@ -33,16 +25,28 @@ struct ThresholdRow {
     int nAccuracy;
 };
 
-using VoltageInfo = ThresholdRow;
-using CurrentInfo = ThresholdRow;
-using TemperatureInfo = ThresholdRow;
-using CoolingDeviceInfo = ThresholdRow;
+} // namespace client::groups
+
+using SystemInfo = client::groups::SensorRow;
+using PowerSupplyInfo = client::groups::SensorRow;
+using PowerUnitInfo = client::groups::SensorRow;
+using DiscreteVoltageInfo = client::groups::SensorRow;
+using DiscreteCoolingInfo = client::groups::SensorRow;
+using DriveSlotInfo = client::groups::SensorRow;
+using miscSensorInfo = client::groups::SensorRow;
+using discreteProcessorInfo = client::groups::SensorRow;
+using discreteMemoryInfo = client::groups::SensorRow;
+
+using VoltageInfo = client::groups::ThresholdRow;
+using CurrentInfo = client::groups::ThresholdRow;
+using TemperatureInfo = client::groups::ThresholdRow;
+using CoolingDeviceInfo = client::groups::ThresholdRow;
 
 struct CoolingUnitInfo {
     int nDeviceId;
     int nStatus;
-    RowText stDescription;
-    RowText stCaption;
+    client::groups::RowText stDescription;
+    client::groups::RowText stCaption;
 };
 
 struct ChassisInfo {
@@ -53,39 +57,39 @@ struct ChassisInfo {
     int nAdminPwdStatus;
     int nFPResetStatus;
     int nContainerType;
-    RowText stPartNumber;
-    RowText stSerialNumber;
-    RowText stName;
-    RowText stAssetTag;
-    RowText stDescription;
-    RowText stBootState;
-    RowText stSecurityState;
-    RowText stThermalState;
+    client::groups::RowText stPartNumber;
+    client::groups::RowText stSerialNumber;
+    client::groups::RowText stName;
+    client::groups::RowText stAssetTag;
+    client::groups::RowText stDescription;
+    client::groups::RowText stBootState;
+    client::groups::RowText stSecurityState;
+    client::groups::RowText stThermalState;
 };
 
 struct ProcessorInfo {
     int nDeviceId;
-    RowText stDescription;
-    RowText stStatusString;
+    client::groups::RowText stDescription;
+    client::groups::RowText stStatusString;
     int nStatus;
     int nDeviceType;
-    RowText stPartNumber;
-    RowText stManufacturer;
+    client::groups::RowText stPartNumber;
+    client::groups::RowText stManufacturer;
     int nDeviceFamily;
-    RowText stVersionName;
+    client::groups::RowText stVersionName;
     int nMaxSpeed;
     int nCurrentSpeed;
     int nClockSpeed;
     int nVoltage;
     int nUpgradeMethod;
-    RowText stSocketDesignation;
-    RowText stProcessorId;
+    client::groups::RowText stSocketDesignation;
+    client::groups::RowText stProcessorId;
 };
 
 struct MemoryArrayInfo {
     int nDeviceId;
-    RowText stDescription;
-    RowText stStatusString;
+    client::groups::RowText stDescription;
+    client::groups::RowText stStatusString;
     int nStatus;
     int nLocation;
     int nMaxCapacity;
@@ -94,29 +98,29 @@ struct MemoryArrayInfo {
     int nHandle;
     int nIndex;
     int nUsageCode;
-    RowText stTag;
+    client::groups::RowText stTag;
     int nUsedSlot;
 };
 
 struct MemoryDeviceInfo {
     int nDeviceId;
-    RowText stDescription;
-    RowText stStatusString;
+    client::groups::RowText stDescription;
+    client::groups::RowText stStatusString;
     int nStatus;
-    RowText stTag;
+    client::groups::RowText stTag;
     int nHandle;
     int nAssociatedArray;
     int nTotalWidth;
     int nDataWidth;
     int nSize;
     int nFormFactor;
-    RowText stLocator;
-    RowText stBankLabel;
+    client::groups::RowText stLocator;
+    client::groups::RowText stBankLabel;
     int nMemoryType;
     int nTypeDetail;
     int nSpeed;
-    RowText stManufacturer;
-    RowText stSerialNumber;
-    RowText stAssetTag;
-    RowText stPartNumber;
+    client::groups::RowText stManufacturer;
+    client::groups::RowText stSerialNumber;
+    client::groups::RowText stAssetTag;
+    client::groups::RowText stPartNumber;
 };

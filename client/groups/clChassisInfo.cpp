@@ -1,15 +1,18 @@
 #include "client/groups/clChassisInfo.hpp"
-#include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
 #include "client/query/Answers.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/readings/InventoryWords.hpp"
-#include "common/ResultStatus.hpp"
-#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
+#include "ipmi/SensorReading.hpp"
 
-#include <cstdlib>
 #include <cxxabi.h>
+
+using namespace client::groups;
+using namespace client::query;
+using namespace client::words;
+using client::readings::WordNumber;
 
 CDatabase<CSystemWrapper> pArrayOfWrapper;
 
@@ -20,13 +23,6 @@ constexpr char chassisQuery[] = "/SMBIOS/Type3";
 constexpr char securityQuery[] = "/SMBIOS/Type24";
 constexpr char securitySettings[] = "/HardwareSecuritySettings/";
 constexpr char intrusionRecords[] = "/BMC/SDR/SENSOR_TYPE[5]";
-
-/// Places in a sensor record and in a sensor's reading, from 0 (IPMI 2.0, 43.1 and 35.14).
-constexpr std::size_t sensorNumberPlace = 7;
-constexpr std::size_t readingFlagsPlace = 1;
-constexpr std::size_t readingStatesPlace = 2;
-constexpr long readingUnavailable = 0x20;
-constexpr long generalIntrusion = 0x01; ///< offset 0 of physical security (IPMI 2.0, table 42-3)
 
 /// Words of FRU inventory and firmware; one kind has two.
 constexpr WordNumber containerWords[] = {
@@ -114,18 +110,10 @@ constexpr TextField<ChassisInfo> textFields[] = {
     {CHASSIS_ASSETTAG, &ChassisInfo::stAssetTag},
 };
 
-/// All answers to `query`, none after a failure, which is traced behind the query's name.
-ResultMap askAll(const std::string& query)
+/// All answers to `path`, none after a failure, which is traced behind the query's name.
+ResultMap askAll(const std::string& path)
 {
-    ResultMap answers;
-    try {
-        CallQLInterface(query, answers);
-    } catch (const ResultStatus& failure) {
-        answers.clear();
-        trace("on %s/", query.c_str());
-        traceFailure(failure);
-    }
-    return answers;
+    return tryQuery(path, "on " + path + "/").value_or(ResultMap());
 }
 
 /// What `path` answers by itself, empty without an answer.
@@ -154,13 +142,7 @@ int readChassisWord(const WordNumber (&words)[Size], const char* name)
 
 void loadFru()
 {
-    ResultMap unused;
-    try {
-        CallQLGetMapInterface({{"/BMC/FRU", {{"DEVICE_ID", "00"}, {"BASE_ADDRESS", "20"}}}}, unused);
-    } catch (const ResultStatus& failure) {
-        trace("on /BMC/FRU/");
-        traceFailure(failure);
-    }
+    tryMapQuery({{"/BMC/FRU", {{"DEVICE_ID", "00"}, {"BASE_ADDRESS", "20"}}}}, "on /BMC/FRU/");
 }
 
 void readContainer(CSystemContainer& container)
@@ -189,10 +171,9 @@ std::string findIntrusionSensor()
     for (const auto& [path, node] : askAll(intrusionRecords)) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
             continue;
-        const std::vector<std::string> bytes = Util::split(node.mXNodeList.front(), " ");
-        if (bytes.size() > sensorNumberPlace)
-            return "/BMC/SENSOR[" + std::to_string(std::strtol(bytes[sensorNumberPlace].c_str(), nullptr, 16)) +
-                   "]/VALUE";
+        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front());
+        if (record.size() > ipmi::sdr::number)
+            return "/BMC/SENSOR[" + std::to_string(ipmi::SdrView(record).number()) + "]/VALUE";
     }
     return {};
 }
@@ -245,12 +226,9 @@ int chassisInfo::readStatus() const
 {
     if (m_intrusionQuery.empty())
         return ENUM_STATUS_OK;
-    const std::vector<std::string> bytes = Util::split(askText(m_intrusionQuery), " ");
-    if (bytes.size() <= readingStatesPlace)
-        return ENUM_STATUS_OK;
-    const auto byteAt = [&](std::size_t place) { return std::strtol(bytes[place].c_str(), nullptr, 16); };
-    const bool isOpen =
-        !(byteAt(readingFlagsPlace) & readingUnavailable) && (byteAt(readingStatesPlace) & generalIntrusion);
+    const ipmi::Bytes answer = ipmi::parseBytes(askText(m_intrusionQuery));
+    const ipmi::SensorReading reading(answer);
+    const bool isOpen = !reading.isUnavailable() && reading.isSet(ipmi::generalChassisIntrusion);
     return isOpen ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
 }
 

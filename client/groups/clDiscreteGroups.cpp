@@ -1,8 +1,12 @@
 #include "client/groups/clDiscreteGroups.hpp"
+
+#include "client/readings/SensorAcquisition.hpp"
 #include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
-#include "client/readings/SensorAcquisition.hpp"
+using namespace client::groups;
+using namespace client::status;
+using namespace client::words;
+using client::readings::SensorDatabase;
 
 std::unique_ptr<SensorDatabase> pPowerSupplyWrapper;
 std::unique_ptr<SensorDatabase> pPowerUnitWrapper;
@@ -31,7 +35,7 @@ constexpr SensorTypeRow miscTypes[] = {
 
 int statusNumberByWord(std::string_view text, const StatusWords& words)
 {
-    return getStatusEnum(mapValueToStatus(text, words));
+    return rowStatusOf(mapValueToStatus(text, words));
 }
 
 int statusNumberByEnum(std::string_view text, const StatusWords& words)
@@ -149,6 +153,8 @@ miscSensor::miscSensor() : DiscreteGroup(miscSensorTraits) {}
 discreteProcessor::discreteProcessor() : DiscreteGroup(discreteProcessorTraits) {}
 discreteMemory::discreteMemory() : DiscreteGroup(discreteMemoryTraits) {}
 
+namespace client::groups {
+
 template<class Row>
 int DiscreteGroup<Row>::init()
 {
@@ -241,6 +247,8 @@ int DiscreteGroup<Row>::getStrData(_SMAttribute attribute, int row, char*& out)
         return CLIENT_ERROR_NOSUCHNAME;
     return out ? CLIENT_SUCCESS : CLIENT_ERROR_MEMORY;
 }
+
+} // namespace client::groups
 
 int coolingUnit::init()
 {

@@ -4,6 +4,8 @@
 #include "client/readings/SensorTypes.hpp"
 #include "client/status/clDiscreteWords.hpp"
 
+namespace client::groups {
+
 /// The columns that the groups of state sensors have in common, in the order of their attributes. What the fifth one
 /// is differs from group to group.
 enum class DiscreteColumn { DeviceId, Description, StatusString, Status, Extra };
@@ -19,12 +21,12 @@ struct DiscreteTraits {
     std::span<const SensorTypeRow> sensorTypes;
     bool nonLinearOnly = false; ///< linear sensors belong to a group with readings
     const char* defaultName;
-    const StatusWords* words;
-    int (*statusNumber)(std::string_view text, const StatusWords& words);
+    const status::StatusWords* words;
+    int (*statusNumber)(std::string_view text, const status::StatusWords& words);
     int (*extraNumber)(std::string_view text) = nullptr;
     const char* (*extraText)(std::string_view text) = nullptr;
-    const char* countMessage = nullptr;        ///< traced with the count of rows
-    std::unique_ptr<SensorDatabase>* database; ///< row i of the table is element i
+    const char* countMessage = nullptr;                  ///< traced with the count of rows
+    std::unique_ptr<readings::SensorDatabase>* database; ///< row i of the table is element i
 };
 
 /// A table of sensors that report states. Rows keep the status 0 with which they are made: status and status string
@@ -52,43 +54,45 @@ private:
     static constexpr long m_nMultiplier = 1;
 };
 
-extern std::unique_ptr<SensorDatabase> pPowerSupplyWrapper;
-extern std::unique_ptr<SensorDatabase> pPowerUnitWrapper;
-extern std::unique_ptr<SensorDatabase> pCoolingUnitWrapper;
-extern std::unique_ptr<SensorDatabase> pDiscreteVoltageWrapper;
-extern std::unique_ptr<SensorDatabase> pDiscreteCoolingWrapper;
-extern std::unique_ptr<SensorDatabase> pDriverSlotWrapper;
-extern std::unique_ptr<SensorDatabase> pMiscSensorWrapper;
-extern std::unique_ptr<SensorDatabase> pDiscreteProcessorWrapper;
-extern std::unique_ptr<SensorDatabase> pDiscreteMemoryWrapper;
+} // namespace client::groups
 
-struct powerSupply : DiscreteGroup<PowerSupplyInfo> {
+extern std::unique_ptr<client::readings::SensorDatabase> pPowerSupplyWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pPowerUnitWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pCoolingUnitWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pDiscreteVoltageWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pDiscreteCoolingWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pDriverSlotWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pMiscSensorWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pDiscreteProcessorWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pDiscreteMemoryWrapper;
+
+struct powerSupply : client::groups::DiscreteGroup<PowerSupplyInfo> {
     powerSupply();
 };
-struct powerUnit : DiscreteGroup<PowerUnitInfo> {
+struct powerUnit : client::groups::DiscreteGroup<PowerUnitInfo> {
     powerUnit();
 };
-struct discreteVoltage : DiscreteGroup<DiscreteVoltageInfo> {
+struct discreteVoltage : client::groups::DiscreteGroup<DiscreteVoltageInfo> {
     discreteVoltage();
 };
-struct discreteCooling : DiscreteGroup<DiscreteCoolingInfo> {
+struct discreteCooling : client::groups::DiscreteGroup<DiscreteCoolingInfo> {
     discreteCooling();
 };
-struct driveSlot : DiscreteGroup<DriveSlotInfo> {
+struct driveSlot : client::groups::DiscreteGroup<DriveSlotInfo> {
     driveSlot();
 };
-struct miscSensor : DiscreteGroup<miscSensorInfo> {
+struct miscSensor : client::groups::DiscreteGroup<miscSensorInfo> {
     miscSensor();
 };
-struct discreteProcessor : DiscreteGroup<discreteProcessorInfo> {
+struct discreteProcessor : client::groups::DiscreteGroup<discreteProcessorInfo> {
     discreteProcessor();
 };
-struct discreteMemory : DiscreteGroup<discreteMemoryInfo> {
+struct discreteMemory : client::groups::DiscreteGroup<discreteMemoryInfo> {
     discreteMemory();
 };
 
 /// Its rows have a caption beside the description.
-struct coolingUnit : DiscreteGroup<CoolingUnitInfo> {
+struct coolingUnit : client::groups::DiscreteGroup<CoolingUnitInfo> {
     coolingUnit();
     int init() override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;

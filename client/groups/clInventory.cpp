@@ -1,19 +1,17 @@
 #include "client/groups/clInventory.hpp"
 
 #include "client/query/QLInterface.hpp"
-#include "common/ResultStatus.hpp"
-#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
+#include "ipmi/SensorReading.hpp"
 
-#include <cstdlib>
+using namespace client::groups;
+using namespace client::readings;
+using namespace client::words;
 
 namespace {
 
 constexpr char compactRecords[] = "/BMC/SDR/RECORD_TYPE[2]";
-constexpr long processorSensor = 7; ///< sensor type (IPMI 2.0, table 42-3)
-
-/// Places of the bytes in a compact sensor record, from 0 (IPMI 2.0, 43.2).
-constexpr std::size_t sensorNumberPlace = 7;
-constexpr std::size_t sensorTypePlace = 12;
 
 constexpr IntField<ProcessorInfo> processorInts[] = {
     {PROC_DEVICEID, &ProcessorInfo::nDeviceId},
@@ -82,20 +80,14 @@ constexpr TextField<MemoryDeviceInfo> deviceTexts[] = {
 std::vector<int> listProcessorSensors()
 {
     std::vector<int> numbers;
-    ResultMap records;
-    try {
-        CallQLInterface(compactRecords, records);
-    } catch (const ResultStatus& failure) {
-        trace("\n Failed For the Processor");
-        traceFailure(failure);
-    }
+    const auto records = client::query::tryQuery(compactRecords, "\n Failed For the Processor").value_or(ResultMap());
     for (const auto& [path, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
             continue;
-        const std::vector<std::string> bytes = Util::split(node.mXNodeList.front(), " ");
-        if (bytes.size() > sensorTypePlace &&
-            std::strtol(bytes[sensorTypePlace].c_str(), nullptr, 16) == processorSensor)
-            numbers.push_back(static_cast<int>(std::strtol(bytes[sensorNumberPlace].c_str(), nullptr, 16)));
+        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front());
+        const ipmi::SdrView sensor(record);
+        if (sensor.sensorType() == ipmi::sensortype::processor)
+            numbers.push_back(sensor.number());
     }
     return numbers;
 }

@@ -1,6 +1,5 @@
 #include "client/groups/clSystemManagement.hpp"
 
-#include "client/door/Functions.hpp"
 #include "client/groups/ConfigFile.hpp"
 #include "client/words/Numbers.hpp"
 #include "common/Seams.hpp"
@@ -9,6 +8,9 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
+
+using namespace client::groups;
+using namespace client::words;
 
 namespace {
 
@@ -116,20 +118,20 @@ int systemManagement::getStrInfo(_SMAttribute attribute, int, char*& out)
     return answerText(textFields, *this, attribute, out);
 }
 
-void systemManagement::setInitialStatus()
+void systemManagement::setInitialStatus(GroupCall statusOfGroup)
 {
     int worst = ENUM_STATUS_HEALTHY;
     for (const _SMEntity group : rolledUp)
-        if (const int status = getExtGroupStatus(group); status < firstNoStatus)
+        if (const int status = statusOfGroup(group); status < firstNoStatus)
             worst = std::max(worst, status);
     m_nHealthStatus = worst;
 }
 
-void systemManagement::seedAllHealthLists()
+void systemManagement::seedAllHealthLists(GroupCall seedGroup)
 {
     trace("seedHealthLists() called\n");
     for (const _SMEntity group : seeded)
-        seedHealthListsExt(group);
+        seedGroup(group);
     trace("End of seedHealthLists()\n");
 }
 

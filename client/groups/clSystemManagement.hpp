@@ -4,7 +4,13 @@
 
 #include <atomic>
 
+namespace client::groups {
+
 struct ConfigEntry;
+/// What is asked of another group.
+using GroupCall = int (*)(_SMEntity group);
+
+} // namespace client::groups
 
 /// The agent itself: its configuration, and the one health status of the whole system. A single row.
 class systemManagement : public BaseContainer<SystemInfo> {
@@ -18,9 +24,9 @@ public:
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
 
     /// Rolls the statuses of the groups up: the worst of all rows, 2 at least.
-    void setInitialStatus();
+    void setInitialStatus(client::groups::GroupCall statusOfGroup);
     /// Has every group hand its rows in trouble to the event handler.
-    void seedAllHealthLists();
+    void seedAllHealthLists(client::groups::GroupCall seedGroup);
 
     int setHealthStatus(int status);
     int getHealthStatus() const { return m_nHealthStatus; }
@@ -32,17 +38,17 @@ public:
 
     /// Rows of the tables of settings and attributes need to name these.
     std::atomic<int> m_nHealthStatus{ENUM_STATUS_HEALTHY}; ///< events change it, SNMP requests read it
-    RowText m_stPlatformDesc = {};
+    client::groups::RowText m_stPlatformDesc = {};
     int m_nPlatformId = 0;
     int m_nTrapsEnabled = 0;
     int m_nSetsEnabled = 0;
     int m_nDebugEnabled = 0;
-    RowText m_stManufacturer = {};
-    RowText m_stProductName = {};
-    RowText m_stProductVersion = {};
-    RowText m_stProductBuildNum = {};
-    RowText m_stProductDesc = {};
+    client::groups::RowText m_stManufacturer = {};
+    client::groups::RowText m_stProductName = {};
+    client::groups::RowText m_stProductVersion = {};
+    client::groups::RowText m_stProductBuildNum = {};
+    client::groups::RowText m_stProductDesc = {};
 
 private:
-    void takeSetting(const ConfigEntry& entry);
+    void takeSetting(const client::groups::ConfigEntry& entry);
 };

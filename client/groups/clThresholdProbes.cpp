@@ -1,11 +1,14 @@
 #include "client/groups/clThresholdProbes.hpp"
-#include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
 #include "client/readings/SensorAcquisition.hpp"
 #include "client/words/Numbers.hpp"
 
 #include <optional>
+
+using namespace client::groups;
+using namespace client::words;
+using client::readings::SensorDatabase;
+using client::status::Bounds;
 
 std::unique_ptr<SensorDatabase> pVoltageProbeWrapper;
 std::unique_ptr<SensorDatabase> pCurrentProbeWrapper;
@@ -95,41 +98,38 @@ static_assert(TEMPERATURE_ACCURACY - TEMPERATURE_DEVICEID == static_cast<int>(Th
 static_assert(COOLINGDEVICE_ACCURACY - COOLINGDEVICE_DEVICEID == static_cast<int>(ThresholdColumn::Accuracy));
 
 struct BoundSource {
-    int ThresholdReading::*to;
+    int Bounds::*to;
     int CSensorData::*from;
 };
 
 constexpr BoundSource plainBounds[] = {
-    {&ThresholdReading::upperNonRec, &CSensorData::m_iUpperNonRecover},
-    {&ThresholdReading::upperCritical, &CSensorData::m_iUpperCritical},
-    {&ThresholdReading::upperNonCri, &CSensorData::m_iUpperNonCritical},
-    {&ThresholdReading::lowerNonCri, &CSensorData::m_iLowerNonCritical},
-    {&ThresholdReading::lowerCritical, &CSensorData::m_iLowerCritical},
-    {&ThresholdReading::lowerNonRec, &CSensorData::m_iLowerNonRecover},
+    {&Bounds::upperNonRec, &CSensorData::m_iUpperNonRecover},
+    {&Bounds::upperCritical, &CSensorData::m_iUpperCritical},
+    {&Bounds::upperNonCri, &CSensorData::m_iUpperNonCritical},
+    {&Bounds::lowerNonCri, &CSensorData::m_iLowerNonCritical},
+    {&Bounds::lowerCritical, &CSensorData::m_iLowerCritical},
+    {&Bounds::lowerNonRec, &CSensorData::m_iLowerNonRecover},
 };
 
 /// A fan's non-recoverable bounds stand for its non-critical ones, on which the status rule of fans works.
 constexpr BoundSource fanBounds[] = {
-    {&ThresholdReading::upperNonRec, &CSensorData::m_iUpperNonCritical},
-    {&ThresholdReading::upperCritical, &CSensorData::m_iUpperCritical},
-    {&ThresholdReading::upperNonCri, &CSensorData::m_iUpperNonCritical},
-    {&ThresholdReading::lowerNonCri, &CSensorData::m_iLowerNonCritical},
-    {&ThresholdReading::lowerCritical, &CSensorData::m_iLowerCritical},
-    {&ThresholdReading::lowerNonRec, &CSensorData::m_iLowerNonCritical},
+    {&Bounds::upperNonRec, &CSensorData::m_iUpperNonCritical},
+    {&Bounds::upperCritical, &CSensorData::m_iUpperCritical},
+    {&Bounds::upperNonCri, &CSensorData::m_iUpperNonCritical},
+    {&Bounds::lowerNonCri, &CSensorData::m_iLowerNonCritical},
+    {&Bounds::lowerCritical, &CSensorData::m_iLowerCritical},
+    {&Bounds::lowerNonRec, &CSensorData::m_iLowerNonCritical},
 };
 
 struct BoundColumn {
     ThresholdColumn column;
-    int ThresholdReading::*member;
+    int Bounds::*member;
 };
 
 constexpr BoundColumn boundColumns[] = {
-    {ThresholdColumn::UpperNonRec, &ThresholdReading::upperNonRec},
-    {ThresholdColumn::UpperCritical, &ThresholdReading::upperCritical},
-    {ThresholdColumn::UpperNonCri, &ThresholdReading::upperNonCri},
-    {ThresholdColumn::LowerNonCri, &ThresholdReading::lowerNonCri},
-    {ThresholdColumn::LowerCritical, &ThresholdReading::lowerCritical},
-    {ThresholdColumn::LowerNonRec, &ThresholdReading::lowerNonRec},
+    {ThresholdColumn::UpperNonRec, &Bounds::upperNonRec},     {ThresholdColumn::UpperCritical, &Bounds::upperCritical},
+    {ThresholdColumn::UpperNonCri, &Bounds::upperNonCri},     {ThresholdColumn::LowerNonCri, &Bounds::lowerNonCri},
+    {ThresholdColumn::LowerCritical, &Bounds::lowerCritical}, {ThresholdColumn::LowerNonRec, &Bounds::lowerNonRec},
 };
 
 ThresholdReading takeReading(const CSensorWrapper& wrapper, std::span<const BoundSource> bounds)
@@ -138,7 +138,7 @@ ThresholdReading takeReading(const CSensorWrapper& wrapper, std::span<const Boun
     reading.value = wrapper.m_cData.m_iValue;
     reading.unitType = wrapper.m_cInfo.m_iUnitType;
     for (const BoundSource& bound : bounds)
-        reading.*bound.to = wrapper.m_cData.*bound.from;
+        reading.bounds.*bound.to = wrapper.m_cData.*bound.from;
     return reading;
 }
 
@@ -163,6 +163,8 @@ voltageProbe::voltageProbe() : ThresholdProbe(voltageTraits) {}
 currentProbe::currentProbe() : ThresholdProbe(currentTraits) {}
 temperatureProbe::temperatureProbe() : ThresholdProbe(temperatureTraits) {}
 coolingDevice::coolingDevice() : ThresholdProbe(coolingTraits) {}
+
+namespace client::groups {
 
 int ThresholdProbe::init()
 {
@@ -207,19 +209,20 @@ void ThresholdProbe::fillRow(int row)
 
 const char* ThresholdProbe::statusAtStart(const ThresholdReading& reading)
 {
+    const Bounds& b = reading.bounds;
     if (traits.ignoresLowerBounds)
-        return calStatus(reading.value, noValue, noValue, noValue, reading.upperCritical, reading.upperNonRec,
-                         reading.upperNonCri);
-    return calStatus(reading.value, reading.lowerCritical, reading.lowerNonRec, reading.lowerNonCri,
-                     reading.upperCritical, reading.upperNonRec, reading.upperNonCri);
+        return calStatus(reading.value, noValue, noValue, noValue, b.upperCritical, b.upperNonRec, b.upperNonCri);
+    return calStatus(reading.value, b.lowerCritical, b.lowerNonRec, b.lowerNonCri, b.upperCritical, b.upperNonRec,
+                     b.upperNonCri);
 }
 
 const char* ThresholdProbe::statusWhenRead(const ThresholdReading& reading)
 {
     if (!traits.isFan)
         return statusAtStart(reading);
-    return coolingcalStatus(reading.value, reading.lowerCritical, reading.lowerNonRec, reading.lowerNonCri,
-                            reading.upperCritical, reading.upperNonRec, reading.upperNonCri);
+    const Bounds& b = reading.bounds;
+    return coolingcalStatus(reading.value, b.lowerCritical, b.lowerNonRec, b.lowerNonCri, b.upperCritical,
+                            b.upperNonRec, b.upperNonCri);
 }
 
 /// The database keeps the reading of start-up: what a failed read shows.
@@ -295,7 +298,7 @@ int ThresholdProbe::getIntData(_SMAttribute attribute, int row, long& out)
         return CLIENT_ERROR_NOSUCHNAME;
     const ThresholdReading reading = readLive(row);
     if (bound)
-        out = boundShown(reading, reading.*bound->member);
+        out = boundShown(reading, reading.bounds.*bound->member);
     else if (column == ThresholdColumn::Status)
         out = getStatusEnum(statusWhenRead(reading));
     else
@@ -319,3 +322,5 @@ int ThresholdProbe::setIntData(_SMAttribute attribute, int row, long)
         return traits.noRow;
     return findBound(columnOf(attribute, traits)) ? CLIENT_SUCCESS : CLIENT_ERROR_NOSUCHNAME;
 }
+
+} // namespace client::groups

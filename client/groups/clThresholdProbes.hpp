@@ -3,6 +3,8 @@
 #include "client/groups/BaseContainer.hpp"
 #include "client/readings/SensorTypes.hpp"
 
+namespace client::groups {
+
 /// The columns that the groups of analog sensors have in common, in the order of their attributes.
 enum class ThresholdColumn {
     DeviceId,
@@ -23,13 +25,8 @@ enum class ThresholdColumn {
 
 /// Reading and bounds of one sensor as a group sees them.
 struct ThresholdReading {
-    int value = noValue;
-    int upperNonRec = noValue;
-    int upperCritical = noValue;
-    int upperNonCri = noValue;
-    int lowerNonCri = noValue;
-    int lowerCritical = noValue;
-    int lowerNonRec = noValue;
+    int value = words::noValue;
+    status::Bounds bounds;
     int unitType = 0;
 };
 
@@ -48,7 +45,7 @@ struct ThresholdTraits {
     const char* defaultName;
     int noRow; ///< result for a row that does not exist
     const char* endOfInit;
-    std::unique_ptr<SensorDatabase>* database; ///< row i of the table is element i
+    std::unique_ptr<readings::SensorDatabase>* database; ///< row i of the table is element i
 };
 
 /// A table of analog sensors with reading, bounds, status and three fixed figures. Readings and bounds are integers in
@@ -81,20 +78,22 @@ private:
     static constexpr unsigned short m_nChassisId = 0;
 };
 
-extern std::unique_ptr<SensorDatabase> pVoltageProbeWrapper;
-extern std::unique_ptr<SensorDatabase> pCurrentProbeWrapper;
-extern std::unique_ptr<SensorDatabase> pTemperatureWrapper;
-extern std::unique_ptr<SensorDatabase> pCoolingDeviceWrapper;
+} // namespace client::groups
 
-struct voltageProbe : ThresholdProbe {
+extern std::unique_ptr<client::readings::SensorDatabase> pVoltageProbeWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pCurrentProbeWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pTemperatureWrapper;
+extern std::unique_ptr<client::readings::SensorDatabase> pCoolingDeviceWrapper;
+
+struct voltageProbe : client::groups::ThresholdProbe {
     voltageProbe();
 };
-struct currentProbe : ThresholdProbe {
+struct currentProbe : client::groups::ThresholdProbe {
     currentProbe();
 };
-struct temperatureProbe : ThresholdProbe {
+struct temperatureProbe : client::groups::ThresholdProbe {
     temperatureProbe();
 };
-struct coolingDevice : ThresholdProbe {
+struct coolingDevice : client::groups::ThresholdProbe {
     coolingDevice();
 };

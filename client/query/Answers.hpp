@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace client::query {
+
 /// The first value of the leaf that answers `path` by name, null without one.
 inline const std::string* findAnswer(const ResultMap& result, const std::string& path)
 {
@@ -12,3 +14,5 @@ inline const std::string* findAnswer(const ResultMap& result, const std::string&
         return nullptr;
     return &entry->second.mXNodeList.front();
 }
+
+} // namespace client::query

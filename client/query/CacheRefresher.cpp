@@ -11,6 +11,9 @@
 #include <limits>
 #include <vector>
 
+using namespace client::query;
+using namespace client::words;
+
 namespace {
 
 /// Requests this many seconds old at most have been answered from a cache that is fresh enough.
@@ -74,6 +77,8 @@ int refresh_cache()
     return 0;
 }
 
+namespace client::query {
+
 timespec refreshDeadline(Clock::TimePoint now)
 {
     const auto sinceEpoch = now.time_since_epoch();
@@ -104,3 +109,5 @@ void check_sensors_cache_turn()
     if (refreshIsDue(waitForSignal(deadline)))
         refreshSafely();
 }
+
+} // namespace client::query

@@ -9,6 +9,8 @@
 /// exception passes up and leaves in_refresh set.
 int refresh_cache();
 
+namespace client::query {
+
 /// When the wait that starts now ends without a signal: sleep_interval from now, with the fraction of the second kept.
 timespec refreshDeadline(Clock::TimePoint now);
 
@@ -19,3 +21,5 @@ bool refreshIsDue(int waitResult);
 /// One turn of the refresher thread: wait for a signal or the deadline, then perhaps refresh, holding snmp_mtx
 /// throughout. No exception leaves it.
 void check_sensors_cache_turn();
+
+} // namespace client::query

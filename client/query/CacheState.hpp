@@ -7,13 +7,17 @@
 /// What the three threads share about the query cache and its refresh. The mutex and the condition are POSIX ones
 /// because they have no destructor: the detached threads may still wait on them while the process ends.
 
+namespace client::query {
+
 /// Seconds that the refresher waits when there is traffic.
 inline constexpr int shortestSleepSeconds = 3;
+
+} // namespace client::query
 
 /// 0 during start-up, 1 from the moment the AgentX loop is entered: only then do queries join the refresh set.
 inline std::atomic<int> start_cache_list{0};
 /// The refresher's present wait in seconds.
-inline std::atomic<int> sleep_interval{shortestSleepSeconds};
+inline std::atomic<int> sleep_interval{client::query::shortestSleepSeconds};
 /// Time of the latest query, in seconds since 1970: the only part of it that anybody compares.
 inline std::atomic<std::time_t> last_req_time{0};
 /// End of the latest complete refresh pass, likewise; 0 before the first.
@@ -23,6 +27,8 @@ inline std::atomic<std::time_t> last_cache_ref_time{0};
 inline pthread_mutex_t snmp_mtx = PTHREAD_MUTEX_INITIALIZER;
 /// Wakes the refresher.
 inline pthread_cond_t cache_refresh_condt = PTHREAD_COND_INITIALIZER;
+
+namespace client::query {
 
 /// Holds a POSIX mutex for a scope; let go of on every way out, also when the thread is cancelled.
 class PosixLock {
@@ -35,3 +41,5 @@ public:
 private:
     pthread_mutex_t& held;
 };
+
+} // namespace client::query

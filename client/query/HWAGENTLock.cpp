@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace client::words;
+
 namespace {
 
 constexpr int flag = O_CREAT | O_EXCL;

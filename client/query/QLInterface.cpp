@@ -10,6 +10,9 @@
 #include <cxxabi.h>
 #include <memory>
 
+using namespace client::query;
+using namespace client::words;
+
 CacheMap& cache_map = *std::make_unique<CacheMap>().release();
 CacheMap& refresh_map = *std::make_unique<CacheMap>().release();
 int in_refresh = 0;
@@ -125,3 +128,37 @@ void CallQLGetMapInterface(SDK::QueryMap queries, ResultMap& result)
     }
     trace("\n Exiting GetMapquery\n");
 }
+
+namespace client::query {
+
+namespace {
+
+template<class Ask>
+std::optional<ResultMap> answersOf(Ask ask, const std::string& complaint, TraceEntries traceEntries)
+{
+    try {
+        ResultMap answers;
+        ask(answers);
+        return answers;
+    } catch (const ResultStatus& failure) {
+        trace("%s", complaint.c_str());
+        if (traceEntries)
+            traceEntries(failure);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<ResultMap> tryQuery(const std::string& path, const std::string& complaint, TraceEntries traceEntries)
+{
+    return answersOf([&](ResultMap& answers) { CallQLInterface(path, answers); }, complaint, traceEntries);
+}
+
+std::optional<ResultMap> tryMapQuery(const SDK::QueryMap& queries, const std::string& complaint)
+{
+    return answersOf([&](ResultMap& answers) { CallQLGetMapInterface(queries, answers); }, complaint,
+                     words::traceFailure);
+}
+
+} // namespace client::query

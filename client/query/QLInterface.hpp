@@ -1,10 +1,12 @@
 #pragma once
 
 #include "client/query/QueryBackend.hpp"
+#include "client/words/Trace.hpp"
 
 #include <atomic>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 
 /// The agent's one door to the SDK: every query of groups and events, with a result cache in front.
@@ -14,16 +16,20 @@
 ///  - CallQLInterface, miss: the calling thread waits for the BMC, also the thread that answers the master agent;
 ///  - CallQLInterface, hit on an old cache: the caller waits for snmp_mtx, and so for a refresh that is under way;
 ///  - refresh_cache: one failing query ends the pass, and in_refresh stays set for good;
-///  - coolingcalStatus: asks for the board's model at each reading, however often that has failed;
+///  - readBoardModel: asked at each reading of a fan, however often it has failed;
 ///  - HWAGENTLock: two seconds between attempts, for days.
+
+namespace client::query {
 
 using CacheMap = std::map<std::string, ResultMap>;
 
+} // namespace client::query
+
 /// Query text to answer. Entries are added and overwritten, never removed. Not destroyed at exit, since detached
 /// threads may still ask.
-extern CacheMap& cache_map;
+extern client::query::CacheMap& cache_map;
 /// The queries to refresh: only the keys matter.
-extern CacheMap& refresh_map;
+extern client::query::CacheMap& refresh_map;
 /// 1 while a refresh pass runs, and for good after one that failed.
 extern int in_refresh;
 /// Guards cache_map, refresh_map and in_refresh.
@@ -42,7 +48,16 @@ void CallQLInterface(const std::string& query, ResultMap& result);
 /// not got.
 void CallQLGetMapInterface(SDK::QueryMap queries, ResultMap& result);
 
-/// The MIB's text for a state word of the SDK; `word` itself when it has none of its own.
-const char* MapQLStrToSNMPStr(const char* word);
-/// Maps each word of a comma-separated list of at most 511 characters, and appends the texts to `out`.
-void MapMultipleQLStrToSNMPStr(const char* list, std::string* out);
+namespace client::query {
+
+/// How the entries of a failure are traced, behind the complaint.
+using TraceEntries = void (*)(const ResultStatus& failure);
+
+/// The border where a thrown failure becomes "no answer": nothing after a failure, of which `complaint` and, by
+/// `traceEntries` if there is one, its entries are traced.
+std::optional<ResultMap> tryQuery(const std::string& path, const std::string& complaint,
+                                  TraceEntries traceEntries = words::traceFailure);
+/// Likewise for queries with parameters.
+std::optional<ResultMap> tryMapQuery(const SDK::QueryMap& queries, const std::string& complaint);
+
+} // namespace client::query

@@ -1,5 +1,7 @@
 #include "client/query/QueryBackend.hpp"
 
+namespace client::query {
+
 namespace {
 
 /// The one SDK object of the agent.
@@ -18,3 +20,5 @@ QueryBackend& QueryBackend::real()
     static SdkBackend backend;
     return backend;
 }
+
+} // namespace client::query

@@ -2,6 +2,8 @@
 
 #include "modules/System.hpp"
 
+namespace client::query {
+
 /// What the query client asks of the SDK; replaceable with ScopedSeam. Failures are thrown as ResultStatus.
 struct QueryBackend {
     virtual ~QueryBackend() = default;
@@ -10,3 +12,5 @@ struct QueryBackend {
     virtual void setFlags(unsigned char flags) = 0;
     static QueryBackend& real();
 };
+
+} // namespace client::query

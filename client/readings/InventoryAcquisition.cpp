@@ -12,6 +12,10 @@
 #include <cstdlib>
 #include <span>
 
+using namespace client::query;
+using namespace client::readings;
+using namespace client::words;
+
 namespace {
 
 constexpr char supported[] = "Supported";
@@ -94,11 +98,11 @@ constexpr WordField<Device> deviceWords[] = {
     {"/MemoryType", &Device::memoryType, memoryTypeWords, MDT_OTHER},
 };
 
-void traceQueryFailure(const std::string& query, const ResultStatus& failure)
+void traceEntriesOfInventory(const ResultStatus& failure)
 {
     for (const RStatus& entry : failure) {
         trace("Operation: %d", entry.mCommand);
-        trace("on :%s", query.c_str());
+        trace("on :%s", entry.mXQuery.c_str());
         trace("\n failed. %d", entry.mErrorCode);
         trace(": %s", entry.mErrorString.c_str());
     }
@@ -107,14 +111,7 @@ void traceQueryFailure(const std::string& query, const ResultStatus& failure)
 /// All answers to `query`, none after a failure.
 ResultMap askAll(const std::string& query)
 {
-    ResultMap answers;
-    try {
-        CallQLInterface(query, answers);
-    } catch (const ResultStatus& failure) {
-        answers.clear();
-        traceQueryFailure(query, failure);
-    }
-    return answers;
+    return tryQuery(query, "", traceEntriesOfInventory).value_or(ResultMap());
 }
 
 /// Answers below one path.
@@ -180,25 +177,34 @@ int readCount(const std::string& query, int* count)
     return 0;
 }
 
-/// Throws ResultStatus.
-ResultMap askOrThrow(const std::string& query)
+std::optional<ResultMap> askForFitted(const std::string& query)
 {
-    ResultMap answers;
-    CallQLInterface(query, answers);
-    return answers;
+    return tryQuery(query, "\n error in getingf the memory details\n");
 }
 
-/// Throws ResultStatus; the devices found before that stay on the list.
-void listPresentDevices(MemoryArrayDetails& details)
+/// Lists the places that hold a module. False after a failure; the places found before that stay on the list.
+bool listPresentDevices(MemoryArrayDetails& details)
 {
-    const std::size_t places = askOrThrow(arrayPath(details.array) + "/MemoryDevice").size();
-    for (int device = 1; static_cast<std::size_t>(device) <= places; ++device) {
+    const auto places = askForFitted(arrayPath(details.array) + "/MemoryDevice");
+    for (int device = 1; places && static_cast<std::size_t>(device) <= places->size(); ++device) {
         const std::string query = devicePath(details.array, device) + "/DevicePresent";
-        const ResultMap answers = askOrThrow(query);
-        const std::string* const answer = findAnswer(answers, query);
+        const auto answers = askForFitted(query);
+        if (!answers)
+            return false;
+        const std::string* const answer = findAnswer(*answers, query);
         if (answer && *answer == present)
             details.devices.push_back(device);
     }
+    return places.has_value();
+}
+
+/// False after a failure.
+bool addArray(int array, std::vector<MemoryArrayDetails>& out)
+{
+    if (!askForFitted(arrayPath(array) + "/TotalNoOfDevicePresent"))
+        return false;
+    out.push_back({array, {}});
+    return listPresentDevices(out.back());
 }
 
 } // namespace
@@ -286,16 +292,9 @@ int getMemoryDeviceInfo(int array, int device, SMBIOS_MEMORY_DEVICE_INFO& info)
 void GetMemoryArrayDetails(std::vector<MemoryArrayDetails>& out)
 {
     trace("\nExecuting Get Memory Array Details \n");
-    try {
-        const std::size_t arrays = askOrThrow("/SMBIOS/MemoryArray").size();
-        for (int array = 1; static_cast<std::size_t>(array) <= arrays; ++array) {
-            askOrThrow(arrayPath(array) + "/TotalNoOfDevicePresent");
-            out.push_back({array, {}});
-            listPresentDevices(out.back());
-        }
-    } catch (const ResultStatus& failure) {
-        trace("\n error in getingf the memory details\n");
-        traceFailure(failure);
-    }
+    const auto arrays = askForFitted("/SMBIOS/MemoryArray");
+    for (int array = 1; arrays && static_cast<std::size_t>(array) <= arrays->size(); ++array)
+        if (!addArray(array, out))
+            break;
     std::erase_if(out, [](const MemoryArrayDetails& details) { return details.devices.empty(); });
 }

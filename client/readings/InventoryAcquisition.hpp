@@ -59,15 +59,25 @@ enum MEMORY_FORM_FACTOR : int {
     MDF_RESERVED,
 };
 
+namespace client::readings {
+
 /// A text of the firmware, of which 255 characters are kept.
 using InventoryText = char[256];
 
+/// An array that holds modules, and the places where they are. All are counted from 1.
+struct MemoryArrayDetails {
+    int array = 0;
+    std::vector<int> devices;
+};
+
+} // namespace client::readings
+
 struct SMBIOS_PROCESSOR_INFO {
-    InventoryText manufacturer;
-    InventoryText processorId;
-    InventoryText version;
-    InventoryText partNumber;
-    InventoryText socketDesignation;
+    client::readings::InventoryText manufacturer;
+    client::readings::InventoryText processorId;
+    client::readings::InventoryText version;
+    client::readings::InventoryText partNumber;
+    client::readings::InventoryText socketDesignation;
     int type_;         ///< PROCESSOR_TYPE
     int family;        ///< SMBIOS processor family (DSP0134, 7.5.2)
     int maxSpeed;      ///< MHz
@@ -88,12 +98,12 @@ struct SMBIOS_MEMORY_ARRAY_INFO {
 };
 
 struct SMBIOS_MEMORY_DEVICE_INFO {
-    InventoryText bankLocator;
-    InventoryText manufacturer;
-    InventoryText serialNumber;
-    InventoryText assetTag;
-    InventoryText deviceLocator;
-    InventoryText partNumber;
+    client::readings::InventoryText bankLocator;
+    client::readings::InventoryText manufacturer;
+    client::readings::InventoryText serialNumber;
+    client::readings::InventoryText assetTag;
+    client::readings::InventoryText deviceLocator;
+    client::readings::InventoryText partNumber;
     int totalWidth; ///< bits
     int dataWidth;  ///< bits
     int size;       ///< MB
@@ -101,12 +111,6 @@ struct SMBIOS_MEMORY_DEVICE_INFO {
     int formFactor; ///< MEMORY_FORM_FACTOR
     int memoryType; ///< MEMORY_DEVICE_TYPE
     int typeDetail; ///< bits of DSP0134, 7.18.3
-};
-
-/// An array that holds modules, and the places where they are. All are counted from 1.
-struct MemoryArrayDetails {
-    int array = 0;
-    std::vector<int> devices;
 };
 
 /// Reads the number that `query` answers; 0 without one.
@@ -127,4 +131,4 @@ int getPhyMemDevArrayInfo(int array, SMBIOS_MEMORY_ARRAY_INFO& info);
 int getMemoryDeviceInfo(int array, int device, SMBIOS_MEMORY_DEVICE_INFO& info);
 
 /// Appends every array that holds modules, with their places. A failure leaves what has been gathered.
-void GetMemoryArrayDetails(std::vector<MemoryArrayDetails>& out);
+void GetMemoryArrayDetails(std::vector<client::readings::MemoryArrayDetails>& out);

@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+namespace client::readings {
+
 /// Words of the firmware's inventory and the numbers that the tables show for them.
 
 struct WordNumber {
@@ -101,3 +103,5 @@ inline constexpr WordNumber typeDetailBits[] = {
     {"/TypeDetails/EDO", 512},          {"/TypeDetail/Window DRAM", 1024}, {"/TypeDetail/Cache DRAM", 2048},
     {"/TypeDetail/Non-volatile", 4096},
 };
+
+} // namespace client::readings

@@ -2,20 +2,23 @@
 
 #include "client/query/Answers.hpp"
 #include "client/query/QLInterface.hpp"
+#include "client/status/StateWords.hpp"
 #include "client/words/Numbers.hpp"
 #include "client/words/Trace.hpp"
-#include "common/ResultStatus.hpp"
-#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
 
 #include <cstdio>
 #include <cstdlib>
+
+using namespace client::query;
+using namespace client::readings;
+using namespace client::words;
 
 namespace {
 
 constexpr char notSupported[] = "NOT SUPPORTED";
 constexpr std::size_t recordTextBytes = 1024;
-
-enum RecordType : int { fullRecord = 1, compactRecord = 2 };
 
 /// Kinds of figure of a sensor, as ExecuteThresholdQuery takes them; all below Tolerance are thresholds.
 enum Figure : int {
@@ -37,62 +40,32 @@ constexpr const char* figureWords[] = {
     "LOWER_CRITICAL", "TOLERANCE",         "RESOLUTION",           "ACCURACY",
 };
 
-/// Numbers of the SDR bytes that are read, from 1 (IPMI 2.0, 43.1).
-enum SdrByte : std::size_t {
-    byteRecordType = 4,
-    byteOwnerId = 6,
-    byteLun = 7,
-    byteSensorNumber = 8,
-    byteEntityId = 9,
-    byteEntityInstance = 10,
-    byteSensorType = 13,
-    byteEventType = 14,
-    byteReadableMask = 20,
-    byteBaseUnit = 22,
-    byteLinearization = 24,
-};
-
 struct ThresholdField {
-    std::size_t sdrByte;
+    std::size_t place; ///< in the record
     Figure which;
     int CSensorData::*member;
 };
 
 struct FigureField {
-    std::size_t sdrByte;
+    std::size_t place; ///< in the record
     Figure which;
     int CSensorInfo::*member;
 };
 
 /// In the order in which they are asked.
 constexpr ThresholdField thresholdFields[] = {
-    {41, LowerCritical, &CSensorData::m_iLowerCritical},
-    {42, LowerNonCritical, &CSensorData::m_iLowerNonCritical},
-    {38, UpperCritical, &CSensorData::m_iUpperCritical},
-    {39, UpperNonCritical, &CSensorData::m_iUpperNonCritical},
-    {40, LowerNonRecoverable, &CSensorData::m_iLowerNonRecover},
-    {37, UpperNonRecoverable, &CSensorData::m_iUpperNonRecover},
+    {ipmi::sdr::lowerCritical, LowerCritical, &CSensorData::m_iLowerCritical},
+    {ipmi::sdr::lowerNonCritical, LowerNonCritical, &CSensorData::m_iLowerNonCritical},
+    {ipmi::sdr::upperCritical, UpperCritical, &CSensorData::m_iUpperCritical},
+    {ipmi::sdr::upperNonCritical, UpperNonCritical, &CSensorData::m_iUpperNonCritical},
+    {ipmi::sdr::lowerNonRecoverable, LowerNonRecoverable, &CSensorData::m_iLowerNonRecover},
+    {ipmi::sdr::upperNonRecoverable, UpperNonRecoverable, &CSensorData::m_iUpperNonRecover},
 };
 
 constexpr FigureField figureFields[] = {
-    {28, Accuracy, &CSensorInfo::m_iAccuracy},
-    {26, Tolerance, &CSensorInfo::m_iTolerance},
-    {20, Resolution, &CSensorInfo::m_iResolution},
-};
-
-/// The bytes of a record as text, numbered from 1; a byte beyond the record's end reads as 0.
-class RecordBytes {
-public:
-    explicit RecordBytes(const std::string& text) : tokens(Util::split(text.substr(0, recordTextBytes - 1), " ")) {}
-
-    bool has(std::size_t number) const { return number >= 1 && number <= tokens.size(); }
-    int at(std::size_t number) const
-    {
-        return has(number) ? clampToValue(std::strtol(tokens[number - 1].c_str(), nullptr, 16)) : 0;
-    }
-
-private:
-    std::vector<std::string> tokens;
+    {ipmi::sdr::bAccuracy, Accuracy, &CSensorInfo::m_iAccuracy},
+    {ipmi::sdr::mTolerance, Tolerance, &CSensorInfo::m_iTolerance},
+    {ipmi::sdr::settableThresholds, Resolution, &CSensorInfo::m_iResolution},
 };
 
 std::string sensorPath(int sensorNumber, int ownerId, int lun)
@@ -107,71 +80,55 @@ std::string sensorPath(const CSensorInfo& info)
     return sensorPath(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber);
 }
 
-/// The LUN's bits 5 to 7 lie above the sensor number, the rest of it below the owner.
-int deviceIdOf(const CSensorInfo& info)
-{
-    constexpr unsigned upperLunBits = 0xE0;
-    const auto lun = static_cast<unsigned>(info.m_ucLunNumber);
-    return static_cast<int>(static_cast<unsigned>(info.m_ucSensorNumber) << 16 | lun | (lun & upperLunBits) << 19 |
-                            static_cast<unsigned>(info.m_ucOwnerId) << 8);
-}
-
-CSensorInfo decodeRecord(const RecordBytes& record)
+CSensorInfo decodeRecord(const ipmi::SdrView& record)
 {
     CSensorInfo info;
-    info.m_bIsLinear = record.at(byteLinearization);
-    info.m_ucEntityInstance = static_cast<unsigned char>(record.at(byteEntityInstance));
-    info.m_usChassisId = static_cast<unsigned short>(record.at(byteEntityId));
-    info.m_ucType = static_cast<unsigned char>(record.at(byteSensorType));
-    info.m_ucLunNumber = record.at(byteLun);
-    info.m_ucSensorNumber = record.at(byteSensorNumber);
-    info.m_ucEventType = record.at(byteEventType);
-    info.m_ucOwnerId = record.at(byteOwnerId);
-    info.m_iIdNumber = deviceIdOf(info);
-    info.m_iUnitType = record.at(byteBaseUnit);
-    info.m_usReadThresholdMask = static_cast<unsigned short>(record.at(byteReadableMask));
+    info.m_bIsLinear = record.at(ipmi::sdr::linearisation);
+    info.m_ucEntityInstance = record.entityInstance();
+    info.m_usChassisId = record.entityId();
+    info.m_ucType = record.at(ipmi::sdr::sensorType);
+    info.m_ucLunNumber = record.lunByte();
+    info.m_ucSensorNumber = record.number();
+    info.m_ucEventType = record.at(ipmi::sdr::eventType);
+    info.m_ucOwnerId = record.owner();
+    info.m_iIdNumber = record.packedId();
+    info.m_iUnitType = record.at(ipmi::sdr::baseUnit);
+    info.m_usReadThresholdMask = record.at(ipmi::sdr::settableThresholds);
     return info;
 }
 
 /// Asks for those figures whose byte the record reaches: a short record leaves the others at 0.
-void readFigures(CSensorWrapper& wrapper, const RecordBytes& record, long multiplier)
+void readFigures(CSensorWrapper& wrapper, const ipmi::SdrView& record, long multiplier)
 {
     const CSensorInfo& info = wrapper.m_cInfo;
-    const auto ask = [&](std::size_t sdrByte, Figure which, int& out) {
-        if (record.has(sdrByte))
-            out = ExecuteThresholdQuery(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber, record.at(sdrByte),
+    const auto ask = [&](std::size_t place, Figure which, int& out) {
+        if (record.has(place))
+            out = ExecuteThresholdQuery(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber, record.at(place),
                                         multiplier, which);
     };
     for (const ThresholdField& field : thresholdFields)
-        ask(field.sdrByte, field.which, wrapper.m_cData.*field.member);
+        ask(field.place, field.which, wrapper.m_cData.*field.member);
     for (const FigureField& field : figureFields)
-        ask(field.sdrByte, field.which, wrapper.m_cInfo.*field.member);
+        ask(field.place, field.which, wrapper.m_cInfo.*field.member);
 }
 
 void readName(CSensorInfo& info)
 {
-    const std::string query = sensorPath(info) + "/NAME";
-    try {
-        ResultMap result;
-        CallQLInterface(query, result);
-        if (const std::string* const name = findAnswer(result, query))
-            info.m_cDescription.SetString(name->c_str());
-    } catch (const ResultStatus& failure) {
-        trace("\n FAILED FOR SENSORNAMEQUERY");
-        traceFailure(failure);
-    }
+    const std::string path = sensorPath(info) + "/NAME";
+    const auto answers = tryQuery(path, "\n FAILED FOR SENSORNAMEQUERY");
+    if (const std::string* const name = answers ? findAnswer(*answers, path) : nullptr)
+        info.m_cDescription.SetString(name->c_str());
 }
 
-void appendSensor(const RecordBytes& record, SensorDatabase& db, long multiplier, bool discrete)
+void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multiplier, bool discrete)
 {
-    const int recordType = record.at(byteRecordType);
-    if (recordType != fullRecord && recordType != compactRecord)
+    if (!record.isReadable())
         return;
     CSensorWrapper wrapper;
     wrapper.m_cInfo = decodeRecord(record);
     if (discrete)
         trace("\n DescreteSensor, so no threshold queries\n");
-    else if (recordType == fullRecord)
+    else if (record.type() == ipmi::sdrtype::full)
         readFigures(wrapper, record, multiplier);
     readName(wrapper.m_cInfo);
     GetSensorData(wrapper, multiplier);
@@ -180,16 +137,9 @@ void appendSensor(const RecordBytes& record, SensorDatabase& db, long multiplier
 
 ResultMap recordsOfType(int sensorType)
 {
-    const std::string query = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]";
-    trace("%s", query.c_str());
-    ResultMap records;
-    try {
-        CallQLInterface(query, records);
-    } catch (const ResultStatus& failure) {
-        trace("\n SensorType Query Failed\n");
-        traceFailure(failure);
-    }
-    return records;
+    const std::string path = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]";
+    trace("%s", path.c_str());
+    return tryQuery(path, "\n SensorType Query Failed\n").value_or(ResultMap());
 }
 
 /// What the threshold query itself answers; `raw` becomes "no value" with it.
@@ -249,7 +199,8 @@ void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier, bool 
             trace("\nNo Data, continue\n");
             continue;
         }
-        appendSensor(RecordBytes(node.mXNodeList.front()), *db, multiplier, discrete);
+        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes - 1));
+        appendSensor(ipmi::SdrView(record), *db, multiplier, discrete);
     }
     trace("\n End of the GetSDRData Function");
 }
@@ -265,36 +216,23 @@ void GetSensorData(CSensorWrapper& wrapper, long multiplier)
     if (traceWanted)
         trace("\nSensor %s, number %d, type %d\n", info.m_cDescription.narrow().c_str(), info.m_ucSensorNumber,
               info.m_ucType);
-    const std::string query = sensorPath(info) + "/INTERPRET_SENSOR_VALUE";
-    try {
-        ResultMap result;
-        CallQLInterface(query, result);
-        if (const std::string* const value = findAnswer(result, query))
-            storeReading(wrapper.m_cData, *value, multiplier);
-    } catch (const ResultStatus& failure) {
-        trace("\n Failed for SensorReadingquery\n");
-        traceFailure(failure);
-    }
+    const std::string path = sensorPath(info) + "/INTERPRET_SENSOR_VALUE";
+    const auto answers = tryQuery(path, "\n Failed for SensorReadingquery\n");
+    if (const std::string* const value = answers ? findAnswer(*answers, path) : nullptr)
+        storeReading(wrapper.m_cData, *value, multiplier);
 }
 
 int ExecuteThresholdQuery(int sensorNumber, int ownerId, int lun, long raw, long multiplier, int which)
 {
+    static constexpr char complaint[] = "\n FAILED FOR THE THRESHOLDS:\n";
     if (which == NoFigure)
         return noValue;
     const std::string path = sensorPath(sensorNumber, ownerId, lun);
     const char* const word = figureWords[which >= UpperCritical && which <= Accuracy ? which : 0];
-    int figure = noValue;
-    try {
-        ResultMap answers;
-        CallQLInterface(path + (which < Tolerance ? "/THRESHOLD/" : "/") + word, answers);
-        figure = readRawFigure(answers, raw);
-        if (which >= Tolerance || raw == noValue || figure == noValue)
-            return figure;
-        CallQLInterface(path + "/INTERPRET_SENSOR_VALUE[" + std::to_string(figure) + "]", answers);
-        return translated(answers, figure, multiplier);
-    } catch (const ResultStatus& failure) {
-        trace("\n FAILED FOR THE THRESHOLDS:\n");
-        traceFailure(failure);
+    const auto answers = tryQuery(path + (which < Tolerance ? "/THRESHOLD/" : "/") + word, complaint);
+    const int figure = answers ? readRawFigure(*answers, raw) : noValue;
+    if (which >= Tolerance || raw == noValue || figure == noValue)
         return figure;
-    }
+    const auto inUnits = tryQuery(path + "/INTERPRET_SENSOR_VALUE[" + std::to_string(figure) + "]", complaint);
+    return inUnits ? translated(*inUnits, figure, multiplier) : figure;
 }

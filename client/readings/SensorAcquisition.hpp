@@ -7,8 +7,8 @@
 
 /// Appends one wrapper for each full or compact SDR of the IPMI sensor type (IPMI 2.0, table 42-3), in the order of the
 /// records' keys. Values are in units of 1/`multiplier`. `discrete` leaves thresholds out.
-void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier, bool discrete);
-void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier);
+void GetAllSensorData(int sensorType, client::readings::SensorDatabase* db, long multiplier, bool discrete);
+void GetAllSensorData(int sensorType, client::readings::SensorDatabase* db, long multiplier);
 
 /// Refreshes value and value text.
 void GetSensorData(CSensorWrapper& wrapper, long multiplier);

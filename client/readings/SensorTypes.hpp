@@ -76,4 +76,8 @@ struct CDatabase {
     int m_tdLen() const { return static_cast<int>(m_pT.size()); }
 };
 
+namespace client::readings {
+
 using SensorDatabase = CDatabase<CSensorWrapper>;
+
+} // namespace client::readings

@@ -1,11 +1,14 @@
-#include "client/query/QLInterface.hpp"
+#include "client/status/StateWords.hpp"
 
 #include "client/words/Text.hpp"
 #include "client/words/Trace.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <unordered_map>
+
+using namespace client::words;
 
 namespace {
 

@@ -1,17 +1,26 @@
 #pragma once
 
-/// Status of a reading against six bounds: "unknown", "ok", "nonCritical" or "critical". Bounds at 0x7fffffff are not
-/// set; a reading equal to a bound is inside it. Beyond a non-recoverable bound is "critical" too.
-const char* calStatus(int reading, int lowerCritical, int lowerNonRec, int lowerNonCri, int upperCritical,
-                      int upperNonRec, int upperNonCri);
+#include "client/words/Entities.hpp"
 
-/// The rule for fans: beyond a non-recoverable bound only some boards are "critical", the others "nonCritical". Asks
-/// for the board's model at each call; a model that can't be had counts as another board.
-const char* coolingcalStatus(int reading, int lowerCritical, int lowerNonRec, int lowerNonCri, int upperCritical,
-                             int upperNonRec, int upperNonCri);
+#include <string_view>
 
-/// NEW_HEALTH_STATUS of a status word.
-int getStatusEnum(const char* word);
+namespace client::status {
 
-/// The MIB's word for a HEALTH_STATUS: "Healthy", "Warning", "Critical" or "Unavailable".
-const char* healthWord(int status);
+/// The six bounds of a reading; those at 0x7fffffff are not set.
+struct Bounds {
+    int upperNonRec = words::noValue;
+    int upperCritical = words::noValue;
+    int upperNonCri = words::noValue;
+    int lowerNonCri = words::noValue;
+    int lowerCritical = words::noValue;
+    int lowerNonRec = words::noValue;
+};
+
+/// Status of a reading: "unknown", "ok", "nonCritical" or "critical". A reading equal to a bound is inside it. Beyond a
+/// non-recoverable bound is "critical" too.
+const char* statusOf(int reading, const Bounds& bounds);
+
+/// The rule for fans: beyond a non-recoverable bound only some boards are "critical", all others "nonCritical".
+const char* fanStatusOf(int reading, const Bounds& bounds, std::string_view boardModel);
+
+} // namespace client::status

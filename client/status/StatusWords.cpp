@@ -1,14 +1,46 @@
 #include "client/status/StatusWords.hpp"
-#include "client/words/Entities.hpp"
+
 #include "client/words/Text.hpp"
 #include "client/words/Trace.hpp"
 
 #include <algorithm>
 #include <string_view>
 
+using namespace client::words;
+
 namespace {
 
-constexpr const char* statusNames[] = {"other", "unknown", "ok", "nonCritical", "critical", "nonRecoverable"};
+/// One step of both scales: the word that the rules give, its numbers, and the word that managers see.
+struct Status {
+    std::string_view word;
+    HEALTH_STATUS ofEvent;
+    NEW_HEALTH_STATUS ofRow;
+    const char* shown;
+};
+
+constexpr Status statuses[] = {
+    {"other", ENUM_STATUS_OTHER, ENUM_STATUS_UNAVAILABLE, "Unavailable"},
+    {"unknown", ENUM_STATUS_UNKNOWN, ENUM_STATUS_UNAVAILABLE, "Unavailable"},
+    {"ok", ENUM_STATUS_OK, ENUM_STATUS_HEALTHY, "Healthy"},
+    {"nonCritical", ENUM_STATUS_NONCRI, ENUM_STATUS_WARNING, "Warning"},
+    {"critical", ENUM_STATUS_CRITICAL, ENUM_STATUS_CRITIC, "Critical"},
+    {"nonRecoverable", ENUM_STATUS_NONREC, ENUM_STATUS_CRITIC, "Critical"},
+    {"warning", ENUM_STATUS_NONCRI, ENUM_STATUS_WARNING, "Warning"}, // another word for nonCritical
+};
+constexpr const Status& unknown = statuses[1];
+
+/// Null for a number off the scale.
+const Status* findStatus(int ofEvent)
+{
+    const auto* const found = std::ranges::find(statuses, ofEvent, &Status::ofEvent);
+    return found == std::end(statuses) ? nullptr : found;
+}
+
+const Status& statusNamed(std::string_view word)
+{
+    const auto* const found = std::ranges::find(statuses, word, &Status::word);
+    return found == std::end(statuses) ? unknown : *found;
+}
 
 struct SeverityWord {
     std::string_view word;
@@ -21,21 +53,12 @@ constexpr SeverityWord severityWords[] = {
     {"Fatal", ENUM_STATUS_NONREC},
 };
 
-struct HealthName {
-    std::string_view word;
-    std::string_view shown;
-};
-
-constexpr HealthName healthNames[] = {
-    {"ok", "Healthy"},        {"nonCritical", "Warning"},     {"warning", "Warning"},
-    {"critical", "Critical"}, {"nonRecoverable", "Critical"},
-};
-
 } // namespace
 
 const char* getStringStatus(int status)
 {
-    return status >= ENUM_STATUS_OTHER && status <= ENUM_STATUS_NONREC ? statusNames[status - 1] : nullptr;
+    const Status* const found = findStatus(status);
+    return found ? found->word.data() : nullptr;
 }
 
 int getOrvelStatus(const char* severity)
@@ -47,22 +70,27 @@ int getOrvelStatus(const char* severity)
 int getNewHealthEnum(int status)
 {
     trace("Old Health Status : %d\n", status);
-    switch (status) {
-    case ENUM_STATUS_OK:
-        return ENUM_STATUS_HEALTHY;
-    case ENUM_STATUS_NONCRI:
-        return ENUM_STATUS_WARNING;
-    case ENUM_STATUS_CRITICAL:
-    case ENUM_STATUS_NONREC:
-        return ENUM_STATUS_CRITIC;
-    default:
-        return ENUM_STATUS_UNAVAILABLE;
-    }
+    const Status* const found = findStatus(status);
+    return found ? found->ofRow : ENUM_STATUS_UNAVAILABLE;
 }
 
 char* getNewHealthString(const char* status)
 {
     trace("Old Health String : %s\n", status);
-    const auto* const row = std::ranges::find(healthNames, std::string_view(status), &HealthName::word);
-    return newTextBlock(row == std::end(healthNames) ? "Unavailable" : row->shown);
+    return newTextBlock(statusNamed(status).shown);
 }
+
+namespace client::status {
+
+int rowStatusOf(const char* word)
+{
+    return statusNamed(word).ofRow;
+}
+
+const char* healthWord(int status)
+{
+    const Status* const found = findStatus(status);
+    return found ? found->shown : unknown.shown;
+}
+
+} // namespace client::status

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "client/words/Entities.hpp"
+
 /// The words and numbers of the two status scales, HEALTH_STATUS and NEW_HEALTH_STATUS.
 
 /// "other", "unknown", "ok", "nonCritical", "critical", "nonRecoverable" for 1 to 6; null otherwise.
@@ -10,3 +12,12 @@ int getOrvelStatus(const char* severity);
 int getNewHealthEnum(int status);
 /// The MIB's word for a status word, in a malloc block of 512 bytes; null if memory runs out.
 char* getNewHealthString(const char* status);
+
+namespace client::status {
+
+/// NEW_HEALTH_STATUS of a status word.
+int rowStatusOf(const char* word);
+/// The MIB's word for a HEALTH_STATUS: "Healthy", "Warning", "Critical" or "Unavailable".
+const char* healthWord(int status);
+
+} // namespace client::status

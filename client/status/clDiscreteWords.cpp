@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <cstring>
 
+namespace client::status {
+
 // The words are what the sensors' texts hold after the SDK's state words became texts of the MIB. A few rows are
 // surprising (a predictive failure that is ok, a supply whose presence is critical); managers know the groups so.
 
 namespace {
 
+using namespace words;
 using enum WordClass;
 
 constexpr std::string_view lostWithSufficientResources = "Redundancy Lost,Non-Redundancy with Sufficient Resources";
@@ -413,3 +416,5 @@ int getCoolingPerformanceEnum(std::string_view text)
 {
     return performanceOf(text, laggingCoolingWords);
 }
+
+} // namespace client::status

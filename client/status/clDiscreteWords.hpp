@@ -3,6 +3,8 @@
 #include <span>
 #include <string_view>
 
+namespace client::status {
+
 /// How a word of a sensor's text moves the status of its row.
 enum class WordClass {
     Ok,          ///< better than no status, but lifts none that is worse
@@ -55,3 +57,5 @@ extern const StatusWords driveSlotWords;
 extern const StatusWords miscSensorWords;
 extern const StatusWords discreteProcessorWords;
 extern const StatusWords discreteMemoryWords;
+
+} // namespace client::status

@@ -36,8 +36,12 @@ struct __attribute__((packed)) EVENT_DATA_STRUCT {
 };
 static_assert(sizeof(EVENT_DATA_STRUCT) == 1065);
 
+namespace client::traps {
+
 /// Event type of a record (IPMI 2.0, table 42-1).
 inline int eventTypeOf(const EVENT_DATA_STRUCT& record)
 {
     return record.ucEventTrigger & 0x7F;
 }
+
+} // namespace client::traps

@@ -1,10 +1,11 @@
 #include "client/traps/TrapFunctions.hpp"
-#include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
+#include "client/status/StatusWords.hpp"
 
 #include <span>
 #include <string_view>
+
+using namespace client::traps;
 
 namespace {
 
@@ -309,6 +310,8 @@ void copyOID(unsigned long* to, const unsigned long* from, int length)
     std::copy_n(from, length, to);
 }
 
+namespace client::traps {
+
 const TrapGroup* findTrapGroup(int group)
 {
     const auto* const found = std::ranges::find(trapGroups, group, &TrapGroup::group);
@@ -343,3 +346,5 @@ void TrapMaker::nameObjects(const TrapGroup& group, int row)
     description = inTable(otherDeviceDescOID, group.arc, row);
     severity = inTable(otherSeverityOID, group.arc, row);
 }
+
+} // namespace client::traps

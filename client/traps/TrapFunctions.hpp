@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+namespace client::traps {
+
 /// One object of a trap: its name, and an integer, a text or an object identifier.
 struct Varbind {
     std::vector<SubId> name;
@@ -16,30 +18,34 @@ struct Varbind {
 /// A finished trap, snmpTrapOID.0 first.
 using Trap = std::vector<Varbind>;
 
+} // namespace client::traps
+
 /// Each chooses the trap of an event of its kind; null if there is none. Where the text decides, the first fitting
 /// substring counts.
-const TrapOid* getSystemMgtEventOID(const eventData& event);
-const TrapOid* getPowerUnitEventOID(const eventData& event);
-const TrapOid* getCoolingUnitEventOID(const eventData& event);
-const TrapOid* getDriveSlotEventOID(const eventData& event);
-const TrapOid* getBiosEventOID(const eventData& event);
-const TrapOid* getPhpSlotEventOID(const eventData& event);
-const TrapOid* getTemperatureEventOID(const eventData& event);
+const client::traps::TrapOid* getSystemMgtEventOID(const eventData& event);
+const client::traps::TrapOid* getPowerUnitEventOID(const eventData& event);
+const client::traps::TrapOid* getCoolingUnitEventOID(const eventData& event);
+const client::traps::TrapOid* getDriveSlotEventOID(const eventData& event);
+const client::traps::TrapOid* getBiosEventOID(const eventData& event);
+const client::traps::TrapOid* getPhpSlotEventOID(const eventData& event);
+const client::traps::TrapOid* getTemperatureEventOID(const eventData& event);
 /// MemMultiBit is out of reach: "uncorrectable ECC" holds "correctable ECC".
-const TrapOid* getMemoryEventOID(const eventData& event);
-const TrapOid* getVoltageEventOID(const eventData& event);
-const TrapOid* getPowerSupplyEventOID(const eventData& event);
-const TrapOid* getProcessorEventOID(const eventData& event);
-const TrapOid* getDiscreteCoolingEventOID(const eventData& event);
-const TrapOid* getDiscreteVoltageEventOID(const eventData& event);
-const TrapOid* getCoolingDeviceEventOID(const eventData& event);
+const client::traps::TrapOid* getMemoryEventOID(const eventData& event);
+const client::traps::TrapOid* getVoltageEventOID(const eventData& event);
+const client::traps::TrapOid* getPowerSupplyEventOID(const eventData& event);
+const client::traps::TrapOid* getProcessorEventOID(const eventData& event);
+const client::traps::TrapOid* getDiscreteCoolingEventOID(const eventData& event);
+const client::traps::TrapOid* getDiscreteVoltageEventOID(const eventData& event);
+const client::traps::TrapOid* getCoolingDeviceEventOID(const eventData& event);
 /// Managers know these two tests the wrong way round: nearly every event gives IntrusionCleared, and LanLeashLost is
 /// out of reach.
-const TrapOid* getChassisEventOID(const eventData& event);
-const TrapOid* getPGSurgeLoopEventOID(const eventData& event);
+const client::traps::TrapOid* getChassisEventOID(const eventData& event);
+const client::traps::TrapOid* getPGSurgeLoopEventOID(const eventData& event);
 
 /// Copies `length` sub-identifiers.
 void copyOID(unsigned long* to, const unsigned long* from, int length);
+
+namespace client::traps {
 
 /// How the events of a group become traps.
 struct TrapGroup {
@@ -71,3 +77,5 @@ private:
     ObjectOid description{};
     ObjectOid severity{};
 };
+
+} // namespace client::traps

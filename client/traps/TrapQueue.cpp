@@ -5,6 +5,8 @@
 #include <mutex>
 #include <utility>
 
+namespace client::traps {
+
 namespace {
 
 std::mutex guard;
@@ -24,3 +26,5 @@ std::deque<Trap> takeTraps()
     const std::scoped_lock lock(guard);
     return std::exchange(waiting, {});
 }
+
+} // namespace client::traps

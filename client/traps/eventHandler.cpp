@@ -1,7 +1,6 @@
 #include "client/traps/eventHandler.hpp"
-#include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
+#include "client/status/StatusWords.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "client/words/Trace.hpp"
 #include "common/Waits.hpp"
@@ -10,12 +9,16 @@
 #include <cstdio>
 #include <pthread.h>
 
+using namespace client::traps;
+using namespace client::words;
+
 namespace {
 
 using namespace std::chrono_literals;
 
 /// Managers are given time to take one trap before the next.
 constexpr auto pauseBeforeTrap = 3s;
+constexpr auto pauseOfInit = 1s;
 constexpr int healthGroup = 1;
 
 /// All there is to know about an event's trap, or why there is none.
@@ -38,7 +41,7 @@ const TrapOid* chooseOid(const TrapGroup* group, const eventData& event, const c
 
 int eventHandler::init()
 {
-    m_nHealthStatus = getHealthStatus();
+    m_nHealthStatus = agent.getHealthStatus();
     return CLIENT_SUCCESS;
 }
 
@@ -79,14 +82,15 @@ int eventHandler::addEvent(const eventData& event)
 
 int eventHandler::processEvent()
 {
-    awaitInitComplete();
+    while (!agent.isInitComplete())
+        waitInterruptibly(pauseOfInit);
     const std::scoped_lock lock(SyncMutex);
     int result = CLIENT_SUCCESS;
     while (!mEventQueue.empty()) {
         const eventData event = mEventQueue.front();
         printEvent(event);
         mEventQueue.pop_front();
-        if (isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
+        if (agent.isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
             waitInterruptibly(pauseBeforeTrap);
             result = sendEvent(event);
         }
@@ -140,10 +144,10 @@ void eventHandler::checkEventLists(const eventData& event)
     int newHealth = 0;
     if (!needHealthEvent(event.nSeverity, &newHealth))
         return;
-    if (isTrapEnabled())
+    if (agent.isTrapEnabled())
         sendHealthEvent(newHealth);
     trace("checkEventLists:: Update System Health old=%d new m_nHealthStatus=%d\n", m_nHealthStatus, newHealth);
-    setHealthStatus(getNewHealthEnum(newHealth));
+    agent.setHealthStatus(getNewHealthEnum(newHealth));
     m_nHealthStatus = newHealth;
 }
 

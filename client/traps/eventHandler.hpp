@@ -1,5 +1,7 @@
 #pragma once
 
+#include "client/status/TroubleLists.hpp"
+#include "client/traps/AgentState.hpp"
 #include "client/traps/EventData.hpp"
 #include "client/traps/TrapFunctions.hpp"
 
@@ -10,16 +12,17 @@
 /// The agent's end of the event road: the queue of events, the lists of devices in trouble, and the system's health
 /// that follows from them, whose change is a trap too. Events are handled on the event thread; finished traps go to
 /// the main thread.
-class eventHandler {
+class eventHandler : public client::status::TroubleLists {
 public:
-    virtual ~eventHandler() = default;
+    /// `state` outlives the handler.
+    explicit eventHandler(client::traps::AgentState& state) : agent(state) {}
 
     /// Takes over the present system status. Always 0.
     virtual int init();
 
     /// Puts the device at the end of the list of its status (4 non-critical, 5 critical, 6 non-recoverable), once. 9
     /// for any other status.
-    virtual int insertElementByDeviceId(int deviceId, int status);
+    int insertElementByDeviceId(int deviceId, int status) override;
     virtual int insertElement(const eventData& event);
     /// Takes the device out of the first list that has it, from the mildest on.
     virtual void removeElement(int deviceId);
@@ -54,8 +57,9 @@ public:
 private:
     int sendEvent(const eventData& event);
 
+    client::traps::AgentState& agent;
     std::mutex SyncMutex;
-    TrapMaker traps;
+    client::traps::TrapMaker traps;
 };
 
 /// Writes an event, or a name with `title`, to the diagnostics.

@@ -2,6 +2,8 @@
 
 #include "client/words/Text.hpp"
 
+namespace client::words {
+
 /// Called with a text that does not fit where it is to go. By default the process ends, and its watcher starts it
 /// afresh; were this to return, the text would be cut.
 void refuseLongText(std::string_view text, std::size_t room);
@@ -14,3 +16,5 @@ void copyChecked(char (&field)[Size], std::string_view text)
         refuseLongText(text, Size - 1);
     copyText(field, text);
 }
+
+} // namespace client::words

@@ -229,8 +229,12 @@ enum ClientResult : int {
     CLIENT_ERROR_NO_ROW = 25,
 };
 
+namespace client::words {
+
 /// "No value", in every reading and threshold of the agent.
 inline constexpr int noValue = 0x7fffffff;
 
 /// Size of every text the client hands out: a malloc block that the caller frees.
 inline constexpr unsigned textBlockBytes = 512;
+
+} // namespace client::words

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+namespace client::words {
+
 /// Greatest number that a reading can show: one above it already means "no value".
 inline constexpr int greatestValue = noValue - 1;
 
@@ -35,3 +37,5 @@ constexpr int scaleValue(int value, int factor)
 {
     return value == noValue ? noValue : clampToValue(static_cast<long>(value) * factor);
 }
+
+} // namespace client::words

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+namespace client::words {
+
 char* newTextBlock(std::string_view text)
 {
     char* const block = static_cast<char*>(std::malloc(textBlockBytes));
@@ -12,3 +14,5 @@ char* newTextBlock(std::string_view text)
     block[length] = '\0';
     return block;
 }
+
+} // namespace client::words

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace client::words {
+
 /// Copies `text` into a fixed field, cut to what fits, and ends it with NUL.
 template<std::size_t Size>
 void copyText(char (&field)[Size], std::string_view text)
@@ -17,3 +19,5 @@ void copyText(char (&field)[Size], std::string_view text)
 
 /// A malloc block of 512 bytes with `text`, cut to 511 characters, for the caller to free; null if memory runs out.
 char* newTextBlock(std::string_view text);
+
+} // namespace client::words

@@ -5,6 +5,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+namespace client::words {
+
 void trace(const char* format, ...)
 {
     if (!traceWanted.load(std::memory_order_relaxed))
@@ -22,3 +24,5 @@ void traceFailure(const ResultStatus& failure)
         trace(" failed Error code. %d  -", entry.mErrorCode);
     }
 }
+
+} // namespace client::words

@@ -25,7 +25,7 @@ struct FakeClient {
     long written = 0;
     std::optional<std::string> text = "value";
 };
-extern FakeClient client;
+extern FakeClient theClient;
 
 /// How often the event queue was drained, by any thread.
 extern std::atomic<int> eventDrains;

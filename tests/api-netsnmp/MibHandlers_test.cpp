@@ -13,23 +13,23 @@
 #include <string>
 #include <vector>
 
-FakeClient client;
+FakeClient theClient;
 std::atomic<int> eventDrains = 0;
 
 namespace {
 int answerNumber(Through through, int entity, int attribute, int row, long& out)
 {
-    client.calls.push_back({through, entity, attribute, row});
-    if (client.result == 0)
-        out = client.number;
-    return client.result;
+    theClient.calls.push_back({through, entity, attribute, row});
+    if (theClient.result == 0)
+        out = theClient.number;
+    return theClient.result;
 }
 
 int answerText(Through through, int entity, int attribute, int row, char*& out)
 {
-    client.calls.push_back({through, entity, attribute, row});
-    out = client.text ? strdup(client.text->c_str()) : nullptr;
-    return client.result;
+    theClient.calls.push_back({through, entity, attribute, row});
+    out = theClient.text ? strdup(theClient.text->c_str()) : nullptr;
+    return theClient.result;
 }
 } // namespace
 
@@ -51,17 +51,17 @@ int getStrData(_SMEntity entity, _SMAttribute attribute, int row, char*& out)
 }
 int setIntData(_SMEntity entity, _SMAttribute attribute, int row, long value)
 {
-    client.calls.push_back({Through::setInt, entity, attribute, row});
-    client.written = value;
-    return client.result;
+    theClient.calls.push_back({Through::setInt, entity, attribute, row});
+    theClient.written = value;
+    return theClient.result;
 }
 int getCount(_SMEntity)
 {
-    return client.rows;
+    return theClient.rows;
 }
 int isSetEnabled()
 {
-    return client.setsEnabled;
+    return theClient.setsEnabled;
 }
 int processEvent()
 {
@@ -161,7 +161,7 @@ const Object& objectOf(_SMEntity entity)
 
 class MibHandlers : public testing::Test {
 protected:
-    void SetUp() override { client = {}; }
+    void SetUp() override { theClient = {}; }
 };
 } // namespace
 
@@ -172,9 +172,9 @@ TEST_F(MibHandlers, AllColumnsInOrderAskForTheAttributesInTheirRunningOrder)
     for (const Object& object : objects())
         for (const variable2& row : object.rows) {
             ++columns;
-            client.calls.clear();
+            theClient.calls.clear();
             getInstance(object, row, object.isTable ? 2 : 0);
-            for (const Call& call : client.calls) {
+            for (const Call& call : theClient.calls) {
                 EXPECT_EQ(call.entity, object.entity);
                 EXPECT_EQ(call.row, object.isTable ? 1 : 0);
                 attributes.push_back(call.attribute);
@@ -197,12 +197,12 @@ TEST_F(MibHandlers, RowsCarryMagicSuffixAndTypeOfTheirPlace)
             EXPECT_EQ(row.name[row.namelen - 1], i + 1);
             EXPECT_EQ(row.namelen, object.isTable ? 2 : 1);
             const Answer answer = getInstance(object, row, object.isTable ? 1 : 0);
-            const bool isText = !client.calls.empty() && (client.calls.back().through == Through::strInfo ||
-                                                          client.calls.back().through == Through::strData);
+            const bool isText = !theClient.calls.empty() && (theClient.calls.back().through == Through::strInfo ||
+                                                             theClient.calls.back().through == Through::strData);
             EXPECT_EQ(row.type, isText ? ASN_OCTET_STR : ASN_INTEGER);
-            EXPECT_EQ(answer.length, isText ? client.text->size() : sizeof(long));
+            EXPECT_EQ(answer.length, isText ? theClient.text->size() : sizeof(long));
             EXPECT_EQ(row.acl == NETSNMP_OLDAPI_RWRITE, answer.write != nullptr);
-            client.calls.clear();
+            theClient.calls.clear();
         }
 }
 
@@ -216,11 +216,11 @@ TEST_F(MibHandlers, RowsThatDoNotExistAreMissed)
     tooLong.resize(MAX_OID_LEN, 1);
     EXPECT_EQ(ask(column, object.rows[5], tooLong, true).value, nullptr);
     EXPECT_EQ(ask(column, object.rows[5], column, true).value, nullptr);
-    client.rows = 0;
+    theClient.rows = 0;
     EXPECT_EQ(getInstance(object, object.rows[5], 1).value, nullptr);
-    client.rows = -1;
+    theClient.rows = -1;
     EXPECT_EQ(getInstance(object, object.rows[5], 1).value, nullptr);
-    EXPECT_TRUE(client.calls.empty());
+    EXPECT_TRUE(theClient.calls.empty());
 }
 
 TEST_F(MibHandlers, NextRowIsTheOneAfterTheName)
@@ -254,7 +254,7 @@ TEST_F(MibHandlers, NextRowIsTheOneAfterTheName)
             EXPECT_EQ(answer.name, with({*found}));
         }
     }
-    client.rows = 0;
+    theClient.rows = 0;
     EXPECT_EQ(ask(column, object.rows[1], column, false).value, nullptr);
 }
 
@@ -263,11 +263,11 @@ TEST_F(MibHandlers, WhatCannotBeReadIsZeroOrEmpty)
     const Object& object = objectOf(DRIVESLOT);
     getInstance(object, object.rows[1], 1);
     getInstance(object, object.rows[2], 1);
-    client.result = CLIENT_ERROR_NOSUCHNAME;
+    theClient.result = CLIENT_ERROR_NOSUCHNAME;
     EXPECT_EQ(getInstance(object, object.rows[1], 1).number(), 0);
     EXPECT_EQ(getInstance(object, object.rows[2], 1).text(), "");
-    client.result = 0;
-    client.text.reset();
+    theClient.result = 0;
+    theClient.text.reset();
     const Answer none = getInstance(object, object.rows[3], 1);
     ASSERT_NE(none.value, nullptr);
     EXPECT_EQ(none.text(), "");
@@ -275,7 +275,7 @@ TEST_F(MibHandlers, WhatCannotBeReadIsZeroOrEmpty)
 
 TEST_F(MibHandlers, TextIsCutAtTheBuffer)
 {
-    client.text = std::string(3000, 'x');
+    theClient.text = std::string(3000, 'x');
     for (const _SMEntity entity : {SMINFO, MISCELLANEOUS}) {
         const Object& object = objectOf(entity);
         const Answer answer = getInstance(object, object.rows[entity == SMINFO ? 1 : 2], entity == SMINFO ? 0 : 1);
@@ -326,43 +326,43 @@ TEST_F(MibHandlers, EveryPhaseIsRefusedWhileSetsAreDisabled)
     ASSERT_EQ(thresholds().size(), 24u);
     for (const auto& [object, row] : thresholds()) {
         WriteMethod* write = getInstance(*object, *row, 2).write;
-        client.calls.clear();
+        theClient.calls.clear();
         for (int action = phase::reserve1; action <= phase::undo; ++action)
             EXPECT_EQ(setPhase(write, action, 1, ASN_OCTET_STR, 100), SNMP_ERR_NOTWRITABLE);
-        EXPECT_TRUE(client.calls.empty());
+        EXPECT_TRUE(theClient.calls.empty());
     }
 }
 
 TEST_F(MibHandlers, SetWritesTheAttributeThatTheColumnReads)
 {
-    client.setsEnabled = 1;
+    theClient.setsEnabled = 1;
     for (const auto& [object, row] : thresholds()) {
         WriteMethod* write = getInstance(*object, *row, 2).write;
-        const Call read = client.calls.back();
+        const Call read = theClient.calls.back();
         for (const int action : {phase::reserve1, phase::reserve2, phase::action, phase::commit})
             EXPECT_EQ(setPhase(write, action), SNMP_ERR_NOERROR);
-        EXPECT_EQ(client.calls.back(), (Call{Through::setInt, read.entity, read.attribute, 1}));
-        EXPECT_EQ(client.written, 77);
+        EXPECT_EQ(theClient.calls.back(), (Call{Through::setInt, read.entity, read.attribute, 1}));
+        EXPECT_EQ(theClient.written, 77);
     }
 }
 
 TEST_F(MibHandlers, UndoWritesTheValueReadBefore)
 {
-    client.setsEnabled = 1;
-    client.number = -5;
+    theClient.setsEnabled = 1;
+    theClient.number = -5;
     for (const int action : {phase::reserve1, phase::reserve2, phase::action})
         EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, action), SNMP_ERR_NOERROR);
-    client.result = CLIENT_ERROR_NO_ROW;
+    theClient.result = CLIENT_ERROR_NO_ROW;
     EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::undo), SNMP_ERR_NOERROR);
-    EXPECT_EQ(client.written, -5);
-    client.calls.clear();
+    EXPECT_EQ(theClient.written, -5);
+    theClient.calls.clear();
     EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::release), SNMP_ERR_NOERROR);
-    EXPECT_TRUE(client.calls.empty());
+    EXPECT_TRUE(theClient.calls.empty());
 }
 
 TEST_F(MibHandlers, BadValuesAndFailuresHaveTheirErrors)
 {
-    client.setsEnabled = 1;
+    theClient.setsEnabled = 1;
     WriteMethod* write = write_voltageLowerNonRecoverableThreshold;
     testing::internal::CaptureStderr();
     EXPECT_EQ(setPhase(write, phase::reserve1, 1, ASN_OCTET_STR), SNMP_ERR_WRONGTYPE);
@@ -370,8 +370,8 @@ TEST_F(MibHandlers, BadValuesAndFailuresHaveTheirErrors)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "write to voltageLowerNonRecoverableThreshold not ASN_INTEGER\n"
                                                       "write to voltageLowerNonRecoverableThreshold: bad length\n");
     EXPECT_EQ(setPhase(write, phase::reserve2, 1, ASN_INTEGER, 8, 0xffffffff), SNMP_ERR_NOERROR);
-    EXPECT_EQ(client.calls.back().row, -1);
-    client.result = CLIENT_ERROR_NO_ROW;
+    EXPECT_EQ(theClient.calls.back().row, -1);
+    theClient.result = CLIENT_ERROR_NO_ROW;
     EXPECT_EQ(setPhase(write, phase::reserve2), SNMP_ERR_INCONSISTENTVALUE);
     EXPECT_EQ(setPhase(write, phase::action), SNMP_ERR_INCONSISTENTVALUE);
 }

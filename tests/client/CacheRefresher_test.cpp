@@ -68,6 +68,7 @@ TEST_F(Refresher, TurnSurvivesAFailingPassAndLetsGoOfTheMutex)
     for (const bool known : {true, false}) {
         in_refresh = 0;
         sdk.onGet = [known](const std::string& query) {
+            EXPECT_EQ(pthread_mutex_trylock(&snmp_mtx), EBUSY) << "those who wait for fresh answers wait here";
             if (known)
                 throw ResultStatus(ERROR_INVALID_QUERY, "", query, COMMAND_GET);
             throw std::bad_alloc();

@@ -16,6 +16,7 @@ using testing::IsEmpty;
 /// Keeps the events instead of making traps of them.
 class KeepingHandler : public eventHandler {
 public:
+    using eventHandler::eventHandler;
     int processEvent() override
     {
         for (const eventData& event : mEventQueue)
@@ -30,7 +31,7 @@ class Classifying : public EventFixture {
 protected:
     Classifying()
     {
-        auto keeping = std::make_unique<KeepingHandler>();
+        auto keeping = std::make_unique<KeepingHandler>(client);
         events = &keeping->kept;
         client.mEventHandler = std::move(keeping);
         for (int type = 1; type < 256; ++type)

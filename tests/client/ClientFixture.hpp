@@ -11,6 +11,9 @@
 #include <gtest/gtest.h>
 #include <set>
 
+using namespace client::query;
+using namespace client::words;
+
 /// An SDK made of a list of answers: leaves for the queries it knows, ResultStatus for all others.
 class ScriptedBackend : public QueryBackend {
 public:

@@ -7,6 +7,8 @@
 
 namespace {
 
+using client::groups::configPath;
+
 class Configuration : public ClientFixture {
 protected:
     Configuration() { traceWanted = true; }

@@ -5,6 +5,9 @@
 #include "client/traps/TrapQueue.hpp"
 #include "tests/client/ClientFixture.hpp"
 
+using namespace client::events;
+using namespace client::traps;
+
 /// A client whose groups are filled, with traps on and an empty event road.
 class EventFixture : public ClientFixture {
 protected:
@@ -15,7 +18,7 @@ protected:
         gSubagent = &client;
         client.mSystemManagement = std::make_unique<systemManagement>();
         client.mSystemManagement->m_nTrapsEnabled = 1;
-        client.mEventHandler = std::make_unique<eventHandler>();
+        client.mEventHandler = std::make_unique<eventHandler>(client);
         client.mEventHandler->m_nHealthStatus = ENUM_STATUS_OK;
         client.m_bInitComplete = 1;
     }

@@ -1,4 +1,5 @@
 #include "client/query/HWAGENTLock.hpp"
+#include "client/status/StateWords.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <fcntl.h>

@@ -5,6 +5,8 @@
 
 namespace {
 
+using client::readings::SensorDatabase;
+
 class Acquisition : public ClientFixture {
 protected:
     CSensorWrapper readOne(const Sensor& sensor, bool discrete = false)

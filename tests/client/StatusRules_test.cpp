@@ -1,27 +1,23 @@
 #include "client/status/StatusRules.hpp"
+#include "client/status/StatusWords.hpp"
 
-#include "client/door/Functions.hpp"
-#include "tests/client/ClientFixture.hpp"
+#include <gtest/gtest.h>
 
 namespace {
 
-class Status : public ClientFixture {};
+using namespace client::status;
+using client::words::noValue;
 
-struct Bounds {
-    int lowerNonRec = 10, lowerCritical = 20, lowerNonCri = 30, upperNonCri = 70, upperCritical = 80, upperNonRec = 90;
-};
+constexpr Bounds all{.upperNonRec = 90,
+                     .upperCritical = 80,
+                     .upperNonCri = 70,
+                     .lowerNonCri = 30,
+                     .lowerCritical = 20,
+                     .lowerNonRec = 10};
 
-template<class Rule>
-const char* apply(Rule rule, int reading, const Bounds& b)
+TEST(Status, ReadingIsHeldAgainstTheBoundsThatAreSet)
 {
-    return rule(reading, b.lowerCritical, b.lowerNonRec, b.lowerNonCri, b.upperCritical, b.upperNonRec, b.upperNonCri);
-}
-
-TEST_F(Status, ReadingIsHeldAgainstTheBoundsThatAreSet)
-{
-    const Bounds all;
-    const Bounds none{noValue, noValue, noValue, noValue, noValue, noValue};
-    const Bounds upperOnly{noValue, noValue, noValue, 70, 80, 90};
+    constexpr Bounds upperOnly{.upperNonRec = 90, .upperCritical = 80, .upperNonCri = 70};
     struct Case {
         int reading;
         Bounds bounds;
@@ -30,23 +26,51 @@ TEST_F(Status, ReadingIsHeldAgainstTheBoundsThatAreSet)
     for (const Case& c :
          {Case{50, all, "ok"}, Case{70, all, "ok"}, Case{71, all, "nonCritical"}, Case{80, all, "nonCritical"},
           Case{81, all, "critical"}, Case{91, all, "critical"}, Case{30, all, "ok"}, Case{29, all, "nonCritical"},
-          Case{19, all, "critical"}, Case{9, all, "critical"}, Case{noValue, all, "unknown"}, Case{50, none, "unknown"},
+          Case{19, all, "critical"}, Case{9, all, "critical"}, Case{noValue, all, "unknown"}, Case{50, {}, "unknown"},
           Case{-500, upperOnly, "ok"}})
-        EXPECT_STREQ(apply(calStatus, c.reading, c.bounds), c.word) << c.reading;
+        EXPECT_STREQ(statusOf(c.reading, c.bounds), c.word) << c.reading;
 }
 
-TEST_F(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
+TEST(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
 {
-    const Bounds narrow{.lowerNonRec = 30, .lowerCritical = 20, .upperNonRec = 70};
-    for (const auto& [model, word] : {std::pair{"Larch-3", "critical"}, {"Larch-6", "nonCritical"}}) {
-        cache_map.clear();
-        sdk.answer("/BIOS/PlatformID", model);
-        EXPECT_STREQ(apply(coolingcalStatus, 29, narrow), word);
-        EXPECT_STREQ(apply(coolingcalStatus, 71, narrow), word);
-        EXPECT_STREQ(apply(coolingcalStatus, 50, narrow), "ok");
-        EXPECT_STREQ(apply(coolingcalStatus, 15, {.lowerNonRec = noValue}), "critical");
-        EXPECT_STREQ(apply(coolingcalStatus, 25, {}), "nonCritical");
+    constexpr Bounds narrow{.upperNonRec = 70,
+                            .upperCritical = 80,
+                            .upperNonCri = 70,
+                            .lowerNonCri = 30,
+                            .lowerCritical = 20,
+                            .lowerNonRec = 30};
+    for (const auto& [model, word] :
+         {std::pair{"Larch-3", "critical"}, {"Larch-6", "nonCritical"}, {"", "nonCritical"}}) {
+        EXPECT_STREQ(fanStatusOf(29, narrow, model), word);
+        EXPECT_STREQ(fanStatusOf(71, narrow, model), word);
+        EXPECT_STREQ(fanStatusOf(50, narrow, model), "ok");
+        EXPECT_STREQ(fanStatusOf(15, {.lowerCritical = 20}, model), "critical");
+        EXPECT_STREQ(fanStatusOf(25, all, model), "nonCritical");
+        EXPECT_STREQ(fanStatusOf(noValue, all, model), "unknown");
     }
+}
+
+TEST(Status, BothScalesHaveTheirWordsAndNumbers)
+{
+    struct Case {
+        int number;
+        const char* word;
+        int ofRow;
+        const char* shown;
+    };
+    for (const Case& c : {Case{1, "other", 1, "Unavailable"}, Case{2, "unknown", 1, "Unavailable"},
+                          Case{3, "ok", 2, "Healthy"}, Case{4, "nonCritical", 3, "Warning"},
+                          Case{5, "critical", 4, "Critical"}, Case{6, "nonRecoverable", 4, "Critical"},
+                          Case{0, nullptr, 1, "Unavailable"}, Case{7, nullptr, 1, "Unavailable"}}) {
+        EXPECT_STREQ(getStringStatus(c.number), c.word) << c.number;
+        EXPECT_EQ(getNewHealthEnum(c.number), c.ofRow) << c.number;
+        EXPECT_STREQ(healthWord(c.number), c.shown) << c.number;
+        if (c.word) {
+            EXPECT_EQ(rowStatusOf(c.word), c.ofRow);
+        }
+    }
+    EXPECT_EQ(rowStatusOf("warning"), 3);
+    EXPECT_EQ(rowStatusOf("Healthy"), 1);
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 namespace {
 
+using client::groups::ThresholdProbe;
+
 class Probes : public ClientFixture {
 protected:
     static long intData(BaseAccessor& group, _SMAttribute attribute, int row = 0)

@@ -84,17 +84,6 @@ TEST_F(Client, NothingIsTouchedAfterShutdown)
     EXPECT_EQ(isInitComplete(), 1);
 }
 
-TEST_F(Client, ShutdownWaitsForACallUnderWayAndSparesItsGroupsIfItDoesNotEnd)
-{
-    addSensor({});
-    init();
-    const ClientUse event;
-    shutdownSMClient();
-    EXPECT_FALSE(event);
-    EXPECT_NE(client.mVoltageProbe, nullptr);
-    EXPECT_FALSE(clock.sleeps.empty());
-}
-
 TEST_F(Client, ExceptionsEndAtTheFlatFunctions)
 {
     struct ThrowingClient : smClient {

@@ -58,7 +58,7 @@ void raiseTemperature(int turn)
     record.ucSensorNumber = static_cast<unsigned char>(turn % temperatureSensors + 1);
     record.ucEventTrigger = 1;
     record.ucEventData1 = 4;
-    routeEvent(record);
+    client::events::routeEvent(record);
 }
 
 void raiseNumbered(int turn)

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace client::status {
+
+/// Where a group tells which of its rows are in trouble.
+struct TroubleLists {
+    virtual ~TroubleLists() = default;
+    /// Notes a device by the number of its status; see eventHandler.
+    virtual int insertElementByDeviceId(int deviceId, int status) = 0;
+};
+
+} // namespace client::status
