@@ -18,5 +18,5 @@ private:
     IpmiAnswer readRecord(const IpmiRequest& request) const;
 
     std::vector<std::vector<std::uint8_t>> records;
-    ScopedSeam<DeviceFile> use{*this};
+    ScopedSeam<transport::DeviceFile> use{*this};
 };

@@ -74,23 +74,4 @@ std::string double_to_string(double value)
     return {text, static_cast<std::size_t>(std::clamp<int>(length, 0, sizeof text - 1))};
 }
 
-std::vector<std::uint8_t> hexTextToBytes(std::string_view text)
-{
-    std::vector<std::uint8_t> bytes;
-    for (const std::string& item : split(text, " "))
-        bytes.push_back(static_cast<std::uint8_t>(std::strtoul(item.c_str(), nullptr, 16)));
-    return bytes;
-}
-
-std::string bytesToHexText(std::span<const std::uint8_t> bytes)
-{
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty())
-            text += ' ';
-        text += dec_to_hex_string(byte);
-    }
-    return text;
-}
-
 } // namespace Util

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -25,10 +24,5 @@ std::string int_to_string(int value);
 std::string dec_to_hex_string(unsigned value);
 /// "%lf": always six decimal places.
 std::string double_to_string(double value);
-
-/// Bytes of blank-separated hexadecimal text; values above FFh keep their low byte.
-std::vector<std::uint8_t> hexTextToBytes(std::string_view text);
-/// Each byte in lower-case hexadecimal without leading zeros ("%x"), blank-separated.
-std::string bytesToHexText(std::span<const std::uint8_t> bytes);
 
 } // namespace Util

@@ -57,13 +57,13 @@ public:
 
     // OEM records (32.2 and 32.3).
     std::uint32_t manufacturer() const { return littleEndian(bytes.subspan(sel::manufacturer, 3)); }
-    ByteView oemTimestampedData() const { return bytes.subspan(sel::oemTimestampedData, 6); }
-    ByteView oemData() const { return bytes.subspan(sel::oemData, 13); }
+    std::span<const std::uint8_t, 6> oemTimestampedData() const { return bytes.subspan<sel::oemTimestampedData, 6>(); }
+    std::span<const std::uint8_t, 13> oemData() const { return bytes.subspan<sel::oemData, 13>(); }
 
     /// What an extended record has behind the standard's bytes.
     ByteView extension() const { return bytes.subspan(sel::recordSize); }
 
-protected:
+private:
     ByteView bytes;
 };
 

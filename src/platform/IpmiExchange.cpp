@@ -5,6 +5,7 @@
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "transport/BmcMessage.hpp"
 
 #include <cstdint>
@@ -28,18 +29,13 @@ constexpr long lastReservedAddress = 0x1F;
 std::mutex exchangeGuard;
 std::uint8_t requestData[mostRequestData];
 
-std::uint8_t byteOf(const std::string& token)
-{
-    return static_cast<std::uint8_t>(std::strtol(token.c_str(), nullptr, 16));
-}
-
 /// The request's bytes in `requestData`, wiped at the end of the scope: some requests carry passwords.
 class RequestData {
 public:
     explicit RequestData(std::span<const std::string> tokens) : count(tokens.size())
     {
         for (std::size_t at = 0; at < count; ++at)
-            requestData[at] = byteOf(tokens[at]);
+            requestData[at] = ipmi::parseByte(tokens[at]);
     }
     ~RequestData() { explicit_bzero(requestData, count); }
     RequestData(const RequestData&) = delete;
@@ -61,10 +57,10 @@ private:
 
 BMC_REQUEST makeRequest(const std::vector<std::string>& tokens, const RequestData& data)
 {
-    return {.target = byteOf(tokens[0]),
-            .cmd = byteOf(tokens[3]),
-            .netFn = byteOf(tokens[1]),
-            .lun = byteOf(tokens[2]),
+    return {.target = ipmi::parseByte(tokens[0]),
+            .cmd = ipmi::parseByte(tokens[3]),
+            .netFn = ipmi::parseByte(tokens[1]),
+            .lun = ipmi::parseByte(tokens[2]),
             .length = data.size(),
             .data = requestData};
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace translator {
+
 /// Numbers of the miscellaneous strings (section 15) that the program itself asks for.
 enum MiscString : int {
     MISC_PERCENT = 0,
@@ -64,3 +66,5 @@ struct EventContext {
 /// `translation` with its placeholders in brackets and its tokens between percent signs filled, in one pass: what a
 /// value brings in is not looked at again. A text "A||B" says A of an assertion and B of a deassertion.
 std::wstring expandTranslation(std::wstring_view translation, const EventContext& context);
+
+} // namespace translator

@@ -2,6 +2,8 @@
 
 #include "translator/TranslationErrors.hpp"
 
+using namespace translator;
+
 namespace {
 constexpr std::uint64_t indexKey(std::uint32_t type, std::uint32_t key)
 {
@@ -9,18 +11,19 @@ constexpr std::uint64_t indexKey(std::uint32_t type, std::uint32_t key)
 }
 } // namespace
 
-void EventIndex::add(std::uint32_t type, std::uint32_t key, event entry)
+void translator::EventIndex::add(std::uint32_t type, std::uint32_t key, event entry)
 {
     entries.insert_or_assign(indexKey(type, key), std::move(entry));
 }
 
-const event* EventIndex::find(std::uint32_t type, std::uint32_t key) const
+const event* translator::EventIndex::find(std::uint32_t type, std::uint32_t key) const
 {
     const auto found = entries.find(indexKey(type, key));
     return found == entries.end() || found->second.translation.empty() ? nullptr : &found->second;
 }
 
-const event* EventIndex::findNearest(std::uint32_t type, unsigned offset, unsigned data2, unsigned data3) const
+const event* translator::EventIndex::findNearest(std::uint32_t type, unsigned offset, unsigned data2,
+                                                 unsigned data3) const
 {
     if (entries.empty())
         return nullptr;

@@ -4,6 +4,8 @@
 #include <string>
 #include <unordered_map>
 
+namespace translator {
+
 /// In a key "any value", in a severity or action "none given".
 constexpr std::uint8_t anyByte = 0xFF;
 
@@ -13,13 +15,17 @@ constexpr std::uint32_t packEventKey(unsigned offset, unsigned data2, unsigned d
     return (offset & 0xFFu) << 24 | (data2 & 0xFFu) << 16 | (data3 & 0xFFu) << 8 | anyByte;
 }
 
+} // namespace translator
+
 /// What a translation file says of one event: numbers into its severities and recommended actions, and the text.
 struct event {
-    std::uint8_t assertSeverity = anyByte;
-    std::uint8_t deassertSeverity = anyByte;
-    std::uint8_t recommendAction = anyByte;
+    std::uint8_t assertSeverity = translator::anyByte;
+    std::uint8_t deassertSeverity = translator::anyByte;
+    std::uint8_t recommendAction = translator::anyByte;
     std::wstring translation;
 };
+
+namespace translator {
 
 /// Events by a type of at most 32 bits and their key. The lookup behind all event tables. Read-only once loaded.
 class EventIndex {
@@ -33,6 +39,8 @@ public:
 private:
     std::unordered_map<std::uint64_t, event> entries;
 };
+
+} // namespace translator
 
 /// Events by event type (generic) or sensor type (sensor-specific).
 class EventTable {
@@ -50,5 +58,5 @@ public:
 
 private:
     const event& entryOf(std::uint32_t type, std::uint32_t key) const;
-    EventIndex index;
+    translator::EventIndex index;
 };

@@ -1,5 +1,7 @@
 #include "translator/Fillers.hpp"
 
+namespace translator {
+
 namespace {
 
 constexpr std::wstring_view directionMark = L"||";
@@ -52,3 +54,5 @@ std::wstring expandTranslation(std::wstring_view translation, const EventContext
     }
     return out;
 }
+
+} // namespace translator

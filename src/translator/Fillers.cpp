@@ -1,5 +1,6 @@
 #include "translator/Fillers.hpp"
 
+#include "ipmi/SensorReading.hpp"
 #include "translator/SensorValue.hpp"
 #include "translator/WideText.hpp"
 
@@ -8,12 +9,11 @@
 #include <optional>
 #include <utility>
 
+namespace translator {
+
 namespace {
 
 constexpr int firstUpperOffset = 6; ///< of the threshold events
-constexpr std::uint8_t digitalDiscrete = 0x03;
-constexpr std::uint8_t specified = 1;
-constexpr std::uint8_t firstOemKind = 2;
 
 using Context = const EventContext&;
 using Text = std::wstring_view;
@@ -31,24 +31,24 @@ void fillSensorName(Context context, Text, Out out)
     out += context.sensorName.empty() ? context.misc(MISC_THE_SENSOR, L"the sensor") : context.sensorName;
 }
 
-void fillThresholdByte(Context context, int number, std::uint8_t kind, Out out)
+void fillThresholdByte(Context context, int number, ipmi::DataKind kind, Out out)
 {
-    out +=
-        kind == specified ? sensorValueText(context, context.entry.eventData(number)) : std::wstring(context.unknown());
+    out += kind == ipmi::DataKind::reading ? sensorValueText(context, context.entry.eventData(number))
+                                           : std::wstring(context.unknown());
 }
 
 /// A digital sensor is asserted by its state, any other by its event.
 bool isStateAsserted(const SELEntry& entry)
 {
-    return entry.eventType() == digitalDiscrete ? (entry.offset() & 1) != 0 : !entry.isDeassertion();
+    return entry.eventType() == ipmi::eventtype::digitalDiscrete ? (entry.offset() & 1) != 0 : !entry.isDeassertion();
 }
 
 /// The codes that the maker put in the record: ", event data 2 0x12".
 std::wstring oemDataList(Context context)
 {
     std::wstring list;
-    const auto add = [&](int number, std::uint8_t kind, int misc, Text otherwise) {
-        if (kind < firstOemKind)
+    const auto add = [&](int number, ipmi::DataKind kind, int misc, Text otherwise) {
+        if (kind < ipmi::DataKind::oem)
             return;
         list.append(list.empty() ? L"" : L", ").append(context.misc(misc, otherwise));
         list += L"0x" + hexText(context.entry.eventData(number), 2, true);
@@ -82,7 +82,7 @@ Text statusWord(Context context)
 
 bool isSpecified(Context context, int number)
 {
-    return (number == 2 ? context.entry.data2Kind() : context.entry.data3Kind()) != 0;
+    return (number == 2 ? context.entry.data2Kind() : context.entry.data3Kind()) != ipmi::DataKind::unspecified;
 }
 
 /// `value` in the pattern's place of '#', or alone without a pattern.
@@ -287,8 +287,8 @@ constexpr auto fillers = sorted(std::to_array<FillerRow>({
     {L"[gen_id]", [](Context c, Text, Out out) { out += L"0x" + hexText(c.entry.manufacturer(), 6, true); }},
     {L"[server_name]", [](Context c, Text, Out out) { out += c.misc(MISC_SERVER, L"the server"); }},
     {L"[serverName]", [](Context c, Text, Out out) { out += c.misc(MISC_SERVER, L"the server"); }},
-    {L"[oem_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemTimeBytes()); }},
-    {L"[oem_non_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemNonTimeBytes()); }},
+    {L"[oem_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemTimestampedData()); }},
+    {L"[oem_non_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemData()); }},
     {L"%UpperOrLower%",
      [](Context c, Text, Out out) {
          out += c.entry.offset() < firstUpperOffset ? c.misc(MISC_LOWER, L"Lower") : c.misc(MISC_UPPER, L"Upper");
@@ -343,3 +343,5 @@ Fill findFiller(std::wstring_view token)
     const auto found = std::ranges::lower_bound(fillers, token, {}, &FillerRow::token);
     return found != fillers.end() && found->token == token ? found->fill : nullptr;
 }
+
+} // namespace translator

@@ -2,6 +2,8 @@
 
 #include "translator/EventContext.hpp"
 
+namespace translator {
+
 /// Appends what a placeholder or token stands for. `argument` is the text behind the token's colon, if any.
 using Fill = void (*)(const EventContext& context, std::wstring_view argument, std::wstring& out);
 
@@ -24,3 +26,5 @@ struct WordList {
 const WordList* findWordList(std::wstring_view token);
 /// Appends the word of the record at hand, " Reserved" for a value outside of the list.
 void fillWord(const WordList& list, const EventContext& context, std::wstring& out);
+
+} // namespace translator

@@ -3,6 +3,8 @@
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
+using namespace translator;
+
 namespace {
 constexpr std::size_t fewestBuckets = 100;
 }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace translator;
+
 namespace {
 
 std::wstring joinedHex(std::span<const std::uint8_t> bytes)

@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+namespace translator {
+
 constexpr std::size_t oemTimeByteCount = 6;     ///< behind the manufacturer id of a timestamped OEM record
 constexpr std::size_t oemNonTimeByteCount = 13; ///< of an OEM record without a time
 
@@ -24,8 +26,11 @@ struct OemRecord {
         return !translation.empty();
     }
 };
-using oemTime = OemRecord<oemTimeByteCount>;
-using oemNonTime = OemRecord<oemNonTimeByteCount>;
+
+} // namespace translator
+
+using oemTime = translator::OemRecord<translator::oemTimeByteCount>;
+using oemNonTime = translator::OemRecord<translator::oemNonTimeByteCount>;
 
 /// Timestamped OEM records (types C0h to DFh) by manufacturer id and bytes; of several that match, the first added.
 class OEMTSTable {
@@ -33,7 +38,7 @@ public:
     void add(std::uint32_t manufacturer, oemTime record);
     /// OEMTableError without one.
     const oemTime& findTranslation(std::uint32_t manufacturer,
-                                   std::span<const std::uint8_t, oemTimeByteCount> bytes) const;
+                                   std::span<const std::uint8_t, translator::oemTimeByteCount> bytes) const;
 
 private:
     std::unordered_map<std::uint32_t, std::vector<oemTime>> records;
@@ -44,7 +49,7 @@ class OEMNonTSTable {
 public:
     void add(oemNonTime record);
     /// OEMTableError without one.
-    const oemNonTime& findTranslation(std::span<const std::uint8_t, oemNonTimeByteCount> bytes) const;
+    const oemNonTime& findTranslation(std::span<const std::uint8_t, translator::oemNonTimeByteCount> bytes) const;
 
 private:
     std::vector<oemNonTime> records;

@@ -2,6 +2,8 @@
 
 #include "translator/TranslationErrors.hpp"
 
+using namespace translator;
+
 const override& OverrideTable::entryOf(std::uint16_t sensor, std::uint32_t key) const
 {
     if (const override* entry = index.find(sensor, key))

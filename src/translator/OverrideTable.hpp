@@ -5,11 +5,15 @@
 /// An override says of one event what `event` says.
 using override = event;
 
+namespace translator {
+
 /// The sensor key of overrides: event type in the high byte, sensor type in the low one.
 constexpr std::uint16_t packSensorKey(unsigned eventType, unsigned sensorType)
 {
     return static_cast<std::uint16_t>((eventType & 0xFFu) << 8 | (sensorType & 0xFFu));
 }
+
+} // namespace translator
 
 /// Events of one kind of sensor that go before the general tables.
 class OverrideTable {
@@ -27,5 +31,5 @@ public:
 
 private:
     const override& entryOf(std::uint16_t sensor, std::uint32_t key) const;
-    EventIndex index;
+    translator::EventIndex index;
 };

@@ -2,6 +2,8 @@
 
 #include "translator/TranslationErrors.hpp"
 
+using namespace translator;
+
 void PlatformTable::add(std::uint16_t platform, std::uint16_t sensor, std::uint32_t key, override entry)
 {
     platforms[platform].add(sensor, key, std::move(entry));

@@ -3,9 +3,9 @@
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
-namespace {
+using namespace translator;
 
-constexpr std::uint8_t lastSensorType = 3; ///< full, compact and event-only records describe sensors
+namespace {
 
 [[noreturn]] void failToFind(int index)
 {
@@ -28,7 +28,7 @@ SDRRepository::SDRRepository(const std::vector<std::vector<std::uint8_t>>& list)
 
 void SDRRepository::addSensor(const SDREntry& record)
 {
-    if (record.getIndex() != SDREntry::notIndexable && record.getRecordType() <= lastSensorType)
+    if (record.getIndex() != SDREntry::notIndexable && record.view().type() <= ipmi::sdrtype::eventOnly)
         add(record.getIndex(), record);
 }
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace translator {
+
 /// What a table of the translator throws when it has no entry; the text names the entry that was sought.
 class TranslationError {
 public:
@@ -13,21 +15,23 @@ private:
     std::wstring text;
 };
 
-class MetaInfoTableError : public TranslationError {
+} // namespace translator
+
+class MetaInfoTableError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };
-class EventTableError : public TranslationError {
+class EventTableError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };
-class OverrideTableError : public TranslationError {
+class OverrideTableError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };
-class PlatformTableError : public TranslationError {
+class PlatformTableError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };
-class OEMTableError : public TranslationError {
+class OEMTableError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };
-class SDRRepositoryError : public TranslationError {
+class SDRRepositoryError : public translator::TranslationError {
     using TranslationError::TranslationError;
 };

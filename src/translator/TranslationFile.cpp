@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 
+using namespace translator;
+
 namespace {
 
 constexpr std::size_t largestFile = 16u << 20;

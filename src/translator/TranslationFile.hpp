@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace translator {
+
 /// The event at hand, as its record gives it.
 struct EventKey {
     unsigned eventType = 0;
@@ -16,13 +18,15 @@ struct EventKey {
     std::uint16_t sensorKey() const { return packSensorKey(eventType, sensorType); }
 };
 
+} // namespace translator
+
 /// One translation file, loaded. Read-only, so any number of threads may look up.
 class TranslationFile {
 public:
     /// Loads the file of `locale` beside `fileName` ("de_DE.utf8": "hr_sel_de_DE.ini") if there is one, else `fileName`
     /// itself. ResultStatus 1183 if it cannot be opened. Of a file beyond 16 MiB the rest is not read.
     TranslationFile(const char* fileName, const std::string& locale);
-    explicit TranslationFile(TranslationTables content) : tables(std::move(content)) {}
+    explicit TranslationFile(translator::TranslationTables content) : tables(std::move(content)) {}
 
     /// The file name that the table of locales has for `locale`, "" for a locale without one.
     static std::string fileNameOfLocale(const std::string& locale);
@@ -41,17 +45,18 @@ public:
 
     /// The table's entry for an event, exact event data before "any"; the error of the table without one. Severity FFh
     /// in it means that the file gives none.
-    const event& findGenericTranslation(const EventKey& key) const;
-    const event& findSpecificTranslation(const EventKey& key) const;
-    const override& findOverrideTranslation(const EventKey& key) const;
-    const override& findPlatformOverrideTranslation(std::uint16_t platform, const EventKey& key) const;
+    const event& findGenericTranslation(const translator::EventKey& key) const;
+    const event& findSpecificTranslation(const translator::EventKey& key) const;
+    const override& findOverrideTranslation(const translator::EventKey& key) const;
+    const override& findPlatformOverrideTranslation(std::uint16_t platform, const translator::EventKey& key) const;
     const oemTime& findOEMTSTranslation(std::uint32_t manufacturer,
-                                        std::span<const std::uint8_t, oemTimeByteCount> bytes) const;
-    const oemNonTime& findOEMNonTSTranslation(std::span<const std::uint8_t, oemNonTimeByteCount> bytes) const;
+                                        std::span<const std::uint8_t, translator::oemTimeByteCount> bytes) const;
+    const oemNonTime&
+    findOEMNonTSTranslation(std::span<const std::uint8_t, translator::oemNonTimeByteCount> bytes) const;
 
     /// The tables themselves, for lookups without an error.
-    const TranslationTables& content() const { return tables; }
+    const translator::TranslationTables& content() const { return tables; }
 
 private:
-    TranslationTables tables;
+    translator::TranslationTables tables;
 };

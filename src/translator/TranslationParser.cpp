@@ -4,6 +4,8 @@
 #include <array>
 #include <optional>
 
+namespace translator {
+
 namespace {
 
 constexpr std::size_t longestLine = 1000;
@@ -310,3 +312,5 @@ TranslationTables parseTranslations(std::wstring_view text)
     }
     return tables;
 }
+
+} // namespace translator

@@ -8,6 +8,8 @@
 
 #include <string_view>
 
+namespace translator {
+
 /// All a translation file holds.
 struct TranslationTables {
     MetaInfoTable devices{L"device"};
@@ -33,3 +35,5 @@ struct TranslationTables {
 /// anything: a line that is malformed or longer than 1,000 characters is left out, a section number above 15 ends the
 /// reading, a section that is not closed ends with the text.
 TranslationTables parseTranslations(std::wstring_view text);
+
+} // namespace translator

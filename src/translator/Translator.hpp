@@ -38,4 +38,8 @@ template<class T>
 struct Deletion {
     void operator()(T* object) const { delete object; }
 };
+namespace translator {
+
 using TranslatorPointer = std::unique_ptr<Translator, Deletion<Translator>>;
+
+} // namespace translator

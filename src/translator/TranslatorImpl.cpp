@@ -2,29 +2,20 @@
 
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
+#include "ipmi/SensorReading.hpp"
+#include "ipmi/TimeStamp.hpp"
 #include "translator/EventContext.hpp"
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
 #include <array>
 #include <bit>
-#include <ctime>
+
+using namespace translator;
 
 namespace {
 
-constexpr std::uint8_t firstOemTimestamped = 0xC0;
-constexpr std::uint8_t lastOemTimestamped = 0xDF;
-constexpr std::uint32_t noTime = 0xFFFFFFFF;
-constexpr std::uint32_t lastPreInitTime = 0x20000000;
-constexpr std::uint8_t voltageSensor = 0x02;
-
-enum EventType : std::uint8_t {
-    UNSPECIFIED = 0x00,
-    THRESHOLD = 0x01,
-    LAST_GENERIC = 0x0C,
-    SENSOR_SPECIFIC = 0x6F,
-    LAST_OEM = 0x7E,
-};
+constexpr std::uint8_t lastNamedType = 0x7E; ///< of the manufacturers' event types; 7Fh has no rule
 
 /// Severity of a threshold event for which the file gives none, by offset and direction.
 int defaultThresholdSeverity(const SELEntry& entry)
@@ -57,17 +48,7 @@ EventKey keyOf(const SELEntry& entry)
 
 std::wstring timeText(std::uint32_t seconds)
 {
-    if (seconds == noTime)
-        return L"Invalid Time Stamp";
-    if (seconds <= lastPreInitTime)
-        return L"Pre-Init Time Stamp";
-    const std::time_t time = seconds;
-    std::tm utc{};
-    if (!gmtime_r(&time, &utc))
-        return L"Error Decoding Time Stamp";
-    return decimalText(utc.tm_mon + 1, 2) + L"/" + decimalText(utc.tm_mday, 2) + L"/" +
-           decimalText(utc.tm_year + 1900, 4) + L"-" + decimalText(utc.tm_hour, 2) + L":" + decimalText(utc.tm_min, 2) +
-           L":" + decimalText(utc.tm_sec, 2);
+    return widenText(ipmi::timeStampText(seconds));
 }
 
 } // namespace
@@ -79,7 +60,7 @@ TranslatorImpl::TranslatorImpl(const char* fileName, const char* locale, bool ma
         repository.emplace();
 }
 
-TranslatorPointer makeTranslator(const char* file, const char* locale)
+translator::TranslatorPointer translator::makeTranslator(const char* file, const char* locale)
 {
     return TranslatorPointer(std::make_unique<TranslatorImpl>(file, locale, true).release());
 }
@@ -148,7 +129,7 @@ std::wstring TranslatorImpl::translate(const unsigned char* record, unsigned lon
     failed = false;
     if (!file)
         throwError(ERROR_NO_HRS_INI_FILE_PRESENT, "", COMMAND_GET);
-    if (!record || length < SELEntry::length)
+    if (!record || length < ipmi::sel::recordSize)
         throw ResultStatus(ERROR_EVENT_TABLE, "The SEL record is too short.", "", COMMAND_GET);
     try {
         return description = translateRecord(SELEntry({record, length}));
@@ -163,11 +144,10 @@ std::wstring TranslatorImpl::translate(const unsigned char* record, unsigned lon
 
 std::wstring TranslatorImpl::translateRecord(const SELEntry& entry)
 {
-    if (entry.recordType() < firstOemTimestamped)
+    if (entry.isSystemEvent())
         return translateSystemEvent(entry);
     severity = wordOf(file->content().miscStrings, MISC_OEM_SEVERITY);
-    return entry.recordType() <= lastOemTimestamped ? translateOEMTimestamped(entry)
-                                                    : translateOEMNonTimestamped(entry);
+    return entry.isTimestamped() ? translateOEMTimestamped(entry) : translateOEMNonTimestamped(entry);
 }
 
 std::wstring TranslatorImpl::translateSystemEvent(const SELEntry& entry)
@@ -176,21 +156,22 @@ std::wstring TranslatorImpl::translateSystemEvent(const SELEntry& entry)
     translateGenID(entry);
     translateSensorType(entry);
     findSensor(entry);
-    severity = wordOf(file->content().severities,
-                      entry.eventType() == THRESHOLD ? defaultThresholdSeverity(entry) : SEVERITY_INFORMATIONAL);
+    severity = wordOf(file->content().severities, entry.eventType() == ipmi::eventtype::threshold
+                                                      ? defaultThresholdSeverity(entry)
+                                                      : SEVERITY_INFORMATIONAL);
     return translateByEventType(entry);
 }
 
 std::wstring TranslatorImpl::translateByEventType(const SELEntry& entry)
 {
     const std::uint8_t type = entry.eventType();
-    if (type == UNSPECIFIED)
+    if (type == ipmi::eventtype::unspecified)
         return translateUnknown();
-    if (type == THRESHOLD)
+    if (type == ipmi::eventtype::threshold)
         return translateThreshold(entry);
-    if (type == SENSOR_SPECIFIC)
+    if (type == ipmi::eventtype::sensorSpecific)
         return translateSpecific(entry);
-    if (type <= LAST_GENERIC || (type > SENSOR_SPECIFIC && type <= LAST_OEM))
+    if (type <= ipmi::eventtype::lastGeneric || (type > ipmi::eventtype::sensorSpecific && type <= lastNamedType))
         return translateGeneric(entry);
     return {};
 }
@@ -252,14 +233,14 @@ std::wstring TranslatorImpl::translateOEMTimestamped(const SELEntry& entry)
 {
     timestamp = translateTime(&entry);
     sensorName = L"OEM Timestamped SEL event";
-    const oemTime& found = file->findOEMTSTranslation(entry.manufacturer(), entry.oemTimeBytes());
+    const oemTime& found = file->findOEMTSTranslation(entry.manufacturer(), entry.oemTimestampedData());
     return renderOem(entry, found.translation, found.recommendAction);
 }
 
 std::wstring TranslatorImpl::translateOEMNonTimestamped(const SELEntry& entry)
 {
     sensorName = L"OEM Non-Timestamped SEL event";
-    const oemNonTime& found = file->findOEMNonTSTranslation(entry.oemNonTimeBytes());
+    const oemNonTime& found = file->findOEMNonTSTranslation(entry.oemData());
     return renderOem(entry, found.translation, found.recommendAction);
 }
 
@@ -304,11 +285,12 @@ std::wstring TranslatorImpl::wordOf(const MetaInfoTable& table, int id)
 
 int TranslatorImpl::getVoltageFaultSensorOffset(const unsigned char* record, unsigned long length) const
 {
-    if (!record || length < SELEntry::length)
+    if (!record || length < ipmi::sel::recordSize)
         return -1;
     const SELEntry entry({record, length});
-    const bool isFault = entry.recordType() < firstOemTimestamped && entry.sensorType() == voltageSensor &&
-                         entry.eventType() > THRESHOLD && entry.data2Kind() != 0 && entry.eventData(2) != 0;
+    const bool isFault = entry.isSystemEvent() && entry.sensorType() == ipmi::sensortype::voltage &&
+                         entry.eventType() > ipmi::eventtype::threshold &&
+                         entry.data2Kind() != ipmi::DataKind::unspecified && entry.eventData(2) != 0;
     return isFault ? std::countr_zero(entry.eventData(2)) : -1;
 }
 
@@ -319,5 +301,5 @@ std::wstring TranslatorImpl::translateTime(const SELEntry* entry)
 
 std::wstring TranslatorImpl::translateTimeStamp(const unsigned char* bytes)
 {
-    return timeText(SELEntry::secondsOf(std::span<const std::uint8_t, 4>(bytes, 4)));
+    return timeText(ipmi::littleEndian({bytes, 4}));
 }

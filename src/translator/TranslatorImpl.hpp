@@ -57,7 +57,7 @@ private:
     void translateGenID(const SELEntry& entry);
     void translateSensorType(const SELEntry& entry);
     void findSensor(const SELEntry& entry);
-    const event* findOverride(const EventKey& key) const;
+    const event* findOverride(const translator::EventKey& key) const;
     std::wstring render(const SELEntry& entry, const event& found, int defaultSeverity);
     std::wstring renderOem(const SELEntry& entry, std::wstring_view translation, int action);
     std::wstring wordOf(const MetaInfoTable& table, int id);
@@ -81,5 +81,9 @@ private:
     bool failed = false;
 };
 
+namespace translator {
+
 /// A translator as its owners hold it.
 TranslatorPointer makeTranslator(const char* file, const char* locale);
+
+} // namespace translator

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstdio>
 
+namespace translator {
+
 namespace {
 
 std::wstring padded(std::string_view digits, int width)
@@ -65,3 +67,5 @@ std::wstring valueText(double value)
         text.remove_suffix(1);
     return text == "-0" ? L"0" : widenText(text);
 }
+
+} // namespace translator

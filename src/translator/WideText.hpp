@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace translator {
+
 /// Wide texts of the translator: each character stands for one byte.
 
 /// The low byte of each character.
@@ -17,3 +19,5 @@ std::wstring hexText(std::uint32_t value, int width = 1, bool upperCase = false)
 std::wstring decimalText(int value, int width = 1);
 /// A sensor's value with at most three decimal places and no trailing zeros.
 std::wstring valueText(double value);
+
+} // namespace translator

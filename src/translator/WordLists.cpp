@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace translator {
+
 namespace {
 
 using Word = std::wstring_view;
@@ -178,3 +180,5 @@ void fillWord(const WordList& list, const EventContext& context, std::wstring& o
     out += listed ? context.misc(list.firstMisc + value, list.words[static_cast<std::size_t>(value)])
                   : context.misc(MISC_RESERVED, L" Reserved");
 }
+
+} // namespace translator

@@ -1,11 +1,13 @@
+#include "ipmi/Codes.hpp"
 #include "transport/BmcMessage.hpp"
-#include "transport/IpmiConstants.hpp"
 #include "transport/MessageRecords.hpp"
 #include "transport/TransportState.hpp"
 
 #include <algorithm>
 #include <array>
 #include <bit>
+
+using namespace transport;
 
 namespace {
 
@@ -26,7 +28,7 @@ constexpr std::uint32_t portTransport = 0, portSize = 128;
 int getDeviceId(BMC_MESSAGE& answer)
 {
     BMC_MESSAGE request;
-    fillPlainRequest(request, ipmi::netFnApp, ipmi::cmdGetDeviceId);
+    fillPlainRequest(request, ipmi::netfn::app, ipmi::cmd::getDeviceId);
     clearHeader(answer);
     return ProcessMessage(&request, &answer, deviceIdTimeoutSeconds);
 }
@@ -95,7 +97,7 @@ std::uint32_t GetDriverBufferSize(std::uint8_t target)
     std::uint32_t transport = 0;
     std::uint32_t size = 0;
     GetKCSTransportandSize(&transport, &size);
-    if (target == ipmi::slaveBmc || target == ipmi::slaveEngine)
+    if (target == ipmi::address::bmc || target == ipmi::address::chipsetEngine)
         return size;
     return transport == 1 || transport == 2 ? size / 2 : size;
 }

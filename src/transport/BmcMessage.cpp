@@ -1,6 +1,6 @@
 #include "transport/BmcMessage.hpp"
 
-#include "transport/IpmiConstants.hpp"
+#include "ipmi/Codes.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/MessageRecords.hpp"
@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <array>
 #include <string.h>
+
+using namespace transport;
 
 namespace {
 
@@ -30,8 +32,7 @@ bool driverInForce()
 
 int bridgeMessage(BMC_MESSAGE* request, BMC_MESSAGE* response)
 {
-    return ProcessSendMessage(request, response, ipmi::channelOfTarget(request->target), request->target,
-                              bridgeTimeoutMs);
+    return ProcessSendMessage(request, response, channelOfTarget(request->target), request->target, bridgeTimeoutMs);
 }
 
 int exchangeByKcs(const _IMBPREQUESTDATA& request, std::uint8_t* data, int* length, std::uint8_t* completionCode)
@@ -59,7 +60,7 @@ int exchangeByKcs(const _IMBPREQUESTDATA& request, std::uint8_t* data, int* leng
 int exchangeDirectly(const BMC_MESSAGE& request, BMC_MESSAGE& response, unsigned timeout)
 {
     const _IMBPREQUESTDATA direct{request.cmd,
-                                  ipmi::slaveBmc,
+                                  ipmi::address::bmc,
                                   0,
                                   request.netFn,
                                   request.lun,
@@ -194,7 +195,7 @@ int ProcessMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeout
 {
     if (!driverInForce())
         return ProcessTimedMessage(request, response, timeoutSeconds);
-    if (request->target != ipmi::slaveBmc)
+    if (request->target != ipmi::address::bmc)
         return bridgeMessage(request, response);
     exchangeByDriver(request, response);
     return 0;
@@ -205,7 +206,7 @@ int ProcessTimedMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned ti
     std::fill_n(response->data, presetResponseLength, std::uint8_t{0});
     // The kernel grants the privilege to the calling thread only, and any thread may come here.
     current<PortIo>().acquire();
-    if (request->target != ipmi::slaveBmc)
+    if (request->target != ipmi::address::bmc)
         return bridgeMessage(request, response);
     return exchangeDirectly(*request, *response, timeoutSeconds);
 }

@@ -6,6 +6,8 @@
 /// KCS ports, USB session) and bridges requests for other controllers. Nothing here locks or throws: callers hold
 /// "IPMI_EXEC_LOCK" around each exchange and judge by the results below.
 
+namespace transport {
+
 /// Results besides 0 (success) and 1 (failure).
 inline constexpr int deviceIdFailed = -400;      ///< Get Device ID failed
 inline constexpr int noBmcInterface = -502;      ///< nothing answers as a BMC
@@ -15,6 +17,8 @@ inline constexpr int ipmiTryAgain = -517;        ///< driver: EAGAIN on receive
 inline constexpr int ipmiBadAddress = -518;      ///< driver: EFAULT
 inline constexpr int ipmiMessageSize = -519;     ///< driver: EMSGSIZE, or a request that no message can hold
 inline constexpr int ipmiNoMemory = -520;        ///< driver: ENOMEM on send
+
+} // namespace transport
 
 /// An IPMI message, request or response. 64 KiB of data stand on the stack of whoever declares one, so it has no
 /// initialisers, and only the header and `length` bytes of `data` are ever copied or read.
@@ -38,8 +42,12 @@ struct BMC_REQUEST {
     const std::uint8_t* data;
 };
 
+namespace transport {
+
 /// The most data bytes that a BMC_RESPONSE is ever given.
 inline constexpr std::uint32_t maxResponseData = 1023;
+
+} // namespace transport
 
 /// A response as callers get it.
 struct BMC_RESPONSE {
@@ -50,7 +58,7 @@ struct BMC_RESPONSE {
     std::uint8_t netFn;
     std::uint8_t slave;
     std::uint8_t unused6;
-    std::uint8_t data[maxResponseData + 1];
+    std::uint8_t data[transport::maxResponseData + 1];
 };
 static_assert(sizeof(BMC_RESPONSE) == 1031);
 

@@ -13,6 +13,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+using namespace transport;
+
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;

@@ -1,6 +1,6 @@
 #include "common/Seams.hpp"
+#include "ipmi/Codes.hpp"
 #include "transport/BmcMessage.hpp"
-#include "transport/IpmiConstants.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/MessageRecords.hpp"
@@ -13,6 +13,8 @@
 #include <new>
 #include <numeric>
 #include <vector>
+
+using namespace transport;
 
 namespace {
 
@@ -60,7 +62,7 @@ void writeBridgeFrame(std::uint8_t* out, const Bridged& request, std::uint8_t ch
     out[1] = target;
     out[2] = static_cast<std::uint8_t>(request.netFn << 2 | (request.lun & 3));
     out[3] = CalculateChecksum(out + 1, 2);
-    out[4] = ipmi::slaveBmc;
+    out[4] = ipmi::address::bmc;
     out[5] = static_cast<std::uint8_t>(sequence << 2 | requesterLun);
     out[6] = request.cmd;
     std::copy_n(request.data, request.length, out + 7);
@@ -73,7 +75,7 @@ bool fillSendMessage(BMC_MESSAGE& send, const Bridged& request, std::uint8_t cha
 {
     if (request.length > sizeof send.data - bridgeOverhead)
         return false;
-    fillPlainRequest(send, ipmi::netFnApp, ipmi::cmdSendMessage);
+    fillPlainRequest(send, ipmi::netfn::app, ipmi::cmd::sendMessage);
     writeBridgeFrame(send.data, request, channel, target, sequence);
     send.length = request.length + bridgeOverhead;
     return true;
@@ -102,7 +104,7 @@ void takeAnswer(BMC_MESSAGE& response, const BMC_MESSAGE& got)
 
 bool givesNoAnswer(std::uint8_t target, std::uint8_t cmd)
 {
-    return target == ipmi::slaveSatellite && cmd == ipmi::cmdSatelliteReset;
+    return target == ipmi::address::frontPanel && cmd == ipmi::cmd::satelliteReset;
 }
 
 void waitForAttention()
@@ -138,7 +140,7 @@ struct Awaited {
 Got getMessages(const Awaited& awaited, BMC_MESSAGE& got)
 {
     BMC_MESSAGE get;
-    fillPlainRequest(get, ipmi::netFnApp, ipmi::cmdGetMessage);
+    fillPlainRequest(get, ipmi::netfn::app, ipmi::cmd::getMessage);
     for (int rounds = awaited.rounds; rounds > 0;) {
         clearHeader(got);
         if (ProcessMessage(&get, &got, awaited.timeoutSeconds) != 0)
@@ -147,13 +149,13 @@ Got getMessages(const Awaited& awaited, BMC_MESSAGE& got)
             return Got::noneAwaited;
         if (awaited.budget && awaited.budget->exhausted())
             return Got::budgetExhausted;
-        if (got.completionCode == ipmi::completionNakOnWrite)
+        if (got.completionCode == ipmi::completion::nakOnWrite)
             continue;
-        if (got.completionCode == ipmi::completionQueueEmpty) {
+        if (got.completionCode == ipmi::completion::queueEmpty) {
             --rounds;
             continue;
         }
-        if (got.completionCode != ipmi::completionOk || (!awaited.budget && !isWholeMessage(got)))
+        if (got.completionCode != ipmi::completion::ok || (!awaited.budget && !isWholeMessage(got)))
             return Got::nothing;
         if (answersSequence(got, awaited.sequence))
             return Got::answer;
@@ -167,21 +169,21 @@ Got collectAnswer(const BMC_MESSAGE& request, BMC_MESSAGE& response, std::uint8_
     const Awaited awaited{.target = target,
                           .cmd = request.cmd,
                           .sequence = transportState().processSendSequence.current(),
-                          .rounds = target == ipmi::slaveSatellite ? roundsSatellite : roundsUsual,
+                          .rounds = target == ipmi::address::frontPanel ? roundsSatellite : roundsUsual,
                           .timeoutSeconds = exchangeTimeoutSeconds,
                           .budget = &budget};
     const Got result = getMessages(awaited, got);
     if (result == Got::answer)
         takeAnswer(response, got);
     if (result == Got::nothing)
-        response.completionCode = ipmi::completionQueueEmpty;
+        response.completionCode = ipmi::completion::queueEmpty;
     return result;
 }
 
 Got collectPxAnswer(const BMC_REQUEST& request, BMC_RESPONSE& response, std::uint8_t target)
 {
     BMC_MESSAGE got;
-    const bool patient = target == ipmi::slaveSatellite || transportState().incTestCount;
+    const bool patient = target == ipmi::address::frontPanel || transportState().incTestCount;
     const Awaited awaited{.target = target,
                           .cmd = request.cmd,
                           .sequence = transportState().sendMessagePxSequence.current(),
@@ -206,11 +208,11 @@ Got attemptPx(BMC_MESSAGE& send, const BMC_REQUEST& request, BMC_RESPONSE& respo
     clearHeader(sent);
     if (ProcessMessage(&send, &sent, pxTimeoutSeconds) != 0)
         return Got::nothing;
-    if (sent.completionCode == ipmi::completionNakOnWrite) {
+    if (sent.completionCode == ipmi::completion::nakOnWrite) {
         current<Clock>().sleepFor(1s);
         transportState().incTestCount = true;
     }
-    if (sent.completionCode != ipmi::completionOk)
+    if (sent.completionCode != ipmi::completion::ok)
         return Got::nothing;
     waitForAttention();
     return collectPxAnswer(request, response, target);
@@ -221,13 +223,14 @@ enum class Round { answer, again, giveUp };
 /// One Get Message loop of SendMessage_Linux; `got` is its buffer.
 Round collectPlainAnswer(BMC_RESPONSE& got, BMC_RESPONSE& response)
 {
-    const BMC_REQUEST get{ipmi::slaveBmc, ipmi::cmdGetMessage, ipmi::netFnApp, 0, 0, nullptr};
+    const BMC_REQUEST get{ipmi::address::bmc, ipmi::cmd::getMessage, ipmi::netfn::app, 0, 0, nullptr};
     for (;;) {
-        if (SendRequest_Linux(&get, &got, sendMessageRetries) != 0 || got.completionCode == ipmi::completionQueueEmpty)
+        if (SendRequest_Linux(&get, &got, sendMessageRetries) != 0 ||
+            got.completionCode == ipmi::completion::queueEmpty)
             return Round::again;
-        if (got.completionCode == ipmi::completionNakOnWrite)
+        if (got.completionCode == ipmi::completion::nakOnWrite)
             continue;
-        if (got.completionCode != ipmi::completionOk)
+        if (got.completionCode != ipmi::completion::ok)
             return Round::giveUp;
         if (got.length < bridgeOverhead)
             return Round::again;
@@ -244,9 +247,9 @@ Round runPlainRound(const BMC_REQUEST& send, BMC_RESPONSE& sent, BMC_RESPONSE& g
 {
     if (SendRequest_Linux(&send, &sent, sendMessageRetries) != 0)
         return Round::again;
-    if (sent.completionCode == ipmi::completionNakOnWrite)
+    if (sent.completionCode == ipmi::completion::nakOnWrite)
         return Round::again;
-    return sent.completionCode == ipmi::completionOk ? collectPlainAnswer(got, response) : Round::giveUp;
+    return sent.completionCode == ipmi::completion::ok ? collectPlainAnswer(got, response) : Round::giveUp;
 }
 
 void runPlainRounds(const BMC_REQUEST& request, BMC_RESPONSE& response, std::uint8_t channel, std::uint8_t target)
@@ -256,7 +259,7 @@ void runPlainRounds(const BMC_REQUEST& request, BMC_RESPONSE& response, std::uin
     const auto got = std::make_unique<BMC_RESPONSE>();
     writeBridgeFrame(frame.data(), bridged(request), channel, target, transportState().sendMessageSequence.current());
     const BMC_REQUEST send{
-        ipmi::slaveBmc, ipmi::cmdSendMessage, ipmi::netFnApp, 0, static_cast<std::uint32_t>(frame.size()),
+        ipmi::address::bmc, ipmi::cmd::sendMessage, ipmi::netfn::app, 0, static_cast<std::uint32_t>(frame.size()),
         frame.data()};
     for (int i = 0; i < sendMessageRounds; ++i)
         if (runPlainRound(send, *sent, *got, response) != Round::again)
@@ -285,9 +288,9 @@ int ProcessSendMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t
         BMC_MESSAGE sent;
         Got result = Got::nothing;
         if (ProcessMessage(&send, &sent, exchangeTimeoutSeconds) == 0) {
-            if (sent.completionCode == ipmi::completionNakOnWrite)
+            if (sent.completionCode == ipmi::completion::nakOnWrite)
                 break;
-            if (sent.completionCode != ipmi::completionOk)
+            if (sent.completionCode != ipmi::completion::ok)
                 continue;
             waitForAttention();
             result = collectAnswer(*request, *response, target, budget);
@@ -309,7 +312,7 @@ int SendMessagePX_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std:
     BMC_MESSAGE send;
     if (!fillSendMessage(send, bridged(*request), channel, target, state.sendMessagePxSequence.current()))
         return 1;
-    int attempts = request->netFn == ipmi::netFnFirmware ? pxAttemptsFirmware : pxAttemptsUsual;
+    int attempts = request->netFn == ipmi::netfn::firmware ? pxAttemptsFirmware : pxAttemptsUsual;
     Got result = Got::nothing;
     while (attempts > 0 && result == Got::nothing) {
         result = attemptPx(send, *request, *response, target);

@@ -1,11 +1,13 @@
 #include "common/Seams.hpp"
+#include "ipmi/Codes.hpp"
 #include "transport/BmcMessage.hpp"
-#include "transport/IpmiConstants.hpp"
 
 #include <chrono>
 #include <initializer_list>
 #include <new>
 #include <vector>
+
+using namespace transport;
 
 namespace {
 
@@ -40,13 +42,13 @@ BMC_REQUEST makeRequest(std::uint8_t target, std::uint8_t netFn, std::uint8_t cm
 
 int writeToArea(std::uint8_t target, const Payload& payload)
 {
-    const BMC_REQUEST request = makeRequest(target, ipmi::netFnOemGeneral, ipmi::cmdWriteToArea, payload);
+    const BMC_REQUEST request = makeRequest(target, ipmi::netfn::oemPlatform, ipmi::cmd::writeToArea, payload);
     BMC_RESPONSE response{};
     for (int i = 0; i < programTries; ++i) {
         if (i > 0)
             current<Clock>().sleepFor(2000s);
-        if (SendMessagePX_Linux(&request, &response, ipmi::channelEngine, target) == 1 &&
-            response.completionCode == ipmi::completionOk)
+        if (SendMessagePX_Linux(&request, &response, ipmi::channel::engine, target) == 1 &&
+            response.completionCode == ipmi::completion::ok)
             return 0;
     }
     return 1;
@@ -54,7 +56,7 @@ int writeToArea(std::uint8_t target, const Payload& payload)
 
 int programSegment(std::uint8_t target, const Payload& payload)
 {
-    const BMC_REQUEST request = makeRequest(target, ipmi::netFnFirmware, ipmi::cmdProgramSegment, payload);
+    const BMC_REQUEST request = makeRequest(target, ipmi::netfn::firmware, ipmi::cmd::programSegment, payload);
     BMC_RESPONSE response{};
     for (int i = 1; i <= programTries; ++i) {
         if (SendRequest_Linux(&request, &response, requestRetries) != 0)
@@ -67,7 +69,7 @@ int programSegment(std::uint8_t target, const Payload& payload)
 
 int programData(std::uint8_t target, const Payload& payload)
 {
-    const BMC_REQUEST request = makeRequest(target, ipmi::netFnFirmware, ipmi::cmdProgramData, payload);
+    const BMC_REQUEST request = makeRequest(target, ipmi::netfn::firmware, ipmi::cmd::programData, payload);
     BMC_RESPONSE response{};
     for (int i = 0; i < programTries; ++i)
         if (SendRequest_Linux(&request, &response, requestRetries) == 0 && response.length < byteLengthLimit)

@@ -1,8 +1,10 @@
 #include "transport/Kcs.hpp"
 
-#include "transport/IpmiConstants.hpp"
+#include "ipmi/Codes.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/TransportState.hpp"
+
+using namespace transport;
 
 namespace {
 
@@ -198,10 +200,10 @@ int CheckMessageReady(unsigned char target, unsigned timeoutMs)
 {
     unsigned timer = 0;
     SetMsTimeout(&timer, timeoutMs);
-    const std::uint8_t awaited = target == ipmi::slaveBmc ? kcsObf : kcsSmsAtn;
+    const std::uint8_t awaited = target == ipmi::address::bmc ? kcsObf : kcsSmsAtn;
     for (;;) {
         const std::uint8_t status = readStatus();
-        if (target == ipmi::slaveBmc)
+        if (target == ipmi::address::bmc)
             transportState().Status = status;
         if (status & awaited)
             return 0;

@@ -8,6 +8,9 @@
 
 /// Data port. The port above it is status on read and command on write.
 inline constexpr std::uint16_t KCSAddress = 0x0CA2;
+
+namespace transport {
+
 inline constexpr std::uint16_t kcsStatusPort = KCSAddress + 1;
 
 /// Status register.
@@ -32,6 +35,8 @@ inline constexpr int kcsBusy = 1; ///< KCSSendMessage only: busy before the star
 inline constexpr int kcsTimeout = 2;
 inline constexpr int kcsWrongState = 3;
 inline constexpr int kcsBufferFull = 4; ///< KCSReadBMCData only
+
+} // namespace transport
 
 /// Sends a frame of `length` bytes, at least 1. A wrong state is reported without recovery; the read side recovers.
 int KCSSendMessage(const unsigned char* frame, unsigned length);

@@ -13,6 +13,8 @@
 #include <sys/io.h>
 #endif
 
+namespace transport {
+
 namespace {
 
 #if defined(__x86_64__)
@@ -95,11 +97,6 @@ struct SystemDevice final : DeviceFile {
 
 } // namespace
 
-void kcs_timeout(int)
-{
-    got_alarm = 1;
-}
-
 PortIo& PortIo::real()
 {
     static RealPorts ports;
@@ -116,4 +113,11 @@ DeviceFile& DeviceFile::real()
 {
     static SystemDevice device;
     return device;
+}
+
+} // namespace transport
+
+void kcs_timeout(int)
+{
+    transport::got_alarm = 1;
 }

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace transport {
+
 /// Byte-wide I/O ports.
 struct PortIo {
     virtual ~PortIo() = default;
@@ -37,3 +39,5 @@ struct DeviceFile {
     virtual int close(int fd) = 0;
     static DeviceFile& real();
 };
+
+} // namespace transport

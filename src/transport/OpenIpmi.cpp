@@ -2,8 +2,9 @@
 
 #include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
-#include "transport/IpmiConstants.hpp"
+#include "ipmi/Codes.hpp"
 #include "transport/MachineIo.hpp"
+#include "transport/MessageRecords.hpp"
 #include "transport/TransportState.hpp"
 
 #include <algorithm>
@@ -17,6 +18,8 @@
 #include <span>
 #include <string_view>
 #include <sys/ioctl.h>
+
+using namespace transport;
 
 static_assert(IPMICTL_SEND_COMMAND == 0x8028690D);
 static_assert(IPMICTL_RECEIVE_MSG_TRUNC == 0xC030690B);
@@ -57,14 +60,14 @@ static_assert(sizeof(DriverAddress) == 8);
 DriverAddress addressOf(std::uint8_t target)
 {
     DriverAddress address{};
-    if (target == ipmi::slaveBmc) {
+    if (target == ipmi::address::bmc) {
         address.system.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
         address.system.channel = IPMI_BMC_CHANNEL;
         return address;
     }
     address.ipmb = {};
     address.ipmb.addr_type = IPMI_IPMB_ADDR_TYPE;
-    address.ipmb.channel = ipmi::channelOfTarget(target);
+    address.ipmb.channel = channelOfTarget(target);
     address.ipmb.slave_addr = target;
     return address;
 }
@@ -215,10 +218,10 @@ int OpenIPMIProcessMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, lo
     return 0;
 }
 
-int exchangeByDriver(const BMC_MESSAGE* request, BMC_MESSAGE* response)
+int transport::exchangeByDriver(const BMC_MESSAGE* request, BMC_MESSAGE* response)
 {
     int result = OpenIPMIProcessMessage(request, response, 1);
-    for (long msgid = 2; msgid <= lastMsgid && response->completionCode == ipmi::completionUnspecified; ++msgid)
+    for (long msgid = 2; msgid <= lastMsgid && response->completionCode == ipmi::completion::unspecified; ++msgid)
         result = OpenIPMIProcessMessage(request, response, msgid);
     return result;
 }

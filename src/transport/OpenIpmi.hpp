@@ -19,7 +19,12 @@ bool DetectOpenIPMIModules();
 /// or an error number of the message layer; `response` is written only with 0. Requests over 272 bytes, the driver's
 /// largest message, give ipmiMessageSize. An empty answer gives the length 0xFFFFFFFF and no data.
 int OpenIPMIProcessMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, long msgid);
+namespace transport {
+
 /// OpenIPMIProcessMessage with msgid 1, and again up to msgid 50 while the response's code is 0xFF. The last result.
 int exchangeByDriver(const BMC_MESSAGE* request, BMC_MESSAGE* response);
+
+} // namespace transport
+
 /// exchangeByDriver for another target, which it writes into the request. `channel` follows from the target.
 int OpenIPMIProcessSendMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t channel, std::uint8_t target);

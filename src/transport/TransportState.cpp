@@ -1,5 +1,7 @@
 #include "transport/TransportState.hpp"
 
+namespace transport {
+
 TransportState& transportState()
 {
     static constinit TransportState state;
@@ -10,3 +12,5 @@ void resetTransportForTests()
 {
     transportState() = {};
 }
+
+} // namespace transport

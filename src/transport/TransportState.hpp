@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace transport {
+
 /// Sequence number of hand-made bridging: 1 to 3Fh, never 0.
 class BridgeSequence {
 public:
@@ -45,3 +47,5 @@ TransportState& transportState();
 /// Puts all module state back to its values at load time. For tests: nothing is closed, so a test that opened a device
 /// or a USB session closes it first.
 void resetTransportForTests();
+
+} // namespace transport

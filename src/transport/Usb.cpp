@@ -7,6 +7,8 @@
 #include <chrono>
 #include <dlfcn.h>
 
+using namespace transport;
+
 namespace {
 
 constexpr int sessionTries = 4;

@@ -30,13 +30,4 @@ TEST(Util, NumbersFromText)
         EXPECT_EQ(Util::string_to_long(row.text, row.base), row.value) << row.text;
 }
 
-TEST(Util, BytesAndHexText)
-{
-    const std::vector<std::uint8_t> bytes{0x00, 0x0A, 0xFF};
-    EXPECT_EQ(Util::bytesToHexText(bytes), "0 a ff");
-    EXPECT_EQ(Util::hexTextToBytes("00 0A  fF"), bytes);
-    EXPECT_THAT(Util::hexTextToBytes("1ff zz"), ElementsAre(0xFF, 0x00));
-    EXPECT_THAT(Util::hexTextToBytes(" "), IsEmpty());
-}
-
 } // namespace

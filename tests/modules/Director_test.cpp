@@ -22,7 +22,7 @@ class DirectorTest : public testing::Test {
 protected:
     DirectorTest()
     {
-        resetTransportForTests();
+        transport::resetTransportForTests();
         Platform::PlatformImpl::CreateInstance()->Reset();
         bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0x81, 1, 0x17, 2, 0xBF, 0x57, 1, 0, 0x34, 0x12, 0, 0, 0x12, 0x34});
         system.SetFlags(quiet);
@@ -31,7 +31,7 @@ protected:
     {
         system.SetFlags(quiet);
         Platform::PlatformImpl::CreateInstance()->Reset();
-        resetTransportForTests();
+        transport::resetTransportForTests();
     }
 
     template<class Call>
@@ -53,7 +53,7 @@ protected:
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;
-    ScopedSeam<DeviceFile> useBmc{bmc};
+    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     System system;
     ResultMap results;
 };

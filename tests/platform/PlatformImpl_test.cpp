@@ -5,6 +5,8 @@
 #include "tests/support/TempRoot.hpp"
 #include "transport/TransportState.hpp"
 
+using namespace transport;
+
 namespace Platform {
 namespace {
 

@@ -22,8 +22,8 @@ struct IpmiRequest {
 using IpmiAnswer = std::vector<std::uint8_t>;
 
 /// A BMC behind the kernel driver's ioctl interface, modelled in process: install with
-/// `ScopedSeam<DeviceFile> use(bmc);`. Every exchange goes through the real driver code of src/transport.
-class ModelBmc : public DeviceFile {
+/// `ScopedSeam<transport::DeviceFile> use(bmc);`. Every exchange goes through the real driver code of src/transport.
+class ModelBmc : public transport::DeviceFile {
 public:
     using Handler = std::function<IpmiAnswer(const IpmiRequest&)>;
 

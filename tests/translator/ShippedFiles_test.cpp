@@ -8,6 +8,8 @@
 #include <map>
 #include <set>
 
+using namespace translator;
+
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;

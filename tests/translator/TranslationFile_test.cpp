@@ -9,6 +9,8 @@
 
 #include <random>
 
+using namespace translator;
+
 using ::testing::HasSubstr;
 
 namespace {

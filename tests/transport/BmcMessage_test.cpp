@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace transport;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+using namespace transport;
+
 namespace {
 
 constexpr std::uint64_t entryAddress = 0xF0000 + 0x1230;

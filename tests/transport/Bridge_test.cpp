@@ -6,6 +6,8 @@
 #include <deque>
 #include <memory>
 
+using namespace transport;
+
 namespace {
 
 using namespace std::chrono_literals;

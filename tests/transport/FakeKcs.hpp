@@ -11,7 +11,7 @@
 
 /// The BMC's side of the KCS interface as a state machine behind the two ports (IPMI 2.0, 9.7 to 9.15), with the faults
 /// that hardware is known for. Each byte is taken, and each byte offered, `latency` status reads late.
-class FakeKcs : public PortIo {
+class FakeKcs : public transport::PortIo {
 public:
     using Bytes = std::vector<std::uint8_t>;
 
@@ -43,7 +43,7 @@ public:
     {
         if (absent)
             return 0xFF;
-        return port == kcsStatusPort ? readStatus() : takeByte();
+        return port == transport::kcsStatusPort ? readStatus() : takeByte();
     }
 
     void out(std::uint16_t port, std::uint8_t value) override
@@ -54,7 +54,7 @@ public:
             enterError();
         else if (static_cast<int>(writes.size()) == errorAtWrite + 1)
             enterError();
-        else if (port == kcsStatusPort)
+        else if (port == transport::kcsStatusPort)
             takeCommand(value);
         else
             takeData(value);
@@ -70,7 +70,8 @@ private:
             --ibfReads;
         else if (offered && --obfReads < 0)
             obf = true;
-        const int flags = (stuckIbf || ibfReads > 0 ? kcsIbf : 0) | (obf ? kcsObf : 0) | (attention ? kcsSmsAtn : 0);
+        const int flags = (stuckIbf || ibfReads > 0 ? transport::kcsIbf : 0) | (obf ? transport::kcsObf : 0) |
+                          (attention ? transport::kcsSmsAtn : 0);
         return static_cast<std::uint8_t>(state | flags);
     }
 
@@ -82,7 +83,7 @@ private:
 
     void offer(std::uint8_t byte)
     {
-        if (stuckObf && state == kcsReadState)
+        if (stuckObf && state == transport::kcsReadState)
             return;
         output = byte;
         offered = true;
@@ -91,18 +92,18 @@ private:
 
     void enterError()
     {
-        state = kcsErrorState;
+        state = transport::kcsErrorState;
         obf = offered = false;
     }
 
     void takeCommand(std::uint8_t code)
     {
-        lastByte = code == kcsWriteEnd;
-        if (code == kcsGetStatusAbort) {
-            state = kcsErrorState;
+        lastByte = code == transport::kcsWriteEnd;
+        if (code == transport::kcsGetStatusAbort) {
+            state = transport::kcsErrorState;
             aborting = true;
-        } else if (code == kcsWriteStart) {
-            state = kcsWriteState;
+        } else if (code == transport::kcsWriteStart) {
+            state = transport::kcsWriteState;
             request.clear();
         }
     }
@@ -112,11 +113,11 @@ private:
         if (aborting) {
             aborting = false;
             startReading(failedRecoveries-- > 0 ? Bytes{} : Bytes{0x01});
-        } else if (state == kcsWriteState) {
+        } else if (state == transport::kcsWriteState) {
             request.push_back(byte);
             if (lastByte)
                 startReading(answer(request));
-        } else if (state == kcsReadState && byte == kcsRead) {
+        } else if (state == transport::kcsReadState && byte == transport::kcsRead) {
             offerNext();
         }
     }
@@ -127,7 +128,7 @@ private:
         position = 0;
         if (response.empty())
             return enterError();
-        state = kcsReadState;
+        state = transport::kcsReadState;
         offerNext();
     }
 
@@ -139,12 +140,12 @@ private:
         }
         if (position < response.size())
             return offer(response[position++]);
-        state = kcsIdleState;
+        state = transport::kcsIdleState;
         if (!noDummy)
             offer(0);
     }
 
-    std::uint8_t state = kcsIdleState, output = 0;
+    std::uint8_t state = transport::kcsIdleState, output = 0;
     bool obf = false, offered = false, lastByte = false, aborting = false;
     int ibfReads = 0, obfReads = 0;
     Bytes request, response;
@@ -152,7 +153,7 @@ private:
 };
 
 /// Rings after a number of fruitless looks at the status.
-class FakeAlarm : public Alarm {
+class FakeAlarm : public transport::Alarm {
 public:
     int patience = 50;
     int rung = 0, armed = 0, disarmed = 0;
@@ -183,7 +184,7 @@ struct PortMachine {
     FakeKcs bmc;
     FakeAlarm alarm;
     FakeClock clock;
-    ScopedSeam<PortIo> usePorts{bmc};
-    ScopedSeam<Alarm> useAlarm{alarm};
+    ScopedSeam<transport::PortIo> usePorts{bmc};
+    ScopedSeam<transport::Alarm> useAlarm{alarm};
     ScopedSeam<Clock> useClock{clock};
 };

@@ -6,6 +6,8 @@
 #include <csignal>
 #include <unistd.h>
 
+using namespace transport;
+
 namespace {
 
 using Bytes = FakeKcs::Bytes;

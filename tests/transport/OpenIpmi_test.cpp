@@ -12,6 +12,8 @@
 #include <memory>
 #include <sys/ioctl.h>
 
+using namespace transport;
+
 namespace {
 
 using namespace std::chrono_literals;

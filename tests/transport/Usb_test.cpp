@@ -9,6 +9,8 @@
 #include <memory>
 #include <stdexcept>
 
+using namespace transport;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -38,7 +38,7 @@ protected:
 
     static void forget()
     {
-        resetTransportForTests();
+        transport::resetTransportForTests();
         PlatformImpl::CreateInstance()->Reset();
         SMBIOSProtocolImpl::DeleteInstance();
     }
@@ -64,7 +64,7 @@ protected:
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;
-    ScopedSeam<DeviceFile> useBmc{bmc};
+    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     ResultMap results;
 };
 

@@ -18,6 +18,7 @@
 
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 #include "platform/PlatformImpl.hpp"
@@ -76,7 +77,7 @@ std::vector<Query> readQueries(const std::filesystem::path& path)
         } else if (first == ">" || first == "~") {
             queries.back().exchanges.push_back({Util::split(Util::upcase(restOf(words)), " "), {}, first == "~"});
         } else if (first == "<" && !queries.back().exchanges.empty()) {
-            queries.back().exchanges.back().answer = Util::hexTextToBytes(restOf(words));
+            queries.back().exchanges.back().answer = ipmi::parseBytes(restOf(words));
         } else if (first == "=") {
             queries.back().expected.push_back(restOf(words));
         } else if (first == "!") {
@@ -117,8 +118,8 @@ public:
     {
         for (const Exchange& exchange : exchanges) {
             (exchange.repeats ? repeating : expected).push_back(exchange);
-            const std::uint8_t netFn = Util::hexTextToBytes(exchange.request.at(1)).at(0);
-            const std::uint8_t cmd = Util::hexTextToBytes(exchange.request.at(3)).at(0);
+            const std::uint8_t netFn = ipmi::parseBytes(exchange.request.at(1)).at(0);
+            const std::uint8_t cmd = ipmi::parseBytes(exchange.request.at(3)).at(0);
             bmc.on(netFn, cmd, [this](const IpmiRequest& request) { return answer(request); });
         }
     }
@@ -160,7 +161,7 @@ private:
     std::size_t next = 0;
     std::string unexpected;
     ModelBmc bmc;
-    ScopedSeam<DeviceFile> use{bmc};
+    ScopedSeam<transport::DeviceFile> use{bmc};
 };
 
 std::map<std::string, std::string> readParameters(const std::string& text)
@@ -234,7 +235,7 @@ void runQuery(const Query& query)
 void settlePlatform()
 {
     ModelBmc bmc;
-    const ScopedSeam<DeviceFile> use(bmc);
+    const ScopedSeam<transport::DeviceFile> use(bmc);
     bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     Platform::PlatformImpl::CreateInstance()->Reset();
     EXPECT_EQ(Platform::PlatformImpl::CreateInstance()->platformName(), "OTHER_PLATFORM");
@@ -255,11 +256,11 @@ class EngineFile : public testing::TestWithParam<std::filesystem::path> {
 protected:
     void SetUp() override
     {
-        resetTransportForTests();
+        transport::resetTransportForTests();
         settlePlatform();
         Module::BMCConfig::Cache::instance().Clear();
     }
-    void TearDown() override { resetTransportForTests(); }
+    void TearDown() override { transport::resetTransportForTests(); }
 
     FakeClock clock;
     ScopedSeam<Clock> use{clock};

@@ -21,7 +21,7 @@ protected:
 
     EngineTest()
     {
-        resetTransportForTests();
+        transport::resetTransportForTests();
         bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
         Platform::PlatformImpl::CreateInstance()->Reset();
         Platform::PlatformImpl::CreateInstance()->InitPlatform();
@@ -30,7 +30,7 @@ protected:
     ~EngineTest() override
     {
         Platform::PlatformImpl::CreateInstance()->Reset();
-        resetTransportForTests();
+        transport::resetTransportForTests();
     }
 
     void addScript(const std::string& key, Script script)
@@ -75,7 +75,7 @@ protected:
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;
-    ScopedSeam<DeviceFile> useBmc{bmc};
+    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     std::shared_ptr<Module::BMCConfig::Stores> stores = std::make_shared<Module::BMCConfig::Stores>();
     Module::BMCConfig::SymbolTable table;
     Module::BMCConfig::IPMIFilterDB filters;

@@ -153,7 +153,7 @@ TEST_F(InterpreterTest, RequestThatIsNoneOrGetsNoAnswerFails)
 
 TEST_F(InterpreterTest, MachineWithoutInterfaceFailsAsSuch)
 {
-    resetTransportForTests();
+    transport::resetTransportForTests();
     bmc.present = false;
     stores->packets["P"] = Symbol(NODE_LEAF, {"20", "06", "00", "01"});
     EXPECT_EQ(failureOf([&] { run(IPMI("P", "$D")); }), "1274 20 06 00 01");

@@ -22,7 +22,7 @@ protected:
 
     SdrFixture()
     {
-        resetTransportForTests();
+        transport::resetTransportForTests();
         bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
         Platform::PlatformImpl::CreateInstance()->Reset();
         Platform::PlatformImpl::CreateInstance()->platformName();
@@ -34,7 +34,7 @@ protected:
         bmc.on(0x0A, 0x23, [this](const IpmiRequest& request) { return readRecord(request); });
         bmc.requests.clear();
     }
-    ~SdrFixture() override { resetTransportForTests(); }
+    ~SdrFixture() override { transport::resetTransportForTests(); }
 
     /// A record of `type` with `id` at its head; `body` follows the length byte.
     static Bytes record(unsigned id, std::uint8_t type, Bytes body)
@@ -113,7 +113,7 @@ protected:
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;
-    ScopedSeam<DeviceFile> useBmc{bmc};
+    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     std::vector<Bytes> records;
     std::uint8_t reservation = 0;
 };

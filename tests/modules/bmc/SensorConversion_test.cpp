@@ -128,7 +128,7 @@ TEST(SensorStates, NamesFollowTheReadingType)
         {0x7E, 0xC7, 0xFF, 0x7F, "UNKNOWN"},
     };
     for (const auto& item : cases)
-        EXPECT_EQ(nameStates(item.reading, item.sensor, item.states1, item.states2), item.names)
+        EXPECT_EQ(nameStates(item.reading, item.sensor, item.states1 | item.states2 << 8), item.names)
             << int(item.reading) << " of sensor type " << int(item.sensor);
 }
 

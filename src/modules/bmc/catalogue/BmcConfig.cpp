@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
@@ -11,10 +12,12 @@ using namespace steps;
 namespace {
 
 /// Slave addresses in the 8-bit form.
-constexpr TextRow constants[] = {
-    {"$/BMC/BASE_ADDRESS", "20"},           {"$/BMC/FRONT_PANEL_ADDRESS", "22"},
-    {"$/BMC/HOT_SWAP_ADDRESS", "C0"},       {"$/BMC/SECOND_HOT_SWAP_ADDRESS", "C2"},
-    {"$/BMC/CHIPSET_ENGINE_ADDRESS", "2C"},
+constexpr CodeConstant constants[] = {
+    {"$/BMC/BASE_ADDRESS", ipmi::address::bmc},
+    {"$/BMC/FRONT_PANEL_ADDRESS", ipmi::address::frontPanel},
+    {"$/BMC/HOT_SWAP_ADDRESS", ipmi::address::hotSwap},
+    {"$/BMC/SECOND_HOT_SWAP_ADDRESS", ipmi::address::secondHotSwap},
+    {"$/BMC/CHIPSET_ENGINE_ADDRESS", ipmi::address::chipsetEngine},
 };
 
 constexpr TextRow packets[] = {

@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/SensorSteps.hpp"
@@ -14,20 +15,23 @@ namespace {
 constexpr TextRow constants[] = {
     {"$/CHASSIS/BOOT_TABLE_PARAMETER", "61"}, // of the manufacturer's own, as is its size
     {"$/CHASSIS/BOOT_TABLE_SIZE_PARAMETER", "60"},
-    {"$/CHASSIS/CONTROL_CMD", "02"},
-    {"$/CHASSIS/GET_BOOT_OPTIONS_CMD", "09"},
-    {"$/CHASSIS/GET_CAPABILITIES_CMD", "00"},
-    {"$/CHASSIS/GET_LED_STATUS_CMD", "B0"},
-    {"$/CHASSIS/GET_RESTART_CAUSE_CMD", "07"},
-    {"$/CHASSIS/GET_STATUS_CMD", "01"},
-    {"$/CHASSIS/IDENTIFY_CMD", "04"},
     {"$/CHASSIS/PARAMETER_SELECTOR", "05"}, // the boot flags, unless told otherwise
-    {"$/CHASSIS/SET_BOOT_OPTIONS_CMD", "08"},
-    {"$/CHASSIS/SET_FRONT_PANEL_ENABLES_CMD", "0A"},
-    {"$/CHASSIS/SET_POWER_RESTORE_POLICY_CMD", "06"},
     {"$/CHASSIS/SET_SELECTOR", "00"},
     {"$/CHASSIS/BLOCK_SELECTOR", "00"},
-    {"$/IPMI/CHASSIS_NET_FUNCTION", "00"},
+};
+
+constexpr CodeConstant codes[] = {
+    {"$/CHASSIS/CONTROL_CMD", ipmi::cmd::chassisControl},
+    {"$/CHASSIS/GET_BOOT_OPTIONS_CMD", ipmi::cmd::getSystemBootOptions},
+    {"$/CHASSIS/GET_CAPABILITIES_CMD", ipmi::cmd::getChassisCapabilities},
+    {"$/CHASSIS/GET_LED_STATUS_CMD", ipmi::cmd::getLedStatus},
+    {"$/CHASSIS/GET_RESTART_CAUSE_CMD", ipmi::cmd::getSystemRestartCause},
+    {"$/CHASSIS/GET_STATUS_CMD", ipmi::cmd::getChassisStatus},
+    {"$/CHASSIS/IDENTIFY_CMD", ipmi::cmd::chassisIdentify},
+    {"$/CHASSIS/SET_BOOT_OPTIONS_CMD", ipmi::cmd::setSystemBootOptions},
+    {"$/CHASSIS/SET_FRONT_PANEL_ENABLES_CMD", ipmi::cmd::setFrontPanelEnables},
+    {"$/CHASSIS/SET_POWER_RESTORE_POLICY_CMD", ipmi::cmd::setPowerRestorePolicy},
+    {"$/IPMI/CHASSIS_NET_FUNCTION", ipmi::netfn::chassis},
 };
 
 constexpr TextRow packets[] = {
@@ -293,6 +297,7 @@ void addSets(Stores& stores)
 ChassisConfig::ChassisConfig(Stores& stores)
 {
     addConstants(stores, constants);
+    addConstants(stores, codes);
     addPackets(stores, packets);
     addFilters(stores, filters);
     addWords(stores);

@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
@@ -10,10 +11,10 @@ using namespace steps;
 
 namespace {
 
-constexpr TextRow constants[] = {
-    {"$/FRU/READ_CMD", "11"},
-    {"$/FRU/WRITE_CMD", "12"},
-    {"$/IPMI/GET_DEVICEID_COMMAND", "01"},
+constexpr CodeConstant constants[] = {
+    {"$/FRU/READ_CMD", ipmi::cmd::readFruData},
+    {"$/FRU/WRITE_CMD", ipmi::cmd::writeFruData},
+    {"$/IPMI/GET_DEVICEID_COMMAND", ipmi::cmd::getDeviceId},
 };
 
 constexpr TextRow packets[] = {

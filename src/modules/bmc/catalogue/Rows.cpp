@@ -1,6 +1,7 @@
 #include "modules/bmc/catalogue/Rows.hpp"
 
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
 #include <stdexcept>
@@ -60,6 +61,12 @@ void addConstants(Stores& stores, std::span<const TextRow> rows)
     addTexts(stores.symbols, rows);
 }
 
+void addConstants(Stores& stores, std::span<const CodeConstant> rows)
+{
+    for (const CodeConstant& row : rows)
+        addOnce(stores.symbols, row.key, Symbol(ipmi::hexByte(row.code)));
+}
+
 void addPackets(Stores& stores, std::span<const TextRow> rows)
 {
     addTexts(stores.packets, rows);
@@ -96,6 +103,11 @@ void addTables(Stores& stores, std::span<const WordTable> rows)
                 addOnce(table, text, std::string(word));
         addOnce(stores.tables, row.key, std::move(table));
     }
+}
+
+void addTable(Stores& stores, const char* key, Table table)
+{
+    addOnce(stores.tables, key, std::move(table));
 }
 
 void addReads(Stores& stores, std::span<const ReadRow> rows)

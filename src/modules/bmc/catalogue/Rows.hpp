@@ -2,6 +2,7 @@
 
 #include "modules/bmc/engine/Stores.hpp"
 
+#include <cstdint>
 #include <span>
 #include <utility>
 #include <vector>
@@ -14,6 +15,12 @@ namespace Module::BMCConfig {
 struct TextRow {
     const char* key;
     const char* values;
+};
+
+/// A constant that is one of IPMI's numbers.
+struct CodeConstant {
+    const char* key;
+    std::uint8_t code;
 };
 
 /// A table: its key and its pairs, from what is looked up to what comes out.
@@ -49,11 +56,14 @@ struct ReadRow {
 };
 
 void addConstants(Stores& stores, std::span<const TextRow> rows);
+void addConstants(Stores& stores, std::span<const CodeConstant> rows);
 void addPackets(Stores& stores, std::span<const TextRow> rows);
 void addFilters(Stores& stores, std::span<const TextRow> rows);
 void addTables(Stores& stores, std::span<const TableRow> rows);
 void addTables(Stores& stores, std::span<const TablePair> rows);
 void addTables(Stores& stores, std::span<const WordTable> rows);
+/// One table that is made, not written down.
+void addTable(Stores& stores, const char* key, Table table);
 void addReads(Stores& stores, std::span<const ReadRow> rows);
 void addTemplate(Stores& stores, const std::string& key, Script script);
 

@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/SensorSteps.hpp"
@@ -11,13 +12,17 @@ using namespace steps;
 
 namespace {
 
-constexpr TextRow constants[] = {
-    {"$/SDR/ALLOCATION_INFO", "20"}, // Get SDR Repository Info, in spite of the name
-    {"$/SDR/CFG_CONTROL_CMD", "70"},    {"$/SDR/CFG_MANAGEMENT_CMD", "73"},
-    {"$/SDR/CFG_READ_CMD", "72"},       {"$/SDR/CFG_WRITE_CMD", "71"},
-    {"$/SDR/CLEAR_CMD", "27"},          {"$/SDR/GET_SDR", "23"},
-    {"$/SDR/PARTIAL_ADD", "25"},        {"$/SDR/REPOSITORY_ALLOCATION_INFO", "21"},
-    {"$/SDR/RESERVE_REPOSITORY", "22"},
+constexpr CodeConstant constants[] = {
+    {"$/SDR/ALLOCATION_INFO", ipmi::cmd::getSdrRepositoryInfo}, // Get SDR Repository Info, in spite of the name
+    {"$/SDR/CFG_CONTROL_CMD", ipmi::cmd::controlSdrConfiguration},
+    {"$/SDR/CFG_MANAGEMENT_CMD", ipmi::cmd::manageSdrConfiguration},
+    {"$/SDR/CFG_READ_CMD", ipmi::cmd::readSdrConfiguration},
+    {"$/SDR/CFG_WRITE_CMD", ipmi::cmd::writeSdrConfiguration},
+    {"$/SDR/CLEAR_CMD", ipmi::cmd::clearSdrRepository},
+    {"$/SDR/GET_SDR", ipmi::cmd::getSdr},
+    {"$/SDR/PARTIAL_ADD", ipmi::cmd::partialAddSdr},
+    {"$/SDR/REPOSITORY_ALLOCATION_INFO", ipmi::cmd::getSdrRepositoryAllocationInfo},
+    {"$/SDR/RESERVE_REPOSITORY", ipmi::cmd::reserveSdrRepository},
 };
 
 constexpr TextRow packets[] = {

@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
@@ -12,9 +13,18 @@ using namespace steps;
 namespace {
 
 constexpr TextRow constants[] = {
-    {"$/SEL/BYTES_TO_READ", "FF"},      {"$/SEL/CLEAR_CMD", "47"},         {"$/SEL/EXTENDED_ALLOCATION_INFO_CMD", "21"},
-    {"$/SEL/EXTENDED_ENTRY_CMD", "23"}, {"$/SEL/EXTENDED_INFO_CMD", "20"}, {"$/SEL/GET_ENTRY_CMD", "43"},
-    {"$/SEL/GET_INFO_CMD", "40"},       {"$/SEL/GET_TIME_CMD", "48"},      {"$/SEL/RESERVE_CMD", "42"},
+    {"$/SEL/BYTES_TO_READ", "FF"},
+};
+
+constexpr CodeConstant codes[] = {
+    {"$/SEL/CLEAR_CMD", ipmi::cmd::clearSel},
+    {"$/SEL/EXTENDED_ALLOCATION_INFO_CMD", ipmi::cmd::extendedSelAllocationInfo},
+    {"$/SEL/EXTENDED_ENTRY_CMD", ipmi::cmd::extendedSelEntry},
+    {"$/SEL/EXTENDED_INFO_CMD", ipmi::cmd::extendedSelInfo},
+    {"$/SEL/GET_ENTRY_CMD", ipmi::cmd::getSelEntry},
+    {"$/SEL/GET_INFO_CMD", ipmi::cmd::getSelInfo},
+    {"$/SEL/GET_TIME_CMD", ipmi::cmd::getSelTime},
+    {"$/SEL/RESERVE_CMD", ipmi::cmd::reserveSel},
 };
 
 constexpr TextRow packets[] = {
@@ -99,6 +109,7 @@ Script clear()
 SelConfig::SelConfig(Stores& stores)
 {
     addConstants(stores, constants);
+    addConstants(stores, codes);
     addPackets(stores, packets);
     addFilters(stores, filters);
     addTemplate(stores, "GET://BMC/SEL", beginWalk());

@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/SensorSteps.hpp"
@@ -12,9 +13,13 @@ using namespace steps;
 
 namespace {
 
-constexpr TextRow constants[] = {
-    {"$/SENSOR/GET_EVENT_ENABLE", "29"}, {"$/SENSOR/GET_READING", "2D"},      {"$/SENSOR/GET_THRESHOLD", "27"},
-    {"$/SENSOR/REARM_EVENTS", "2A"},     {"$/SENSOR/SET_EVENT_ENABLE", "28"}, {"$/SENSOR/SET_THRESHOLD", "26"},
+constexpr CodeConstant constants[] = {
+    {"$/SENSOR/GET_EVENT_ENABLE", ipmi::cmd::getSensorEventEnable},
+    {"$/SENSOR/GET_READING", ipmi::cmd::getSensorReading},
+    {"$/SENSOR/GET_THRESHOLD", ipmi::cmd::getSensorThresholds},
+    {"$/SENSOR/REARM_EVENTS", ipmi::cmd::rearmSensorEvents},
+    {"$/SENSOR/SET_EVENT_ENABLE", ipmi::cmd::setSensorEventEnable},
+    {"$/SENSOR/SET_THRESHOLD", ipmi::cmd::setSensorThresholds},
 };
 
 constexpr TextRow packets[] = {

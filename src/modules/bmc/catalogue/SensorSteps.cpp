@@ -1,34 +1,32 @@
 #include "modules/bmc/catalogue/SensorSteps.hpp"
 
+#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 
 namespace Module::BMCConfig::steps {
 
 namespace {
 
-// Where a record's name begins, and with it the end of a record's fixed part, depends on the record's type: full,
-// compact, event-only. The byte before the name holds coding and length.
-const TableRow tables[] = {
-    {"GET://BMC/SENSOR/NAME_CODE", {{"01", "47"}, {"02", "31"}, {"03", "16"}}},
-    {"GET://BMC/SENSOR/NAME_TEXT", {{"01", "48-SIZE"}, {"02", "32-SIZE"}, {"03", "17-SIZE"}}},
-    {"GET://BMC/SENSOR/BCD_PLUS",
-     {{"0", "0"},
-      {"1", "1"},
-      {"2", "2"},
-      {"3", "3"},
-      {"4", "4"},
-      {"5", "5"},
-      {"6", "6"},
-      {"7", "7"},
-      {"8", "8"},
-      {"9", "9"},
-      {"A", " "},
-      {"B", "-"},
-      {"C", "."},
-      {"D", ":"},
-      {"E", ","},
-      {"F", "_"}}},
-};
+/// Where a record's name begins, and with it the end of the record's fixed part, depends on the type of the record. The
+/// byte before the name holds coding and length.
+Table namePlaces(std::size_t behind, const char* range)
+{
+    Table places;
+    for (const ipmi::NamePlace& place : ipmi::namePlaces)
+        if (place.recordType <= ipmi::sdrtype::eventOnly)
+            places.emplace(ipmi::hexByte(place.recordType), std::to_string(place.typeLength + behind) + range);
+    return places;
+}
+
+Table bcdPlusDigits()
+{
+    Table digits;
+    for (unsigned code = 0; code < ipmi::bcdPlusCharacters.size(); ++code)
+        digits.emplace(Util::upcase(Util::dec_to_hex_string(code)), std::string(1, ipmi::bcdPlusCharacters[code]));
+    return digits;
+}
 
 /// Runs `body` for each byte of the name, in $BYTE.
 Steps forEachByte(const Steps& body)
@@ -217,7 +215,9 @@ Script readName(const Form& form)
 
 void addNames(Stores& stores)
 {
-    addTables(stores, tables);
+    addTable(stores, "GET://BMC/SENSOR/NAME_CODE", namePlaces(0, ""));
+    addTable(stores, "GET://BMC/SENSOR/NAME_TEXT", namePlaces(1, "-SIZE"));
+    addTable(stores, "GET://BMC/SENSOR/BCD_PLUS", bcdPlusDigits());
 }
 
 } // namespace Module::BMCConfig::steps

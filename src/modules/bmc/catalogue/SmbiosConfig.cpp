@@ -1,3 +1,4 @@
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/SensorSteps.hpp"
@@ -13,8 +14,15 @@ namespace {
 
 /// Region 1 holds the tables; a reading starts at its begin unless told otherwise.
 constexpr TextRow constants[] = {
-    {"$/SMBIOS/DATA_REGION", "01"}, {"$/SMBIOS/OFFSET_LS", "00"}, {"$/SMBIOS/OFFSET_MS", "00"},
-    {"$/SMBIOS/READ_COUNT", "20"},  {"$/SMBIOS/READ_CMD", "23"},  {"$/SMBIOS/REGION_STATUS_CMD", "20"},
+    {"$/SMBIOS/DATA_REGION", "01"},
+    {"$/SMBIOS/OFFSET_LS", "00"},
+    {"$/SMBIOS/OFFSET_MS", "00"},
+    {"$/SMBIOS/READ_COUNT", "20"},
+};
+
+constexpr CodeConstant codes[] = {
+    {"$/SMBIOS/READ_CMD", ipmi::cmd::readSmbiosRegion},
+    {"$/SMBIOS/REGION_STATUS_CMD", ipmi::cmd::smbiosRegionStatus},
 };
 
 constexpr TextRow packets[] = {
@@ -86,6 +94,7 @@ Steps answerData(const char* packet)
 SmbiosConfig::SmbiosConfig(Stores& stores)
 {
     addConstants(stores, constants);
+    addConstants(stores, codes);
     addPackets(stores, packets);
     addFilters(stores, filters);
     const TableRow tables[] = {

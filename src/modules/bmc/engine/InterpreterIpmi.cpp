@@ -3,6 +3,7 @@
 #include "common/ResultStatus.hpp"
 #include "common/Stopwatch.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/engine/Text.hpp"
 #include "platform/IpmiExchange.hpp"
@@ -21,35 +22,34 @@ namespace Module::BMCConfig {
 namespace {
 
 using Texts = std::vector<std::string>;
+namespace completion = ipmi::completion;
 
 constexpr char completionCodeName[] = "$BMC_COMPLETION_CODE";
 constexpr char noReply[] = "CC";
 
 /// Slave addresses of the satellite controllers, which answer at once or not at all.
-constexpr long satelliteAddresses[] = {0xC0, 0xC2, 0x22};
+constexpr long satelliteAddresses[] = {ipmi::address::hotSwap, ipmi::address::secondHotSwap, ipmi::address::frontPanel};
 
-/// Completion codes (IPMI 2.0, table 5-2) in the decimal text of a reply's field 0, `first` to `last`.
+/// The name of a completion code, which stands as decimal text in a reply's field 0.
 struct CompletionName {
-    int first;
-    int last;
+    std::uint8_t code;
     const char* name;
 };
 
 constexpr CompletionName completionNames[] = {
-    {192, 192, "RESPONSE_ERROR_RESOURCE_UNAVAILABLE"},
-    {193, 193, "RESPONSE_ERROR_INVALID_COMMAND"},
-    {194, 194, "RESPONSE_ERROR_INVALID_COMMAND_FOR_GIVEN_LUN"},
-    {195, 195, "RESPONSE_ERROR_TIME_OUT"},
-    {196, 196, "RESPONSE_ERROR_OUT_OF_SPACE"},
-    {197, 197, "RESPONSE_ERROR_INVALID_RESERVATION_ID"},
-    {198, 198, "RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"},
-    {199, 199, "RESPONSE_ERROR_REQUEST_DATA_LENGTH_INVALID"},
-    {200, 200, "RESPONSE_ERROR_REQUEST_DATA_FIELD_LENGTH_EXCEEDED"},
-    {201, 201, "RESPONSE_ERROR_PARAMETER_OUT_OF_RANGE"},
-    {202, 202, "RESPONSE_ERROR_NO_OF_REQUESTED_BYTES"},
-    {203, 203, "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT"},
-    {204, 204, "RESPONSE_ERROR_INVALID_DATA_FIELD_IN_REQUEST"},
-    {205, 214, "RESPONSE_ERROR_ILLEGAL_COMMAND"},
+    {completion::nodeBusy, "RESPONSE_ERROR_RESOURCE_UNAVAILABLE"},
+    {completion::invalidCommand, "RESPONSE_ERROR_INVALID_COMMAND"},
+    {completion::invalidForLun, "RESPONSE_ERROR_INVALID_COMMAND_FOR_GIVEN_LUN"},
+    {completion::timeout, "RESPONSE_ERROR_TIME_OUT"},
+    {completion::outOfSpace, "RESPONSE_ERROR_OUT_OF_SPACE"},
+    {completion::reservationLost, "RESPONSE_ERROR_INVALID_RESERVATION_ID"},
+    {completion::requestTruncated, "RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"},
+    {completion::requestLengthInvalid, "RESPONSE_ERROR_REQUEST_DATA_LENGTH_INVALID"},
+    {completion::fieldLengthExceeded, "RESPONSE_ERROR_REQUEST_DATA_FIELD_LENGTH_EXCEEDED"},
+    {completion::parameterOutOfRange, "RESPONSE_ERROR_PARAMETER_OUT_OF_RANGE"},
+    {completion::tooManyBytesRequested, "RESPONSE_ERROR_NO_OF_REQUESTED_BYTES"},
+    {completion::notPresent, "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT"},
+    {completion::invalidDataField, "RESPONSE_ERROR_INVALID_DATA_FIELD_IN_REQUEST"},
 };
 
 std::string nameOfCompletion(const std::string& code)
@@ -57,9 +57,11 @@ std::string nameOfCompletion(const std::string& code)
     constexpr std::size_t digits = 3;
     if (code.size() == digits && test_for_integer(code)) {
         const long number = std::strtol(code.c_str(), nullptr, 10);
-        for (const CompletionName& row : completionNames)
-            if (number >= row.first && number <= row.last)
-                return row.name;
+        const auto row = std::ranges::find(completionNames, number, &CompletionName::code);
+        if (row != std::end(completionNames))
+            return row->name;
+        if (number >= completion::illegalForType && number <= completion::subFunctionDisabled)
+            return "RESPONSE_ERROR_ILLEGAL_COMMAND";
     }
     return "IPMI_RESPONSE_ERROR";
 }

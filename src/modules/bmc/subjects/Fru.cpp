@@ -3,12 +3,13 @@
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Codes.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/engine/Text.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 #include "transport/BmcMessage.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <span>
 #include <string_view>
 
@@ -31,11 +32,13 @@ constexpr AreaName areaNames[] = {
     {"PRODUCTAREA", FruArea::Product},
 };
 
-/// Completion codes in answer to a piece that is too large for the device or the way to it.
-constexpr int requestTooLarge[] = {0xC7, 0xC8, 0xC9, 0xCA};
+/// In answer to a piece that is too large for the device or the way to it.
+constexpr int requestTooLarge[] = {ipmi::completion::requestLengthInvalid, ipmi::completion::fieldLengthExceeded,
+                                   ipmi::completion::parameterOutOfRange, ipmi::completion::tooManyBytesRequested};
 /// What controllers say of a device that they do not have.
-constexpr int notPresent = 0xCB, absences[] = {notPresent, 0xCC, 0xD3};
-constexpr int invalidCommand = 0xC1, noAnswer = -1;
+constexpr int absences[] = {ipmi::completion::notPresent, ipmi::completion::invalidDataField,
+                            ipmi::completion::destinationUnavailable};
+constexpr int noAnswer = -1;
 
 constexpr std::size_t wordAccessAt = 3;      ///< in the answer to Get FRU Inventory Area Info, code first
 constexpr std::size_t unknownSize = 0x10000; ///< no offset reaches beyond
@@ -43,9 +46,7 @@ constexpr std::uint8_t wordAccess = 0x01;
 
 std::string toHex(std::size_t value)
 {
-    char text[3];
-    std::snprintf(text, sizeof text, "%02X", static_cast<unsigned>(value & 0xFF));
-    return text;
+    return ipmi::hexByte(static_cast<std::uint8_t>(value));
 }
 
 /// The completion code, in decimal at the head of a reply.
@@ -56,12 +57,9 @@ int codeOf(const std::vector<std::string>& reply)
                : static_cast<int>(Util::string_to_long(reply.front(), 10));
 }
 
-std::vector<std::uint8_t> dataOf(const std::vector<std::string>& reply)
+ipmi::Bytes dataOf(const std::vector<std::string>& reply)
 {
-    std::vector<std::uint8_t> bytes;
-    for (std::size_t at = 1; at < reply.size(); ++at)
-        bytes.push_back(static_cast<std::uint8_t>(Util::string_to_long(reply[at], 16)));
-    return bytes;
+    return reply.empty() ? ipmi::Bytes{} : ipmi::parseBytes(std::span(reply).subspan(1));
 }
 
 std::string devicePath(unsigned device)
@@ -101,7 +99,7 @@ void Fru::load(const std::string& query, SymbolMap& result)
         return listMain(query, result);
     const std::optional<unsigned> device = toDevice(given);
     if (!device)
-        refuse(notPresent);
+        refuse(ipmi::completion::notPresent);
     if (const std::string address = parameter("BASE_ADDRESS"); !address.empty())
         interpreter->symbolTable()[$("/BMC/BASE_ADDRESS")] = address;
     read(*device);
@@ -124,7 +122,7 @@ void Fru::answerDevice(const std::string& query, const std::string& rest, Symbol
 {
     const std::optional<unsigned> device = toDevice(interpreter->getText("$FRU_NUMBER"));
     if (!device)
-        refuse(notPresent);
+        refuse(ipmi::completion::notPresent);
     if (rest.empty())
         return answerBranch(query, {"RECORD"}, result);
     if (rest == "/RECORD")
@@ -175,7 +173,7 @@ Fru::Areas Fru::areasOf(unsigned device)
         return read(device);
     Areas areas;
     std::ranges::transform(cached.values, areas.begin(),
-                           [](const std::string& text) { return Util::hexTextToBytes(text); });
+                           [](const std::string& text) { return ipmi::parseBytes(text); });
     return areas;
 }
 
@@ -193,7 +191,7 @@ Fru::Areas Fru::read(unsigned device)
     Symbol texts(NODE_LEAF, {});
     for (std::size_t area = 0; area < fruAreaCount; ++area) {
         areas[area] = readArea(inventory, offsets[area]);
-        texts.values.push_back(Util::bytesToHexText(areas[area]));
+        texts.values.push_back(ipmi::hexBytes(areas[area]));
     }
     constexpr bool lock = true;
     Cache::instance().Set("GET:/" + devicePath(device), texts, exec, lock);
@@ -203,18 +201,20 @@ Fru::Areas Fru::read(unsigned device)
 Fru::Inventory Fru::readInventory()
 {
     // The catalogue has no packet for it, for no script asks.
-    constexpr char getInventoryAreaInfo[] = " 0A 00 10 ";
+    constexpr std::uint8_t bmcLun = 0,
+                           getInventoryAreaInfo[] = {ipmi::netfn::storage, bmcLun, ipmi::cmd::getFruInventoryAreaInfo};
     std::vector<std::string> reply;
-    interpreter->execIPMICommand(interpreter->getText("$/BMC/BASE_ADDRESS") + getInventoryAreaInfo +
+    interpreter->execIPMICommand(interpreter->getText("$/BMC/BASE_ADDRESS") + " " +
+                                     ipmi::hexBytes(getInventoryAreaInfo) + " " +
                                      interpreter->getText($("/FRU/DEVICE_ID")),
                                  reply);
     const int code = codeOf(reply);
     const Bytes data = dataOf(reply);
-    if (code == invalidCommand || (code == 0 && data.size() < wordAccessAt))
+    if (code == ipmi::completion::invalidCommand || (code == 0 && data.size() < wordAccessAt))
         return {unknownSize, 1}; // the device can be read all the same; it says itself where it ends
     if (code != 0)
         refuse(code);
-    const std::size_t size = static_cast<std::size_t>(data[0] | data[1] << 8);
+    const std::size_t size = std::size_t{ipmi::wordAt(data, 0)};
     return {size, data[wordAccessAt - 1] & wordAccess ? std::size_t{2} : std::size_t{1}};
 }
 

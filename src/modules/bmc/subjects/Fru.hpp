@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ipmi/Bytes.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/subjects/FruAreas.hpp"
 
@@ -25,7 +26,7 @@ public:
     void process(const std::string& query, SymbolMap& result) override;
 
 private:
-    using Bytes = std::vector<std::uint8_t>;
+    using Bytes = ipmi::Bytes;
     using Areas = std::array<Bytes, fruAreaCount>;
 
     /// What a controller says of a device (IPMI 2.0, 34.1).

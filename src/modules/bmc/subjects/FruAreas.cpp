@@ -1,9 +1,11 @@
 #include "modules/bmc/subjects/FruAreas.hpp"
 
+#include "ipmi/Hex.hpp"
+#include "ipmi/TimeStamp.hpp"
+#include "ipmi/TypeLengthText.hpp"
 #include "protocol/SmbiosWords.hpp"
 
 #include <algorithm>
-#include <ctime>
 #include <numeric>
 #include <optional>
 #include <string_view>
@@ -12,7 +14,7 @@ namespace Module::BMCConfig {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
+using Bytes = ipmi::ByteView;
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
 constexpr std::uint8_t formatVersion = 1, formatVersionMask = 0x0F;
@@ -21,10 +23,6 @@ constexpr std::size_t chassisPointer = 2; ///< in the header; board and product 
 // Bytes of an area.
 constexpr std::size_t lengthAt = 1, chassisTypeAt = 2, languageAt = 2, dateAt = 3, chassisHead = 3, boardHead = 6,
                       productHead = 3;
-
-// The type/length byte of a field.
-constexpr std::uint8_t endOfFields = 0xC1, typeMask = 0xC0, lengthMask = 0x3F;
-enum FieldType : std::uint8_t { BINARY = 0x00, BCD_PLUS = 0x40, SIX_BIT = 0x80, BY_LANGUAGE = 0xC0 };
 
 struct NamedField {
     std::string_view name;
@@ -121,42 +119,6 @@ std::string unicodeText(Bytes bytes)
     return text;
 }
 
-std::string bcdPlusText(Bytes bytes)
-{
-    constexpr std::string_view digits = "0123456789 -.:,_";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0F];
-    }
-    return text;
-}
-
-/// Four characters in three bytes, the first in the lowest bits.
-std::string sixBitText(Bytes bytes)
-{
-    std::string text;
-    for (std::size_t bit = 0; bit + 6 <= bytes.size() * 8; bit += 6) {
-        const std::size_t at = bit / 8;
-        const unsigned pair = bytes[at] | (at + 1 < bytes.size() ? bytes[at + 1] : 0U) << 8;
-        text += static_cast<char>(' ' + (pair >> bit % 8 & 0x3F));
-    }
-    return text;
-}
-
-std::string binaryText(Bytes bytes)
-{
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty())
-            text += ' ';
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0F];
-    }
-    return text;
-}
-
 std::string chassisTypeText(std::uint8_t type)
 {
     const auto& types = Protocol::SMBIOS::chassisTypes;
@@ -167,14 +129,10 @@ std::string chassisTypeText(std::uint8_t type)
 /// Minutes since 1996 (UTC), low byte first; 0 is no date.
 std::string dateText(Bytes bytes)
 {
-    constexpr std::time_t epoch = 820454400, secondsPerMinute = 60;
-    const std::time_t minutes = bytes[0] | bytes[1] << 8 | bytes[2] << 16;
-    const std::time_t seconds = epoch + minutes * secondsPerMinute;
-    std::tm utc{};
-    if (minutes == 0 || !gmtime_r(&seconds, &utc))
-        return {};
-    char text[32];
-    return {text, std::strftime(text, sizeof text, "%m/%d/%Y-%H:%M:%S", &utc)};
+    constexpr std::size_t dateSize = 3;
+    constexpr std::int64_t secondsPerMinute = 60;
+    const std::uint32_t minutes = ipmi::littleEndian(bytes.first(dateSize));
+    return minutes == 0 ? std::string() : ipmi::dateAndTime(ipmi::fruEpoch + minutes * secondsPerMinute);
 }
 
 /// Walks the fields of an area. After the end mark, or a field that runs past the area, there are none.
@@ -185,8 +143,8 @@ public:
     /// The next field's text; nothing at the end.
     std::optional<std::string> next(bool english)
     {
-        const std::size_t length = rest.empty() ? 0 : rest[0] & lengthMask;
-        if (rest.empty() || rest[0] == endOfFields || 1 + length > rest.size()) {
+        const std::size_t length = rest.empty() ? 0 : rest[0] & ipmi::fruTextLength;
+        if (rest.empty() || rest[0] == ipmi::endOfFruFields || 1 + length > rest.size()) {
             rest = {};
             return std::nullopt;
         }
@@ -280,16 +238,16 @@ std::vector<std::pair<std::string, std::string>> decodeFruArea(FruArea kind, Byt
 std::string fruText(std::uint8_t typeLength, Bytes bytes, bool english)
 {
     std::string text;
-    switch (static_cast<FieldType>(typeLength & typeMask)) {
-    case BINARY:
-        return binaryText(bytes);
-    case BCD_PLUS:
-        text = bcdPlusText(bytes);
+    switch (ipmi::codingOf(typeLength)) {
+    case ipmi::TextCoding::first:
+        return ipmi::hexBytes(bytes);
+    case ipmi::TextCoding::bcdPlus:
+        text = ipmi::bcdPlusText(bytes);
         break;
-    case SIX_BIT:
-        text = sixBitText(bytes);
+    case ipmi::TextCoding::sixBit:
+        text = ipmi::sixBitText(bytes);
         break;
-    case BY_LANGUAGE:
+    case ipmi::TextCoding::last:
         text = english ? latin1Text(bytes) : unicodeText(bytes);
         break;
     }

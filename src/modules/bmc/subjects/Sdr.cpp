@@ -2,6 +2,7 @@
 
 #include "common/Logger.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 
@@ -52,14 +53,14 @@ struct DecodedField {
 template<const char* Name>
 const char* ofSensor(const SdrRecord& record)
 {
-    return record.isSensor() ? Name : nullptr;
+    return record.view().isSensor() ? Name : nullptr;
 }
 
 const char* sensorTypeFilter(const SdrRecord& record)
 {
-    if (!record.isSensor())
+    if (!record.view().isSensor())
         return nullptr;
-    return record.at(SdrByte::recordType) == SDR_EVENT_ONLY ? "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE"
+    return record.view().type() == ipmi::sdrtype::eventOnly ? "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE"
                                                             : "GET://BMC/SENSOR_TYPE_INDEX";
 }
 
@@ -74,10 +75,11 @@ constexpr DecodedField decodedFields[] = {
     {"GET://BMC/SDR[]/DECODED/SENSOR_TYPE", sensorTypeFilter},
 };
 
-/// The byte at `index` of a sensor's record, -1 without one; records of other kinds have other fields there.
-int sensorByte(const SdrRecord& record, std::size_t index)
+/// Whether `record` is a sensor's and has `value` at `place`; records of other kinds have other fields there.
+bool hasByte(const SdrRecord& record, std::size_t place, int value)
 {
-    return record.isSensor() ? record.at(index) : -1;
+    const ipmi::SdrView view = record.view();
+    return view.isSensor() && view.has(place) && view.at(place) == value;
 }
 
 int hexToInt(const std::string& text)
@@ -201,8 +203,8 @@ void Sdr::version(const std::string& query, SymbolMap& result)
     for (std::size_t number = 1; number <= count; ++number) {
         Items head;
         filter(repository->record(number)->text, "GET://BMC/SDR_RECORD", head);
-        if (head.size() > SdrByte::version)
-            versions.push_back(head[SdrByte::version]);
+        if (head.size() > ipmi::sdr::version)
+            versions.push_back(head[ipmi::sdr::version]);
     }
     answerList(query, std::move(versions), result);
 }
@@ -210,19 +212,19 @@ void Sdr::version(const std::string& query, SymbolMap& result)
 void Sdr::record_type(const std::string& query, SymbolMap& result)
 {
     const int type = parameter("RECORD_TYPE_NUMBER");
-    answerList(query, find([=](const SdrRecord& record) { return record.at(SdrByte::recordType) == type; }), result);
+    answerList(query, find([=](const SdrRecord& record) { return record.view().type() == type; }), result);
 }
 
 void Sdr::sensor_type(const std::string& query, SymbolMap& result)
 {
     const int type = parameter("SENSOR_TYPE_NUMBER");
-    answerList(query, find([=](const SdrRecord& record) { return record.sensorType() == type; }), result);
+    answerList(query, find([=](const SdrRecord& record) { return record.view().sensorType() == type; }), result);
 }
 
 void Sdr::entity_id(const std::string& query, SymbolMap& result)
 {
     const int entity = parameter("ENTITY_ID_NUMBER");
-    answerList(query, find([=](const SdrRecord& record) { return sensorByte(record, SdrByte::entityId) == entity; }),
+    answerList(query, find([=](const SdrRecord& record) { return hasByte(record, ipmi::sdr::entityId, entity); }),
                result);
 }
 
@@ -231,21 +233,21 @@ void Sdr::entity_id_instance(const std::string& query, SymbolMap& result)
     const int entity = parameter("ENTITY_ID_NUMBER");
     const int instance = parameter("ENTITY_INSTANCE_NUMBER");
     const auto matches = [=](const SdrRecord& record) {
-        return sensorByte(record, SdrByte::entityId) == entity &&
-               sensorByte(record, SdrByte::entityInstance) == instance;
+        return hasByte(record, ipmi::sdr::entityId, entity) && hasByte(record, ipmi::sdr::entityInstance, instance);
     };
     answerList(query, find(matches), result);
 }
 
 void Sdr::sensor_number(const std::string& query, SymbolMap& result)
 {
-    constexpr int bmcAddress = 0x20, bmcLun = 0;
+    constexpr std::uint8_t bmcLun = 0;
     const int sensor = parameter("SENSOR_NUMBER_NUMBER");
-    const auto hasNumber = [=](const SdrRecord& record) { return sensorByte(record, SdrByte::sensorNumber) == sensor; };
+    const auto hasNumber = [=](const SdrRecord& record) { return hasByte(record, ipmi::sdr::number, sensor); };
     std::vector<std::string> names = find(hasNumber);
     if (names.size() > 1) {
         const std::vector<std::string> own = find([=](const SdrRecord& record) {
-            return hasNumber(record) && record.at(SdrByte::owner) == bmcAddress && record.at(SdrByte::lun) == bmcLun;
+            return hasNumber(record) && record.view().owner() == ipmi::address::bmc &&
+                   record.view().lunByte() == bmcLun;
         });
         names.assign(1, own.empty() ? names.front() : own.front());
     }
@@ -258,8 +260,8 @@ void Sdr::sensor_number_owner(const std::string& query, SymbolMap& result)
     const int owner = parameter("OWNER_NUMBER");
     const int lun = parameter("LUN_NUMBER");
     const auto matches = [=](const SdrRecord& record) {
-        return sensorByte(record, SdrByte::sensorNumber) == sensor && record.at(SdrByte::owner) == owner &&
-               record.at(SdrByte::lun) == lun;
+        return hasByte(record, ipmi::sdr::number, sensor) && record.view().owner() == owner &&
+               record.view().lunByte() == lun;
     };
     answerList(query, find(matches), result);
 }

@@ -2,10 +2,10 @@
 
 #include "common/Logger.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <mutex>
 
 // Reading the BMC's repository into the cache.
@@ -15,7 +15,7 @@ namespace Module::BMCConfig {
 namespace {
 
 constexpr std::size_t pieceSize = 16; ///< below what every transport takes
-constexpr std::size_t headerSize = 5, recordLimit = 1024;
+constexpr std::size_t headerSize = ipmi::sdr::headerSize, recordLimit = 1024;
 constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, behind the completion code
 constexpr int repeatLimit = 100;
 constexpr unsigned lastRecord = 0xFFFF, recordIds = 0x10000;
@@ -28,29 +28,14 @@ bool succeeded(const std::vector<std::string>& items)
     return items.size() > 2 && items.front() == "0";
 }
 
-unsigned toByte(const std::string& text)
-{
-    return static_cast<unsigned>(Util::string_to_long(text, 16)) & 0xFF;
-}
-
 unsigned toRecordId(const std::string& low, const std::string& high)
 {
-    return toByte(low) | toByte(high) << 8;
+    return ipmi::parseByte(low) | static_cast<unsigned>(ipmi::parseByte(high)) << 8;
 }
 
-std::string toHex(unsigned value)
+std::string toHex(std::size_t value)
 {
-    char text[3];
-    std::snprintf(text, sizeof text, "%02X", value & 0xFF);
-    return text;
-}
-
-std::string toLine(const std::vector<std::string>& items)
-{
-    std::string line;
-    for (const std::string& item : items)
-        line += " " + toHex(toByte(item));
-    return line;
+    return ipmi::hexByte(static_cast<std::uint8_t>(value));
 }
 
 } // namespace
@@ -80,12 +65,12 @@ void Sdr::read(const std::string& query, SymbolMap& result, bool lock)
         Items bytes(header->begin() + dataItem, header->begin() + dataItem + headerSize);
         if (id == 0) // the first record goes by the id 0 too; a walk that comes back to it has come round
             asked[toRecordId(bytes[0], bytes[1])] = true;
-        const auto body = readBody(id, toByte(bytes[SdrByte::length]));
+        const auto body = readBody(id, ipmi::parseByte(bytes[ipmi::sdr::length]));
         if (!body)
             break;
         bytes.insert(bytes.end(), body->begin(), body->end());
         names.push_back(sdrPath(names.size() + 1));
-        setCache("GET:/" + names.back(), Symbol(toLine(bytes)), lock);
+        setCache("GET:/" + names.back(), Symbol(" " + ipmi::hexBytes(ipmi::parseBytes(bytes))), lock);
         id = toRecordId((*header)[nextIdItem], (*header)[nextIdItem + 1]);
         more = id != lastRecord;
     }
@@ -110,8 +95,8 @@ std::optional<Sdr::Items> Sdr::fetch(unsigned recordId, std::size_t offset, std:
     SymbolTable& symbols = interpreter->symbolTable();
     symbols[$("/SDR/ADDRESS_LS")] = toHex(recordId);
     symbols[$("/SDR/ADDRESS_MS")] = toHex(recordId >> 8);
-    symbols[$("/SDR/OFFSET")] = toHex(static_cast<unsigned>(offset));
-    symbols[$("/SDR/LEN")] = toHex(static_cast<unsigned>(length));
+    symbols[$("/SDR/OFFSET")] = toHex(offset);
+    symbols[$("/SDR/LEN")] = toHex(length);
     Items items;
     ipmi("GET://BMC/SDR/READ", items);
     for (int repeat = 0; !succeeded(items); ++repeat) {

@@ -1,7 +1,7 @@
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
 #include "common/Logger.hpp"
-#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 
 #include <map>
@@ -37,7 +37,7 @@ std::shared_ptr<const SdrRepository> decode(_BMC_EXEC exec, std::string stamp)
     const std::size_t count = look(sdrListKey, exec).size();
     for (std::size_t number = 1; number <= count; ++number) {
         const std::string text = look(sdrKey(number), exec);
-        repository->records.push_back({text, Util::hexTextToBytes(text)});
+        repository->records.push_back({text, ipmi::parseBytes(text)});
     }
     return repository;
 }
@@ -52,25 +52,6 @@ std::string sdrPath(std::size_t number)
 std::string sdrKey(std::size_t number)
 {
     return "GET:/" + sdrPath(number);
-}
-
-bool SdrRecord::isSensor() const
-{
-    const int type = at(SdrByte::recordType);
-    return type == SDR_FULL || type == SDR_COMPACT || type == SDR_EVENT_ONLY;
-}
-
-int SdrRecord::sensorType() const
-{
-    switch (at(SdrByte::recordType)) {
-    case SDR_FULL:
-    case SDR_COMPACT:
-        return at(SdrByte::sensorType);
-    case SDR_EVENT_ONLY:
-        return at(SdrByte::eventOnlySensorType);
-    default:
-        return -1;
-    }
 }
 
 const SdrRecord* SdrRepository::record(std::size_t number) const

@@ -3,7 +3,8 @@
 #include "common/ErrorName.hpp"
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
-#include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/TimeStamp.hpp"
 
 #include <algorithm>
 #include <ctime>
@@ -55,15 +56,13 @@ using Info = std::span<const std::uint8_t>;
 template<std::size_t At, std::size_t Count>
 std::string number(Info info)
 {
-    return std::to_string(littleEndian(info.subspan(At, Count)));
+    return std::to_string(ipmi::littleEndian(info.subspan(At, Count)));
 }
 
 template<std::size_t At>
 std::string time(Info info)
 {
-    std::string text;
-    Sel::DecodeTimeStamp(littleEndian(info.subspan(At, 4)), text);
-    return text;
+    return ipmi::timeStampText(ipmi::littleEndian(info.subspan(At, 4)));
 }
 
 template<std::uint8_t Bit>
@@ -156,7 +155,7 @@ void Sel::info(const std::string& query, SymbolMap& result)
 {
     SymbolMap local;
     run(std::string(infoQuery), local);
-    const std::vector<std::uint8_t> bytes = Util::hexTextToBytes(local[std::string(infoQuery)].text());
+    const std::vector<std::uint8_t> bytes = ipmi::parseBytes(local[std::string(infoQuery)].text());
     if (bytes.size() < infoSize)
         throwError(ERROR_BMC_INTERFACE_ERROR, query, COMMAND_GET);
     if (const InfoRow* row = infoRow(Interpreter::handleIndexes(query))) {
@@ -173,20 +172,7 @@ void Sel::info(const std::string& query, SymbolMap& result)
 
 void Sel::DecodeTimeStamp(std::uint32_t seconds, std::string& out)
 {
-    constexpr std::uint32_t unspecified = 0xFFFFFFFF, lastPreInit = 0x20000000;
-    const std::time_t time = seconds;
-    std::tm utc{};
-    if (seconds == unspecified) {
-        out = "Invalid Time Stamp";
-    } else if (seconds <= lastPreInit) {
-        out = "Pre-Init Time Stamp";
-    } else if (!gmtime_r(&time, &utc)) {
-        HW_LOG(LOGGER::Category::First, "Unknown exception in decoding timestamp");
-        out = "Error Decoding Time Stamp";
-    } else {
-        char text[32];
-        out.assign(text, std::strftime(text, sizeof text, "%m/%d/%Y-%H:%M:%S", &utc));
-    }
+    out = ipmi::timeStampText(seconds);
 }
 
 void Sel::GetLanguageStringFromLangId(int langId, std::string& out)

@@ -3,9 +3,9 @@
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <mutex>
 
 // Reading records from the BMC.
@@ -32,14 +32,9 @@ Items itemsOf(const Symbol& reply)
     return Util::split(reply.text(), " ");
 }
 
-std::uint8_t toByte(const std::string& text)
-{
-    return static_cast<std::uint8_t>(Util::string_to_long(text, 16));
-}
-
 std::string byteText(unsigned value)
 {
-    return SelRecord::text(std::vector<std::uint8_t>{static_cast<std::uint8_t>(value)});
+    return ipmi::hexByte(static_cast<std::uint8_t>(value));
 }
 
 bool rejects(const Items& items)
@@ -50,12 +45,12 @@ bool rejects(const Items& items)
 /// The record in a successful answer, nothing if it is shorter than a record.
 std::optional<SelRecord> recordIn(const Items& items)
 {
-    if (items.size() < dataItem + SelRecord::size || items.front() != success)
+    if (items.size() < dataItem + ipmi::sel::recordSize || items.front() != success)
         return std::nullopt;
     SelRecord record;
-    record.next = toByte(items[nextIdItem]) | static_cast<unsigned>(toByte(items[nextIdItem + 1])) << 8;
-    record.bytes.reserve(items.size());
-    std::transform(items.begin() + dataItem, items.end(), std::back_inserter(record.bytes), toByte);
+    const ipmi::Bytes bytes = ipmi::parseBytes(items);
+    record.next = ipmi::wordAt(bytes, nextIdItem);
+    record.bytes.assign(bytes.begin() + dataItem, bytes.end());
     return record;
 }
 
@@ -99,13 +94,13 @@ void Sel::sel_records(unsigned first, long range, const std::string& read, const
         const std::optional<SelRecord> record = sel_record(id, read);
         if (!record) {
             // No first or last record is an empty log, and one that ends too early was cleared under way.
-            if (count == 0 && id != firstSelId && id != lastSelId)
+            if (count == 0 && id != ipmi::firstSelId && id != ipmi::lastSelId)
                 throwError(ERROR_INVALID_DATAVAL, "SEL record " + selIdText(id), COMMAND_GET);
             return;
         }
-        asked[record->id()] = asked[record->id()] || id == firstSelId; // it goes by both ids
+        asked[record->view().id()] = asked[record->view().id()] || id == ipmi::firstSelId; // it goes by both ids
         visit(*record);
-        if (id == lastSelId || record->next == lastSelId || record->next == firstSelId)
+        if (id == ipmi::lastSelId || record->next == ipmi::lastSelId || record->next == ipmi::firstSelId)
             return;
         id = record->next;
     }
@@ -136,14 +131,14 @@ void Sel::reserve(const std::string& query, SymbolMap& result)
 {
     if (!takeReservation())
         throwError(ERROR_SEL_RESERVE, "Reserve Sel Repository", COMMAND_GET);
-    const unsigned low = toByte(interpreter->getText("$/SEL/RESERVATION_LS"));
-    const unsigned high = toByte(interpreter->getText("$/SEL/RESERVATION_MS"));
+    const unsigned low = ipmi::parseByte(interpreter->getText("$/SEL/RESERVATION_LS"));
+    const unsigned high = ipmi::parseByte(interpreter->getText("$/SEL/RESERVATION_MS"));
     result[query] = selIdText(low | high << 8);
 }
 
 void Sel::records(const std::string& query, SymbolMap& result)
 {
-    answerRecords(query, firstSelId, true, result);
+    answerRecords(query, ipmi::firstSelId, true, result);
 }
 
 void Sel::after_record(const std::string& query, SymbolMap& result)
@@ -158,8 +153,8 @@ void Sel::answerRecords(const std::string& query, unsigned first, bool withFirst
     bool wanted = withFirst;
     sel_records_with_lock(first, toTheEnd, readQuery, [&](const SelRecord& record) {
         if (std::exchange(wanted, true)) {
-            names.values.push_back("/BMC/SEL/RECORD[" + std::to_string(record.id()) + "]");
-            result["GET:/" + names.values.back()] = SelRecord::text(record.standard());
+            names.values.push_back("/BMC/SEL/RECORD[" + std::to_string(record.view().id()) + "]");
+            result["GET:/" + names.values.back()] = ipmi::hexBytes(record.standard());
         }
     });
     result[query] = names;
@@ -177,7 +172,7 @@ void Sel::record(const std::string& query, SymbolMap& result)
 
 void Sel::last_record(const std::string& query, SymbolMap& result)
 {
-    answerRecord(query, lastSelId, readQuery, result);
+    answerRecord(query, ipmi::lastSelId, readQuery, result);
 }
 
 void Sel::answerRecord(const std::string& query, unsigned id, const std::string& read, SymbolMap& result)
@@ -185,7 +180,7 @@ void Sel::answerRecord(const std::string& query, unsigned id, const std::string&
     constexpr long one = 1;
     result[query] = noRecords;
     sel_records(id, one, read, [&](const SelRecord& record) {
-        result[query] = SelRecord::text(read == extendedQuery ? std::span(record.bytes) : record.standard());
+        result[query] = ipmi::hexBytes(read == extendedQuery ? ipmi::ByteView(record.bytes) : record.standard());
     });
 }
 

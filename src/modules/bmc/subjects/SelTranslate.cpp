@@ -5,6 +5,8 @@
 #include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Codes.hpp"
+#include "ipmi/Hex.hpp"
 #include "platform/PlatformImpl.hpp"
 #include "translator/WideText.hpp"
 
@@ -45,8 +47,6 @@ namespace {
 
 constexpr char informational[] = "Informational", oemEvent[] = "OEM Event";
 constexpr char untranslated[] = "Unknown Event."; ///< the translator's own word for what it has no rule for
-constexpr std::uint8_t lunBits = 0x03;
-constexpr unsigned channelShift = 4;
 
 /// Platforms whose log is read by the manufacturer's own command.
 constexpr std::string_view extendedPlatforms[] = {"JUNIPER", "LINDEN", "MAPLE", "NUTMEG"};
@@ -69,7 +69,8 @@ struct GeneratorRow {
     const char* name;
 };
 
-constexpr GeneratorRow generators[] = {{0x01, "BIOS POST"}, {0x20, "Integrated BMC"}, {51, "BIOS SMI Handler"}};
+constexpr GeneratorRow generators[] = {
+    {0x01, "BIOS POST"}, {ipmi::address::bmc, "Integrated BMC"}, {51, "BIOS SMI Handler"}};
 
 /// The fixed text of the operating system's own records, null for all others.
 const char* systemDescription(std::uint8_t type)
@@ -127,8 +128,8 @@ void Sel::TranslatedRecords(const std::string& query, SymbolMap& result)
     sel_records(first, range < 0 ? toTheEnd : range,
                 extended ? "GET://BMC/SEL/EXTENDED_RECORD" : "GET://BMC/SEL/RECORD",
                 [&](const SelRecord& record) { found.push_back(record); });
-    if (first == lastSelId && !found.empty())
-        found.front().next = lastSelId; // the last record is read alone
+    if (first == ipmi::lastSelId && !found.empty())
+        found.front().next = ipmi::lastSelId; // the last record is read alone
     translateAll(query, found, result);
 }
 
@@ -204,7 +205,7 @@ void Sel::InitializeHRS()
 Sel::Fields Sel::translateRecord(const SelRecord& record)
 {
     Fields fields = readFields(record);
-    if (const char* description = systemDescription(record.type())) {
+    if (const char* description = systemDescription(record.view().type())) {
         fields.description = description;
         return fields;
     }
@@ -221,18 +222,18 @@ Sel::Fields Sel::translateRecord(const SelRecord& record)
 Sel::Fields Sel::readFields(const SelRecord& record)
 {
     Fields fields;
-    fields.raw = SelRecord::text(record.standard());
+    fields.raw = ipmi::hexBytes(record.standard());
     fields.next = selIdText(record.next);
     fields.severity = informational;
     DecodeTimeStamp(record.seconds(), fields.time);
-    if (record.type() >= firstOemType) { // the other bytes are the writer's own
+    if (!record.view().isSystemEvent()) { // the other bytes are the writer's own
         fields.sensorName = oemEvent;
         return fields;
     }
-    fields.sensorNumber = std::to_string(record.bytes[SelByte::sensorNumber]);
-    fields.channel = std::to_string(record.bytes[SelByte::channelAndLun] >> channelShift);
-    fields.lun = std::to_string(record.bytes[SelByte::channelAndLun] & lunBits);
-    fields.generator = generatorName(record.bytes[SelByte::generator]);
+    fields.sensorNumber = std::to_string(record.view().sensorNumber());
+    fields.channel = std::to_string(record.view().channel());
+    fields.lun = std::to_string(record.view().lun());
+    fields.generator = generatorName(record.view().generator());
     return fields;
 }
 
@@ -242,17 +243,17 @@ void Sel::translateByFile(const SelRecord& record, Translator& translator, Field
     guardDecoding([&] {
         if (const int bit = translator.getVoltageFaultSensorOffset(bytes.data(), bytes.size()); bit >= 0)
             translator.setSensorName(GetVoltageFaultSensorName(bit).c_str());
-        fields.description = narrowText(translator.translate(bytes.data(), bytes.size()));
+        fields.description = translator::narrowText(translator.translate(bytes.data(), bytes.size()));
     });
     // of an event that the file does not know, the rest is known all the same
     if (!translator.getEventSeverity().empty())
-        fields.severity = narrowText(translator.getEventSeverity());
-    if (record.type() >= firstOemType)
+        fields.severity = translator::narrowText(translator.getEventSeverity());
+    if (!record.view().isSystemEvent())
         return;
-    fields.sensorName = narrowText(translator.getSensorName());
-    fields.sensorType = narrowText(translator.getSensorType());
+    fields.sensorName = translator::narrowText(translator.getSensorName());
+    fields.sensorType = translator::narrowText(translator.getSensorType());
     if (fields.generator.empty())
-        fields.generator = narrowText(translator.getGenerator());
+        fields.generator = translator::narrowText(translator.getGenerator());
 }
 
 std::string Sel::GetVoltageFaultSensorName(int bit)

@@ -88,7 +88,7 @@ void SelTranslation::prepare(Interpreter& interpreter, _BMC_EXEC exec)
     if (!made) {
         directory = GetEnvVariable(directoryVariable);
         const std::string file = GetHSRFullFileName(IsAlder(productId.value_or(0)) ? alderFile : defaultFile);
-        made = makeTranslator(file.c_str(), defaultLocale);
+        made = translator::makeTranslator(file.c_str(), defaultLocale);
         made->setPlatformID(static_cast<unsigned short>(productId.value_or(0)));
     }
     giveSensors(interpreter, exec);

@@ -40,7 +40,7 @@ private:
 
     bool ofThisMachine = true;
     std::string directory; ///< as the environment named it, empty without
-    TranslatorPointer made;
+    translator::TranslatorPointer made;
     std::optional<int> productId;
     bool sensorsAsked = false;
     std::shared_ptr<const SdrRepository> sensors; ///< those that the translator has

@@ -2,6 +2,7 @@
 
 #include "common/Logger.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/Sdr.hpp"
 #include "modules/bmc/subjects/SensorConversion.hpp"
 #include "modules/bmc/subjects/SensorStates.hpp"
@@ -16,11 +17,8 @@ namespace Module::BMCConfig {
 
 namespace {
 
-constexpr std::uint8_t unavailableFlag = 0x20;
 constexpr const char* unavailable = "READING_UNAVAILABLE";
-constexpr std::uint8_t linearisationBits = 0x3F, toleranceBits = 0x3F;
-constexpr unsigned formatShift = 6; ///< analog data format in sensor units 1
-constexpr std::uint8_t thresholdReading = 1, lunBits = 3;
+constexpr std::uint8_t linearisationBits = 0x3F; ///< one less than the standard has: no code of its own lies above
 
 constexpr const char* rawReading = "INTERPRET_SENSOR_VALUE_NUMBER";
 
@@ -48,19 +46,6 @@ std::string_view tail(std::string_view plain)
     if (plain.starts_with(longForm))
         return plain.substr(longForm.size());
     return plain.starts_with(shortForm) ? plain.substr(shortForm.size()) : std::string_view();
-}
-
-/// The factors of the record's conversion.
-struct Factors {
-    int multiplier;
-    int offset;
-    int rExponent;
-    int bExponent;
-};
-
-std::uint8_t toByte(const std::string& hex)
-{
-    return static_cast<std::uint8_t>(Util::string_to_long(hex, 16));
 }
 
 } // namespace
@@ -104,7 +89,7 @@ void Sensor::answer(const std::string& query, const std::string& plain, const Ad
     if (asks == Asks::Value || (asks == Asks::RawValue && !isNumeric())) {
         if (!loadReading(sensor))
             return;
-        if (flags & unavailableFlag) {
+        if (ipmi::SensorReading(reading).isUnavailable()) {
             result[query] = unavailable;
             return;
         }
@@ -114,7 +99,7 @@ void Sensor::answer(const std::string& query, const std::string& plain, const Ad
         return interpret_sensor_units(query, result);
     case Asks::RawValue:
         if (isNumeric())
-            reading = toByte(interpreter->getText($(rawReading)));
+            raw = ipmi::parseByte(interpreter->getText($(rawReading)));
         return interpret_sensor_value(query, result);
     case Asks::Value:
         return interpret_sensor_value(query, result);
@@ -167,28 +152,26 @@ bool Sensor::loadRecord(const Address& sensor)
     if (name.empty())
         return false;
     records.router("GET:/" + name, local);
-    sdr = Util::hexTextToBytes(local["GET:/" + name].text());
+    sdr = ipmi::parseBytes(local["GET:/" + name].text());
     return !sdr.empty();
 }
 
 bool Sensor::loadReading(const Address& sensor)
 {
-    const Address behind{sensor.number, sensor.owner, std::to_string(at(SdrByte::lun) & lunBits)};
+    const Address behind{sensor.number, sensor.owner, std::to_string(record().lun())};
     std::vector<std::string> items;
     ipmi("GET:/" + behind.path() + "/VALUE", items);
-    if (items.size() < 4)
+    if (items.size() < ipmi::SensorReading::size)
         return false;
-    reading = toByte(items[0]);
-    flags = toByte(items[1]);
-    state1 = toByte(items[2]);
-    state2 = toByte(items[3]);
+    reading = ipmi::parseBytes(items);
+    raw = ipmi::SensorReading(reading).raw();
     return true;
 }
 
 bool Sensor::isNumeric() const
 {
-    return at(SdrByte::recordType) == SDR_FULL && at(SdrByte::readingType) == thresholdReading &&
-           sdr.size() > SdrByte::exponents;
+    return record().type() == ipmi::sdrtype::full && record().eventType() == ipmi::eventtype::threshold &&
+           record().has(ipmi::sdr::exponents);
 }
 
 void Sensor::interpret_sensor_value(const std::string& query, SymbolMap& result)
@@ -198,60 +181,51 @@ void Sensor::interpret_sensor_value(const std::string& query, SymbolMap& result)
 
 std::string Sensor::valueText()
 {
-    Factors factors{};
+    const ipmi::Factors factors = record().factors();
     int x = 0;
     double value = 0.0;
-    CVTCUtilities::CalculateMultiplier(at(SdrByte::m), at(SdrByte::mTolerance), &factors.multiplier);
-    CVTCUtilities::CalculateOffset(at(SdrByte::b), at(SdrByte::bAccuracy), &factors.offset);
-    CVTCUtilities::CalculateRExponent(at(SdrByte::exponents), &factors.rExponent);
-    CVTCUtilities::CalculateBExponent(at(SdrByte::exponents), &factors.bExponent);
-    CVTCUtilities::GetSignedData(reading, static_cast<std::uint8_t>(at(SdrByte::units1) >> formatShift), &x);
-    CVTCUtilities::ConversionFormula(at(SdrByte::linearisation) & linearisationBits, factors.multiplier, x,
-                                     factors.offset, factors.rExponent, factors.bExponent, &value);
+    CVTCUtilities::GetSignedData(raw, static_cast<std::uint8_t>(record().units().format()), &x);
+    CVTCUtilities::ConversionFormula(record().linearisation() & linearisationBits, factors.m, x, factors.b,
+                                     factors.resultExponent, factors.bExponent, &value);
     // The logarithm of 0 is no number that a manager could be shown.
     return std::isfinite(value) ? Util::double_to_string(value) : unavailable;
 }
 
 std::string Sensor::stateText() const
 {
-    const int type = at(SdrByte::recordType);
-    if (type != SDR_FULL && type != SDR_COMPACT) // an event-only record has other fields at these places
-        return nameStates(0, 0, 0, 0);
-    return nameStates(at(SdrByte::readingType), at(SdrByte::sensorType), state1 & at(SdrByte::mask1),
-                      state2 & at(SdrByte::mask2));
+    if (!record().isReadable()) // an event-only record has other fields at these places
+        return nameStates(0, 0, 0);
+    return nameStates(record().eventType().value_or(0), record().sensorType().value_or(0),
+                      ipmi::SensorReading(reading).states() & record().readableStates());
 }
 
 void Sensor::interpret_sensor_units(const std::string& query, SymbolMap& result)
 {
     char text[unitTextSize] = {};
-    const std::uint8_t base = at(SdrByte::baseUnit), modifier = at(SdrByte::modifierUnit);
-    if (sdr.size() > SdrByte::modifierUnit &&
-        (FindAndLoadTemperatureUnit(base, modifier, text) ||
-         FindAndLoadNonTemperatureUnit(base, modifier, at(SdrByte::units1), text)))
+    const ipmi::Units units = record().units();
+    if (record().has(ipmi::sdr::modifierUnit) &&
+        (FindAndLoadTemperatureUnit(units.base, units.modifier, text) ||
+         FindAndLoadNonTemperatureUnit(units.base, units.modifier, units.flags, text)))
         result[query] = text;
 }
 
 void Sensor::tolerance(const std::string& query, int kind, SymbolMap& result)
 {
-    if (at(SdrByte::recordType) != SDR_FULL || sdr.size() <= SdrByte::exponents)
+    if (record().type() != ipmi::sdrtype::full || !record().has(ipmi::sdr::exponents))
         return;
-    const std::uint8_t linearisation = at(SdrByte::linearisation) & linearisationBits;
-    int multiplier = 0, rExponent = 0;
-    CVTCUtilities::CalculateMultiplier(at(SdrByte::m), at(SdrByte::mTolerance), &multiplier);
-    CVTCUtilities::CalculateRExponent(at(SdrByte::exponents), &rExponent);
+    const std::uint8_t linearisation = record().linearisation() & linearisationBits;
+    const ipmi::Factors factors = record().factors();
     if (kind == 1) {
         double value = 0.0;
-        CVTCUtilities::CalculateTolerance(at(SdrByte::mTolerance) & toleranceBits, multiplier, rExponent, linearisation,
-                                          &value);
+        CVTCUtilities::CalculateTolerance(static_cast<int>(ipmi::toleranceOf(sdr[ipmi::sdr::mTolerance])), factors.m,
+                                          factors.resultExponent, linearisation, &value);
         result[query] = Util::double_to_string(value);
     } else if (kind == 2) {
         // At most 512 x 10^7, which a long holds.
-        const double step = linearisation == 0 ? std::fabs(multiplier * std::pow(10.0, rExponent)) : 0.0;
+        const double step = linearisation == 0 ? std::fabs(factors.m * std::pow(10.0, factors.resultExponent)) : 0.0;
         result[query] = std::to_string(static_cast<long>(step));
     } else {
-        unsigned accuracy = 0;
-        CVTCUtilities::CalculateAccuracy(at(SdrByte::bAccuracy), at(SdrByte::accuracy), &accuracy);
-        result[query] = Util::double_to_string(accuracy);
+        result[query] = Util::double_to_string(ipmi::accuracyOf(sdr[ipmi::sdr::bAccuracy], sdr[ipmi::sdr::accuracy]));
     }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ipmi/SensorReading.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
-#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -55,7 +55,7 @@ private:
     bool loadRecord(const Address& sensor);
     bool loadReading(const Address& sensor);
     bool isNumeric() const;
-    std::uint8_t at(std::size_t index) const { return index < sdr.size() ? sdr[index] : std::uint8_t{0}; }
+    ipmi::SdrView record() const { return ipmi::SdrView(sdr); }
     void answer(const std::string& query, const std::string& plain, const Address& sensor, SymbolMap& result);
     std::string valueText();
     std::string stateText() const;
@@ -64,11 +64,9 @@ private:
 
     Interpreter* interpreter;
     _BMC_EXEC exec;
-    std::vector<std::uint8_t> sdr;
-    std::uint8_t reading = 0;
-    std::uint8_t state1 = 0;
-    std::uint8_t state2 = 0;
-    std::uint8_t flags = 0;
+    ipmi::Bytes sdr;
+    ipmi::Bytes reading;  ///< the answer's data
+    std::uint8_t raw = 0; ///< of the reading, or the number given with the query
 };
 
 } // namespace Module::BMCConfig

@@ -1,106 +1,69 @@
 #include "modules/bmc/subjects/SensorConversion.hpp"
 
+#include "ipmi/Conversion.hpp"
+
 #include <cmath>
-#include <iterator>
 
 namespace Module::BMCConfig {
 
 namespace {
 
-/// The factors of a conversion and the reading they apply to.
-struct Terms {
-    int multiplier;
-    int x;
-    int offset;
-    int rExponent;
-    int bExponent;
-};
-
-int signExtend(unsigned value, unsigned bits)
-{
-    const unsigned sign = 1U << (bits - 1);
-    return static_cast<int>(value & (sign - 1)) - static_cast<int>(value & sign);
-}
-
-int tenBits(std::uint8_t low, std::uint8_t high)
-{
-    return signExtend(low | (high & 0xC0U) << 2, 10);
-}
-
-double applyFactors(const Terms& terms)
-{
-    return (terms.multiplier * terms.x + terms.offset * std::pow(10.0, terms.bExponent)) *
-           std::pow(10.0, terms.rExponent);
-}
+/// Codes whose form is this system's own: the linear one and the inverse apply the factors, the others do not; the
+/// last is the inverse of the cube, where the standard has the cube root.
+enum Form : std::uint8_t { LINEAR = 0, INVERSE = 7, INVERSE_CUBE = 11 };
 
 double divideOne(double divisor)
 {
     return divisor == 0.0 ? 0.0 : 1.0 / divisor;
 }
 
-double invert(const Terms& terms)
+double invert(const ipmi::Factors& factors, int x)
 {
     constexpr int noReading = 255;
-    if (terms.x == noReading)
-        return 0.0;
-    Terms counted = terms;
-    counted.x = terms.x ? terms.x : 1;
-    return divideOne(applyFactors(counted));
+    return x == noReading ? 0.0 : divideOne(factors.apply(x ? x : 1));
 }
 
-using Form = double (*)(const Terms& terms);
-
-constexpr Form forms[] = {
-    applyFactors,
-    [](const Terms& terms) { return std::log(terms.x); },
-    [](const Terms& terms) { return std::log10(terms.x); },
-    [](const Terms& terms) { return std::log(terms.x) / 0.6931471805599453; },
-    [](const Terms& terms) { return std::exp(terms.x); },
-    [](const Terms& terms) { return std::pow(10.0, terms.x); },
-    [](const Terms& terms) { return std::pow(2.0, terms.x); },
-    invert,
-    [](const Terms& terms) { return double(terms.x) * terms.x; },
-    [](const Terms& terms) { return double(terms.x) * terms.x * terms.x; },
-    [](const Terms& terms) { return std::sqrt(terms.x); },
-    [](const Terms& terms) { return divideOne(double(terms.x) * terms.x * terms.x); },
-};
+double convert(std::uint8_t form, const ipmi::Factors& factors, int x)
+{
+    if (form == LINEAR)
+        return factors.apply(x);
+    if (form == INVERSE)
+        return invert(factors, x);
+    if (form == INVERSE_CUBE)
+        return divideOne(double(x) * x * x);
+    return form < INVERSE_CUBE ? ipmi::linearise(form, x) : 0.0;
+}
 
 } // namespace
 
 void CVTCUtilities::CalculateMultiplier(std::uint8_t low, std::uint8_t high, int* multiplier)
 {
-    *multiplier = tenBits(low, high);
+    *multiplier = ipmi::tenBits(low, high);
 }
 
 void CVTCUtilities::CalculateOffset(std::uint8_t low, std::uint8_t high, int* offset)
 {
-    *offset = tenBits(low, high);
+    *offset = ipmi::tenBits(low, high);
 }
 
 void CVTCUtilities::CalculateRExponent(std::uint8_t exponents, int* exponent)
 {
-    *exponent = signExtend(exponents >> 4, 4);
+    *exponent = ipmi::highExponent(exponents);
 }
 
 void CVTCUtilities::CalculateBExponent(std::uint8_t exponents, int* exponent)
 {
-    *exponent = signExtend(exponents & 0x0FU, 4);
+    *exponent = ipmi::lowExponent(exponents);
 }
 
 void CVTCUtilities::CalculateAccuracy(std::uint8_t low, std::uint8_t high, unsigned* accuracy)
 {
-    *accuracy = (low & 0x3FU) | (high & 0xF0U) << 2;
+    *accuracy = ipmi::accuracyOf(low, high);
 }
 
 void CVTCUtilities::GetSignedData(std::uint8_t raw, std::uint8_t format, int* value)
 {
-    constexpr std::uint8_t onesComplement = 1, twosComplementBit = 2;
-    const bool negative = raw & 0x80;
-    *value = raw;
-    if (negative && (format & twosComplementBit))
-        *value = raw - 256;
-    else if (negative && format == onesComplement)
-        *value = raw - 255;
+    *value = ipmi::signedReading(raw, static_cast<ipmi::DataFormat>(format));
 }
 
 void CVTCUtilities::GetRawData(std::uint8_t raw, int* value)
@@ -113,7 +76,7 @@ void CVTCUtilities::CalculateTolerance(int tolerance, int multiplier, int rExpon
 {
     constexpr int signBit = 0x20;
     *value = 0.0;
-    if (linearisation != 0)
+    if (linearisation != LINEAR)
         return;
     const double magnitude = tolerance * 2 * multiplier * std::pow(10.0, rExponent);
     *value = tolerance & signBit ? -magnitude : magnitude;
@@ -122,9 +85,7 @@ void CVTCUtilities::CalculateTolerance(int tolerance, int multiplier, int rExpon
 void CVTCUtilities::ConversionFormula(std::uint8_t linearisation, int multiplier, int x, int offset, int rExponent,
                                       int bExponent, double* value)
 {
-    *value = 0.0;
-    if (linearisation < std::size(forms))
-        *value = forms[linearisation]({multiplier, x, offset, rExponent, bExponent});
+    *value = convert(linearisation, {multiplier, offset, bExponent, rExponent}, x);
 }
 
 } // namespace Module::BMCConfig

@@ -46,12 +46,11 @@ void Sensor::display(const std::string& query, SymbolMap& result)
     std::set<std::string> taken;
     const auto repository = SdrRepository::current(exec);
     for (std::size_t number = 1; repository && repository->record(number); ++number) {
-        const SdrRecord& record = *repository->record(number);
-        if (!record.has(SdrByte::sensorNumber) || !record.isSensor() ||
-            record.at(SdrByte::recordType) == SDR_EVENT_ONLY)
+        const ipmi::SdrView record = repository->record(number)->view();
+        if (!record.has(ipmi::sdr::number) || !record.isReadable())
             continue;
-        const Address sensor{std::to_string(record.at(SdrByte::sensorNumber)),
-                             std::to_string(record.at(SdrByte::owner)), std::to_string(record.at(SdrByte::lun))};
+        const Address sensor{std::to_string(record.number()), std::to_string(record.owner()),
+                             std::to_string(record.lunByte())};
         // Two controllers may use one number; the second sensor goes by its whole address.
         const std::string plain = "/BMC/SENSOR[" + sensor.number + "]";
         const std::string path = taken.insert(plain).second ? plain : sensor.path();

@@ -1,5 +1,7 @@
 #include "modules/bmc/subjects/SensorStates.hpp"
 
+#include "ipmi/SensorReading.hpp"
+
 #include <algorithm>
 #include <span>
 
@@ -8,7 +10,7 @@ namespace Module::BMCConfig {
 namespace {
 
 constexpr unsigned stateBits = 15; ///< bit 15 of the two bytes is reserved
-constexpr unsigned sensorSpecific = 0x6F;
+using ipmi::eventtype::sensorSpecific;
 constexpr int anySensor = -1;
 
 /// How a row's names are taken from the states.
@@ -252,13 +254,13 @@ std::string nameBy(const StateRow& row, unsigned states)
 
 } // namespace
 
-std::string nameStates(std::uint8_t readingType, std::uint8_t sensorType, std::uint8_t states1, std::uint8_t states2)
+std::string nameStates(std::uint8_t readingType, std::uint8_t sensorType, unsigned states)
 {
     const auto row = std::ranges::find_if(rows, [=](const StateRow& candidate) {
         return candidate.readingType == readingType &&
                (candidate.sensorType == anySensor || candidate.sensorType == sensorType);
     });
-    const std::string names = row == std::end(rows) ? "" : nameBy(*row, states1 | states2 << 8);
+    const std::string names = row == std::end(rows) ? "" : nameBy(*row, states);
     return names.empty() ? "UNKNOWN" : names;
 }
 

@@ -1,5 +1,7 @@
 #include "modules/bmc/subjects/SensorUnits.hpp"
 
+#include "ipmi/Conversion.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cassert>
@@ -110,10 +112,6 @@ constexpr auto unitRows = [] {
 }();
 static_assert(unitRows.size() == 91);
 
-// Sensor units 1, IPMI 2.0, 43.1, byte 21 of the full record.
-constexpr unsigned modifierShift = 1, modifierBits = 3, percentBit = 1;
-constexpr unsigned perModifier = 1, timesModifier = 2;
-
 void load(char* text, const std::string& unit)
 {
     std::snprintf(text, unitTextSize, "%s", unit.c_str());
@@ -148,12 +146,13 @@ int FindAndLoadNonTemperatureUnit(std::uint8_t base, std::uint8_t modifier, std:
     const char* name = nullptr;
     FindRowValue(SensorUnitTypeCodesTypes, base, &name);
     std::string unit = name;
-    const unsigned relation = units1 >> modifierShift & modifierBits;
-    if (modifier != 0 && (relation == perModifier || relation == timesModifier)) {
+    const ipmi::Units units{units1, base, modifier};
+    const bool per = units.modifierUse() == ipmi::ModifierUse::perUnit;
+    if (modifier != 0 && (per || units.modifierUse() == ipmi::ModifierUse::timesUnit)) {
         FindRowValue(SensorUnitTypeCodesTypes, modifier, &name);
-        unit += (relation == perModifier ? "/" : "*") + std::string(name);
+        unit += (per ? "/" : "*") + std::string(name);
     }
-    if (units1 & percentBit)
+    if (units.isPercentage())
         unit += "%";
     if (unit.empty())
         return 0;
