@@ -45,6 +45,8 @@ const Names ofHandlers = {
     "$/SEL/GET_SEL_ENTRY_LS",
     "$/SEL/GET_SEL_ENTRY_MS",
     "GET://BMC/SDR_RECORD",
+    "GET://BMC/FRU",
+    "GET://BMC/SDR",
 };
 
 /// Parameters that a caller gives by name, beside a SET's own value and the subscripts.
