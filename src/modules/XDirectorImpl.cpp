@@ -149,14 +149,10 @@ std::vector<std::string> XDirectorImpl::ParseXQuery(const std::string& query, in
     std::string route = tokens.empty() || tokens.front() == childrenToken ? rootKey : tokens.front();
     if (route == "FILE" && tokens.size() >= 2 && (tokens[1] == "SCF" || tokens[1] == "INI"))
         route = "SCF";
-    int component = COMPONENT_NONE;
-    {
-        const std::lock_guard hold(guard);
-        component = routes[route];
-    }
-    if (component == COMPONENT_NONE)
+    const auto component = routes.find(route);
+    if (component == routes.end())
         refuse(query, COMMAND_UNKNOWN);
-    *id = component;
+    *id = component->second;
     return tokens;
 }
 
@@ -167,22 +163,16 @@ _ComponentID XDirectorImpl::componentOf(const std::string& query)
     return static_cast<_ComponentID>(id);
 }
 
-std::string XDirectorImpl::aliasOf(const std::string& query)
-{
-    const std::lock_guard hold(guard);
-    return aliases[query];
-}
-
 bool XDirectorImpl::answerAlias(const std::string& query, ResultMap& results)
 {
-    const std::string alias = aliasOf(query);
-    if (alias.empty())
+    const auto alias = aliases.find(query);
+    if (alias == aliases.end())
         return false;
     const std::string board = Platform::PlatformImpl::CreateInstance()->platformId();
     if (std::find(std::begin(aliasBoards), std::end(aliasBoards), board) == std::end(aliasBoards))
         return false;
-    askBios(alias, results);
-    _XNode node = results[alias];
+    askBios(alias->second, results);
+    _XNode node = results[alias->second];
     results.clear();
     results[query] = std::move(node);
     return true;

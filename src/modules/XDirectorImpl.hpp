@@ -5,7 +5,6 @@
 #include "modules/System.hpp"
 
 #include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -52,14 +51,12 @@ private:
     XDirectorImpl();
 
     _ComponentID componentOf(const std::string& query);
-    std::string aliasOf(const std::string& query);
     bool answerAlias(const std::string& query, ResultMap& results);
     void answer(const std::string& query, ResultMap& results);
 
-    std::mutex guard; ///< of both tables: reading an unknown key leaves an entry behind
-    std::map<std::string, std::string> aliases;
+    const std::map<std::string, std::string> aliases;
     Common::XEngine engine;
-    std::map<std::string, _ComponentID> routes;
+    const std::map<std::string, _ComponentID> routes;
 };
 
 } // namespace SDK

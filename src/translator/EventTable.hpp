@@ -46,15 +46,18 @@ private:
 class EventTable {
 public:
     void add(std::uint32_t type, std::uint32_t key, event entry) { index.add(type, key, std::move(entry)); }
+    const event* findNearest(std::uint32_t type, unsigned offset, unsigned data2, unsigned data3) const
+    {
+        return index.findNearest(type, offset, data2, data3);
+    }
+
+    // For other callers; the agent itself takes the nearest entry.
+
     /// Fields of the entry of exactly this key; EventTableError without one.
     const std::wstring& findTranslation(std::uint32_t type, std::uint32_t key) const;
     int findAssertSev(std::uint32_t type, std::uint32_t key) const;
     int findDeassertSev(std::uint32_t type, std::uint32_t key) const;
     int findRecommendAction(std::uint32_t type, std::uint32_t key) const;
-    const event* findNearest(std::uint32_t type, unsigned offset, unsigned data2, unsigned data3) const
-    {
-        return index.findNearest(type, offset, data2, data3);
-    }
 
 private:
     const event& entryOf(std::uint32_t type, std::uint32_t key) const;

@@ -19,15 +19,18 @@ constexpr std::uint16_t packSensorKey(unsigned eventType, unsigned sensorType)
 class OverrideTable {
 public:
     void add(std::uint16_t sensor, std::uint32_t key, override entry) { index.add(sensor, key, std::move(entry)); }
+    const override* findNearest(std::uint16_t sensor, unsigned offset, unsigned data2, unsigned data3) const
+    {
+        return index.findNearest(sensor, offset, data2, data3);
+    }
+
+    // For other callers; the agent itself takes the nearest entry.
+
     /// Fields of the entry of exactly this key; OverrideTableError without one.
     const std::wstring& findTranslation(std::uint16_t sensor, std::uint32_t key) const;
     int findAssertSev(std::uint16_t sensor, std::uint32_t key) const;
     int findDeassertSev(std::uint16_t sensor, std::uint32_t key) const;
     int findRecommendAction(std::uint16_t sensor, std::uint32_t key) const;
-    const override* findNearest(std::uint16_t sensor, unsigned offset, unsigned data2, unsigned data3) const
-    {
-        return index.findNearest(sensor, offset, data2, data3);
-    }
 
 private:
     const override& entryOf(std::uint16_t sensor, std::uint32_t key) const;

@@ -31,18 +31,6 @@ public:
     /// The file name that the table of locales has for `locale`, "" for a locale without one.
     static std::string fileNameOfLocale(const std::string& locale);
 
-    /// Words by number; MetaInfoTableError without one.
-    std::wstring findDevice(int id) const { return tables.devices.findTranslation(id); }
-    std::wstring findDevice1(int id) const { return tables.secondDevices.findTranslation(id); }
-    std::wstring findSeverity(int id) const { return tables.severities.findTranslation(id); }
-    std::wstring findModel(int id) const { return tables.models.findTranslation(id); }
-    std::wstring findSensorType(int id) const { return tables.sensorTypes.findTranslation(id); }
-    std::wstring findSensorUnit(int id) const { return tables.sensorUnits.findTranslation(id); }
-    std::wstring findEntityID(int id) const { return tables.entityIds.findTranslation(id); }
-    std::wstring findProductID(int id) const { return tables.productIds.findTranslation(id); }
-    std::wstring findRecommendation(int id) const { return tables.recommendedActions.findTranslation(id); }
-    std::wstring findMiscString(int id) const { return tables.miscStrings.findTranslation(id); }
-
     /// The table's entry for an event, exact event data before "any"; the error of the table without one. Severity FFh
     /// in it means that the file gives none.
     const event& findGenericTranslation(const translator::EventKey& key) const;
@@ -56,6 +44,20 @@ public:
 
     /// The tables themselves, for lookups without an error.
     const translator::TranslationTables& content() const { return tables; }
+
+    // For other callers; the agent itself looks into the tables.
+
+    /// Words by number; MetaInfoTableError without one.
+    std::wstring findDevice(int id) const { return tables.devices.findTranslation(id); }
+    std::wstring findDevice1(int id) const { return tables.secondDevices.findTranslation(id); }
+    std::wstring findSeverity(int id) const { return tables.severities.findTranslation(id); }
+    std::wstring findModel(int id) const { return tables.models.findTranslation(id); }
+    std::wstring findSensorType(int id) const { return tables.sensorTypes.findTranslation(id); }
+    std::wstring findSensorUnit(int id) const { return tables.sensorUnits.findTranslation(id); }
+    std::wstring findEntityID(int id) const { return tables.entityIds.findTranslation(id); }
+    std::wstring findProductID(int id) const { return tables.productIds.findTranslation(id); }
+    std::wstring findRecommendation(int id) const { return tables.recommendedActions.findTranslation(id); }
+    std::wstring findMiscString(int id) const { return tables.miscStrings.findTranslation(id); }
 
 private:
     translator::TranslationTables tables;

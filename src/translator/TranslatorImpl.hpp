@@ -14,19 +14,9 @@ public:
     TranslatorImpl(const char* file, const char* locale, bool makeRepository);
 
     void setTranslationFile(const char* file, const char* locale);
-    void setSDRRepository(const unsigned char* const* records, int count);
     void setSDRRepository(const std::vector<std::vector<std::uint8_t>>& records) override;
-    /// Adds one record, or removes that of a sensor; ResultStatus ERROR_SDR_REPOSITORY_EXCEPTION if that fails.
-    void addSDR(const unsigned char* record, int length);
-    void removeSDR(unsigned char owner, unsigned char lun, unsigned char sensorNumber);
     void setPlatformID(unsigned short id) override;
-    /// The firmware family, which decides how versions are written.
-    void setPlatformBIOSID(int id) { platformBiosId = id; }
-    /// 0 on boards that number processor sockets from 1, else from 0.
-    void setSocketType(int type) { socketType = type; }
     void setSensorName(const char* name) override;
-    /// Gives the file and the repository back; translate then fails with 1183.
-    void destroy();
 
     std::wstring translate(const unsigned char* record, unsigned long length) override;
     const std::wstring& getDescription() const override { return description; }
@@ -36,11 +26,24 @@ public:
     const std::wstring& getGenerator() const override { return generator; }
     const std::wstring& getTimeStamp() const override { return timestamp; }
     int getVoltageFaultSensorOffset(const unsigned char* record, unsigned long length) const override;
-    /// True if a step of the last translation found no word.
-    bool hasFailed() const { return failed; }
 
     /// "Invalid Time Stamp", "Pre-Init Time Stamp" or "MM/DD/YYYY-hh:mm:ss" in UTC.
     static std::wstring translateTime(const SELEntry* entry);
+
+    // For other callers; the agent itself calls nothing of what follows.
+
+    void setSDRRepository(const unsigned char* const* records, int count);
+    /// Adds one record, or removes that of a sensor; ResultStatus ERROR_SDR_REPOSITORY_EXCEPTION if that fails.
+    void addSDR(const unsigned char* record, int length);
+    void removeSDR(unsigned char owner, unsigned char lun, unsigned char sensorNumber);
+    /// The firmware family, which decides how versions are written.
+    void setPlatformBIOSID(int id) { platformBiosId = id; }
+    /// 0 on boards that number processor sockets from 1, else from 0.
+    void setSocketType(int type) { socketType = type; }
+    /// Gives the file and the repository back; translate then fails with 1183.
+    void destroy();
+    /// True if a step of the last translation found no word.
+    bool hasFailed() const { return failed; }
     /// The same from the four bytes of a time stamp, the least significant first.
     static std::wstring translateTimeStamp(const unsigned char* bytes);
 

@@ -94,8 +94,6 @@ int endIPMI();
 /// Makes the layer ready, by BmcLibInitialize on the first call, and puts KCS (or the driver) in force: 0, or 1 when
 /// there is no interface. Callers run it before their first request.
 int InitilizeIPMB_Interface();
-/// BmcLibDeinitialize and BmcLibInitialize; true when the latter failed.
-bool Freelibrary();
 /// SelectIPMIInterface by type; true when the interface is selected.
 bool SelectInterface(_IPMI_INTERFACE_TYPE type);
 /// Changes between KCS (0), USB (1) and mixed (2). 1 when selected. 0 when there is no USB session to be had, a USB
@@ -129,31 +127,35 @@ int ProcessSendMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t
 int SendTimedImbpRequest_t(const _IMBPREQUESTDATA* request, unsigned timeout, std::uint8_t* data, int* length,
                            std::uint8_t* completionCode);
 
-/// Bridges by hand for firmware traffic: 5 attempts (23 for netFn 8) instead of a clock. Fills length, completionCode
-/// and data of `response`. 0 with an answer, else 1.
-int SendMessagePX_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std::uint8_t channel, std::uint8_t target);
-/// The unrestricted form: up to 200 rounds. 0, also when no answer came; 1 when memory runs out.
-int SendMessage_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std::uint8_t channel, std::uint8_t target);
-
 /// Two's complement of the sum of `count` bytes (IPMI 2.0, 13.8); 0 for a count under 1.
 std::uint8_t CalculateChecksum(const std::uint8_t* bytes, int count);
 
 // --- What the BMC is ------------------------------------------------------------------------------------------------
 
-/// Type 2 for the product ids 4311h, 4312h and 4315h, else 1; 0 with the error as result when Get Device ID failed.
-int GetBmcType(std::uint32_t* type);
-/// The type and the IPMI version (1 for 1.5, 2 for 2.0), read once and cached: 0, deviceIdFailed or another error.
-int GetBmcTypeVersion(std::uint32_t* type, std::uint32_t* version);
 /// Transport 2 and size 64 with the kernel driver, 0 and 128 without. Always 1.
 int GetKCSTransportandSize(std::uint32_t* transport, std::uint32_t* size);
 /// Bytes that a partial read of `target` should ask for.
 std::uint32_t GetDriverBufferSize(std::uint8_t target);
+
+// --- For other callers -----------------------------------------------------------------------------------------------
+// The agent itself calls nothing of what follows.
+
+/// BmcLibDeinitialize and BmcLibInitialize; true when the latter failed.
+bool Freelibrary();
+/// The unrestricted form: up to 200 rounds. 0, also when no answer came; 1 when memory runs out.
+int SendMessage_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std::uint8_t channel, std::uint8_t target);
+/// Type 2 for the product ids 4311h, 4312h and 4315h, else 1; 0 with the error as result when Get Device ID failed.
+int GetBmcType(std::uint32_t* type);
+/// The type and the IPMI version (1 for 1.5, 2 for 2.0), read once and cached: 0, deviceIdFailed or another error.
+int GetBmcTypeVersion(std::uint32_t* type, std::uint32_t* version);
 /// The highest power of two not above `value`; 0 for 0.
 unsigned lowestp2(unsigned value);
 
-// --- Firmware programming -------------------------------------------------------------------------------------------
-// Their sense of success differs from one another's; the flash tools count on it.
+// Firmware programming. The senses of success differ from one another; the flash tools count on it.
 
+/// Bridges by hand for firmware traffic: 5 attempts (23 for netFn 8) instead of a clock. Fills length, completionCode
+/// and data of `response`. 0 with an answer, else 1.
+int SendMessagePX_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std::uint8_t channel, std::uint8_t target);
 /// Writes `count` bytes to a flash area by SendMessagePX_Linux, up to 4 tries 2000 s apart. 0 only after a try for
 /// which that returned 1 with completion code 0 in the buffer, else 1.
 int WriteToAreaCmd(std::uint8_t target, std::uint8_t area, const std::uint8_t* data, std::uint32_t count);

@@ -53,10 +53,13 @@ int WaitWhileIbf(unsigned limit);
 /// Handler of SIGALRM during a wait.
 void kcs_timeout(int signal);
 
-/// Whether anything answers at the two ports.
-bool IsKCS();
 /// The SMS_ATN bit of the status.
 bool KCSMessageReady();
+
+// For other callers; the agent itself calls nothing of what follows.
+
+/// Whether anything answers at the two ports.
+bool IsKCS();
 /// For target 0x20 waits for OBF, for others for SMS_ATN: 0, or 1 on time-out, of which SetMsTimeout and
 /// CheckMsTimeout, empty hooks that return 0, know none.
 int CheckMessageReady(unsigned char target, unsigned timeoutMs);

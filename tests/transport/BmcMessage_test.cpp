@@ -133,45 +133,4 @@ TEST_F(Message, TypeAndVersionAreReadTwiceAndThenCached)
     EXPECT_EQ(type, 0u);
 }
 
-TEST_F(Message, FirmwareSendersKeepTheirSensesOfSuccess)
-{
-    const Bytes data{0xD1, 0xD2};
-    bmc.on(8, 5, IpmiAnswer{0xC7});
-    bmc.on(8, 1, IpmiAnswer{0xC7});
-    EXPECT_EQ(ProgramSegment(0x20, 0x1234), 0xC7);
-    EXPECT_THAT(bmc.requests.back().data, ElementsAre(0x34, 0x12));
-    EXPECT_EQ(ProgramData(0x20, 0x5678, data.data(), 2), 1);
-    EXPECT_THAT(bmc.requests.back().data, ElementsAre(0x78, 0x56, 0xD1, 0xD2));
-
-    const auto answerOf255 = [](const IpmiRequest&) {
-        IpmiAnswer answer(256);
-        answer[0] = 0xC8;
-        return answer;
-    };
-    bmc.on(8, 5, answerOf255);
-    bmc.on(8, 1, answerOf255);
-    bmc.requests.clear();
-    EXPECT_EQ(ProgramSegment(0x20, 1), 0xC8) << "on the last try the length does not matter";
-    EXPECT_EQ(bmc.requests.size(), 4u);
-    EXPECT_EQ(ProgramData(0x20, 1, data.data(), 2), 0);
-    EXPECT_EQ(bmc.requests.size(), 8u);
-}
-
-TEST_F(Message, WriteToAreaSucceedsWhenTheBridgeFails)
-{
-    const Bytes data{0xD1};
-    bmc.on(6, 0x34, IpmiAnswer{0xC1});
-    EXPECT_EQ(WriteToAreaCmd(0x2C, 7, data.data(), 1), 0);
-    EXPECT_THAT(bmc.requests.back().data, ElementsAre(6, 0x2C, 0xC0, 0x14, 0x20, 0x06, 0xA2, 7, 0xD1, 0x60));
-    EXPECT_TRUE(clock.sleeps.empty());
-
-    bmc.on(6, 0x34, IpmiAnswer{0});
-    bmc.on(6, 0x33, [this](const IpmiRequest&) {
-        const std::uint8_t sequence = bmc.requests[bmc.requests.size() - 2].data[5];
-        return IpmiAnswer{0, 0x46, 0xC4, 0, 0x2C, sequence, 0xA2, 0x00, 0};
-    });
-    EXPECT_EQ(WriteToAreaCmd(0x2C, 7, data.data(), 1), 1);
-    EXPECT_THAT(clock.sleeps, testing::Contains(std::chrono::nanoseconds(2000s)).Times(3));
-}
-
 } // namespace

@@ -33,6 +33,9 @@ public:
     int acquired = 0;
     std::vector<std::pair<std::uint16_t, std::uint8_t>> writes;
 
+    /// Whether the output register holds a byte, or is about to.
+    bool hasByte() const { return offered; }
+
     bool acquire() override
     {
         ++acquired;

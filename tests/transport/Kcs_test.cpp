@@ -30,6 +30,7 @@ protected:
         unsigned count = 0;
         const int result = KCSReadBMCData(received.data(), size, &count);
         received.resize(count);
+        EXPECT_FALSE(result == kcsDone && bmc.hasByte()) << "the byte behind the frame is taken too";
         return result;
     }
 
