@@ -79,17 +79,21 @@ void start(Thread& thread)
 }
 } // namespace
 
+namespace agent {
+
 void openLogFile()
 {
     logfile = std::fopen("/dev/null", "we");
 }
+
+} // namespace agent
 
 void* CheckTrap(void*)
 {
     const Attendance attendance("CheckTrap");
     for (;;) {
         survive("CheckTrap", pollEvents);
-        survive("CheckTrap", [] { pauseServingDoorbell(pollPeriod); });
+        survive("CheckTrap", [] { agent::pauseServingDoorbell(pollPeriod); });
     }
 }
 
@@ -99,6 +103,8 @@ void* check_sensors_cache(void*)
     for (;;)
         survive("check_sensors_cache", refresh);
 }
+
+namespace agent {
 
 void startThreads()
 {
@@ -124,3 +130,5 @@ bool endThreads(std::chrono::milliseconds patience)
         allEnded = (!thread.started || ends.try_acquire_until(deadline)) && allEnded;
     return allEnded;
 }
+
+} // namespace agent

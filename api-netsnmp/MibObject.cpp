@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 
+namespace mib {
+
 namespace {
 struct FreeText {
     void operator()(char* text) const { std::free(text); }
@@ -103,3 +105,5 @@ void registerRows(const char* object, std::span<const variable2> rows, std::span
     if (register_mib(object, first, sizeof(variable2), rows.size(), place.data(), place.size()) != MIB_REGISTERED_OK)
         DEBUGMSGTL(("register_mib", "%s registration failed\n", object));
 }
+
+} // namespace mib

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <span>
 
+namespace mib {
+
 /// What a column is read through; type and access in the MIB follow from it.
 enum class ColumnKind { rowNumber, intInfo, intData, strInfo, strData };
 
@@ -135,3 +137,5 @@ u_char* answerScalars(const MibObject& object, const MibRequest& request);
 
 /// Registers `rows` under `place`. A failure goes to the library's debug channel only.
 void registerRows(const char* object, std::span<const variable2> rows, std::span<const oid> place);
+
+} // namespace mib

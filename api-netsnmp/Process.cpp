@@ -44,8 +44,8 @@ int waitForDaemon(pid_t daemon)
 
 void restart(int sig)
 {
-    std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, agentExecutable);
-    execlp(systemPath(agentExecutable).c_str(), "hwAgent", nullptr);
+    std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, agent::agentExecutable);
+    execlp(systemPath(agent::agentExecutable).c_str(), "hwAgent", nullptr);
 }
 
 /// Anybody who may read the file can hold a lock on it, so the wait for it has an end.
@@ -56,6 +56,8 @@ void lockForAWhile(int fd)
         current<Clock>().sleepFor(50ms);
 }
 } // namespace
+
+namespace agent {
 
 void openStandardDescriptors()
 {
@@ -103,6 +105,8 @@ void writePidFile()
     flock(fileno(stream.get()), LOCK_UN);
 }
 
+} // namespace agent
+
 void daemonize()
 {
     if (forkOrExit("can not fork child process. ") > 0)
@@ -110,11 +114,11 @@ void daemonize()
     setpgrp();
     if (const pid_t daemon = forkOrExit(" can not fork the second child process."); daemon > 0) {
         const int status = waitForDaemon(daemon);
-        serveSignals();
-        endWatch(status);
+        agent::serveSignals();
+        agent::endWatch(status);
         return;
     }
     [[maybe_unused]] const int moved = chdir("/");
     umask(0);
-    writePidFile();
+    agent::writePidFile();
 }

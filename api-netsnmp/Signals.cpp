@@ -23,7 +23,7 @@ constexpr std::size_t asctimeBytes = 26;
 std::atomic<bool> pipeBroken = false;
 std::atomic<bool> doorbellRung = false;
 std::atomic<int> keep_running = 0;
-Bell eventBell;
+common::Bell eventBell;
 
 // A stop that hangs in the controller or in a master agent that does not answer must not keep the process: this much
 // later it is left as it stands.
@@ -64,7 +64,7 @@ void cancelStopTimer()
 void serveStop(int sig)
 {
     std::fprintf(stderr, "Caught signal %d\n", sig);
-    if (printLocalTime("Signal received at: "))
+    if (agent::printLocalTime("Signal received at: "))
         keep_running = 0;
     else
         cancelStopTimer();
@@ -73,11 +73,11 @@ void serveStop(int sig)
 void serveDoorbell()
 {
     std::fprintf(stderr, "catchNotify called, getpid=%d\n", getpid());
-    if (printLocalTime("CatchNotify Signal received at: "))
+    if (agent::printLocalTime("CatchNotify Signal received at: "))
         processEvent();
 }
 
-void waitCancellably(Bell& bell, std::chrono::milliseconds duration)
+void waitCancellably(common::Bell& bell, std::chrono::milliseconds duration)
 {
     int previous = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &previous);
@@ -85,6 +85,8 @@ void waitCancellably(Bell& bell, std::chrono::milliseconds duration)
     pthread_setcancelstate(previous, nullptr);
 }
 } // namespace
+
+namespace agent {
 
 bool printLocalTime(const char* prefix)
 {
@@ -97,6 +99,8 @@ bool printLocalTime(const char* prefix)
     return true;
 }
 
+} // namespace agent
+
 void stop_server(int sig)
 {
     for (StopSignal& stop : stopSignals)
@@ -104,14 +108,14 @@ void stop_server(int sig)
             stop.caught = true;
     if (keep_running)
         startStopTimer();
-    loopBell().ring();
+    common::loopBell().ring();
 }
 
 void reconnect_agentx(int)
 {
     std::signal(SIGPIPE, SIG_IGN);
     pipeBroken = true;
-    loopBell().ring();
+    common::loopBell().ring();
 }
 
 void catchNotificationEvent(int, siginfo_t*, void*)
@@ -119,6 +123,8 @@ void catchNotificationEvent(int, siginfo_t*, void*)
     doorbellRung = true;
     eventBell.ring();
 }
+
+namespace agent {
 
 void installSignalHandlers()
 {
@@ -133,7 +139,7 @@ void installSignalHandlers()
 
 void openBells()
 {
-    loopBell().open();
+    common::loopBell().open();
     eventBell.open();
     makeStopTimer();
 }
@@ -168,3 +174,5 @@ void pauseServingDoorbell(std::chrono::seconds duration)
             serveDoorbell();
     }
 }
+
+} // namespace agent

@@ -7,8 +7,12 @@
 // serveDoorbell on the event thread. Neither stdio nor the SNMP library is safe to call from a handler: entering the
 // agent's loop from the one for SIGPIPE was seen to use freed memory.
 
+namespace agent {
+
 /// Installs the handlers: the doorbell first, then the stop signals and SIGPIPE.
 void installSignalHandlers();
+
+} // namespace agent
 
 /// Handler of SIGTERM, SIGINT and SIGHUP: the loop is to end.
 void stop_server(int sig);
@@ -16,6 +20,8 @@ void stop_server(int sig);
 void reconnect_agentx(int sig);
 /// Handler of SIGRTMIN+1, an outside doorbell: the event queue is to be drained.
 void catchNotificationEvent(int sig, siginfo_t* info, void* context);
+
+namespace agent {
 
 /// Opens what the handlers ring. Called in the daemon, so that the watcher does not share it.
 void openBells();
@@ -33,3 +39,5 @@ void pauseServingDoorbell(std::chrono::seconds duration);
 
 /// Prints `prefix` and the local time in asctime's form to stderr. False, and nothing printed, without a local time.
 bool printLocalTime(const char* prefix);
+
+} // namespace agent

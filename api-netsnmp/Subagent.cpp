@@ -52,8 +52,8 @@ void leaveOutUnusedParts()
 /// of the loop, which the bell only ends.
 void serveBell(int, void*)
 {
-    loopBell().clear();
-    sendQueuedTraps();
+    common::loopBell().clear();
+    mib::sendQueuedTraps();
 }
 } // namespace
 
@@ -65,11 +65,11 @@ int init_subagent(int role)
     start_cache_list = 0;
     if (init_agent("hwSubgent") != 0)
         return 0;
-    serveSignals();
+    agent::serveSignals();
     initSMClient();
     for (const auto registerObject : registrations)
         registerObject();
-    startTrapSender();
+    mib::startTrapSender();
     init_snmp(applicationName);
     return 0;
 }
@@ -77,14 +77,14 @@ int init_subagent(int role)
 int agentx_loop()
 {
     start_cache_list = 1;
-    if (loopBell().descriptor() >= 0)
-        register_readfd(loopBell().descriptor(), serveBell, nullptr);
-    while (isRunning()) {
+    if (common::loopBell().descriptor() >= 0)
+        register_readfd(common::loopBell().descriptor(), serveBell, nullptr);
+    while (agent::isRunning()) {
         agent_check_and_process(1);
-        serveSignals();
+        agent::serveSignals();
     }
-    const bool alone = endThreads(threadPatience);
-    sendQueuedTraps();
+    const bool alone = agent::endThreads(threadPatience);
+    mib::sendQueuedTraps();
     snmp_shutdown(applicationName);
     if (!alone)
         _exit(0); // a thread that waits for the controller still uses the client

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 
+namespace mib {
+
 namespace {
 /// Zero-based row of an instance name; what no table can have becomes -1, which every group refuses.
 int rowOf(const WriteRequest& request)
@@ -61,3 +63,5 @@ int answerWrite(const ThresholdColumn& column, ThresholdWrite& write, const Writ
     }
     return SNMP_ERR_NOERROR;
 }
+
+} // namespace mib

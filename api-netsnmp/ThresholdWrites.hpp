@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstddef>
 
+namespace mib {
+
 /// A threshold column as its write method needs it; `name` goes into its messages.
 struct ThresholdColumn {
     _SMEntity entity;
@@ -47,54 +49,37 @@ int writeThreshold(int action, u_char* value, u_char type, std::size_t length, u
     return answerWrite({entity, attribute, column.text}, write, {action, value, type, length, name, nameLength});
 }
 
-inline constexpr WriteMethod* write_voltageUpperNonRecoverableThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_UPPERNONRECTHRESHOLD, "voltageUpperNonRecoverableThreshold">;
-inline constexpr WriteMethod* write_voltageUpperCriticalThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_UPPERCRITICALTHRESHOLD, "voltageUpperCriticalThreshold">;
-inline constexpr WriteMethod* write_voltageUpperNonCriticalThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_UPPERNONCRITHRESHOLD, "voltageUpperNonCriticalThreshold">;
-inline constexpr WriteMethod* write_voltageLowerNonCriticalThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_LOWERNONCRITHRESHOLD, "voltageLowerNonCriticalThreshold">;
-inline constexpr WriteMethod* write_voltageLowerCriticalThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_LOWERCRITICALTHRESHOLD, "voltageLowerCriticalThreshold">;
-inline constexpr WriteMethod* write_voltageLowerNonRecoverableThreshold =
-    writeThreshold<VOLTAGE, VOLTAGE_LOWERNONRECTHRESHOLD, "voltageLowerNonRecoverableThreshold">;
+} // namespace mib
 
-inline constexpr WriteMethod* write_currentUpperNonRecoverableThreshold =
-    writeThreshold<CURRENT, CURRENT_UPPERNONRECTHRESHOLD, "currentUpperNonRecoverableThreshold">;
-inline constexpr WriteMethod* write_currentUpperCriticalThreshold =
-    writeThreshold<CURRENT, CURRENT_UPPERCRITICALTHRESHOLD, "currentUpperCriticalThreshold">;
-inline constexpr WriteMethod* write_currentUpperNonCriticalThreshold =
-    writeThreshold<CURRENT, CURRENT_UPPERNONCRITHRESHOLD, "currentUpperNonCriticalThreshold">;
-inline constexpr WriteMethod* write_currentLowerNonCriticalThreshold =
-    writeThreshold<CURRENT, CURRENT_LOWERNONCRITHRESHOLD, "currentLowerNonCriticalThreshold">;
-inline constexpr WriteMethod* write_currentLowerCriticalThreshold =
-    writeThreshold<CURRENT, CURRENT_LOWERCRITICALTHRESHOLD, "currentLowerCriticalThreshold">;
-inline constexpr WriteMethod* write_currentLowerNonRecoverableThreshold =
-    writeThreshold<CURRENT, CURRENT_LOWERNONRECTHRESHOLD, "currentLowerNonRecoverableThreshold">;
+#define HW_THRESHOLD_WRITE(entity, level, column)                                                                      \
+    inline constexpr WriteMethod* write_##column = mib::writeThreshold<entity, entity##_##level##THRESHOLD, #column>
 
-inline constexpr WriteMethod* write_coolingDeviceUpperNonRecoverableThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_UPPERNONRECTHRESHOLD, "coolingDeviceUpperNonRecoverableThreshold">;
-inline constexpr WriteMethod* write_coolingDeviceUpperCriticalThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_UPPERCRITICALTHRESHOLD, "coolingDeviceUpperCriticalThreshold">;
-inline constexpr WriteMethod* write_coolingDeviceUpperNonCriticalThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_UPPERNONCRITHRESHOLD, "coolingDeviceUpperNonCriticalThreshold">;
-inline constexpr WriteMethod* write_coolingDeviceLowerNonCriticalThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_LOWERNONCRITHRESHOLD, "coolingDeviceLowerNonCriticalThreshold">;
-inline constexpr WriteMethod* write_coolingDeviceLowerCriticalThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_LOWERCRITICALTHRESHOLD, "coolingDeviceLowerCriticalThreshold">;
-inline constexpr WriteMethod* write_coolingDeviceLowerNonRecoverableThreshold =
-    writeThreshold<COOLINGDEVICE, COOLINGDEVICE_LOWERNONRECTHRESHOLD, "coolingDeviceLowerNonRecoverableThreshold">;
+HW_THRESHOLD_WRITE(VOLTAGE, UPPERNONREC, voltageUpperNonRecoverableThreshold);
+HW_THRESHOLD_WRITE(VOLTAGE, UPPERCRITICAL, voltageUpperCriticalThreshold);
+HW_THRESHOLD_WRITE(VOLTAGE, UPPERNONCRI, voltageUpperNonCriticalThreshold);
+HW_THRESHOLD_WRITE(VOLTAGE, LOWERNONCRI, voltageLowerNonCriticalThreshold);
+HW_THRESHOLD_WRITE(VOLTAGE, LOWERCRITICAL, voltageLowerCriticalThreshold);
+HW_THRESHOLD_WRITE(VOLTAGE, LOWERNONREC, voltageLowerNonRecoverableThreshold);
 
-inline constexpr WriteMethod* write_temperatureUpperNonRecoverableThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_UPPERNONRECTHRESHOLD, "temperatureUpperNonRecoverableThreshold">;
-inline constexpr WriteMethod* write_temperatureUpperCriticalThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_UPPERCRITICALTHRESHOLD, "temperatureUpperCriticalThreshold">;
-inline constexpr WriteMethod* write_temperatureUpperNonCriticalThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_UPPERNONCRITHRESHOLD, "temperatureUpperNonCriticalThreshold">;
-inline constexpr WriteMethod* write_temperatureLowerNonCriticalThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_LOWERNONCRITHRESHOLD, "temperatureLowerNonCriticalThreshold">;
-inline constexpr WriteMethod* write_temperatureLowerCriticalThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_LOWERCRITICALTHRESHOLD, "temperatureLowerCriticalThreshold">;
-inline constexpr WriteMethod* write_temperatureLowerNonRecoverableThreshold =
-    writeThreshold<TEMPERATURE, TEMPERATURE_LOWERNONRECTHRESHOLD, "temperatureLowerNonRecoverableThreshold">;
+HW_THRESHOLD_WRITE(CURRENT, UPPERNONREC, currentUpperNonRecoverableThreshold);
+HW_THRESHOLD_WRITE(CURRENT, UPPERCRITICAL, currentUpperCriticalThreshold);
+HW_THRESHOLD_WRITE(CURRENT, UPPERNONCRI, currentUpperNonCriticalThreshold);
+HW_THRESHOLD_WRITE(CURRENT, LOWERNONCRI, currentLowerNonCriticalThreshold);
+HW_THRESHOLD_WRITE(CURRENT, LOWERCRITICAL, currentLowerCriticalThreshold);
+HW_THRESHOLD_WRITE(CURRENT, LOWERNONREC, currentLowerNonRecoverableThreshold);
+
+HW_THRESHOLD_WRITE(COOLINGDEVICE, UPPERNONREC, coolingDeviceUpperNonRecoverableThreshold);
+HW_THRESHOLD_WRITE(COOLINGDEVICE, UPPERCRITICAL, coolingDeviceUpperCriticalThreshold);
+HW_THRESHOLD_WRITE(COOLINGDEVICE, UPPERNONCRI, coolingDeviceUpperNonCriticalThreshold);
+HW_THRESHOLD_WRITE(COOLINGDEVICE, LOWERNONCRI, coolingDeviceLowerNonCriticalThreshold);
+HW_THRESHOLD_WRITE(COOLINGDEVICE, LOWERCRITICAL, coolingDeviceLowerCriticalThreshold);
+HW_THRESHOLD_WRITE(COOLINGDEVICE, LOWERNONREC, coolingDeviceLowerNonRecoverableThreshold);
+
+HW_THRESHOLD_WRITE(TEMPERATURE, UPPERNONREC, temperatureUpperNonRecoverableThreshold);
+HW_THRESHOLD_WRITE(TEMPERATURE, UPPERCRITICAL, temperatureUpperCriticalThreshold);
+HW_THRESHOLD_WRITE(TEMPERATURE, UPPERNONCRI, temperatureUpperNonCriticalThreshold);
+HW_THRESHOLD_WRITE(TEMPERATURE, LOWERNONCRI, temperatureLowerNonCriticalThreshold);
+HW_THRESHOLD_WRITE(TEMPERATURE, LOWERCRITICAL, temperatureLowerCriticalThreshold);
+HW_THRESHOLD_WRITE(TEMPERATURE, LOWERNONREC, temperatureLowerNonRecoverableThreshold);
+
+#undef HW_THRESHOLD_WRITE

@@ -12,6 +12,8 @@
 #include <net-snmp/agent/agent_callbacks.h>
 // clang-format on
 
+namespace mib {
+
 namespace {
 
 using namespace client::traps;
@@ -88,3 +90,5 @@ void sendQueuedTraps()
     }
     std::fflush(stderr);
 }
+
+} // namespace mib

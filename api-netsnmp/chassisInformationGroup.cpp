@@ -1,5 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 
+using namespace mib;
+
 namespace {
 constexpr Column columns[] = {
     intData(CHASSIS_STATUS),        intData(CHASSIS_SECURITYSTATE), intData(CHASSIS_BOOTSTATE),

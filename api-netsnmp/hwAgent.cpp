@@ -6,16 +6,16 @@
 
 int main()
 {
-    openStandardDescriptors();
-    raiseStackLimit();
-    installSignalHandlers();
+    agent::openStandardDescriptors();
+    agent::raiseStackLimit();
+    agent::installSignalHandlers();
     daemonize();
-    openBells();
+    agent::openBells();
     snmp_enable_stderrlog();
-    openLogFile();
+    agent::openLogFile();
     init_subagent(1);
-    startThreads();
-    startRunning();
+    agent::startThreads();
+    agent::startRunning();
     agentx_loop();
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 
+using namespace mib;
+
 namespace {
 constexpr Column columns[] = {
     rowNumber(),

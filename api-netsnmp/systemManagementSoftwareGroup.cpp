@@ -1,5 +1,7 @@
 #include "api-netsnmp/MibObjects.hpp"
 
+using namespace mib;
+
 namespace {
 constexpr Column columns[] = {
     intInfo(SMINFO_HEALTHSTATUS), strInfo(SMINFO_PLATFORMDESC),   intInfo(SMINFO_PLATFORMID),

@@ -1,6 +1,8 @@
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/ThresholdWrites.hpp"
 
+using namespace mib;
+
 namespace {
 constexpr Column columns[] = {
     rowNumber(),

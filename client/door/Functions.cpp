@@ -134,7 +134,7 @@ void awaitInitComplete()
 {
     using namespace std::chrono_literals;
     while (!isInitComplete())
-        waitInterruptibly(1s);
+        common::waitInterruptibly(1s);
 }
 
 } // namespace client::door

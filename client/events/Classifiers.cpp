@@ -212,7 +212,7 @@ int deliver(CEventWrapper& wrapper, int group)
         status = receiver->HandleEvent(wrapper, group);
         trace("\n Inside the trap function the value of status is %d:", status);
         if (status == 0)
-            waitInterruptibly(pauseBetweenAttempts);
+            common::waitInterruptibly(pauseBetweenAttempts);
     }
     return status;
 }

@@ -57,7 +57,7 @@ void refreshSafely()
 /// With snmp_mtx held, as on return; also when the thread is cancelled.
 int waitForSignal(const timespec& deadline)
 {
-    const Cancellable wait;
+    const common::Cancellable wait;
     return pthread_cond_timedwait(&cache_refresh_condt, &snmp_mtx, &deadline);
 }
 

@@ -18,7 +18,7 @@ void queueTrap(Trap trap)
 {
     const std::scoped_lock lock(guard);
     waiting.push_back(std::move(trap));
-    loopBell().ring();
+    common::loopBell().ring();
 }
 
 std::deque<Trap> takeTraps()

@@ -83,7 +83,7 @@ int eventHandler::addEvent(const eventData& event)
 int eventHandler::processEvent()
 {
     while (!agent.isInitComplete())
-        waitInterruptibly(pauseOfInit);
+        common::waitInterruptibly(pauseOfInit);
     const std::scoped_lock lock(SyncMutex);
     int result = CLIENT_SUCCESS;
     while (!mEventQueue.empty()) {
@@ -91,7 +91,7 @@ int eventHandler::processEvent()
         printEvent(event);
         mEventQueue.pop_front();
         if (agent.isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
-            waitInterruptibly(pauseBeforeTrap);
+            common::waitInterruptibly(pauseBeforeTrap);
             result = sendEvent(event);
         }
         checkEventLists(event);
@@ -183,7 +183,7 @@ int eventHandler::sendHealthEvent(int newHealth)
                   after);
     event.nSeverity = newHealth;
     event.nEventGroup = healthGroup;
-    waitInterruptibly(pauseBeforeTrap);
+    common::waitInterruptibly(pauseBeforeTrap);
     return send2ObjEvent(event);
 }
 

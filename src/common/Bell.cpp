@@ -6,6 +6,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+namespace common {
+
 namespace {
 
 /// Ready before any code runs: a signal handler may be the first to ring it.
@@ -49,3 +51,5 @@ void Bell::wait(std::chrono::milliseconds duration)
     pollfd bell{fd, POLLIN, 0};
     poll(&bell, 1, static_cast<int>(duration.count()));
 }
+
+} // namespace common

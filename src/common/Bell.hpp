@@ -3,6 +3,8 @@
 #include <atomic>
 #include <chrono>
 
+namespace common {
+
 /// Wakes a thread that waits in poll or select, also from a signal handler, and also if it rings before the wait.
 class Bell {
 public:
@@ -24,3 +26,5 @@ private:
 /// The one bell of the agent's loop, rung for signals and for traps alike: each descriptor more that the loop watches
 /// costs every request.
 Bell& loopBell();
+
+} // namespace common

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,7 +14,6 @@ namespace Common {
 
 namespace {
 
-constexpr int mostTries = 300'000;
 constexpr auto pauseBetweenTries = std::chrono::milliseconds(1);
 constexpr mode_t ownerOnly = 0600;
 
@@ -24,22 +25,41 @@ sem_t* createExclusively(const char* name)
     return handle == SEM_FAILED ? nullptr : handle;
 }
 
+/// What precedes the name of each lock of this process.
+std::string ownPrefix()
+{
+    return std::to_string(getpid()) + '_';
+}
+
+void removeLeftovers()
+{
+    // Where the C library keeps named semaphores, and how it calls their files.
+    constexpr const char* folder = "/dev/shm";
+    constexpr std::string_view filePrefix = "sem.";
+    const std::string ours = std::string(filePrefix) + ownPrefix();
+    std::error_code failure;
+    for (const auto& file : std::filesystem::directory_iterator(folder, failure))
+        if (const std::string name = file.path().filename(); name.starts_with(ours))
+            sem_unlink(name.substr(filePrefix.size()).c_str());
+}
+
 } // namespace
 
 void CMySemLock::SetThreadFlag(bool on)
 {
+    if (on && !threadFlag)
+        removeLeftovers();
     threadFlag = on;
 }
 
 void CMySemLock::SetClearSemaphore(bool) {}
 
-bool CMySemLock::AcquireSymLock(_MY_LOCK& lock, const char* name)
+bool CMySemLock::AcquireSymLock(_MY_LOCK& lock, const char* name, int tries)
 {
     if (!threadFlag)
         return true;
-    // The process number keeps what a crashed process left behind from blocking its successor.
-    std::snprintf(lock.name, sizeof lock.name, "%d_%s", getpid(), name);
-    for (int tries = 0; tries < mostTries; ++tries) {
+    std::snprintf(lock.name, sizeof lock.name, "%s%s", ownPrefix().c_str(), name);
+    for (; tries > 0; --tries) {
         lock.handle = createExclusively(lock.name);
         if (lock.handle)
             return true;

@@ -15,15 +15,21 @@ namespace Common {
 /// Named locks between the threads of this process: the existence of the named semaphore is the lock.
 class CMySemLock {
 public:
-    /// Locks are really taken only while this is on; off, every acquire succeeds at once.
+    /// Locks are really taken only while this is on; off, every acquire succeeds at once. Switching on removes the
+    /// locks that bear this process's number: they are what a killed process of the same number left behind.
     static void SetThreadFlag(bool on);
-    /// Takes the flag and does nothing with it.
-    static void SetClearSemaphore(bool clear);
 
-    /// Tries for about 300 seconds, every millisecond. False when the lock was not got; callers go on regardless.
-    static bool AcquireSymLock(_MY_LOCK& lock, const char* name);
+    static constexpr int mostTries = 300'000;
+
+    /// Tries every millisecond, for about 300 seconds at default. False when the lock was not got; callers go on
+    /// regardless.
+    static bool AcquireSymLock(_MY_LOCK& lock, const char* name, int tries = mostTries);
     /// Closes the handle and removes the name, whoever made it: not for a lock that was not got.
     static void ReleaseSymLock(_MY_LOCK lock);
+    // The rest of the class is for other callers of the SDK: the agent does not use it.
+
+    /// Takes the flag and does nothing with it.
+    static void SetClearSemaphore(bool clear);
     static bool AcquireMutexLock(_MY_LOCK& lock, const char* name) { return AcquireSymLock(lock, name); }
     static void ReleaseMutexLock(_MY_LOCK lock) { ReleaseSymLock(lock); }
 };
@@ -31,7 +37,10 @@ public:
 /// Holds one named lock for a scope. A lock that was not got is not released, so that its holder keeps it.
 class NamedLock {
 public:
-    explicit NamedLock(const char* name) { CMySemLock::AcquireSymLock(lock, name); }
+    explicit NamedLock(const char* name, int tries = CMySemLock::mostTries)
+    {
+        CMySemLock::AcquireSymLock(lock, name, tries);
+    }
     ~NamedLock()
     {
         if (lock.handle)

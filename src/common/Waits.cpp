@@ -2,8 +2,12 @@
 
 #include "common/Seams.hpp"
 
+namespace common {
+
 void waitInterruptibly(std::chrono::seconds duration)
 {
     const Cancellable wait;
     current<Clock>().sleepFor(duration);
 }
+
+} // namespace common

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <pthread.h>
 
+namespace common {
+
 /// Lets the thread be cancelled in here, whatever its rule elsewhere: nothing is under way that has to be finished.
 class Cancellable {
 public:
@@ -17,3 +19,5 @@ private:
 
 /// Sleeps by the current Clock. A thread that is cancelled ends in it: a stop of the agent does not wait for it.
 void waitInterruptibly(std::chrono::seconds duration);
+
+} // namespace common

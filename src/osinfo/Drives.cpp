@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace osinfo;
+
 using Words = std::vector<std::string>;
 
 /// Columns of `df -k`, counted from the size, since the name before them may hold blanks.

@@ -12,6 +12,8 @@
 
 namespace {
 
+using namespace osinfo;
+
 constexpr std::size_t hostNameBytes = 255;
 
 struct ReleaseFile {

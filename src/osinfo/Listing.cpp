@@ -8,6 +8,8 @@
 #include <sys/mman.h>
 #include <utility>
 
+namespace osinfo {
+
 namespace {
 
 constexpr std::size_t longestLine = 255;
@@ -61,3 +63,5 @@ std::optional<unsigned long long> parseNumber(std::string_view text)
         return std::nullopt;
     return number;
 }
+
+} // namespace osinfo

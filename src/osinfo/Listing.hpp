@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace osinfo {
+
 /// Lines and numbers of the texts that the inventory is read from.
 
 /// The lines of the file, each cut to 255 characters; none if it can't be read.
@@ -19,3 +21,5 @@ std::vector<std::string> wordsOf(std::string_view line);
 
 /// A whole number without sign, and nothing behind it.
 std::optional<unsigned long long> parseNumber(std::string_view text);
+
+} // namespace osinfo

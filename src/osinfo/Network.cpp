@@ -13,6 +13,8 @@
 
 namespace {
 
+using namespace osinfo;
+
 constexpr std::string_view hiddenInterfaces[] = {"lo", "sit0"};
 constexpr std::size_t macTextBytes = 18;
 

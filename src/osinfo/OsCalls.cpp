@@ -8,6 +8,8 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+namespace osinfo {
+
 namespace {
 
 struct SystemCalls final : OsCalls {
@@ -31,3 +33,5 @@ OsCalls& OsCalls::real()
     static SystemCalls calls;
     return calls;
 }
+
+} // namespace osinfo

@@ -6,6 +6,8 @@
 
 struct utsname;
 
+namespace osinfo {
+
 /// The system calls of the inventory that are neither a file to read nor a program to run.
 struct OsCalls {
     virtual ~OsCalls() = default;
@@ -19,3 +21,5 @@ struct OsCalls {
     virtual int control(int fd, unsigned long request, void* argument) = 0;
     static OsCalls& real();
 };
+
+} // namespace osinfo

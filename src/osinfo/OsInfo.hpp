@@ -5,7 +5,7 @@
 #include <vector>
 
 /// The host as its own operating system sees it. Fields are texts; what could not be read stays blank, lists stay
-/// empty, and nothing is thrown.
+/// empty, and nothing is thrown. All of it is for other callers of the SDK: the agent answers for the hardware only.
 
 struct _OSINFO {
     std::string HostName; ///< "(none)" for a host without a name

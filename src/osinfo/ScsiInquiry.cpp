@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace osinfo;
+
 constexpr std::uint8_t inquiryCommand = 0x12;
 constexpr std::uint8_t vitalProductData = 0x01;
 constexpr std::uint8_t standardPage = 0x00;

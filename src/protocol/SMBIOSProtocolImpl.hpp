@@ -40,14 +40,17 @@ public:
     /// Reads the firmware's table, through "/dev/mem". Error 1013 without an entry point, 1024 when it does not sum to
     /// 0, 1007 and 1009 when memory cannot be reached.
     SMBIOSProtocolImpl();
-    /// Reads a saved image: an entry point anywhere in it, whose table address counts from the image's start. Error
-    /// 1013 without an entry point or with a table outside the image, 1024 when it does not sum to 0.
+    /// For other callers of the SDK, who have no firmware to ask: reads a saved image: an entry point anywhere in it,
+    /// whose table address counts from the image's start. Error 1013 without an entry point or with a table outside the
+    /// image, 1024 when it does not sum to 0.
     SMBIOSProtocolImpl(const unsigned char* image, unsigned length);
     SMBIOSProtocolImpl(const SMBIOSProtocolImpl&) = delete;
     SMBIOSProtocolImpl& operator=(const SMBIOSProtocolImpl&) = delete;
 
     void SMBiosSearch(const std::string& query, ResultMap& result) const override;
     void SMBiosChildren(const std::string& path, ResultMap& result) const override;
+
+    // For other callers of the SDK: the agent asks by path only.
 
     const std::string& Version() const { return versionText; }
     /// The catalogue that the version selects.

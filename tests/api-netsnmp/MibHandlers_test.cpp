@@ -81,40 +81,44 @@ void shutdownSMClient() {}
 namespace {
 struct Object {
     _SMEntity entity;
-    std::vector<oid> place;
+    std::span<const oid> place;
     std::span<const variable2> rows;
-    bool isTable;
+    bool isTable = place.size() == std::tuple_size_v<mib::TableOid>;
 };
 
 const std::vector<Object>& objects()
 {
+#define OBJECT(entity, name)                                                                                           \
+    {                                                                                                                  \
+        entity, name##_variables_oid, name##_variables                                                                 \
+    }
     static const std::vector<Object> all = {
-        {SMINFO, {100}, systemManagementSoftwareGroup_variables, false},
-        {CHASSIS, {200}, chassisInformationGroup_variables, false},
-        {PROCESSOR, {300, 10}, processorDeviceTable_variables, true},
-        {DISCRETE_PROCESSOR, {300, 20}, discreteProcessorTable_variables, true},
-        {POWERUNIT, {400, 10}, powerUnitTable_variables, true},
-        {POWERSUPPLY, {400, 20}, powerSupplyTable_variables, true},
-        {VOLTAGE, {400, 30}, voltageProbeTable_variables, true},
-        {DISCRETEVOLTAGE, {400, 40}, discreteVoltageProbeTable_variables, true},
-        {CURRENT, {400, 50}, currentProbeTable_variables, true},
-        {MEMORYARRAY, {500, 10}, physicalMemoryArrayTable_variables, true},
-        {MEMORYDEVICE, {500, 20}, physicalMemoryDeviceTable_variables, true},
-        {DISCRETE_MEMORY, {500, 30}, discreteMemoryTable_variables, true},
-        {COOLINGUNIT, {600, 10}, coolingUnitTable_variables, true},
-        {COOLINGDEVICE, {600, 20}, coolingDeviceTable_variables, true},
-        {DISCRETECOOLING, {600, 30}, discreteCoolingDeviceTable_variables, true},
-        {TEMPERATURE, {600, 40}, temperatureProbeTable_variables, true},
-        {DRIVESLOT, {700, 10}, driveSlotPresenceSensorTable_variables, true},
-        {MISCELLANEOUS, {800, 10}, miscellaneousSensorTable_variables, true},
+        OBJECT(SMINFO, systemManagementSoftwareGroup),
+        OBJECT(CHASSIS, chassisInformationGroup),
+        OBJECT(PROCESSOR, processorDeviceTable),
+        OBJECT(DISCRETE_PROCESSOR, discreteProcessorTable),
+        OBJECT(POWERUNIT, powerUnitTable),
+        OBJECT(POWERSUPPLY, powerSupplyTable),
+        OBJECT(VOLTAGE, voltageProbeTable),
+        OBJECT(DISCRETEVOLTAGE, discreteVoltageProbeTable),
+        OBJECT(CURRENT, currentProbeTable),
+        OBJECT(MEMORYARRAY, physicalMemoryArrayTable),
+        OBJECT(MEMORYDEVICE, physicalMemoryDeviceTable),
+        OBJECT(DISCRETE_MEMORY, discreteMemoryTable),
+        OBJECT(COOLINGUNIT, coolingUnitTable),
+        OBJECT(COOLINGDEVICE, coolingDeviceTable),
+        OBJECT(DISCRETECOOLING, discreteCoolingDeviceTable),
+        OBJECT(TEMPERATURE, temperatureProbeTable),
+        OBJECT(DRIVESLOT, driveSlotPresenceSensorTable),
+        OBJECT(MISCELLANEOUS, miscellaneousSensorTable),
     };
+#undef OBJECT
     return all;
 }
 
 std::vector<oid> columnName(const Object& object, const variable2& row)
 {
-    std::vector<oid> name = {1, 3, 6, 1, 4, 1, 44444, 2, 10, 3, 5};
-    name.insert(name.end(), object.place.begin(), object.place.end());
+    std::vector<oid> name(object.place.begin(), object.place.end());
     name.insert(name.end(), row.name, row.name + row.namelen);
     return name;
 }

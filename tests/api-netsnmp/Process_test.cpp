@@ -43,7 +43,7 @@ int softStackLimitAfterRaising(rlim_t soft)
         getrlimit(RLIMIT_STACK, &limit);
         limit.rlim_cur = soft;
         setrlimit(RLIMIT_STACK, &limit);
-        raiseStackLimit();
+        agent::raiseStackLimit();
         getrlimit(RLIMIT_STACK, &limit);
         return limit.rlim_cur == soft ? 1 : limit.rlim_cur == 20'971'520 ? 2 : 3;
     });
@@ -61,18 +61,18 @@ TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
 TEST(Process, PidFileIsMadeReadableForAll)
 {
     TempRoot root;
-    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
+    fs::create_directories(fs::path(root.resolve(agent::pidFile)).parent_path());
     const mode_t before = umask(0);
-    writePidFile();
+    agent::writePidFile();
     umask(before);
-    EXPECT_EQ(fs::status(root.resolve(pidFile)).permissions(), fs::perms(0644));
+    EXPECT_EQ(fs::status(root.resolve(agent::pidFile)).permissions(), fs::perms(0644));
 }
 
 TEST(Process, PidFileIsOverwrittenInPlace)
 {
     TempRoot root;
-    const fs::path path = root.write(pidFile, "12345678901234\n");
-    writePidFile();
+    const fs::path path = root.write(agent::pidFile, "12345678901234\n");
+    agent::writePidFile();
     const std::string pid = std::to_string(getpid()) + "\n";
     EXPECT_EQ(contents(path), pid + std::string("12345678901234\n").substr(pid.size()));
 }
@@ -81,19 +81,19 @@ TEST(Process, PidFileIsNoWayToAnotherFile)
 {
     TempRoot root;
     const fs::path victim = root.write("/etc/passwd", "root\n");
-    fs::create_directories(fs::path(root.resolve(pidFile)).parent_path());
-    fs::create_symlink(victim, root.resolve(pidFile));
-    writePidFile();
+    fs::create_directories(fs::path(root.resolve(agent::pidFile)).parent_path());
+    fs::create_symlink(victim, root.resolve(agent::pidFile));
+    agent::writePidFile();
     EXPECT_EQ(contents(victim), "root\n");
 }
 
 TEST(Process, PidFileIsWrittenAlthoughSomebodyHoldsItsLock)
 {
     TempRoot root;
-    const fs::path path = root.write(pidFile, "");
+    const fs::path path = root.write(agent::pidFile, "");
     const int holder = open(path.c_str(), O_RDONLY);
     flock(holder, LOCK_EX);
-    writePidFile();
+    agent::writePidFile();
     close(holder);
     EXPECT_EQ(contents(path), std::to_string(getpid()) + "\n");
 }
@@ -105,25 +105,25 @@ TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
         std::ostringstream message;
         message << "Signal received at: .*\nCaught SIGSEGV, SIGABRT or SIGBUS = " << sig
                 << ", executing /usr/local/hwagent/bin/hwAgent\n";
-        EXPECT_EXIT(endWatch(W_EXITCODE(0, sig)), testing::ExitedWithCode(0), message.str());
+        EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, sig)), testing::ExitedWithCode(0), message.str());
     }
-    const fs::path stranger = root.write(agentExecutable, "#!/bin/sh\nexit 42\n");
+    const fs::path stranger = root.write(agent::agentExecutable, "#!/bin/sh\nexit 42\n");
     fs::permissions(stranger, fs::perms(0755));
-    EXPECT_EXIT(endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
+    EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
 }
 
 TEST(Signals, StopCountsOnlyOnceTheLoopMayRun)
 {
     testing::internal::CaptureStderr();
     stop_server(SIGTERM);
-    startRunning();
-    EXPECT_TRUE(isRunning());
+    agent::startRunning();
+    EXPECT_TRUE(agent::isRunning());
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::StartsWith("Caught signal 15\nSignal received at: "));
     testing::internal::CaptureStderr();
     stop_server(SIGHUP);
     stop_server(SIGINT);
-    serveSignals();
-    EXPECT_FALSE(isRunning());
+    agent::serveSignals();
+    EXPECT_FALSE(agent::isRunning());
     const std::string printed = testing::internal::GetCapturedStderr();
     EXPECT_THAT(printed, testing::HasSubstr("Caught signal 1\n"));
     EXPECT_THAT(printed, testing::HasSubstr("Caught signal 2\n"));
@@ -135,8 +135,8 @@ TEST(Signals, BrokenPipeIsSaidOnceAndIgnoredFromThenOn)
     testing::internal::CaptureStderr();
     raise(SIGPIPE);
     raise(SIGPIPE);
-    serveSignals();
-    serveSignals();
+    agent::serveSignals();
+    agent::serveSignals();
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
                 testing::AllOf(testing::StartsWith("SIGPIPE signal received at: "),
                                testing::Not(testing::HasSubstr("\nSIGPIPE"))));

@@ -33,7 +33,7 @@ struct FakePrograms : CommandRunner {
 };
 
 /// A host with one interface that is up, and a SCSI drive behind every device.
-struct FakeCalls : OsCalls {
+struct FakeCalls : osinfo::OsCalls {
     int hostName(char* out, std::size_t size) override
     {
         std::strncpy(out, name.c_str(), size);
@@ -101,7 +101,7 @@ protected:
     FakePrograms programs;
     ScopedSeam<CommandRunner> usePrograms{programs};
     FakeCalls calls;
-    ScopedSeam<OsCalls> useCalls{calls};
+    ScopedSeam<osinfo::OsCalls> useCalls{calls};
 };
 
 TEST_F(OsInfo, HostWithoutANameIsNone)

@@ -88,11 +88,11 @@ int main(int argc, char** argv)
     HastyClock clock;
     const ScopedSeam<QueryBackend> useSdk(sdk);
     const ScopedSeam<Clock> useClock(clock);
-    installSignalHandlers();
-    openBells();
+    agent::installSignalHandlers();
+    agent::openBells();
     init_subagent(1);
     gSubagent.load()->mSystemManagement->m_nTrapsEnabled = 1;
     std::jthread thread(storm, count);
-    startRunning();
+    agent::startRunning();
     return agentx_loop();
 }

@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+namespace preload {
+
 using namespace std::chrono_literals;
 using vmline::Bytes;
 
@@ -262,3 +264,5 @@ void Controller::deliverMessage(const Bytes& data)
         return;
     endBridged(sequence, Bytes(data.begin() + 7, data.end() - 1));
 }
+
+} // namespace preload

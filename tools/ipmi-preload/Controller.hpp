@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+namespace preload {
+
 /// The controller at the other end of a simulator's VM line, as the kernel's driver would drive it: many requests under
 /// way, bridging over IPMB with Send Message and Get Message, events on attention. Not thread-safe; nothing here waits
 /// but for the connection on loopback.
@@ -88,3 +90,5 @@ private:
     std::map<std::uint8_t, Pending> pending;
     std::map<std::uint8_t, Bridged> bridged;
 };
+
+} // namespace preload

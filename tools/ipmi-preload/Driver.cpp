@@ -13,6 +13,8 @@
 #include <cstring>
 #include <thread>
 
+namespace preload {
+
 namespace {
 
 constexpr std::uint8_t netFnApp = 0x06;
@@ -257,3 +259,5 @@ void Driver::startAfresh()
         ::close(fresh);
     }
 }
+
+} // namespace preload

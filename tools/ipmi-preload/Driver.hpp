@@ -9,6 +9,8 @@
 #include <deque>
 #include <mutex>
 
+namespace preload {
+
 /// The kernel's IPMI device of one process: open files, their queues of received messages, the ioctls. A descriptor is
 /// an eventfd that counts the file's waiting messages, so select and poll tell the truth about it. A thread takes in
 /// what the controller sends; after a fork the child has a line and a thread of its own.
@@ -63,3 +65,5 @@ private:
     std::uint64_t lastGeneration = 0;
     bool threadRuns = false;
 };
+
+} // namespace preload

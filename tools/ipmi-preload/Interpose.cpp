@@ -39,9 +39,9 @@ template<class Open>
 int openPlaced(const char* path, int flags, Open open)
 {
     if (isDevice(path))
-        return Driver::instance().open(flags);
+        return preload::Driver::instance().open(flags);
     std::string room;
-    return open(placePath(path, room));
+    return open(preload::placePath(path, room));
 }
 
 } // namespace
@@ -96,49 +96,49 @@ EXPORT FILE* fopen(const char* path, const char* mode)
 {
     NEXT(fopen);
     std::string room;
-    return real(placePath(path, room), mode);
+    return real(preload::placePath(path, room), mode);
 }
 
 EXPORT FILE* fopen64(const char* path, const char* mode)
 {
     NEXT(fopen64);
     std::string room;
-    return real(placePath(path, room), mode);
+    return real(preload::placePath(path, room), mode);
 }
 
 EXPORT FILE* freopen(const char* path, const char* mode, FILE* stream)
 {
     NEXT(freopen);
     std::string room;
-    return real(placePath(path, room), mode, stream);
+    return real(preload::placePath(path, room), mode, stream);
 }
 
 EXPORT DIR* opendir(const char* path)
 {
     NEXT(opendir);
     std::string room;
-    return real(placePath(path, room));
+    return real(preload::placePath(path, room));
 }
 
 EXPORT int access(const char* path, int mode)
 {
     NEXT(access);
     std::string room;
-    return isDevice(path) ? 0 : real(placePath(path, room), mode);
+    return isDevice(path) ? 0 : real(preload::placePath(path, room), mode);
 }
 
 EXPORT int stat(const char* path, struct stat* result)
 {
     static const auto real = reinterpret_cast<int (*)(const char*, struct stat*)>(dlsym(RTLD_NEXT, "stat"));
     std::string room;
-    return real(placePath(path, room), result);
+    return real(preload::placePath(path, room), result);
 }
 
 EXPORT int stat64(const char* path, struct stat64* result)
 {
     static const auto real = reinterpret_cast<int (*)(const char*, struct stat64*)>(dlsym(RTLD_NEXT, "stat64"));
     std::string room;
-    return real(placePath(path, room), result);
+    return real(preload::placePath(path, room), result);
 }
 
 /// The watcher's restart: the executable at its installed path may be one that is placed.
@@ -152,7 +152,7 @@ EXPORT int execlp(const char* file, const char* argument, ...)
     va_end(list);
     arguments.push_back(nullptr);
     std::string room;
-    return execvp(placePath(file, room), arguments.data());
+    return execvp(preload::placePath(file, room), arguments.data());
 }
 
 EXPORT int ioctl(int fd, unsigned long request, ...)
@@ -162,15 +162,16 @@ EXPORT int ioctl(int fd, unsigned long request, ...)
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (Driver::instance().owns(fd))
-        return Driver::instance().ioctl(fd, static_cast<std::uint32_t>(request), argument); // as the kernel takes it
+    if (preload::Driver::instance().owns(fd))
+        return preload::Driver::instance().ioctl(fd, static_cast<std::uint32_t>(request),
+                                                 argument); // as the kernel takes it
     return real(fd, request, argument);
 }
 
 EXPORT int close(int fd)
 {
     NEXT(close);
-    if (Driver::instance().owns(fd))
-        Driver::instance().release(fd);
+    if (preload::Driver::instance().owns(fd))
+        preload::Driver::instance().release(fd);
     return real(fd);
 }

@@ -7,6 +7,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+namespace preload {
+
 namespace {
 
 /// The kernel's own answer: the C library's functions lead back to this one.
@@ -28,3 +30,5 @@ const char* placePath(const char* path, std::string& room)
     room.assign(root).append(path);
     return exists(room.c_str()) ? room.c_str() : path;
 }
+
+} // namespace preload
