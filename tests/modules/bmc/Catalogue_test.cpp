@@ -45,6 +45,10 @@ const Names ofHandlers = {
     "$/SEL/GET_SEL_ENTRY_LS",
     "$/SEL/GET_SEL_ENTRY_MS",
     "GET://BMC/SDR_RECORD",
+    "GET://BMC/SENSOR_LUN",
+    "GET://BMC/SENSOR_OWNER",
+    "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
+    "GET://BMC/SENSOR_TYPE_RECORD",
     "GET://BMC/FRU",
     "GET://BMC/SDR",
 };
@@ -81,11 +85,8 @@ Names parametersOf(const std::string& key)
     return {names.begin(), names.end()};
 }
 
-/// Entries that stand ready without a script or handler that uses them.
-const Names standingReady = {
-    "GET://BMC/SENSOR_LUN",         "GET://BMC/SENSOR_OWNER",           "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
-    "GET://BMC/SENSOR_TYPE_RECORD", "$/SDR/REPOSITORY_ALLOCATION_INFO",
-};
+/// A command that no script sends yet.
+const Names standingReady = {"$/SDR/REPOSITORY_ALLOCATION_INFO"};
 
 bool isSymbol(const std::string& text)
 {
@@ -267,7 +268,131 @@ std::map<std::string, Names> keysByArea()
     return areas;
 }
 
+bool isHexByte(const std::string& text)
+{
+    return text.size() == 2 && text.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+}
+
+bool isConstant(const std::string& name)
+{
+    return stores().symbols.contains(name);
+}
+
+/// Whether the packet reads: target, network function, LUN, command, data.
+bool hasTheShapeOfARequest(const std::vector<std::string>& packet)
+{
+    const Names targets = {"$DEVICE_ID_NUMBER", "$/BMC/SENSOR_OWNER"}; // beside the constants
+    if (packet.size() < 4)
+        return false;
+    const bool head = (targets.contains(packet[0]) || packet[0].ends_with("_ADDRESS")) &&
+                      (packet[1].ends_with("_NET_FUNCTION") || packet[1].ends_with("_APP")) && isConstant(packet[1]) &&
+                      packet[2] == "00" && isConstant(packet[3]);
+    return head && std::all_of(packet.begin() + 4, packet.end(),
+                               [](const std::string& item) { return isSymbol(item) || isHexByte(item); });
+}
+
+bool isBranch(const Script& program)
+{
+    return program.size() == 1 && static_cast<Opcode>(program.front().opcode) == Opcode::Append;
+}
+
+void addWords(Names& words, const std::string& text)
+{
+    constexpr std::size_t shortest = 5;
+    std::string word;
+    for (const char character : text + " ") {
+        if (std::isalpha(static_cast<unsigned char>(character))) {
+            word += character;
+            continue;
+        }
+        if (word.size() >= shortest)
+            words.insert(word);
+        word.clear();
+    }
+}
+
+/// Every word that the catalogue answers with, takes or compares with.
+Names allWords()
+{
+    Names words;
+    for (const auto& [key, table] : stores().tables)
+        for (const auto& [from, to] : table)
+            addWords(words, from + " " + to);
+    for (const auto& [key, program] : stores().templates) {
+        addWords(words, key);
+        for (const Function& step : *program)
+            for (const std::string& operand : step.arguments.values)
+                addWords(words, operand);
+    }
+    return words;
+}
+
+/// Whether one letter more, less or other makes `one` of `other`; an ending does not count.
+bool differByALetter(const std::string& one, const std::string& other)
+{
+    const auto [at, place] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    if (at == one.end() || place == other.end())
+        return false;
+    const auto same = [](auto first, auto last, auto from, auto to) { return std::equal(first, last, from, to); };
+    return same(at + 1, one.end(), place + 1, other.end()) || same(at + 1, one.end(), place, other.end()) ||
+           same(at, one.end(), place + 1, other.end());
+}
+
 } // namespace
+
+TEST(Catalogue, EveryPacketHasTheShapeOfARequest)
+{
+    const Names wholeByTheCaller = {"GET://BMC/IPMI/RAW_COMMAND"};
+    Findings findings;
+    for (const auto& [key, packet] : stores().packets)
+        if (!wholeByTheCaller.contains(key) && !hasTheShapeOfARequest(packet.values))
+            findings.insert(key + ": " + Util::join(packet.values, " "));
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+/// Answers and callers' words come to the tables in upper case.
+TEST(Catalogue, EveryTableIsLookedUpInUpperCase)
+{
+    Findings findings;
+    for (const auto& [key, table] : stores().tables)
+        for (const auto& [from, to] : table)
+            if (from != Util::upcase(from))
+                findings.insert(key + ": " + from);
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryBranchNamesAllItsChildren)
+{
+    // What not every BMC can answer would end a walk: the engine's files have the children of these.
+    const Names someOnly = {"GET://BMC/INFO", "GET://BMC", "GET://BMC/CHASSIS"};
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        const std::size_t slash = key.rfind('/');
+        const auto parent = stores().templates.find(key.substr(0, slash));
+        if (parent == stores().templates.end() || !isBranch(*parent->second) || someOnly.contains(parent->first))
+            continue;
+        const std::vector<std::string>& children = parent->second->front().arguments.values;
+        if (std::find(children.begin(), children.end(), key.substr(slash + 1)) == children.end())
+            findings.insert(key);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, NoWordIsAnotherWithALetterWrong)
+{
+    const std::set<std::pair<std::string, std::string>> wellMeant = {
+        {"BLOCK", "CLOCK"},       {"GETBOOTTABLE", "SETBOOTTABLE"},
+        {"GETTABLE", "SETTABLE"}, {"INSUFFICENT", "INSUFFICIENT"}, // a word that callers know as it is
+        {"INTERNAL", "INTERVAL"}, {"LOWER", "POWER"},
+        {"STATES", "STATUS"}};
+    const Names words = allWords();
+    std::set<std::pair<std::string, std::string>> findings;
+    for (auto one = words.begin(); one != words.end(); ++one)
+        for (auto other = std::next(one); other != words.end(); ++other)
+            if (differByALetter(*one, *other) && !wellMeant.contains({*one, *other}))
+                findings.insert({*one, *other});
+    EXPECT_THAT(findings, IsEmpty());
+}
 
 TEST(Catalogue, EveryStepHasAsManyOperandsAsItsInstructionTakes)
 {
