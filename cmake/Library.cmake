@@ -1,18 +1,27 @@
-# hw_library(NAME DEPENDS...): one static library from the .cpp files of this folder. What it may link is what it may
-# include: the list of dependencies is the layer rule, and scripts/check-layers holds the includes to it at each build.
+# hw_library(NAME [MAIN FILE] DEPENDS...): one static library from the .cpp files of this folder, without the file of a
+# program's main. What it links is what it may include: the list of dependencies is the layer rule, and
+# scripts/check-layers, which reads the lists, holds the includes to it at each build.
 function(hw_library name)
+  cmake_parse_arguments(arg "" MAIN "" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(arg_MAIN)
+    list(REMOVE_ITEM sources ${CMAKE_CURRENT_SOURCE_DIR}/${arg_MAIN})
+  endif()
   if(sources)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(${name} PUBLIC ${ARGN} PRIVATE hw_warnings)
+    target_link_libraries(${name} PUBLIC ${arg_UNPARSED_ARGUMENTS} PRIVATE hw_warnings hw_hardening)
     add_dependencies(${name} hw_check_layers)
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(${name} INTERFACE ${ARGN})
+    target_link_libraries(${name} INTERFACE ${arg_UNPARSED_ARGUMENTS})
   endif()
 endfunction()
+
+# Tests are compiled for the speed of compiling, and share one precompiled header.
+add_library(hw_test_options INTERFACE)
+target_compile_options(hw_test_options INTERFACE -O0 -U_FORTIFY_SOURCE)
 
 # hw_test(FOLDER DEPENDS...): one GoogleTest executable from tests/FOLDER/*_test.cpp.
 function(hw_test folder)
@@ -22,10 +31,8 @@ function(hw_test folder)
   endif()
   string(REPLACE "/" "_" suffix ${folder})
   add_executable(hw_test_${suffix} ${sources})
-  target_link_libraries(hw_test_${suffix} PRIVATE ${ARGN} hw_test_support hw_warnings GTest::gmock_main)
-  # GCC 12 sees overruns in std::string's own copying when it inlines the tables of a test at -O3.
-  target_compile_options(hw_test_${suffix} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
-  target_precompile_headers(hw_test_${suffix} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  target_link_libraries(hw_test_${suffix} PRIVATE ${ARGN} hw_test_support hw_test_options hw_warnings GTest::gmock_main)
+  target_precompile_headers(hw_test_${suffix} REUSE_FROM hw_test_headers)
   gtest_discover_tests(hw_test_${suffix} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
 endfunction()
 
