@@ -2,8 +2,8 @@
 // that bring new records. "exchanges" is what a poll costs of them.
 
 #include "bench/BenchBmc.hpp"
+#include "ipmi/SelView.hpp"
 #include "modules/System.hpp"
-#include "modules/bmc/subjects/SelRecord.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,7 @@ IpmiAnswer readEntry(const IpmiRequest& request, unsigned last)
 {
     const auto low = [](unsigned value) { return static_cast<std::uint8_t>(value); };
     const unsigned id = request.data[2] + 256U * request.data[3];
-    const unsigned next = id == last ? Module::BMCConfig::lastSelId : id + 1;
+    const unsigned next = id == last ? ipmi::lastSelId : id + 1;
     const std::uint8_t sensor = low(1 + id % sensors), type = low(1 + sensor % 4);
     return {0, low(next), low(next >> 8), low(id), low(id >> 8), 2,    low(id), 0, 0, 0x60, 0x20, 0,
             4, type,      sensor,         1,       0x57,         0x5A, 0x50};

@@ -1,4 +1,4 @@
-#include "Query.hpp"
+#include "tools/hwquery/Query.hpp"
 
 #include "modules/System.hpp"
 

@@ -1,0 +1,50 @@
+"""What scripts/check-layers refuses, on a small house of two floors and a door."""
+import os
+import subprocess
+import tempfile
+import unittest
+
+CHECK = os.path.join(os.path.dirname(__file__), "..", "..", "scripts", "check-layers")
+
+HOUSE = {
+    "src/ground/CMakeLists.txt": "hw_library(hw_ground)\n",
+    "src/ground/Bytes.hpp": "#pragma once\n",
+    "src/upper/CMakeLists.txt": "hw_library(hw_upper hw_ground Threads::Threads)\n",
+    "src/upper/Words.hpp": '#pragma once\n#include "ground/Bytes.hpp"\n#include <string>\n',
+    "door/CMakeLists.txt": "hw_library(hw_door MAIN main.cpp hw_upper hw_netsnmp)\n",
+    "door/Door.cpp": '#include "upper/Words.hpp"\n#include <net-snmp/net-snmp-config.h>\n',
+}
+
+REFUSED = [
+    ("upward, in quotes", "src/ground/Bad.cpp", '#include "upper/Words.hpp"\n', "does not name hw_upper"),
+    ("upward, in angle brackets", "src/ground/Bad.cpp", "#include <upper/Words.hpp>\n", "does not name hw_upper"),
+    ("past the next floor", "door/Bad.cpp", ' #  include "ground/Bytes.hpp"\n', "does not name hw_ground"),
+    ("Net-SNMP elsewhere", "src/upper/Bad.hpp", "#include <net-snmp/types.h>\n", "does not name hw_netsnmp"),
+    ("without the folder", "src/upper/Bad.cpp", '#include "Words.hpp"\n', "not a header of the house"),
+    ("a name that nobody needs", "src/upper/Words.hpp", "#pragma once\n", "names hw_ground and includes nothing"),
+    ("a circle", "src/ground/CMakeLists.txt", "hw_library(hw_ground hw_upper)\n", "a circle"),
+    ("a figure of another house", "docs/architecture.md", "<!-- rooms -->\n```\nground\n```\n<!-- /rooms -->\n",
+     "the figure of rooms"),
+]
+
+
+def check(changes):
+    with tempfile.TemporaryDirectory() as root:
+        for name, text in {**HOUSE, **changes}.items():
+            os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
+            with open(os.path.join(root, name), "w", encoding="utf-8") as file:
+                file.write(text)
+        return subprocess.run([CHECK, root], capture_output=True, text=True, check=False)
+
+
+class Layers(unittest.TestCase):
+    def test_a_house_in_order_passes(self):
+        result = check({})
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+
+    def test_what_is_against_the_lists_is_refused(self):
+        for circumstance, name, text, complaint in REFUSED:
+            with self.subTest(circumstance):
+                result = check({name: text})
+                self.assertEqual(result.returncode, 1)
+                self.assertIn(complaint, result.stderr)
