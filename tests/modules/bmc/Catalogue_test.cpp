@@ -286,7 +286,7 @@ bool hasTheShapeOfARequest(const std::vector<std::string>& packet)
         return false;
     const bool head = (targets.contains(packet[0]) || packet[0].ends_with("_ADDRESS")) &&
                       (packet[1].ends_with("_NET_FUNCTION") || packet[1].ends_with("_APP")) && isConstant(packet[1]) &&
-                      packet[2] == "00" && isConstant(packet[3]);
+                      (packet[2] == "00" || packet[2] == "$/BMC/SENSOR_LUN") && isConstant(packet[3]);
     return head && std::all_of(packet.begin() + 4, packet.end(),
                                [](const std::string& item) { return isSymbol(item) || isHexByte(item); });
 }

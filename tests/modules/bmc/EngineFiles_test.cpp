@@ -1,20 +1,5 @@
-// Runs the files of tests/modules/bmc/engine/: queries through the engine against a scripted BMC. One test a file.
-//
-//     # comment
-//     get /BMC/INFO/VERSION              a query: get PATH, set PATH VALUE, getmap PATH NAME=VALUE...,
-//                                        setmap PATH NAME=VALUE...; ends at the next query
-//     > 20 06 00 01                      the next request that must come: target, network function, LUN, command,
-//                                        data, all hexadecimal; ".." is any byte
-//     < 00 20 81 01 07 02                its answer, completion code first; "<" alone is a BMC that does not answer
-//     ~ 20 0A 00 22                      a request that may come any number of times, at any place; its answer follows
-//     < 00 34 12
-//     = 1.07.4660                        the query's own node is the only one, and these are its values
-//     = /BMC/INFO/SUPPORT: /BMC/... /... or every node of the answer, a line each: "PATH: children" for a branch,
-//     = /BMC/INFO/VERSION = 1.07.4660    "PATH = values" for a leaf
-//     ! 1269                             or the failure: its code and, if given, its detail
-//     clear                              empties the engine's cache, which otherwise lasts to the end of the file
-//
-// A SET without "=" or "!" must succeed. Every ">" request must come, in order, and no other.
+// Runs the files of tests/modules/bmc/engine/ (see EngineFile.hpp): queries through the engine against a scripted BMC.
+// One test a file.
 
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
@@ -22,6 +7,7 @@
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 #include "platform/PlatformImpl.hpp"
+#include "tests/modules/bmc/EngineFile.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "transport/TransportState.hpp"
@@ -33,74 +19,15 @@
 
 namespace {
 
-struct Exchange {
-    std::vector<std::string> request; ///< bytes, ".." for any
-    IpmiAnswer answer;
-    bool repeats = false;
-};
-
-struct Query {
-    int line = 0;
-    std::string kind, path, rest;
-    std::vector<Exchange> exchanges;
-    std::vector<std::string> expected; ///< lines of "="
-    std::string failure;               ///< of "!"
-};
-
-std::string restOf(std::istringstream& words)
-{
-    std::string rest;
-    std::getline(words >> std::ws, rest);
-    return rest;
-}
-
-std::vector<Query> readQueries(const std::filesystem::path& path)
-{
-    std::vector<Query> queries;
-    std::ifstream file(path);
-    int number = 0;
-    for (std::string line; std::getline(file, line);) {
-        ++number;
-        std::istringstream words(line);
-        std::string first;
-        words >> first;
-        if (first.empty() || first[0] == '#')
-            continue;
-        if (first == "get" || first == "set" || first == "getmap" || first == "setmap" || first == "clear") {
-            Query query{
-                .line = number, .kind = first, .path = {}, .rest = {}, .exchanges = {}, .expected = {}, .failure = {}};
-            words >> query.path;
-            query.rest = restOf(words);
-            queries.push_back(query);
-        } else if (queries.empty()) {
-            ADD_FAILURE() << path << ":" << number << ": no query before this line";
-        } else if (first == ">" || first == "~") {
-            queries.back().exchanges.push_back({Util::split(Util::upcase(restOf(words)), " "), {}, first == "~"});
-        } else if (first == "<" && !queries.back().exchanges.empty()) {
-            queries.back().exchanges.back().answer = ipmi::parseBytes(restOf(words));
-        } else if (first == "=") {
-            queries.back().expected.push_back(restOf(words));
-        } else if (first == "!") {
-            queries.back().failure = restOf(words);
-        } else {
-            ADD_FAILURE() << path << ":" << number << ": what is \"" << first << "\"?";
-        }
-    }
-    return queries;
-}
-
-std::string twoDigits(std::uint8_t byte)
-{
-    constexpr char digits[] = "0123456789ABCDEF";
-    return {digits[byte >> 4], digits[byte & 15]};
-}
+using engine::Exchange;
+using engine::Query;
 
 std::vector<std::string> textOf(const IpmiRequest& request)
 {
-    std::vector<std::string> text{twoDigits(request.target), twoDigits(request.netFn), twoDigits(request.lun),
-                                  twoDigits(request.cmd)};
+    std::vector<std::string> text{ipmi::hexByte(request.target), ipmi::hexByte(request.netFn),
+                                  ipmi::hexByte(request.lun), ipmi::hexByte(request.cmd)};
     for (const std::uint8_t byte : request.data)
-        text.push_back(twoDigits(byte));
+        text.push_back(ipmi::hexByte(byte));
     return text;
 }
 
@@ -268,7 +195,7 @@ protected:
 
 TEST_P(EngineFile, AnswersAsWritten)
 {
-    for (const Query& query : readQueries(GetParam())) {
+    for (const Query& query : engine::FileReader(GetParam()).read()) {
         if (query.kind == "clear") {
             Module::BMCConfig::Cache::instance().Clear();
             continue;

@@ -1,8 +1,10 @@
 #include "tests/modules/bmc/SdrFixture.hpp"
 
 #include <atomic>
+#include <numeric>
 #include <thread>
 
+using namespace std::chrono_literals;
 using testing::SizeIs;
 
 namespace {
@@ -21,6 +23,11 @@ protected:
     static bool asksBody(const IpmiRequest& request, unsigned id)
     {
         return request.data[2] == id && request.data[4] > 0;
+    }
+
+    std::chrono::nanoseconds slept() const
+    {
+        return std::accumulate(clock.sleeps.begin(), clock.sleeps.end(), std::chrono::nanoseconds{});
     }
 
     std::size_t count(std::uint8_t cmd) const
@@ -60,13 +67,59 @@ TEST_F(Sdr, LostReservationAtAnyPieceRepeatsThatPieceAlone)
     }
 }
 
-TEST_F(Sdr, RecordThatNeverReadsEndsTheWalkAfterHundredRepeatsAndLeavesTheRest)
+TEST_F(Sdr, ControllerThatIsBusyForTheMomentCostsNoRecord)
 {
-    records = {full(1, 1, 1, {}), full(2, 2, 1, {})};
-    disturb([](const IpmiRequest& request) { return request.data[2] == 2 ? IpmiAnswer{0xC3} : IpmiAnswer{}; });
+    records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
+    disturb([this, start = clock.time](const IpmiRequest& request) {
+        return request.data[2] == 2 && clock.time - start < 300ms ? IpmiAnswer{0xC0} : IpmiAnswer{};
+    });
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "3");
+    EXPECT_LE(slept(), 1s);
+}
+
+TEST_F(Sdr, ReadingThatIsGivenUpLeavesNothingAndTheNextQueryReadsAnew)
+{
+    for (const bool inBody : {false, true}) {
+        records = {full(1, 1, 1, {}), full(2, 2, 1, {})};
+        bmc.requests.clear();
+        Module::BMCConfig::Cache::instance().Clear();
+        disturb([=](const IpmiRequest& request) {
+            return request.data[2] == 2 && (request.data[4] > 0) == inBody ? IpmiAnswer{0xC3} : IpmiAnswer{};
+        });
+        clock.sleeps.clear();
+        EXPECT_EQ(text("/BMC/SDR/NUMBER"), "0");
+        EXPECT_EQ(count(0x23), 4 + 101U + inBody);
+        EXPECT_GT(slept(), 900ms);
+        EXPECT_LE(slept(), 1s);
+        EXPECT_TRUE(std::ranges::is_sorted(clock.sleeps)) << "each pause is longer than the one before";
+        disturb([](const IpmiRequest&) { return IpmiAnswer{}; });
+        EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(3));
+    }
+}
+
+TEST_F(Sdr, RecordThatIsShorterThanItSaysIsLeftOut)
+{
+    for (const int code : {0xC7, 0xC8, 0xC9, 0xCA}) {
+        Module::BMCConfig::Cache::instance().Clear();
+        records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
+        disturb([=](const IpmiRequest& request) {
+            return asksBody(request, 2) ? IpmiAnswer{static_cast<std::uint8_t>(code)} : IpmiAnswer{};
+        });
+        EXPECT_EQ(text("/BMC/SDR/NUMBER"), "2") << code;
+        EXPECT_EQ(text("/BMC/SDR[2]"), line(records[2])) << code;
+    }
+}
+
+TEST_F(Sdr, AnswerOfAnotherRecordEndsTheWalk)
+{
+    records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
+    disturb([this](const IpmiRequest& request) {
+        IpmiAnswer answer = readRecord(request);
+        if (request.data[2] == 2 && request.data[4] == 0)
+            answer[3] = 9;
+        return answer;
+    });
     EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
-    EXPECT_EQ(count(0x23), 4 + 101U);
-    EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(2));
 }
 
 TEST_F(Sdr, OnlyBothBytesOfTheNextIdEndTheWalk)

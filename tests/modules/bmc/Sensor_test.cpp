@@ -1,4 +1,5 @@
 #include "tests/modules/bmc/SdrFixture.hpp"
+#include "tests/transport/FakeKcs.hpp"
 
 using testing::ElementsAre;
 using testing::SizeIs;
@@ -51,6 +52,28 @@ TEST_F(Sensor, DisplayListsEachSensorOnceAndGoesOnAfterFailures)
     EXPECT_THAT(shown.at("/BMC/SENSOR[5]/THRESHOLD/UPPER_CRITICAL").mXNodeList, ElementsAre("NOT SUPPORTED"));
     EXPECT_THAT(shown.at("/BMC/SENSOR[6]/NUMBER").mXNodeList, ElementsAre("6"));
     EXPECT_THAT(shown.at("/BMC/SENSOR[5]/OWNER[36]/LUN[0]/OWNER").mXNodeList, ElementsAre("36"));
+}
+
+/// The network function's byte of the message that is bridged to the sensor's owner: its low bits are the LUN.
+TEST_F(Sensor, OwnersLunStandsInTheBridgedRequest)
+{
+    records = {full(1, 5, 1, {})};
+    records[0][5] = 0x24, records[0][6] = 0x61;
+    EXPECT_EQ(text("/BMC/SENSOR[5]/OWNER[36]/LUN[97]/NAME"), "T");
+    PortMachine ports;
+    std::vector<Bytes> bridged;
+    ports.bmc.answer = [&](const Bytes& frame) {
+        if (frame[1] == 0x34)
+            bridged.push_back(frame);
+        return Bytes{static_cast<std::uint8_t>(frame[0] + 4), frame[1], 0x83};
+    };
+    transport::transportState().OpenIPMIPresence = 0;
+    for (const char* query : {"/INTERPRET_SENSOR_VALUE", "/VALUE", "/THRESHOLD_STATUS"}) {
+        bridged.clear();
+        get(std::string("/BMC/SENSOR[5]/OWNER[36]/LUN[97]") + query);
+        ASSERT_FALSE(bridged.empty()) << query;
+        EXPECT_THAT(Bytes(bridged[0].begin() + 3, bridged[0].begin() + 5), ElementsAre(0x24, 0x11)) << query;
+    }
 }
 
 } // namespace

@@ -55,6 +55,7 @@ BmcConfig::BmcConfig(Stores& stores)
     // The subscript is the controller's slave address. One that is not there answers nothing or not with success.
     addTemplate(stores, "GET://BMC/DEVICE_ID[]",
                 script({
+                    requireAddress("$DEVICE_ID_NUMBER"),
                     sendWithoutThrow("GET://BMC/DEVICE_ID"),
                     If("$COMPLETION_CODE != 0", {Throw("ERROR_CONTROLLER_NOT_PRESENT")}),
                     joinData("$RESULT"),

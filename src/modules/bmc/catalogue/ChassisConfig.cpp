@@ -279,9 +279,10 @@ void addSets(Stores& stores)
                 setWord("SET://BMC/CHASSIS/CONTROL", "$CONTROL", setControlTable, "ERROR_CHASSIS_CONTROL_SET"));
     addTemplate(stores, "SET://BMC/CHASSIS/FRONT_PANEL",
                 setWord("SET://BMC/CHASSIS/FRONT_PANEL", "$FRONT_PANEL", setPanelTable, codesName));
-    addTemplate(stores, "SET://BMC/CHASSIS/FRONT_PANEL_ENABLES",
-                script({Map("$FRONT_PANEL_ENABLES", "MASK", "F", "$FRONT_PANEL_ENABLES"),
-                        sendOrThrow("SET://BMC/CHASSIS/FRONT_PANEL_ENABLES", codesName)}));
+    addTemplate(
+        stores, "SET://BMC/CHASSIS/FRONT_PANEL_ENABLES",
+        script({require("$FRONT_PANEL_ENABLES"), Map("$FRONT_PANEL_ENABLES", "MASK", "F", "$FRONT_PANEL_ENABLES"),
+                sendOrThrow("SET://BMC/CHASSIS/FRONT_PANEL_ENABLES", codesName)}));
     addTemplate(stores, "SET://BMC/CHASSIS/IDENTIFY/LEDOFF",
                 script({Copy("00", "$INTERVAL"), sendOrThrow("SET://BMC/CHASSIS/IDENTIFY", codesName)}));
     addTemplate(

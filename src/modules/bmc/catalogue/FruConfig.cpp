@@ -35,11 +35,26 @@ constexpr ReadRow reads[] = {
 };
 
 /// The whole answer, completion code first: whether to ask for less is the handler's affair.
-Script exchange(const char* packet)
+Script readPiece()
 {
     return script({
-        IPMI(packet, "$RESULT"),
+        require("$/FRU/DEVICE_ID"),
+        require("$/FRU/INVENTORY/OFFSET_LS"),
+        require("$/FRU/INVENTORY/OFFSET_MS"),
+        require("$/FRU/READ_COUNT"),
+        IPMI("GET://BMC/FRU/READ", "$RESULT"),
         Return("$RESULT"),
+    });
+}
+
+Script writePiece()
+{
+    return script({
+        require("$/FRU/DEVICE_ID"),
+        require("$/FRU/INVENTORY/WRITE_OFFSET_LS"),
+        require("$/FRU/INVENTORY/WRITE_OFFSET_MS"),
+        require("$/FRU/MODIFIED_DATA"),
+        sendOrThrow("SET://BMC/FRU/WRITE", "$COMPLETION_CODE"),
     });
 }
 
@@ -51,8 +66,8 @@ FruConfig::FruConfig(Stores& stores)
     addPackets(stores, packets);
     addFilters(stores, filters);
     addReads(stores, reads);
-    addTemplate(stores, "GET://BMC/FRU/READ", exchange("GET://BMC/FRU/READ"));
-    addTemplate(stores, "SET://BMC/FRU/WRITE", exchange("SET://BMC/FRU/WRITE"));
+    addTemplate(stores, "GET://BMC/FRU/READ", readPiece());
+    addTemplate(stores, "SET://BMC/FRU/WRITE", writePiece());
 }
 
 } // namespace Module::BMCConfig

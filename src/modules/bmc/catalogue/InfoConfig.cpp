@@ -171,7 +171,7 @@ Script ipmiVersionScript()
     return script({
         send("GET://BMC/INFO/DEVICE_ID"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", "GET://BMC/INFO/IPMI_VERSION_RAW", "$VERSION"),
+        readField("GET://BMC/INFO/IPMI_VERSION_RAW", "$VERSION", "$COMPLETION_CODE"),
         Map("$VERSION", "MASK", "F", "$MAJOR"),
         Map("$VERSION", "RIGHT_SHIFT", "4", "$MINOR"),
         FormatString("$MAJOR", ".", "$MINOR", "$RESULT"),
@@ -186,11 +186,11 @@ Script selfTestScript()
         send("GET://BMC/INFO/SELF_TEST_RESULTS"),
         answerIfAbsent("NOT SUPPORTED"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", "GET://BMC/INFO/SELF_TEST_RESULTS", "$RESULT"),
+        readField("GET://BMC/INFO/SELF_TEST_RESULTS", "$RESULT", "$COMPLETION_CODE"),
         LookupTable("$RESULT", "GET://BMC/INFO/SELF_TEST_RESULTS", "$RESULT"),
         If("$RESULT == ERROR", {returnText("DEVICE_SPECIFIC")}),
         If("$RESULT != CORRUPTED", {Return("$RESULT")}),
-        IPMIResponse("$BUFFER", "GET://BMC/INFO/SELF_TEST_FAULTS", "$FAULTS"),
+        readField("GET://BMC/INFO/SELF_TEST_FAULTS", "$FAULTS", "$COMPLETION_CODE"),
         Copy(":NULL", "$NAMES"),
         For("BIT", "0", "7",
             {
@@ -215,8 +215,7 @@ Steps readGuid(const char* filter)
         send("GET://BMC/INFO/SYSTEM_GUID"),
         answerIfAbsent("NOT SUPPORTED"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", filter, "$GUID"),
-        If("$GUID == ERROR", {Throw("IPMI_RESPONSE_ERROR")}),
+        readField(filter, "$GUID", "$COMPLETION_CODE"),
         Prepend("$GUID", "0", "2", "$GUID"),
     });
 }
@@ -251,6 +250,9 @@ Script uuidScript()
 Script masterReadWriteScript()
 {
     return script({
+        require("$BUS_ID"),
+        require("$SLAVE_ADDRESS"),
+        require("$READ_COUNT"),
         send("GET://BMC/INFO/MASTER_READ_WRITE"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
         joinData("$RESULT"),

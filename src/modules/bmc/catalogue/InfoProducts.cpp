@@ -40,9 +40,10 @@ Script controllerScript(const ControllerRow& row)
 {
     return script({
         Copy(row.address, "$DEVICE_ID_NUMBER"),
+        requireAddress("$DEVICE_ID_NUMBER"),
         sendWithoutThrow("GET://BMC/DEVICE_ID"),
         If("$COMPLETION_CODE != 0", {Throw("ERROR_CONTROLLER_NOT_PRESENT")}),
-        IPMIResponse("$BUFFER", row.filter, "$RESULT"),
+        readField(row.filter, "$RESULT", "ERROR_CONTROLLER_NOT_PRESENT"),
         Join("$RESULT", ":SPACE", "$RESULT"),
         Return("$RESULT"),
     });
@@ -79,8 +80,8 @@ Steps readProductBytes(const char* error)
     return script({
         send("GET://BMC/INFO/DEVICE_ID"),
         If("$COMPLETION_CODE != 0", {Throw(error)}),
-        IPMIResponse("$BUFFER", "GET://BMC/INFO/PRODUCT_RAW_BYTE1", "$PRODUCT_LS"),
-        IPMIResponse("$BUFFER", "GET://BMC/INFO/PRODUCT_RAW_BYTE2", "$PRODUCT_MS"),
+        readField("GET://BMC/INFO/PRODUCT_RAW_BYTE1", "$PRODUCT_LS", error),
+        readField("GET://BMC/INFO/PRODUCT_RAW_BYTE2", "$PRODUCT_MS", error),
     });
 }
 

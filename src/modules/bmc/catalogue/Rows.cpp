@@ -39,7 +39,7 @@ steps::Steps mapSteps(const char* functions)
 Script readScript(const ReadRow& row)
 {
     using namespace steps;
-    Steps found = IPMIResponse("$BUFFER", row.filter ? row.filter : row.key, "$RESULT");
+    Steps found = readField(row.filter ? row.filter : row.key, "$RESULT", row.error);
     if (row.map)
         found = steps::script({found, mapSteps(row.map)});
     if (row.table)

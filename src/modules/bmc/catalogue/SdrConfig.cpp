@@ -84,8 +84,7 @@ Script readNumber(const char* key)
     return script({
         send("GET://BMC/SDR/ALLOCATION_INFO"),
         If("$COMPLETION_CODE != 0", {Throw(failure)}),
-        IPMIResponse("$BUFFER", key, "$NUMBER"),
-        If("$NUMBER == ERROR", {Throw(failure)}),
+        readField(key, "$NUMBER", failure),
         Prepend("$NUMBER", "0", "2", "$NUMBER"),
         Flatten("$NUMBER", "$NUMBER"),
         Map("$NUMBER", "HEX2DEC", "$RESULT"),
@@ -99,8 +98,7 @@ Script readVersion()
     return script({
         send("GET://BMC/SDR/ALLOCATION_INFO"),
         If("$COMPLETION_CODE != 0", {Throw(failure)}),
-        IPMIResponse("$BUFFER", "GET://BMC/SDR/INFO/VERSION", "$VERSION"),
-        If("$VERSION == ERROR", {Throw(failure)}),
+        readField("GET://BMC/SDR/INFO/VERSION", "$VERSION", failure),
         Map("$VERSION", "MASK", "F", "$MAJOR"),
         Map("$VERSION", "RIGHT_SHIFT", "4", "$MINOR"),
         FormatString("$MAJOR", ".", "$MINOR", "$RESULT"),
@@ -130,15 +128,18 @@ Script readPiece()
     });
 }
 
+/// A parameter of the caller's, without which nothing is sent.
 Steps take(const std::string& name)
 {
-    return takeGiven(name, "$/SDR/" + name);
+    return script({takeGiven(name, "$/SDR/" + name), require("$/SDR/" + name)});
 }
 
 /// The record id that the BMC gives is what the record's next part is added to.
 Script addPartial()
 {
     return script({
+        require("$/SDR/RESERVATION_LS"),
+        require("$/SDR/RESERVATION_MS"),
         take("RECORD_LS"),
         take("RECORD_MS"),
         take("RECORD_OFFSET"),
@@ -146,8 +147,8 @@ Script addPartial()
         take("DATA"),
         send("SET://BMC/SDR/ADD_PARTIAL"),
         If("$COMPLETION_CODE != 0", {Throw(failure)}),
-        IPMIResponse("$BUFFER", "GET://BMC/SDR/RECORD_ID_LS", "$/SDR/RECORD_LS"),
-        IPMIResponse("$BUFFER", "GET://BMC/SDR/RECORD_ID_MS", "$/SDR/RECORD_MS"),
+        readField("GET://BMC/SDR/RECORD_ID_LS", "$/SDR/RECORD_LS", failure),
+        readField("GET://BMC/SDR/RECORD_ID_MS", "$/SDR/RECORD_MS", failure),
         returnText("SUCCESS"),
     });
 }

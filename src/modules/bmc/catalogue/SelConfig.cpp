@@ -87,8 +87,7 @@ Script readTime()
     return script({
         send("GET://BMC/SEL/TIME"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", "GET://BMC/SEL/TIME", "$NUMBER"),
-        If("$NUMBER == ERROR", {Throw("IPMI_RESPONSE_ERROR")}),
+        readField("GET://BMC/SEL/TIME", "$NUMBER", "$COMPLETION_CODE"),
         Prepend("$NUMBER", "0", "2", "$NUMBER"),
         Flatten("$NUMBER", "$NUMBER"),
         Map("$NUMBER", "HEX2DEC", "$RESULT"),

@@ -28,9 +28,9 @@ constexpr TextRow packets[] = {
     {"GET://BMC/SENSOR/THRESHOLD",
      "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
     {"GET://BMC/SENSOR/THRESHOLD_LUN",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION $/BMC/SENSOR_LUN $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
     {"GET://BMC/SENSOR/VALUE",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_READING $/BMC/SENSOR/NUMBER"},
+     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION $/BMC/SENSOR_LUN $/SENSOR/GET_READING $/BMC/SENSOR/NUMBER"},
     {"GET://BMC/SENSOR[]/PROCEVENT",
      "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_EVENT_ENABLE $/BMC/SENSOR/NUMBER"},
     {"SET://BMC/SENSOR/EVENT_ENABLE",
@@ -194,7 +194,7 @@ Script writeThresholds(const Form& form)
 {
     Steps given;
     for (const Threshold& threshold : thresholds)
-        given = script({given, takeGiven(threshold.name, threshold.symbol)});
+        given = script({given, takeGiven(threshold.name, threshold.symbol), require(threshold.symbol)});
     return script({
         given,
         addressSensor(form),

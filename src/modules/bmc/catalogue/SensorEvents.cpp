@@ -62,11 +62,12 @@ Script readEvent(const Named& event)
     });
 }
 
+/// All of them, or nothing is sent.
 Steps takeAllGiven(std::span<const Named> names)
 {
     Steps steps;
     for (const Named& named : names)
-        steps = script({steps, takeGiven(named.name, named.symbol)});
+        steps = script({steps, takeGiven(named.name, named.symbol), require(named.symbol)});
     return steps;
 }
 

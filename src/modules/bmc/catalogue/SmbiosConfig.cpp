@@ -64,8 +64,7 @@ Script readLength(const char* key)
     return script({
         send(status),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", key, "$NUMBER"),
-        If("$NUMBER == ERROR", {Throw("IPMI_RESPONSE_ERROR")}),
+        readField(key, "$NUMBER", "$COMPLETION_CODE"),
         Prepend("$NUMBER", "0", "2", "$NUMBER"),
         Flatten("$NUMBER", "$NUMBER"),
         Map("$NUMBER", "HEX2DEC", "$RESULT"),

@@ -77,6 +77,32 @@ Steps sendWithoutThrow(const std::string& packet)
     });
 }
 
+Steps readField(const std::string& filter, const std::string& destination, const std::string& error)
+{
+    return script({
+        IPMIResponse("$BUFFER", filter, destination),
+        If(destination + " == ERROR", {Throw(error == "$COMPLETION_CODE" ? "IPMI_RESPONSE_ERROR" : error)}),
+    });
+}
+
+Steps require(const std::string& symbol)
+{
+    // Map refuses an empty list by the name of its source.
+    return script({
+        String_Length(symbol, "$SIZE"),
+        If("$SIZE == 0", {Copy(":NULL", symbol)}),
+        Map(symbol, "MASK", "0", "$REQUIRED"),
+    });
+}
+
+Steps requireAddress(const std::string& symbol)
+{
+    return script({
+        Map(symbol, "HEX2DEC", "$ADDRESS"),
+        If("$ADDRESS > 255", {Throw("ERROR_CONTROLLER_NOT_PRESENT")}),
+    });
+}
+
 Steps answerIfAbsent(const std::string& word)
 {
     return If("$COMPLETION_CODE == RESPONSE_ERROR_INVALID_COMMAND", {returnText(word)});

@@ -83,6 +83,14 @@ Steps returnText(const std::string& value);
 Steps send(const std::string& packet);
 /// The same for a controller that may not be there: no answer at all reads as "IPMI_RESPONSE_ERROR".
 Steps sendWithoutThrow(const std::string& packet);
+/// After a send that succeeded: takes the filter's fields into `destination`. A reply that ends before them throws
+/// `error`, or for the completion code's own, which says nothing then, IPMI_RESPONSE_ERROR.
+Steps readField(const std::string& filter, const std::string& destination, const std::string& error);
+/// Throws 1089 with the name of `symbol` if it is not set or empty: a request without it would be sent with all that
+/// follows it shifted.
+Steps require(const std::string& symbol);
+/// Throws ERROR_CONTROLLER_NOT_PRESENT for an address in `symbol` that is no byte.
+Steps requireAddress(const std::string& symbol);
 /// After a send: returns `word` if the controller does not know the command.
 Steps answerIfAbsent(const std::string& word);
 /// All data bytes of the reply in $BUFFER as one blank-separated text in `destination`.

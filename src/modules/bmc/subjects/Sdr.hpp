@@ -3,10 +3,10 @@
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,7 +15,8 @@ namespace Module::BMCConfig {
 /// Answers "GET://BMC/SDR..." and "SET://BMC/SDR/...". The BMC's repository is read once into the engine's cache, and
 /// all lookups are made there. Results: a record is its bytes as hexadecimal text, a list the paths of records
 /// ("/BMC/SDR[3]"), a decoded field decimal text; what is not there is an empty value. A repository that cannot be read
-/// whole leaves a short or empty list; errors of the message layer pass through as ResultStatus.
+/// at the time leaves an empty list, and the next query reads it anew; a record that is shorter than it says is left
+/// out. Errors of the message layer pass through as ResultStatus.
 class Sdr : public Handler {
 public:
     /// Records beyond this one are kept, but the list queries do not walk them.
@@ -61,9 +62,22 @@ private:
     void answerCached(const std::string& query, const std::string& plain, const SdrRepository* repository,
                       SymbolMap& result);
 
+    struct Record {
+        unsigned id = 0;
+        unsigned next = 0;
+        Items bytes;
+    };
+    enum class Outcome { whole, unreadable, end, givenUp };
+
     bool reserve();
-    std::optional<Items> fetch(unsigned recordId, std::size_t offset, std::size_t length);
-    std::optional<std::vector<std::string>> readBody(unsigned recordId, std::size_t length);
+    /// `id` 0 is the first record's; another record in the answer's place ends the walk.
+    Outcome readRecord(unsigned id, Record& record);
+    /// Appends `length` bytes behind the header to `bytes`.
+    Outcome readBody(unsigned recordId, std::size_t length, Items& bytes);
+    /// The answer to Get SDR; it is no success after a hundred repeats.
+    Items fetch(unsigned recordId, std::size_t offset, std::size_t length);
+    void pauseBefore(int repeat);
+    void keepList(const std::string& query, std::vector<std::string> names, SymbolMap& result, bool lock);
     void setCache(const std::string& key, const Symbol& value, bool lock);
 
     /// A subscript of the query, -1 if it was not given.
@@ -76,6 +90,7 @@ private:
 
     Interpreter* interpreter;
     _BMC_EXEC exec;
+    std::chrono::nanoseconds patience{}; ///< what is left of it for the reading under way
 };
 
 } // namespace Module::BMCConfig
