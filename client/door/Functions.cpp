@@ -10,8 +10,8 @@ namespace {
 
 /// Calls the client's operation, or answers `otherwise` when there is no client yet. The callers are
 /// C functions: whatever is thrown ends here.
-template<class Result, class... Parameters, class... Arguments>
-Result forward(Result otherwise, Result (subagentBase::*operation)(Parameters...), Arguments&&... arguments)
+template<class Result, class Client, class... Parameters, class... Arguments>
+Result forward(Result otherwise, Result (Client::*operation)(Parameters...), Arguments&&... arguments)
 {
     smClient* const client = gSubagent;
     if (!client)
@@ -135,6 +135,16 @@ void awaitInitComplete()
     using namespace std::chrono_literals;
     while (!isInitComplete())
         common::waitInterruptibly(1s);
+}
+
+int findRow(_SMEntity entity, int deviceId, const std::string& sensorName)
+{
+    return forward(0, &smClient::findRow, entity, deviceId, sensorName);
+}
+
+int addShownEvent(const eventData& event, const std::string& shown)
+{
+    return forward(noGroup, &smClient::addShownEvent, event, shown);
 }
 
 } // namespace client::door

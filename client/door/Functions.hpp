@@ -3,6 +3,8 @@
 #include "client/traps/EventData.hpp"
 #include "client/words/Entities.hpp"
 
+#include <string>
+
 /// The flat functions between the C-callable MIB handlers and the world of objects. Each goes through the one client to
 /// the group's operation of the same name. `row` is zero-based. Results are ClientResult numbers: 8 for an unknown
 /// group.
@@ -45,5 +47,12 @@ namespace client::door {
 
 /// Waits until the groups are filled, looking once a second.
 void awaitInitComplete();
+
+/// One-based row of the device of an event, 0 if no row is surely its own: by device id, and a memory module by the
+/// name of its sensor.
+int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);
+
+/// addEvent for an event whose trap says `shown`; its own text if that is empty.
+int addShownEvent(const eventData& event, const std::string& shown);
 
 } // namespace client::door

@@ -138,6 +138,18 @@ int smClient::addEvent(const eventData& event)
     return mEventHandler ? mEventHandler->addEvent(event) : CLIENT_ERROR_NO_GROUP;
 }
 
+int smClient::addShownEvent(const eventData& event, const std::string& shown)
+{
+    return mEventHandler ? mEventHandler->addShownEvent(event, shown) : CLIENT_ERROR_NO_GROUP;
+}
+
+int smClient::findRow(_SMEntity entity, int deviceId, const std::string& sensorName)
+{
+    if (entity == MEMORYDEVICE)
+        return mMemoryDevice ? mMemoryDevice->findModule(sensorName) : 0;
+    return getIndex(entity, deviceId);
+}
+
 int smClient::setHealthStatus(int status)
 {
     return mSystemManagement ? mSystemManagement->setHealthStatus(status) : CLIENT_SUCCESS;

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 
 /// The one client: owns a group for each MIB object, and the event handler.
 class smClient : public subagentBase, public client::traps::AgentState {
@@ -35,6 +36,10 @@ public:
     int isInitComplete() override { return m_bInitComplete; }
     BaseAccessor* getEntity(_SMEntity entity) override;
     eventHandler* getEventHandler() override { return mEventHandler.get(); }
+
+    /// See client::door::findRow.
+    int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);
+    int addShownEvent(const eventData& event, const std::string& shown);
 
     std::unique_ptr<systemManagement> mSystemManagement;
     std::unique_ptr<chassisInfo> mChassisInfo;

@@ -3,41 +3,41 @@
 #include "client/events/SelWrapper.hpp"
 #include "client/traps/EventData.hpp"
 
-#include <span>
+#include <string>
 
 namespace client::events {
 
 /// What an event says of its device.
 struct Meaning {
-    const char* status = "";   ///< the event's text; its tail gives the trap's severity
+    std::string status;        ///< the event's text without the sensor's name; its tail gives the trap's severity
     const char* severity = ""; ///< the log's severity word; without one the trap has no severity
     int CEventData::*counter = nullptr;
 };
 
-inline constexpr Meaning statusOk = {"Status is OK", "OK"};
+/// Place of the event in its family's table: event data 1 as DecodeSELQuery leaves it, modulo 16.
+std::size_t offsetOf(const EVENT_DATA_STRUCT& record);
 
-/// One offset of a sensor's states. Its place in the table is event data 1 as DecodeSELQuery leaves it, modulo 16.
-struct OffsetRow {
-    Meaning asserted;
-    Meaning deasserted = statusOk;
-};
-using OffsetTable = std::span<const OffsetRow>;
+/// Event data 1 was read as a decimal number: where its byte holds another offset, what to say behind a state's name.
+/// Empty where the state is sure.
+std::string doubtOf(const EVENT_DATA_STRUCT& record);
 
-/// Sensors with thresholds (IPMI 2.0, table 42-2, type 01h).
-OffsetTable thresholdOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable coolingRedundancyOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable powerSupplyOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable powerRedundancyOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable memoryOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable processorOffsets(const EVENT_DATA_STRUCT& record);
-/// By the record's sensor type; empty for a type without a table.
-OffsetTable biosOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable watchdogOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable securityViolationOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable intrusionOffsets(const EVENT_DATA_STRUCT& record);
-/// By the record's event type: presence sensors and drive slot sensors.
-OffsetTable driveSlotOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable phpSlotOffsets(const EVENT_DATA_STRUCT& record);
-OffsetTable surgeLoopOffsets(const EVENT_DATA_STRUCT& record);
+/// In the words of the states of its sensor type and event type (IPMI 2.0, tables 42-2 and 42-3). Where they do not say
+/// what the state is, the text tells the bytes, and there is no severity.
+Meaning meaningOfState(const EVENT_DATA_STRUCT& record);
+
+/// Sensors with thresholds; their events of other types are those of states.
+Meaning meaningOfThreshold(const EVENT_DATA_STRUCT& record);
+/// Redundancy of power supplies knows two severity words only.
+Meaning meaningOfPowerRedundancy(const EVENT_DATA_STRUCT& record);
+/// The firmware's own records say in event data 3 how grave an internal error is.
+Meaning meaningOfProcessor(const EVENT_DATA_STRUCT& record);
+
+/// The text of these is the translator's: only the severity and the counter count.
+Meaning meaningOfCoolingRedundancy(const EVENT_DATA_STRUCT& record);
+Meaning meaningOfPowerSupply(const EVENT_DATA_STRUCT& record);
+Meaning meaningOfMemory(const EVENT_DATA_STRUCT& record);
+
+/// True for a record that the system's firmware made (IPMI 2.0, table 5-4).
+bool isFromFirmware(const EVENT_DATA_STRUCT& record);
 
 } // namespace client::events

@@ -9,9 +9,10 @@
 #include "common/Waits.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
+#include "ipmi/SelView.hpp"
+#include "ipmi/SensorReading.hpp"
 
-#include <cstdio>
-#include <optional>
+#include <string>
 
 using namespace client::events;
 using namespace client::words;
@@ -30,10 +31,6 @@ enum class Search { none, bySensorType, byRecordTypes };
 /// Whose words tell the event.
 enum class Words { own, translators };
 
-/// Generators of records made by the system's firmware (IPMI 2.0, table 5-4).
-constexpr int firstFirmwareGenerator = 0x31;
-constexpr int lastFirmwareGenerator = 0x3F;
-
 /// What differs from family to family.
 struct Family {
     const char* name;
@@ -41,146 +38,128 @@ struct Family {
     Search search;
     int group;
     Words words;
-    OffsetTable (*offsets)(const EVENT_DATA_STRUCT& record);
-    int (*sensorNumber)(const EVENT_DATA_STRUCT& record);
-    Meaning (*adjust)(const EVENT_DATA_STRUCT& record, int offset, Meaning meaning);
+    Meaning (*meaningOf)(const EVENT_DATA_STRUCT& record);
 };
 
-int ownSensorNumber(const EVENT_DATA_STRUCT& record)
+/// The firmware's own records about a processor may name none.
+int sensorNumberOf(const EVENT_DATA_STRUCT& record)
 {
-    return record.ucSensorNumber;
-}
-
-Meaning asInTable(const EVENT_DATA_STRUCT&, int, Meaning meaning)
-{
-    return meaning;
-}
-
-bool isFromFirmware(const EVENT_DATA_STRUCT& record)
-{
-    return record.usGeneratorID >= firstFirmwareGenerator && record.usGeneratorID <= lastFirmwareGenerator;
-}
-
-int processorSensorNumber(const EVENT_DATA_STRUCT& record)
-{
-    return isFromFirmware(record) && record.ucEventData2 == 0 ? 0 : record.ucSensorNumber;
-}
-
-Meaning withWord(Meaning meaning, const char* severity, int CEventData::*counter)
-{
-    meaning.severity = severity;
-    meaning.counter = counter;
-    return meaning;
-}
-
-/// The firmware's own records say in event data 3 how grave an internal error is.
-Meaning processorMeaning(const EVENT_DATA_STRUCT& record, int offset, Meaning meaning)
-{
-    if (record.ucEventTrigger == 0)
-        return withWord(meaning, "", nullptr);
-    if (!isFromFirmware(record) || *meaning.severity == '\0')
-        return meaning;
-    if (record.ucEventData2 != 0)
-        return withWord(meaning, "", nullptr);
-    if (offset != 0)
-        return meaning;
-    if (record.ucEventData3 == 0)
-        return withWord(meaning, "Error", &CEventData::m_iCriticalErrors);
-    if (record.ucEventData3 == 1)
-        return withWord(meaning, "Fatal", &CEventData::m_iFatalErrors);
-    if (record.ucEventData3 == 2)
-        return withWord(meaning, "Degraded", &CEventData::m_iWarningErrors);
-    return withWord(meaning, "", nullptr);
-}
-
-constexpr Family family(const char* name, const char* sensorType, Search search, int group, Words words,
-                        OffsetTable (*offsets)(const EVENT_DATA_STRUCT&))
-{
-    return {name, sensorType, search, group, words, offsets, ownSensorNumber, asInTable};
+    const bool namesNone =
+        record.ucSensorType == ipmi::sensortype::processor && isFromFirmware(record) && record.ucEventData2 == 0;
+    return namesNone ? 0 : record.ucSensorNumber;
 }
 
 constexpr auto byType = Search::bySensorType;
 
-constexpr Family temperature =
-    family("Temperature_EventOccurred", "Temperature", byType, 14, Words::own, thresholdOffsets);
-constexpr Family voltage =
-    family("Voltage_EventOccurred", "Voltage", Search::byRecordTypes, 15, Words::own, thresholdOffsets);
-constexpr Family fan = family("Fan_EventOccurred", "Fan", byType, 4, Words::own, thresholdOffsets);
-constexpr Family coolingRedundancy =
-    family("CoolingRedundancy_EventOccurred", "CoolingDevice", byType, 5, Words::translators, coolingRedundancyOffsets);
-constexpr Family powerSupply =
-    family("PowerSupply_EventOccurred", "PowerSupply", byType, 10, Words::translators, powerSupplyOffsets);
-constexpr Family powerSupplyRedundancy =
-    family("PowerSupplyRedundancy_EventOccurred", "PowerSupply", byType, 11, Words::own, powerRedundancyOffsets);
-constexpr Family memory = family("Memory_EventOccurred", "Memory", byType, 8, Words::translators, memoryOffsets);
-constexpr Family processor = {"Processor_EventOccurred", "Processor",           byType,          12, Words::own,
-                              processorOffsets,          processorSensorNumber, processorMeaning};
-constexpr Family bios = family("Bios_EventOccurred", "BIOS Evt", byType, 2, Words::own, biosOffsets);
-constexpr Family watchdog = family("Watchdog_EventOccurred", "WatchDog", byType, 16, Words::own, watchdogOffsets);
-constexpr Family securityViolation =
-    family("SecurityViolation_EventOccurred", nullptr, Search::none, 13, Words::own, securityViolationOffsets);
-constexpr Family intrusion =
-    family("Intrusion_EventOccurred", "Intrusion", Search::none, 3, Words::own, intrusionOffsets);
-constexpr Family driveSlot = family("DriveSlot_EventOccurred", nullptr, byType, 19, Words::own, driveSlotOffsets);
-constexpr Family phpSlot = family("PhpSlot_EventOccurred", "PhpSlot", byType, 9, Words::own, phpSlotOffsets);
-constexpr Family surgeLoop =
-    family("PGSurgeLoop_EventOccurred", "PGSurgeLoop", byType, 20, Words::own, surgeLoopOffsets);
+constexpr Family temperature = {"Temperature_EventOccurred", "Temperature", byType, 14, Words::own, meaningOfThreshold};
+constexpr Family voltage = {"Voltage_EventOccurred", "Voltage", Search::byRecordTypes, 15, Words::own,
+                            meaningOfThreshold};
+constexpr Family fan = {"Fan_EventOccurred", "Fan", byType, 4, Words::own, meaningOfThreshold};
+constexpr Family coolingRedundancy = {"CoolingRedundancy_EventOccurred", "CoolingDevice", byType, 5, Words::translators,
+                                      meaningOfCoolingRedundancy};
+constexpr Family powerSupply = {"PowerSupply_EventOccurred", "PowerSupply",       byType, 10,
+                                Words::translators,          meaningOfPowerSupply};
+constexpr Family powerSupplyRedundancy = {
+    "PowerSupplyRedundancy_EventOccurred", "PowerSupply", byType, 11, Words::own, meaningOfPowerRedundancy};
+constexpr Family memory = {"Memory_EventOccurred", "Memory", byType, 8, Words::translators, meaningOfMemory};
+constexpr Family processor = {"Processor_EventOccurred", "Processor", byType, 12, Words::own, meaningOfProcessor};
+constexpr Family bios = {"Bios_EventOccurred", "BIOS Evt", byType, 2, Words::own, meaningOfState};
+constexpr Family watchdog = {"Watchdog_EventOccurred", "WatchDog", byType, 16, Words::own, meaningOfState};
+constexpr Family securityViolation = {
+    "SecurityViolation_EventOccurred", nullptr, Search::none, 13, Words::own, meaningOfState};
+constexpr Family intrusion = {"Intrusion_EventOccurred", "Intrusion", Search::none, 3, Words::own, meaningOfState};
+constexpr Family driveSlot = {"DriveSlot_EventOccurred", nullptr, byType, 19, Words::own, meaningOfState};
+constexpr Family phpSlot = {"PhpSlot_EventOccurred", "PhpSlot", byType, 9, Words::own, meaningOfState};
+constexpr Family surgeLoop = {"PGSurgeLoop_EventOccurred", "PGSurgeLoop", byType, 20, Words::own, meaningOfState};
 
 constexpr char noRecords[] = "Query Failed to get the SDR's ";
 
-/// The first record of that sensor among those that the query answers.
-ipmi::Bytes recordOf(int sensorNumber, const ResultMap& records)
+/// A sensor's record, and whether others have its number.
+struct Found {
+    ipmi::Bytes record;
+    bool isOnly = true;
+};
+
+/// How well a record's sensor fits the maker of the event: by owner, then LUN, then channel.
+int fitOf(const ipmi::SdrView& sensor, const ipmi::SelView& event)
 {
+    if (sensor.owner() != event.generator())
+        return 0;
+    return 1 + (sensor.lun() == event.lun() ? 2 : 0) + (sensor.channel() == event.channel() ? 1 : 0);
+}
+
+/// The first record of that number. Satellite controllers and further LUNs use the same numbers again: among several
+/// the first that fits the event's maker best.
+Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap& records)
+{
+    const ipmi::Bytes eventBytes = bytesOf(event);
+    Found best;
+    int bestFit = -1;
     for (const auto& [key, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
             continue;
         ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes));
-        if (record.size() > ipmi::sdr::number && ipmi::SdrView(record).number() == sensorNumber)
-            return record;
+        if (record.size() <= ipmi::sdr::number || ipmi::SdrView(record).number() != sensorNumber)
+            continue;
+        best.isOnly = best.record.empty();
+        if (const int fit = fitOf(ipmi::SdrView(record), ipmi::SelView(eventBytes)); fit > bestFit) {
+            bestFit = fit;
+            best.record = std::move(record);
+        }
     }
-    return {};
+    return best;
 }
 
-ipmi::Bytes findByRecordTypes(int sensorNumber)
+Found findByRecordTypes(int sensorNumber, const EVENT_DATA_STRUCT& event)
 {
     for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact}) {
         const auto records = tryQuery("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", noRecords, nullptr);
         if (!records)
             return {};
-        if (auto record = recordOf(sensorNumber, *records); !record.empty())
-            return record;
+        if (Found found = recordOf(sensorNumber, event, *records); !found.record.empty())
+            return found;
     }
     trace("The sensor number is not matched for record type 2\n");
     return {};
 }
 
 /// Empty without one, also when the query fails.
-ipmi::Bytes findSensor(Search search, int sensorType, int sensorNumber)
+Found findSensor(Search search, int sensorNumber, const EVENT_DATA_STRUCT& event)
 {
     if (search == Search::byRecordTypes)
-        return findByRecordTypes(sensorNumber);
-    const auto records = tryQuery("/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]", noRecords, nullptr);
-    return records ? recordOf(sensorNumber, *records) : ipmi::Bytes();
+        return findByRecordTypes(sensorNumber, event);
+    const auto records =
+        tryQuery("/BMC/SDR/SENSOR_TYPE[" + std::to_string(event.ucSensorType) + "]", noRecords, nullptr);
+    return records ? recordOf(sensorNumber, event, *records) : Found();
 }
 
-std::string sensorName(const Family& family, int sensorNumber)
+std::string nameAt(const std::string& sensorPath, const std::string& complaint)
 {
-    const std::string path = "/BMC/SENSOR[" + std::to_string(sensorNumber) + "]/NAME";
-    const std::string complaint = std::string("\n ") + family.name + " SensorNamequery failed";
+    const std::string path = sensorPath + "/NAME";
     const auto answers = tryQuery(path, complaint, nullptr);
     const std::string* const name = answers ? client::query::findAnswer(*answers, path) : nullptr;
     return name ? *name : std::string();
 }
 
-Meaning meaningOf(const Family& family, const EVENT_DATA_STRUCT& record)
+/// The number alone names the controller's own sensors; those of others are asked for by owner and LUN.
+std::string sensorName(const Family& family, int sensorNumber, const Found& found)
 {
-    const std::size_t offset = record.ucEventData1 % 16;
-    const OffsetTable rows = family.offsets(record);
-    if (offset >= rows.size())
+    const std::string path = "/BMC/SENSOR[" + std::to_string(sensorNumber) + "]";
+    const std::string complaint = std::string("\n ") + family.name + " SensorNamequery failed";
+    const std::string name = found.isOnly ? nameAt(path, complaint) : "";
+    if (!name.empty() || found.record.empty())
+        return name;
+    const ipmi::SdrView sensor(found.record);
+    return nameAt(path + "/OWNER[" + std::to_string(sensor.owner()) + "]/LUN[" + std::to_string(sensor.lunByte()) + "]",
+                  complaint);
+}
+
+/// The text with the sensor's name before what it reports; empty where the text is to go out as it is.
+std::string withName(const std::string& name, const std::string& text)
+{
+    if (!text.starts_with("reports "))
         return {};
-    const bool asserted = record.ucEventTrigger >> 7 == 0;
-    const Meaning meaning = asserted ? rows[offset].asserted : rows[offset].deasserted;
-    return family.adjust(record, static_cast<int>(offset), meaning);
+    return (name.empty() ? "the sensor" : name) + " " + text;
 }
 
 void takeTranslatorsWords(const EVENT_DATA_STRUCT& record, CSelInfo& info)
@@ -189,19 +168,22 @@ void takeTranslatorsWords(const EVENT_DATA_STRUCT& record, CSelInfo& info)
     info.m_cSeverity.SetString(record.sSeverity);
 }
 
-void describe(const Family& family, const EVENT_DATA_STRUCT& record, CEventData& event)
+void describe(const Family& family, const EVENT_DATA_STRUCT& record, CEventWrapper& wrapper)
 {
+    CEventData& event = wrapper.m_cData;
     CSelInfo& info = event.m_cSelWrapper.m_cInfo;
-    const Meaning meaning = meaningOf(family, record);
+    const Meaning meaning = family.meaningOf(record);
     info.m_eEventDirection = static_cast<EventDirection>(record.ucEventTrigger >> 7);
     event.m_bAsserted = record.ucEventTrigger != 0;
     if (meaning.counter && event.m_bAsserted)
         ++(event.*meaning.counter);
     event.m_cStatus.SetString(meaning.severity);
-    if (family.words == Words::translators)
+    if (family.words == Words::translators) {
         takeTranslatorsWords(record, info);
-    else
-        info.m_cDescription.SetString(meaning.status);
+        return;
+    }
+    info.m_cDescription.SetString(meaning.status.c_str());
+    info.m_cShown.SetString(withName(wrapper.m_cInfo.m_cSensorName.narrow(), meaning.status).c_str());
 }
 
 int deliver(CEventWrapper& wrapper, int group)
@@ -221,14 +203,16 @@ int deliver(CEventWrapper& wrapper, int group)
 bool identify(const Family& family, const EVENT_DATA_STRUCT& record, CEventWrapper& wrapper)
 {
     CSelInfo& info = wrapper.m_cData.m_cSelWrapper.m_cInfo;
+    const int sensorNumber = sensorNumberOf(record);
+    Found found;
     if (family.search != Search::none) {
-        const int sensorNumber = family.sensorNumber(record);
-        const ipmi::Bytes sensor = findSensor(family.search, record.ucSensorType, sensorNumber);
-        if (sensor.empty())
+        found = findSensor(family.search, sensorNumber, record);
+        if (found.record.empty())
             return false;
-        info.m_cDescription.SetString(sensorName(family, sensorNumber).c_str());
-        wrapper.m_cInfo.m_iIdNumber = ipmi::SdrView(sensor).packedId();
+        wrapper.m_cInfo.m_iIdNumber = ipmi::SdrView(found.record).packedId();
     }
+    wrapper.m_cInfo.m_cSensorName.SetString(sensorName(family, sensorNumber, found).c_str());
+    info.m_cDescription = wrapper.m_cInfo.m_cSensorName;
     if (family.sensorType)
         info.m_cSensorType.SetString(family.sensorType);
     return true;
@@ -249,7 +233,7 @@ int classify(const Family& family, const EVENT_DATA_STRUCT* given)
     CEventWrapper wrapper = wrapperOfRecord();
     if (!identify(family, record, wrapper))
         return 0;
-    describe(family, record, wrapper.m_cData);
+    describe(family, record, wrapper);
     return deliver(wrapper, family.group);
 }
 
@@ -268,7 +252,7 @@ int Voltage_EventOccurred(EVENT_DATA_STRUCT* record)
 int Fan_EventOccurred(EVENT_DATA_STRUCT* record)
 {
     if (record)
-        trace("Fan_EventOccurred - ucEventOffset= %x  \n ", record->ucEventData1 % 16);
+        trace("Fan_EventOccurred - ucEventOffset= %x  \n ", static_cast<unsigned>(offsetOf(*record)));
     return classify(fan, record);
 }
 

@@ -66,12 +66,12 @@ int severityOf(const Clone& clone, std::string_view description)
     return ENUM_STATUS_UNKNOWN;
 }
 
-void findRow(const Clone& clone, eventData& event)
+void findRow(const Clone& clone, const std::string& sensorName, eventData& event)
 {
     for (const _SMEntity table : clone.tables) {
         if (table == noTable)
             return;
-        event.nInstIndex = getIndex(table, event.nDeviceId);
+        event.nInstIndex = door::findRow(table, event.nDeviceId, sensorName);
         const char* const description = getDesc(table, event.nInstIndex - 1);
         copyText(event.stDeviceDesc, description ? description : "");
         if (event.nInstIndex != 0)
@@ -94,7 +94,7 @@ eventData makeEvent(const Clone& clone, const CEventWrapper& wrapper)
     const CSelInfo& info = wrapper.m_cData.m_cSelWrapper.m_cInfo;
     eventData event;
     event.nDeviceId = wrapper.m_cInfo.m_iIdNumber;
-    findRow(clone, event);
+    findRow(clone, wrapper.m_cInfo.m_cSensorName.narrow(), event);
     traceOddities(clone, event, info);
     copyText(event.stEventDesc, info.m_cDescription.narrow());
     if (!wrapper.m_cData.m_cStatus.isEmpty())
@@ -112,7 +112,7 @@ int handleByClone(CEventWrapper& wrapper, int eventGroup)
     const auto* const clone = std::ranges::find(clones, eventGroup, &Clone::group);
     if (clone == std::end(clones))
         return 0;
-    addEvent(makeEvent(*clone, wrapper));
+    door::addShownEvent(makeEvent(*clone, wrapper), wrapper.m_cData.m_cSelWrapper.m_cInfo.m_cShown.narrow());
     // The same as the doorbell's signal to this thread, but for the signal: handlers may not do what this does.
     processEvent();
     return 1;

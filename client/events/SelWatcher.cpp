@@ -6,6 +6,8 @@
 #include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SelView.hpp"
 
 #include <array>
 #include <cstdio>
@@ -261,4 +263,13 @@ void DecodeSELQuery()
     } catch (...) {
         trace("\nDeclode SEL failed\n");
     }
+}
+
+ipmi::Bytes client::events::bytesOf(const EVENT_DATA_STRUCT& record)
+{
+    ipmi::Bytes bytes = ipmi::parseBytes(sSelEntry);
+    const ipmi::SelView inHand(bytes);
+    const bool isIt = inHand.sensorType() == record.ucSensorType && inHand.sensorNumber() == record.ucSensorNumber &&
+                      ipmi::byteAt(bytes, ipmi::sel::directionAndType) == record.ucEventTrigger;
+    return isIt && bytes.size() >= ipmi::sel::recordSize ? bytes : ipmi::Bytes();
 }

@@ -2,6 +2,7 @@
 
 #include "client/events/SelWrapper.hpp"
 #include "client/traps/EventData.hpp"
+#include "ipmi/Bytes.hpp"
 
 #include <string>
 
@@ -19,6 +20,9 @@ namespace client::events {
 
 /// No record is known; for the controller, the last record (IPMI 2.0, 31.5).
 inline constexpr int lastRecordOfLog = 65535;
+
+/// The bytes from which the record was decoded; empty unless it is the one in hand.
+ipmi::Bytes bytesOf(const EVENT_DATA_STRUCT& record);
 
 } // namespace client::events
 

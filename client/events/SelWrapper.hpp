@@ -35,7 +35,8 @@ public:
     CString m_cPreviousState;
     CString m_cLocalTimeStamp;
     CString m_cSensorType;
-    CString m_cDescription;
+    CString m_cDescription; ///< English, without the sensor's name where the words are ours: it chooses the trap
+    CString m_cShown;       ///< what the trap says in its place; empty for the description itself
     CString m_cSeverity;
 };
 
@@ -59,6 +60,7 @@ public:
     virtual ~CEventInfo() = default;
 
     int m_iIdNumber = 0; ///< the device's number, as the rows of the tables hold it
+    CString m_cSensorName;
     unsigned short m_usChassisId = 0;
     client::events::EventState m_eState = client::events::EVENT_STATE_UNKNOWN;
 };

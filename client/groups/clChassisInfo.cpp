@@ -165,17 +165,15 @@ void readSecurity(CSystemSecurity& security)
             security.*setting.member = static_cast<SECURITY_STATUS>(numberOf(settingWords, *word, STATUS_UNKNOWN));
 }
 
-/// The query for the reading of the first chassis intrusion sensor, empty if there is none.
-std::string findIntrusionSensor()
+/// The state of an intrusion sensor that says that the enclosure is open, by its kind; null where no state does.
+const unsigned* openStateOf(const ipmi::SdrView& sensor)
 {
-    for (const auto& [path, node] : askAll(intrusionRecords)) {
-        if (node.mType != NODE_LEAF || node.mXNodeList.empty())
-            continue;
-        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front());
-        if (record.size() > ipmi::sdr::number)
-            return "/BMC/SENSOR[" + std::to_string(ipmi::SdrView(record).number()) + "]/VALUE";
-    }
-    return {};
+    static constexpr unsigned asserted = 1; // of a digital sensor (IPMI 2.0, table 42-2, type 03h)
+    if (!sensor.isReadable())
+        return nullptr;
+    if (sensor.eventType() == ipmi::eventtype::sensorSpecific)
+        return &ipmi::generalChassisIntrusion;
+    return sensor.eventType() == ipmi::eventtype::digitalDiscrete ? &asserted : nullptr;
 }
 
 void copyText(RowText& out, const CString& text)
@@ -206,7 +204,7 @@ int chassisInfo::init()
     try {
         readContainer(system.m_cContainer);
         readSecurity(system.m_cSecurity);
-        m_intrusionQuery = findIntrusionSensor();
+        findIntrusionSensor();
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
@@ -214,6 +212,22 @@ int chassisInfo::init()
     }
     fillRow(system, mElementArray[0]);
     return CLIENT_SUCCESS;
+}
+
+/// The first that can be read.
+void chassisInfo::findIntrusionSensor()
+{
+    for (const auto& [path, node] : askAll(intrusionRecords)) {
+        if (node.mType != NODE_LEAF || node.mXNodeList.empty())
+            continue;
+        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front());
+        const ipmi::SdrView sensor(record);
+        if (const unsigned* const state = openStateOf(sensor)) {
+            m_intrusionQuery = "/BMC/SENSOR[" + std::to_string(sensor.number()) + "]/VALUE";
+            m_openState = *state;
+            return;
+        }
+    }
 }
 
 int chassisInfo::getIntInfo(_SMAttribute attribute, int row, long& out)
@@ -228,7 +242,7 @@ int chassisInfo::readStatus() const
         return ENUM_STATUS_OK;
     const ipmi::Bytes answer = ipmi::parseBytes(askText(m_intrusionQuery));
     const ipmi::SensorReading reading(answer);
-    const bool isOpen = !reading.isUnavailable() && reading.isSet(ipmi::generalChassisIntrusion);
+    const bool isOpen = !reading.isUnavailable() && reading.isSet(m_openState);
     return isOpen ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
 }
 

@@ -18,7 +18,9 @@ public:
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
 
 private:
+    void findIntrusionSensor();
     int readStatus() const;
 
     std::string m_intrusionQuery; ///< empty without an intrusion sensor
+    unsigned m_openState = 0;     ///< its state that says that the enclosure is open
 };

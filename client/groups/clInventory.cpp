@@ -5,6 +5,8 @@
 #include "ipmi/SdrView.hpp"
 #include "ipmi/SensorReading.hpp"
 
+#include <cctype>
+
 using namespace client::groups;
 using namespace client::readings;
 using namespace client::words;
@@ -76,10 +78,15 @@ constexpr TextField<MemoryDeviceInfo> deviceTexts[] = {
     {MEMORYDEVICE_PARTNUMBER, &MemoryDeviceInfo::stPartNumber},
 };
 
-/// Numbers of the sensors that watch processors, in the order of the records.
-std::vector<int> listProcessorSensors()
+struct ProcessorSensor {
+    int number;
+    int packedId;
+};
+
+/// The sensors that watch processors, in the order of the records.
+std::vector<ProcessorSensor> listProcessorSensors()
 {
-    std::vector<int> numbers;
+    std::vector<ProcessorSensor> sensors;
     const auto records = client::query::tryQuery(compactRecords, "\n Failed For the Processor").value_or(ResultMap());
     for (const auto& [path, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
@@ -87,9 +94,19 @@ std::vector<int> listProcessorSensors()
         const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front());
         const ipmi::SdrView sensor(record);
         if (sensor.sensorType() == ipmi::sensortype::processor)
-            numbers.push_back(sensor.number());
+            sensors.push_back({sensor.number(), sensor.packedId()});
     }
-    return numbers;
+    return sensors;
+}
+
+/// Letters, in upper case, and digits of a name: boards and firmware write the rest as they like.
+std::string reduced(std::string_view name)
+{
+    std::string letters;
+    for (const char character : name)
+        if (const auto byte = static_cast<unsigned char>(character); std::isalnum(byte))
+            letters.push_back(static_cast<char>(std::toupper(byte)));
+    return letters;
 }
 
 /// The tables have no live state: a row is healthy until an event says otherwise.
@@ -119,8 +136,8 @@ int processorDevice::init()
 void processorDevice::fillRow(int processor, ProcessorInfo& row)
 {
     // a machine may have fewer sensors than processors: the last watches those that are left
-    if (const std::vector<int> sensors = listProcessorSensors(); !sensors.empty())
-        row.nDeviceId = sensors[std::min(sensors.size(), static_cast<std::size_t>(processor)) - 1];
+    if (const auto sensors = listProcessorSensors(); !sensors.empty())
+        row.nDeviceId = sensors[std::min(sensors.size(), static_cast<std::size_t>(processor)) - 1].number;
     getProcessorPresentInfo(processor, m_processorInfo);
     setHealthy(*this, row);
     copyText(row.stDescription, m_processorInfo.socketDesignation);
@@ -148,6 +165,17 @@ int processorDevice::getStrInfo(_SMAttribute attribute, int row, char*& out)
 {
     const ProcessorInfo* const found = getAddress(row);
     return found ? answerText(processorTexts, *found, attribute, out) : PROCESSOR_ERROR_NO_ROW;
+}
+
+int processorDevice::getIndex(int deviceId)
+{
+    const auto sensors = listProcessorSensors();
+    const auto found = std::ranges::find(sensors, deviceId, &ProcessorSensor::packedId);
+    if (found == sensors.end())
+        return BaseContainer::getIndex(deviceId);
+    const auto row = static_cast<int>(found - sensors.begin()) + 1;
+    const bool watchesMore = row == static_cast<int>(sensors.size()) && row < m_nCount;
+    return row > m_nCount || watchesMore ? 0 : row;
 }
 
 int memoryArray::init()
@@ -242,4 +270,20 @@ int memoryDevice::getStrInfo(_SMAttribute attribute, int row, char*& out)
 {
     const MemoryDeviceInfo* const found = getAddress(row);
     return found ? answerText(deviceTexts, *found, attribute, out) : CLIENT_ERROR_NO_ROW;
+}
+
+int memoryDevice::findModule(const std::string& sensorName)
+{
+    const std::string wanted = reduced(sensorName);
+    int found = 0;
+    int number = 0;
+    for (const MemoryDeviceInfo& row : rows()) {
+        ++number;
+        if (wanted.empty() || (reduced(row.stLocator) != wanted && reduced(row.stBankLabel) != wanted))
+            continue;
+        if (found != 0)
+            return 0;
+        found = number;
+    }
+    return found;
 }

@@ -15,6 +15,9 @@ public:
     int init() override;
     int getIntInfo(_SMAttribute attribute, int row, long& out) override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+    /// Finds a row by its sensor's packed id, too: that is what an event of the sensor has. 0 where one sensor watches
+    /// several processors.
+    int getIndex(int deviceId) override;
 
 private:
     void fillRow(int processor, ProcessorInfo& row);
@@ -40,6 +43,10 @@ public:
     int init() override;
     int getIntInfo(_SMAttribute attribute, int row, long& out) override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+
+    /// One-based row of the one module whose locator or bank is called as the sensor, but for case and for what is
+    /// neither letter nor digit; 0 where there is none or more than one.
+    int findModule(const std::string& sensorName);
 
 private:
     void fillRow(int array, int device, MemoryDeviceInfo& row);

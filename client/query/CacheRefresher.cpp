@@ -36,7 +36,7 @@ void endPass(CacheMap& answers)
     const std::scoped_lock lock(ql_initialized_flag_mtx);
     for (auto& [query, answer] : answers)
         cache_map[query] = std::move(answer);
-    last_cache_ref_time = currentSeconds();
+    last_cache_ref_time = steadySeconds();
     in_refresh = 0;
 }
 
@@ -58,7 +58,7 @@ void refreshSafely()
 int waitForSignal(const timespec& deadline)
 {
     const common::Cancellable wait;
-    return pthread_cond_timedwait(&cache_refresh_condt, &snmp_mtx, &deadline);
+    return pthread_cond_clockwait(&cache_refresh_condt, &snmp_mtx, CLOCK_MONOTONIC, &deadline);
 }
 
 } // namespace
@@ -79,13 +79,13 @@ int refresh_cache()
 
 namespace client::query {
 
-timespec refreshDeadline(Clock::TimePoint now)
+timespec refreshDeadline(Clock::SteadyPoint now)
 {
-    const auto sinceEpoch = now.time_since_epoch();
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceEpoch);
+    const auto sinceStart = now.time_since_epoch();
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceStart);
     timespec deadline{};
     deadline.tv_sec = static_cast<std::time_t>(seconds.count()) + sleep_interval;
-    deadline.tv_nsec = static_cast<long>(std::chrono::nanoseconds(sinceEpoch - seconds).count());
+    deadline.tv_nsec = static_cast<long>(std::chrono::nanoseconds(sinceStart - seconds).count());
     return deadline;
 }
 
@@ -98,13 +98,13 @@ bool refreshIsDue(int waitResult)
         return true;
     }
     sleep_interval = shortestSleepSeconds;
-    const std::time_t age = currentSeconds() - last_req_time;
+    const std::time_t age = steadySeconds() - last_req_time;
     return age < 1 || age > oldestRecentSeconds;
 }
 
 void check_sensors_cache_turn()
 {
-    const timespec deadline = refreshDeadline(current<Clock>().now());
+    const timespec deadline = refreshDeadline(current<Clock>().steady());
     const PosixLock lock(snmp_mtx);
     if (refreshIsDue(waitForSignal(deadline)))
         refreshSafely();

@@ -11,8 +11,9 @@ int refresh_cache();
 
 namespace client::query {
 
-/// When the wait that starts now ends without a signal: sleep_interval from now, with the fraction of the second kept.
-timespec refreshDeadline(Clock::TimePoint now);
+/// When, by the steady clock, the wait that starts now ends without a signal: sleep_interval from now, with the
+/// fraction of the second kept.
+timespec refreshDeadline(Clock::SteadyPoint now);
 
 /// Takes the result of that wait (ETIMEDOUT, or anything else for a signal), sets the next wait, and says whether the
 /// cache is to be refreshed. After a signal it is, unless the latest request is 1 to 10 seconds old.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Seams.hpp"
+
 #include <atomic>
 #include <ctime>
 #include <pthread.h>
@@ -18,7 +20,7 @@ inline constexpr int shortestSleepSeconds = 3;
 inline std::atomic<int> start_cache_list{0};
 /// The refresher's present wait in seconds.
 inline std::atomic<int> sleep_interval{client::query::shortestSleepSeconds};
-/// Time of the latest query, in seconds since 1970: the only part of it that anybody compares.
+/// Time of the latest query, in whole seconds of the clock that nobody sets back.
 inline std::atomic<std::time_t> last_req_time{0};
 /// End of the latest complete refresh pass, likewise; 0 before the first.
 inline std::atomic<std::time_t> last_cache_ref_time{0};
@@ -29,6 +31,13 @@ inline pthread_mutex_t snmp_mtx = PTHREAD_MUTEX_INITIALIZER;
 inline pthread_cond_t cache_refresh_condt = PTHREAD_COND_INITIALIZER;
 
 namespace client::query {
+
+/// Now, as the two times above count.
+inline std::time_t steadySeconds()
+{
+    const auto sinceStart = current<Clock>().steady().time_since_epoch();
+    return std::chrono::floor<std::chrono::seconds>(sinceStart).count();
+}
 
 /// Holds a POSIX mutex for a scope; let go of on every way out, also when the thread is cancelled.
 class PosixLock {

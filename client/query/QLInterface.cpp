@@ -5,7 +5,6 @@
 #include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
-#include "common/Seams.hpp"
 
 #include <cxxabi.h>
 #include <memory>
@@ -95,7 +94,7 @@ void CallQLInterface(const std::string& query, ResultMap& result)
 {
     InitQL();
     result.clear();
-    const std::time_t now = currentSeconds();
+    const std::time_t now = steadySeconds();
     last_req_time = now;
     if (const ResultMap* const kept = noteAndFind(query)) {
         tendRefresher(now);

@@ -131,6 +131,7 @@ void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multipli
     else if (record.type() == ipmi::sdrtype::full)
         readFigures(wrapper, record, multiplier);
     readName(wrapper.m_cInfo);
+    wrapper.m_cData.m_iValue = noValue; // a controller that is busy just now must not look like a reading of zero
     GetSensorData(wrapper, multiplier);
     db.m_pT.push_back(wrapper);
 }

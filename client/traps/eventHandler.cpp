@@ -37,6 +37,15 @@ const TrapOid* chooseOid(const TrapGroup* group, const eventData& event, const c
     return oid;
 }
 
+/// The trap with another text, unless that is empty.
+Trap saying(const std::string& shown, Trap trap)
+{
+    constexpr std::size_t textPlace = 1;
+    if (!shown.empty())
+        trap[textPlace].value = shown;
+    return trap;
+}
+
 } // namespace
 
 int eventHandler::init()
@@ -75,8 +84,14 @@ void eventHandler::removeElement(int deviceId)
 
 int eventHandler::addEvent(const eventData& event)
 {
+    return addShownEvent(event, {});
+}
+
+int eventHandler::addShownEvent(const eventData& event, const std::string& shown)
+{
     const std::scoped_lock lock(SyncMutex);
     mEventQueue.push_back(event);
+    mShownTexts.push_back(shown);
     return CLIENT_SUCCESS;
 }
 
@@ -88,23 +103,26 @@ int eventHandler::processEvent()
     int result = CLIENT_SUCCESS;
     while (!mEventQueue.empty()) {
         const eventData event = mEventQueue.front();
+        const std::string shown = mShownTexts.front();
         printEvent(event);
         mEventQueue.pop_front();
+        mShownTexts.pop_front();
         if (agent.isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
             common::waitInterruptibly(pauseBeforeTrap);
-            result = sendEvent(event);
+            result = sendEvent(event, shown);
         }
         checkEventLists(event);
     }
     return result;
 }
 
-int eventHandler::sendEvent(const eventData& event)
+int eventHandler::sendEvent(const eventData& event, const std::string& shown)
 {
-    return findTrapGroup(event.nEventGroup)->objects == TrapGroup::two ? send2ObjEvent(event) : send4ObjEvent(event);
+    return findTrapGroup(event.nEventGroup)->objects == TrapGroup::two ? send2ObjEvent(event, shown)
+                                                                       : send4ObjEvent(event, shown);
 }
 
-int eventHandler::send2ObjEvent(const eventData& event)
+int eventHandler::send2ObjEvent(const eventData& event, const std::string& shown)
 {
     const TrapGroup* group = findTrapGroup(event.nEventGroup);
     if (group && group->objects != TrapGroup::two)
@@ -115,11 +133,11 @@ int eventHandler::send2ObjEvent(const eventData& event)
         "CLIENT_ERROR_NOSUCHNAME.\n");
     if (!oid)
         return CLIENT_ERROR_NOSUCHNAME;
-    queueTrap(TrapMaker::makeTwoObjects(event, *oid));
+    queueTrap(saying(shown, TrapMaker::makeTwoObjects(event, *oid)));
     return CLIENT_SUCCESS;
 }
 
-int eventHandler::send4ObjEvent(const eventData& event)
+int eventHandler::send4ObjEvent(const eventData& event, const std::string& shown)
 {
     static constexpr char complaint[] = "%lu: eventHandler::send4ObjEvent() Returning CLIENT_ERROR_NOSUCHNAME.\n";
     const TrapGroup* group = findTrapGroup(event.nEventGroup);
@@ -128,7 +146,7 @@ int eventHandler::send4ObjEvent(const eventData& event)
     const TrapOid* const oid = chooseOid(group, event, complaint, complaint);
     if (!oid)
         return CLIENT_ERROR_NOSUCHNAME;
-    queueTrap(traps.makeFourObjects(*group, event, *oid));
+    queueTrap(saying(shown, traps.makeFourObjects(*group, event, *oid)));
     return CLIENT_SUCCESS;
 }
 

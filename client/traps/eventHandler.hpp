@@ -29,6 +29,8 @@ public:
 
     /// Queues a copy, without a limit. Always 0.
     virtual int addEvent(const eventData& event);
+    /// The same with another text for the trap to say: the event's own still chooses it.
+    int addShownEvent(const eventData& event, const std::string& shown);
     /// Empties the queue: a trap for each event, if traps are enabled, three seconds after the one before; then lists
     /// and health. The queue is locked meanwhile. Result of the last send.
     virtual int processEvent();
@@ -37,9 +39,10 @@ public:
     void semaphoreWait() { SyncMutex.lock(); }
     void semaphoreRelease() { SyncMutex.unlock(); }
 
-    /// Queue the trap of an event: 9 if its group or its text has none.
-    int send2ObjEvent(const eventData& event);
-    int send4ObjEvent(const eventData& event);
+    /// Queue the trap of an event: 9 if its group or its text has none. It says `shown`; the event's own text if that
+    /// is empty.
+    int send2ObjEvent(const eventData& event, const std::string& shown = {});
+    int send4ObjEvent(const eventData& event, const std::string& shown = {});
 
     /// Brings lists and health up to date with an event of a group that counts for them.
     void checkEventLists(const eventData& event);
@@ -51,11 +54,12 @@ public:
     std::list<int> mNonCriList;
     std::list<int> mCriticalList;
     std::list<int> mNonRecList;
-    std::deque<eventData> mEventQueue; ///< under SyncMutex
-    int m_nHealthStatus = 0;           ///< HEALTH_STATUS
+    std::deque<eventData> mEventQueue;   ///< under SyncMutex
+    std::deque<std::string> mShownTexts; ///< in step with it
+    int m_nHealthStatus = 0;             ///< HEALTH_STATUS
 
 private:
-    int sendEvent(const eventData& event);
+    int sendEvent(const eventData& event, const std::string& shown);
 
     client::traps::AgentState& agent;
     std::mutex SyncMutex;

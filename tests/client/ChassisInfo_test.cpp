@@ -37,17 +37,27 @@ protected:
 
 TEST_F(Chassis, OnlyAnOpenLidIsCritical)
 {
-    addSensor({.number = 0x73, .type = 5});
-    group.init();
-    for (const auto& [reading, status] :
-         {std::pair{"0 C0 0 0", 2}, {"0 C0 1 0", 4}, {"ff C0 fe ff", 2}, {"0 E0 1 0", 2}, {"0 C0", 2}, {"", 2}}) {
-        sdk.answer(intrusionReading, reading);
+    struct Case {
+        int eventType;
+        const char* reading;
+        long status;
+    };
+    for (const Case& lid :
+         {Case{0x6F, "0 C0 0 0", 2}, Case{0x6F, "0 C0 1 0", 4}, Case{0x6F, "ff C0 fe ff", 2}, Case{0x6F, "0 E0 1 0", 2},
+          Case{0x6F, "0 C0", 2}, Case{0x6F, "", 2}, Case{0x03, "0 C0 1 0", 2}, Case{0x03, "0 C0 2 0", 4},
+          Case{0x03, "0 E0 2 0", 2}, Case{0x08, "0 C0 3 0", 2}}) {
+        SCOPED_TRACE(lid.reading);
+        sdk.answers.clear();
         cache_map.clear();
-        EXPECT_EQ(data(CHASSIS_STATUS), status) << reading;
+        addSensor({.number = 0x72, .type = 5, .recordType = 3}); // nobody can read an event-only sensor
+        addSensor({.number = 0x73, .type = 5, .eventType = lid.eventType});
+        sdk.answer(intrusionReading, lid.reading);
+        chassisInfo enclosure;
+        enclosure.init();
+        long out = -1;
+        EXPECT_EQ(enclosure.getIntData(CHASSIS_STATUS, 0, out), 0);
+        EXPECT_EQ(out, lid.status) << lid.eventType;
     }
-    sdk.answers.erase(intrusionReading);
-    cache_map.clear();
-    EXPECT_EQ(data(CHASSIS_STATUS), 2);
 }
 
 TEST_F(Chassis, WithoutAnythingToReadTheRowIsUnknownAndHealthy)

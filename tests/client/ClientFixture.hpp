@@ -64,6 +64,7 @@ struct Sensor {
     std::size_t recordBytes = 48;
     int lun = 0;
     int owner = 0x20;
+    int eventType = 0x6F;
 
     std::string path() const
     {
@@ -78,6 +79,7 @@ struct Sensor {
         bytes[7] = lun;
         bytes[8] = number;
         bytes[13] = type;
+        bytes[14] = eventType;
         bytes[22] = unit;
         bytes[24] = linearization;
         std::string text;
