@@ -93,8 +93,8 @@ public:
     /// Makes `count` zeroed rows; 0, or 2 if memory runs out, and then there are none.
     virtual int allocTable(int count)
     try {
-        mElementArray = std::make_unique<T[]>(static_cast<std::size_t>(std::max(count, 0)));
-        m_nCount = count;
+        m_nCount = std::max(count, 0);
+        mElementArray = std::make_unique<T[]>(static_cast<std::size_t>(m_nCount));
         return CLIENT_SUCCESS;
     } catch (const std::bad_alloc&) {
         m_nCount = 0;

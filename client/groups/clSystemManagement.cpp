@@ -1,12 +1,13 @@
 #include "client/groups/clSystemManagement.hpp"
 
 #include "client/groups/ConfigFile.hpp"
-#include "client/words/Numbers.hpp"
 #include "common/Seams.hpp"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <fcntl.h>
+#include <limits>
 #include <unistd.h>
 
 using namespace client::groups;
@@ -102,7 +103,9 @@ void systemManagement::takeSetting(const ConfigEntry& entry)
             copyText(this->*setting.member, entry.value);
     for (const NumberSetting& setting : numberSettings)
         if (setting.key == entry.key)
-            this->*setting.member = clampToValue(std::strtol(entry.value.c_str(), nullptr, 10));
+            this->*setting.member =
+                static_cast<int>(std::clamp<long>(std::strtol(entry.value.c_str(), nullptr, 10),
+                                                  std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 int systemManagement::getIntInfo(_SMAttribute attribute, int, long& out)

@@ -65,12 +65,14 @@ std::string systemPath(const std::string& absolutePath);
 /// Runs other programs, never through a shell.
 struct CommandRunner {
     virtual ~CommandRunner() = default;
-    /// Runs argv[0] (looked up in PATH) with standard output and error going to the open descriptor `output`, or to
-    /// /dev/null when that is negative; standard input is /dev/null and no other descriptor is inherited. Waits for
-    /// the end. Returns the exit status, 127 if there is no such program (what a shell would say), or -1 if no process
-    /// could be made or a signal ended it.
+    /// Runs argv[0], looked up in the system's own folders whatever our PATH says, with standard output and error going
+    /// to the open descriptor `output`, or to /dev/null when that is negative; standard input is /dev/null and no other
+    /// descriptor is inherited. Waits for the end. Returns the exit status, 127 if there is no such program (what a
+    /// shell would say), or -1 if no process could be made or a signal ended it; after `limit` that is ours.
     virtual int run(const std::vector<std::string>& argv, int output) = 0;
     static CommandRunner& real();
+
+    std::chrono::milliseconds limit{60'000};
 };
 
 /// CommandRunner::run of the current runner.

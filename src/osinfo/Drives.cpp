@@ -58,11 +58,6 @@ std::string usedPercent(const std::string& size, const std::string& free)
     return text;
 }
 
-std::vector<std::string> listPartitions()
-{
-    return linesOfCommand({"fdisk", "-l"});
-}
-
 struct SizeUnit {
     std::string_view unit;
     std::string_view shown;
@@ -129,7 +124,7 @@ void GetDriveData(std::vector<_DRIVEINFO>& drives)
 void GetPhysicalDriveData(std::vector<_PHYSICALDRIVEINFO>& drives)
 {
     drives.clear();
-    for (const std::string& line : listPartitions())
+    for (const std::string& line : linesOfCommand({"fdisk", "-l"}))
         if (auto drive = parseDiskLine(line)) {
             GetPhysicalDriveInfo(drive->Name.c_str(), *drive);
             drives.push_back(*drive);
@@ -146,12 +141,5 @@ void GetPhysicalDriveInfo(const char* device, _PHYSICALDRIVEINFO& info)
 
 void GetPartitionType(_PARTITIONTYPE& type)
 {
-    type = PARTITION_UNKNOWN;
-    for (const std::string& line : listPartitions()) {
-        const auto words = wordsOf(line);
-        if (words.size() != 3 || words[0] != "Disklabel" || words[1] != "type:")
-            continue;
-        type = words[2] == "gpt" ? PARTITION_GPT : words[2] == "dos" ? PARTITION_MBR : PARTITION_UNKNOWN;
-        return;
-    }
+    type = PARTITION_ANY;
 }

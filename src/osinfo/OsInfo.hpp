@@ -53,7 +53,10 @@ struct _PHYSICALDRIVEINFO {
     std::string Revision;
 };
 
-enum _PARTITIONTYPE { PARTITION_UNKNOWN, PARTITION_MBR, PARTITION_GPT };
+enum _PARTITIONTYPE {
+    PARTITION_ANY = 3,        ///< the system reads its drives whatever their scheme
+    PARTITION_UNREADABLE = 4, ///< error 1273 to who asks for the firmware's settings
+};
 
 void GetOSInfo(_OSINFO& info);
 
@@ -84,7 +87,7 @@ void GetPhysicalDriveInfo(const char* device, _PHYSICALDRIVEINFO& info);
 /// drive does not answer them.
 bool GetPhysicalDriveInfo_SGIO(int fd, _PHYSICALDRIVEINFO& info);
 
-/// Partition scheme of the first drive that has one.
+/// Always PARTITION_ANY.
 void GetPartitionType(_PARTITIONTYPE& type);
 
 /// The words between any characters of `separators`; runs of separators yield no empty words.

@@ -1,8 +1,11 @@
 #include "protocol/MemMapDriverImpl.hpp"
 
+#include "common/ErrorMgr.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Logger.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
+#include "common/Util.hpp"
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -15,6 +18,15 @@ namespace {
 
 constexpr const char* memoryDevice = "/dev/mem";
 constexpr unsigned pageOffsetMask = 0xFFF;
+
+/// The message has a place for the device's name.
+[[noreturn]] void refuseDevice()
+{
+    const std::string form = ErrorManager::ErrorMgr::GetInstance()->Get(ERROR_OPEN_DEVICE);
+    const std::string message = Util::replace_all(form, "%s", memoryDevice);
+    HW_LOG(LOGGER::Category::First, "Error %d: %s", int{ERROR_OPEN_DEVICE}, message.c_str());
+    throw ResultStatus(ERROR_OPEN_DEVICE, message, memoryDevice, COMMAND_GET);
+}
 
 } // namespace
 
@@ -37,7 +49,7 @@ int MemMapDriverImpl::InitMemMapDriver()
 {
     descriptor = open(systemPath(memoryDevice).c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0)
-        throwError(ERROR_OPEN_DEVICE, memoryDevice, COMMAND_GET);
+        refuseDevice();
     return descriptor;
 }
 

@@ -1,10 +1,13 @@
 #include "protocol/SMBIOSProtocolImpl.hpp"
 
+#include "common/ResultStatus.hpp"
+#include "common/Stopwatch.hpp"
 #include "protocol/SmbiosCatalogue.hpp"
 #include "protocol/SmbiosRender.hpp"
 
 #include <algorithm>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -14,8 +17,20 @@ namespace {
 
 const std::string rootPath = "/SMBIOS";
 
-std::mutex instanceGuard;
-std::shared_ptr<const ISMBIOSProtocol> instance;
+constexpr std::chrono::seconds pauseAfterFailure{10};
+
+/// The one instance, or why there is none.
+struct Instance {
+    std::mutex guard;
+    std::shared_ptr<const ISMBIOSProtocol> reader;
+    std::optional<ResultStatus> failure;
+    common::Stopwatch sinceFailure;
+};
+Instance& theInstance()
+{
+    static Instance instance;
+    return instance;
+}
 
 std::string subscripted(const std::string& path, std::size_t index)
 {
@@ -49,16 +64,28 @@ bool isMemoryPresent(const SMBRecordInfo& device)
 
 std::shared_ptr<const ISMBIOSProtocol> SMBIOSProtocolImpl::CreateInstance()
 {
-    const std::lock_guard lock(instanceGuard);
-    if (!instance)
-        instance = std::make_shared<const SMBIOSProtocolImpl>();
-    return instance;
+    Instance& one = theInstance();
+    const std::lock_guard lock(one.guard);
+    if (one.failure && one.sinceFailure.elapsed() < pauseAfterFailure)
+        throw ResultStatus(*one.failure);
+    one.failure.reset();
+    try {
+        if (!one.reader)
+            one.reader = std::make_shared<const SMBIOSProtocolImpl>();
+    } catch (const ResultStatus& status) {
+        one.failure = status;
+        one.sinceFailure = {};
+        throw;
+    }
+    return one.reader;
 }
 
 void SMBIOSProtocolImpl::DeleteInstance()
 {
-    const std::lock_guard lock(instanceGuard);
-    instance.reset();
+    Instance& one = theInstance();
+    const std::lock_guard lock(one.guard);
+    one.reader.reset();
+    one.failure.reset();
 }
 
 SMBIOSProtocolImpl::SMBIOSProtocolImpl()

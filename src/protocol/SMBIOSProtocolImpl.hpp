@@ -31,8 +31,8 @@ public:
 /// from 1.
 class SMBIOSProtocolImpl : public ISMBIOSProtocol {
 public:
-    /// The one instance over the firmware's table, made on first use; a failure leaves the next caller to try again.
-    /// Throws as the constructor does.
+    /// The one instance over the firmware's table, made on first use. Throws as the constructor does; a failure is
+    /// thrown to everybody for ten seconds before memory is searched again.
     static std::shared_ptr<const ISMBIOSProtocol> CreateInstance();
     /// Lets go of the instance, so that the next use reads the table anew.
     static void DeleteInstance();

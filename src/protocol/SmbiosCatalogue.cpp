@@ -89,7 +89,7 @@ constexpr FieldRow rows[] = {
     {2, v2_3, plain(0x0B, FIELD_WORD, "ChassisHandle")},
     {2, v2_3, words(0x0D, "BoardType", boardTypes)},
     {2, v2_3, plain(0x0E, FIELD_BYTE, "NumOfObjectHandles")},
-    {2, v2_3, special(0x0F, FIELD_WORD, "ContainObjectHandles", RenderHandles)},
+    {2, v2_3, plain(0x0F, FIELD_WORD, "ContainObjectHandles")},
 
     // System Enclosure or Chassis (7.4)
     {3, v2_3, text(0x04, "Manufacturer")},

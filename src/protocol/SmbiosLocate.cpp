@@ -25,12 +25,15 @@ constexpr std::size_t paragraph = 16;
 constexpr const char* systemTables[] = {"/sys/firmware/efi/systab", "/proc/efi/systab"};
 constexpr std::size_t longestLine = 63;
 
+/// Maps from the page's start on: a window that begins within a page would stay mapped.
 std::vector<std::uint8_t> readMemory(MemMapDriverImpl& memory, unsigned address, unsigned length)
 {
+    constexpr unsigned pageOffset = 0xFFF;
+    const unsigned offset = address & pageOffset;
     HW_NAMED_LOCK(lock, "GLOBAL_MEMORY_MAPPING");
     std::unique_ptr<UnmapDeleter> window;
-    memory.Map(address, length, window);
-    return {window->pointer, window->pointer + length};
+    memory.Map(address - offset, length + offset, window);
+    return {window->pointer + offset, window->pointer + offset + length};
 }
 
 common::File openSystemTable()

@@ -176,18 +176,6 @@ void RenderChassisSku(const FieldInfo& field, const SMBRecordInfo& record, Catal
         add(values, field, record.string(record.number(field.offset + elements, 1)));
 }
 
-void RenderHandles(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
-{
-    const std::size_t count = record.number(field.offset - 1U, 1);
-    std::string list;
-    for (std::size_t i = 0; i < count && record.holds(field.offset + i * FIELD_WORD, FIELD_WORD); ++i) {
-        list += list.empty() ? "" : " ";
-        list += std::to_string(record.number(field.offset + i * FIELD_WORD, FIELD_WORD));
-    }
-    if (!list.empty())
-        add(values, field, list);
-}
-
 void CalculateProcessorStatus(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
 {
     constexpr const char* states[] = {"Unknown", "Enabled",  "Disabled by user", "Disabled by BIOS",

@@ -28,8 +28,6 @@ void RenderChassisType(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldV
 void RenderContainedElements(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// The string behind the contained elements of a chassis (7.4).
 void RenderChassisSku(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
-/// Handles in decimal, blank-separated, as many as the byte in front of the field counts (7.3).
-void RenderHandles(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// "Populated, Enabled" (7.5, processor status).
 void CalculateProcessorStatus(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// "1200 mV", or each voltage that a socket without a current reading offers (7.5.4).

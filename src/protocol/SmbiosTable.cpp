@@ -1,5 +1,7 @@
 #include "protocol/SmbiosTable.hpp"
 
+#include "common/SmbiosWalk.hpp"
+
 #include <algorithm>
 #include <cstring>
 #include <numeric>
@@ -28,21 +30,17 @@ Number readAt(Bytes bytes, std::size_t offset)
     return number;
 }
 
-/// Reads the strings at the front of `rest` and returns what follows the list, nothing if the list has no end.
-Bytes parseStrings(Bytes rest, std::vector<std::string>& strings)
+/// What stands behind the last zero is no string.
+std::vector<std::string> splitStrings(Bytes bytes)
 {
-    while (!rest.empty()) {
-        const auto end = std::ranges::find(rest, std::uint8_t{0});
-        if (end == rest.end())
-            return {};
-        const auto length = static_cast<std::size_t>(end - rest.begin());
-        // A list without strings is two zero bytes, one with strings ends behind the zero of the last.
-        if (length == 0)
-            return rest.subspan(strings.empty() ? std::min<std::size_t>(2, rest.size()) : 1);
-        strings.emplace_back(reinterpret_cast<const char*>(rest.data()), std::min(length, longestString));
-        rest = rest.subspan(length + 1);
+    std::vector<std::string> strings;
+    for (auto end = std::ranges::find(bytes, std::uint8_t{0}); end != bytes.end();
+         end = std::ranges::find(bytes, std::uint8_t{0})) {
+        const auto length = static_cast<std::size_t>(end - bytes.begin());
+        strings.emplace_back(reinterpret_cast<const char*>(bytes.data()), std::min(length, longestString));
+        bytes = bytes.subspan(length + 1);
     }
-    return {};
+    return strings;
 }
 
 } // namespace
@@ -86,16 +84,14 @@ std::optional<EntryPoint> decodeEntryPoint(Bytes bytes)
 std::vector<SMBRecordInfo> parseStructures(Bytes table, std::size_t count)
 {
     std::vector<SMBRecordInfo> records;
-    while (records.size() < count && table.size() >= structureHeader) {
-        const std::uint8_t type = table[0];
-        const std::size_t length = table[1];
-        if (type == TYPE_END_OF_TABLE || length < structureHeader || length > table.size())
+    while (records.size() < count) {
+        const auto structure = common::takeSmbiosStructure(table);
+        if (!structure || structure->formatted[0] == TYPE_END_OF_TABLE)
             break;
-        SMBRecordInfo& record = records.emplace_back();
-        record.type = type;
-        record.handle = readAt<std::uint16_t>(table, 2);
-        record.formatted = table.first(length);
-        table = parseStrings(table.subspan(length), record.strings);
+        records.push_back({.type = structure->formatted[0],
+                           .handle = readAt<std::uint16_t>(structure->formatted, 2),
+                           .formatted = structure->formatted,
+                           .strings = splitStrings(structure->strings)});
     }
     return records;
 }

@@ -31,7 +31,7 @@ std::optional<Bytes> findAnchor(Bytes memory, std::size_t step);
 std::optional<EntryPoint> decodeEntryPoint(Bytes bytes);
 
 /// The structures of `table`, at most `count`, up to the one of type 127 or the first that cannot be whole: shorter
-/// than its header, or reaching past the end. Strings are cut to 255 characters; a string without an end closes the
+/// than its header, or reaching past the end. Strings are cut to 255 characters; strings without an end close the
 /// table. The records refer to the bytes of `table`.
 std::vector<SMBRecordInfo> parseStructures(Bytes table, std::size_t count);
 

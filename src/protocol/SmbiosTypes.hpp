@@ -22,9 +22,6 @@ enum : std::uint8_t {
     TYPE_BIOS_RESERVED_MEMORY = 133
 };
 
-/// Type, length and handle in front of every structure (DSP0134, 6.1.2).
-constexpr std::size_t structureHeader = 4;
-
 /// The catalogues, by minor version of SMBIOS 2.
 enum Catalogue : std::uint8_t { v2_3 = 3, v2_4 = 4, v2_5 = 5, v2_6 = 6, v2_7 = 7 };
 

@@ -1,5 +1,6 @@
 #include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
+#include "common/SmbiosWalk.hpp"
 #include "transport/BmcMessage.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
@@ -35,7 +36,6 @@ constexpr std::size_t ipmiInterfaceType = 4;
 constexpr std::size_t ipmiBaseAddress = 8;
 constexpr std::size_t ipmiDeviceNeeded = 12;
 constexpr std::uint8_t interfaceKcs = 1;
-constexpr std::size_t structureHeader = 4;
 
 constexpr int mappingFailed = -1;
 constexpr int defaultPortSilent = -1;
@@ -84,22 +84,15 @@ Bytes findEntryPoint(Bytes segment)
     return {};
 }
 
-/// Behind the formatted area and the first double zero; the end of the table if there is none.
-std::size_t nextStructure(Bytes table, std::size_t at)
-{
-    for (at += table[at + 1]; at + 1 < table.size(); ++at)
-        if (table[at] == 0 && table[at + 1] == 0)
-            return at + 2;
-    return table.size();
-}
-
 /// The IPMI Device Information structure, or nothing when the table has none that is whole.
 Bytes findIpmiDevice(Bytes table, unsigned count)
 {
-    for (std::size_t at = 0; count > 0 && at + structureHeader <= table.size(); --count) {
-        if (table[at] == typeIpmiDevice)
-            return table.size() - at < ipmiDeviceNeeded ? Bytes{} : table.subspan(at);
-        at = nextStructure(table, at);
+    for (; count > 0; --count) {
+        const auto structure = common::takeSmbiosStructure(table);
+        if (!structure)
+            break;
+        if (structure->formatted[0] == typeIpmiDevice)
+            return structure->formatted.size() < ipmiDeviceNeeded ? Bytes{} : structure->formatted;
     }
     return {};
 }

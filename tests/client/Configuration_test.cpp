@@ -39,7 +39,7 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
     EXPECT_EQ(initWith("  # a comment\n"
                        "Trap sEnabled = 1\n"
                        "   SETSENABLED=1\n"
-                       "platformid= 42abc\n"
+                       "platformid= 2147483647abc\n"
                        "debugenabled=7\n"
                        "manufacturer=  \"a b\" \n"
                        "productname=a=b\r\n"
@@ -49,7 +49,7 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
               0);
     EXPECT_EQ(group.isTrapEnabled(), 1);
     EXPECT_EQ(group.isSetEnabled(), 0);
-    EXPECT_EQ(group.m_nPlatformId, 42);
+    EXPECT_EQ(group.m_nPlatformId, 2147483647);
     EXPECT_STREQ(group.m_stManufacturer, "a b ");
     EXPECT_STREQ(group.m_stProductName, "a=b\r");
     EXPECT_STREQ(group.m_stProductVersion, "second");

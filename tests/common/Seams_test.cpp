@@ -2,6 +2,7 @@
 #include "tests/support/FakeClock.hpp"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -25,6 +26,35 @@ TEST(RunCommand, ReturnsStatusAndOutput)
     EXPECT_EQ(runCommand({"sh", "-c", "kill -9 $$"}), -1);
     EXPECT_EQ(runCommand({"no-such-program-of-ours"}), 127);
     EXPECT_EQ(runCommand({}), -1);
+}
+
+TEST(RunCommand, FindsTheSystemsProgramsWhateverPathSays)
+{
+    const std::string before = getenv("PATH");
+    setenv("PATH", "/nowhere", 1);
+    const auto result = runAndRead({"printenv", "PATH"});
+    setenv("PATH", before.c_str(), 1);
+    EXPECT_EQ(result, std::pair(0, std::string("/usr/sbin:/usr/bin:/sbin:/bin\n")));
+}
+
+TEST(RunCommand, OutputArrivesAlthoughStandardStreamsAreClosed)
+{
+    int kept[3];
+    for (int fd = 0; fd < 3; ++fd) {
+        kept[fd] = fcntl(fd, F_DUPFD_CLOEXEC, 100);
+        close(fd);
+    }
+    const auto result = runAndRead({"sh", "-c", "cat; echo text"});
+    for (int fd = 0; fd < 3; ++fd)
+        dup2(kept[fd], fd);
+    EXPECT_EQ(result, std::pair(0, std::string("text\n")));
+}
+
+TEST(RunCommand, EndsWhatDoesNotEnd)
+{
+    const auto before = std::exchange(CommandRunner::real().limit, std::chrono::milliseconds(50));
+    EXPECT_EQ(runCommand({"sleep", "1000"}), -1);
+    CommandRunner::real().limit = before;
 }
 
 TEST(RunCommand, PassesWordsOnWithoutAShell)

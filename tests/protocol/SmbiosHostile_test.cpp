@@ -53,6 +53,8 @@ TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
         {"length behind the end", [](SmbiosImage& image) { image.addRaw(2, 255, 1, SmbiosImage::zeros(2)); }, false},
         {"only a header", [](SmbiosImage& image) { image.addRaw(2, 4, 1, SmbiosImage::zeros(2)); }, true},
         {"end of table", [](SmbiosImage& image) { image.add(127, Body()); }, false},
+        {"empty first string", [](SmbiosImage& image) { image.addRaw(2, 5, 1, std::string("\x02\0Second\0\0", 10)); },
+         true},
         {"string index beyond the list", [](SmbiosImage& image) { image.add(2, Body().byte(200).text("Only")); }, true},
     };
     for (const Case& one : cases) {
@@ -76,7 +78,7 @@ TEST(SmbiosHostile, LongStringsAreCutAndTheNextKeepsItsNumber)
     EXPECT_EQ(values.at("/SMBIOS/Type2/Product").mXNodeList.front(), "Next");
 }
 
-TEST(SmbiosHostile, HandlesThatAreCountedAndNotThereAreLeftOut)
+TEST(SmbiosHostile, HandlesThatAreCountedAndNotThereAreNotRead)
 {
     const ResultMap values = readSpoiled([](SmbiosImage& image) {
         image.add(2, Body().bytes({0, 0, 0, 0, 0, 0, 0, 0, 0, 0}).byte(255).word(1));

@@ -2,9 +2,11 @@
 #include "common/ResultStatus.hpp"
 #include "protocol/MemMapDriverImpl.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
+#include "tests/support/FakeClock.hpp"
 #include "tests/support/SmbiosImage.hpp"
 #include "tests/support/TempRoot.hpp"
 
+#include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -62,7 +64,13 @@ TEST_F(SmbiosLocate, WindowBeginsAtTheByteAskedFor)
 
 TEST_F(SmbiosLocate, MemoryThatCannotBeReachedIsNamed)
 {
-    EXPECT_EQ(errorOf([] { MemMapDriverImpl(); }), ERROR_OPEN_DEVICE);
+    try {
+        MemMapDriverImpl();
+        ADD_FAILURE() << "opened";
+    } catch (const ResultStatus& status) {
+        EXPECT_EQ(status.getval(), ERROR_OPEN_DEVICE);
+        EXPECT_EQ(status.begin()->mErrorString, "Error in opening device \"/dev/mem\"");
+    }
     EXPECT_EQ(readMachine(), ERROR_OPEN_DEVICE);
     root.write("/dev/mem", "too short for the low area");
     EXPECT_EQ(readMachine(), ERROR_PHY_VIRT_MAPPING);
@@ -87,6 +95,31 @@ TEST_F(SmbiosLocate, TableOutsideOfMemoryIsNotMapped)
     image.place(root);
     root.writeAt("/dev/mem", 0xF0000, image.entryPoint(0x7FFFFFFF));
     EXPECT_EQ(readMachine(), ERROR_PHY_VIRT_MAPPING);
+}
+
+TEST_F(SmbiosLocate, NothingStaysMapped)
+{
+    image.place(root, efiAddress, 0xE0123);
+    root.write(systab, "SMBIOS=0x123458\n");
+    EXPECT_EQ(vendor(), "Firmware Maker");
+    std::ifstream maps("/proc/self/maps");
+    const std::string mapped{std::istreambuf_iterator<char>(maps), {}};
+    EXPECT_EQ(mapped.find(root.resolve("/dev/mem")), std::string::npos);
+}
+
+TEST_F(SmbiosLocate, FailureIsKeptForTenSeconds)
+{
+    FakeClock clock;
+    ScopedSeam<Clock> use(clock);
+    SMBIOSProtocolImpl::DeleteInstance();
+    const auto instance = [] { return errorOf([] { SMBIOSProtocolImpl::CreateInstance(); }); };
+    EXPECT_EQ(instance(), ERROR_OPEN_DEVICE);
+    image.place(root);
+    clock.advance(std::chrono::milliseconds(9'999));
+    EXPECT_EQ(instance(), ERROR_OPEN_DEVICE);
+    clock.advance(std::chrono::milliseconds(1));
+    EXPECT_EQ(instance(), 0);
+    SMBIOSProtocolImpl::DeleteInstance();
 }
 
 TEST_F(SmbiosLocate, DefectiveLowEntryPointIsNotReplacedByTheEfiOne)

@@ -14,16 +14,16 @@ void printBelow(const SMBIOSProtocolImpl& reader, const std::string& path)
     ResultMap found;
     reader.SMBiosSearch(path, found);
     for (const auto& [name, node] : found) {
-        if (node.mType == NODE_NONLEAF)
+        const bool isGroup = node.mType == NODE_NONLEAF;
+        std::printf("%s\t%s\n", name.c_str(), isGroup ? "" : node.mXNodeList.front().c_str());
+        if (isGroup)
             printBelow(reader, name);
-        else
-            std::printf("%s\t%s\n", name.c_str(), node.mXNodeList.front().c_str());
     }
 }
 
 } // namespace
 
-/// smbios_values DUMP: each value of the dump as "path<TAB>value", or the error's code.
+/// smbios_values DUMP: each value of the dump as "path<TAB>value", a group as its path and a tab, or the error's code.
 int main(int argc, char** argv)
 {
     std::ifstream file(argc == 2 ? argv[1] : "", std::ios::binary);
