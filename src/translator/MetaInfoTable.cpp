@@ -25,6 +25,15 @@ const std::wstring* MetaInfoTable::find(int id) const
     return found == texts.end() || found->second.empty() ? nullptr : &found->second;
 }
 
+std::optional<int> MetaInfoTable::idOf(std::wstring_view text) const
+{
+    std::optional<int> lowest;
+    for (const auto& [id, word] : texts)
+        if (word == text && (!lowest || id < *lowest))
+            lowest = id;
+    return lowest;
+}
+
 const std::wstring& MetaInfoTable::findTranslation(int id) const
 {
     if (const std::wstring* text = find(id))

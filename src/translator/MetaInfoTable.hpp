@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,6 +17,8 @@ public:
     const std::wstring& findTranslation(int id) const;
     /// The same without the error: null when there is none.
     const std::wstring* find(int id) const;
+    /// The lowest number that has this text; nothing without one.
+    std::optional<int> idOf(std::wstring_view text) const;
 
 private:
     std::wstring_view kind;

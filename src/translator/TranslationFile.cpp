@@ -20,6 +20,8 @@ constexpr std::size_t largestFile = 16u << 20;
 struct LocaleRow {
     std::array<std::string_view, 3> locales;
     std::string_view fileName;
+
+    std::string_view posix() const { return locales[1]; }
 };
 
 constexpr LocaleRow localeRows[] = {
@@ -34,6 +36,12 @@ constexpr LocaleRow localeRows[] = {
     {{"Japanese_Japan.932", "ja_JP.utf8", "JPN"}, "hr_sel_ja_JP.ini"},
     {{"Portuguese_Brazil.1252", "pt_BR.utf8", "PTB"}, "hr_sel_pt_BR.ini"},
 };
+
+/// Language and country of "de_DE.UTF-8".
+std::string_view languageOf(std::string_view locale)
+{
+    return locale.substr(0, locale.find_first_of(".@"));
+}
 
 /// A directory opens like a file, and a pipe would never end: only regular files count as there.
 bool isFile(const std::filesystem::path& path)
@@ -89,9 +97,15 @@ TranslationFile::TranslationFile(const char* fileName, const std::string& locale
 std::string TranslationFile::fileNameOfLocale(const std::string& locale)
 {
     for (const LocaleRow& row : localeRows)
-        if (std::ranges::find(row.locales, locale) != row.locales.end())
+        if (std::ranges::find(row.locales, locale) != row.locales.end() ||
+            languageOf(locale) == languageOf(row.posix()))
             return std::string(row.fileName);
     return {};
+}
+
+bool TranslationFile::hasLocale(const char* fileName, const std::string& locale)
+{
+    return choosePath(fileName, locale) != std::filesystem::path(fileName);
 }
 
 const event& TranslationFile::findGenericTranslation(const EventKey& key) const

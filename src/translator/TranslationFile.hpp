@@ -28,8 +28,11 @@ public:
     TranslationFile(const char* fileName, const std::string& locale);
     explicit TranslationFile(translator::TranslationTables content) : tables(std::move(content)) {}
 
-    /// The file name that the table of locales has for `locale`, "" for a locale without one.
+    /// The file name that the table of locales has for `locale`, "" for a locale without one. Of a name such as
+    /// "de_DE.UTF-8" language and country count, whatever the character set.
     static std::string fileNameOfLocale(const std::string& locale);
+    /// True if there is a file of `locale` beside `fileName`.
+    static bool hasLocale(const char* fileName, const std::string& locale);
 
     /// The table's entry for an event, exact event data before "any"; the error of the table without one. Severity FFh
     /// in it means that the file gives none.

@@ -26,6 +26,8 @@ public:
 
     /// The platform whose overrides hold. An id that the file has no name for makes it the unknown platform.
     virtual void setPlatformID(unsigned short id) = 0;
+    /// The same by the name that the file has for the platform.
+    virtual void setPlatformName(const char* name) = 0;
     /// A name for the sensor of the next system event, in place of the one in its SDR; null or "" for none.
     virtual void setSensorName(const char* name) = 0;
     virtual void setSDRRepository(const std::vector<std::vector<std::uint8_t>>& records) = 0;

@@ -110,6 +110,12 @@ void TranslatorImpl::setPlatformID(unsigned short id)
     platformID = file && file->content().productIds.find(id) ? id : unknownPlatform;
 }
 
+void TranslatorImpl::setPlatformName(const char* name)
+{
+    const std::optional<int> id = file ? file->content().productIds.idOf(widenText(name)) : std::nullopt;
+    platformID = static_cast<unsigned short>(id.value_or(unknownPlatform));
+}
+
 void TranslatorImpl::setSensorName(const char* name)
 {
     givenSensorName = widenText(name ? name : "");

@@ -16,6 +16,7 @@ public:
     void setTranslationFile(const char* file, const char* locale);
     void setSDRRepository(const std::vector<std::vector<std::uint8_t>>& records) override;
     void setPlatformID(unsigned short id) override;
+    void setPlatformName(const char* name) override;
     void setSensorName(const char* name) override;
 
     std::wstring translate(const unsigned char* record, unsigned long length) override;

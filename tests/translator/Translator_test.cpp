@@ -94,6 +94,10 @@ TEST_F(TranslatorOfRecords, PlatformGoesBeforeOverrideBeforeTable)
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "platform");
     translator.setPlatformID(0x29);
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "a platform without a name";
+    translator.setPlatformName("ALDER");
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "platform");
+    translator.setPlatformName("OAKWOOD");
+    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "a name that the file does not have";
 }
 
 TEST_F(TranslatorOfRecords, EventTypesTakeTheirRoutes)

@@ -17,13 +17,14 @@ constexpr int exitUsage = 2;
 constexpr unsigned char agentFlags = 33;
 
 constexpr char usage[] =
-    "usage: hwquery get [--json] PATH...\n"
+    "usage: hwquery get [--json] [--locale NAME] PATH...\n"
     "\n"
     "Asks the management SDK for each PATH, such as /BMC/INFO/VERSION, and prints the answer: one line a node,\n"
     "\"path = values\" for a leaf and \"path: children\" for a branch.\n"
     "\n"
-    "  --json  print one JSON object a PATH instead\n"
-    "  --help  this text\n"
+    "  --json         print one JSON object a PATH instead\n"
+    "  --locale NAME  the language of /BMC/SEL/TRANSLATED, such as de_DE; English without it\n"
+    "  --help         this text\n"
     "\n"
     "A PATH that ends in /@children lists a branch without visiting it. Failures go to standard error with their "
     "code,\n"
@@ -31,14 +32,20 @@ constexpr char usage[] =
 
 struct Arguments {
     bool json = false;
+    SDK::Parameters parameters; ///< of each query
     std::vector<std::string> paths;
 };
 
-bool getOne(SDK::System& system, const std::string& path, bool json)
+bool getOne(SDK::System& system, const std::string& path, const Arguments& arguments)
 {
     ResultMap results;
     try {
-        system.Get(path, results);
+        if (arguments.parameters.empty()) {
+            system.Get(path, results);
+        } else {
+            SDK::QueryMap query{{path, arguments.parameters}};
+            system.Get(query, results);
+        }
     } catch (const ResultStatus& status) {
         std::fprintf(stderr, "%s: %s", path.c_str(), hwquery::listFailures(status).c_str());
         return false;
@@ -46,7 +53,7 @@ bool getOne(SDK::System& system, const std::string& path, bool json)
         std::fprintf(stderr, "%s: %s\n", path.c_str(), error.what());
         return false;
     }
-    const std::string text = json ? hwquery::listJson(results) : hwquery::listText(results);
+    const std::string text = arguments.json ? hwquery::listJson(results) : hwquery::listText(results);
     std::fputs(text.c_str(), stdout);
     return true;
 }
@@ -57,7 +64,7 @@ int getAll(const Arguments& arguments)
     system.SetFlags(agentFlags);
     bool answered = true;
     for (const std::string& path : arguments.paths)
-        answered = getOne(system, path, arguments.json) && answered;
+        answered = getOne(system, path, arguments) && answered;
     return answered ? 0 : exitFailed;
 }
 
@@ -69,6 +76,8 @@ bool readArguments(const std::vector<std::string_view>& words, Arguments& argume
     for (std::size_t at = 1; at < words.size(); ++at) {
         if (words[at] == "--json")
             arguments.json = true;
+        else if (words[at] == "--locale" && at + 1 < words.size())
+            arguments.parameters["LOCALE"] = words[++at];
         else if (words[at].starts_with("--"))
             return false;
         else

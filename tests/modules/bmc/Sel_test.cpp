@@ -150,6 +150,27 @@ TEST_F(Sel, TranslatedRecordHasItsFields)
     EXPECT_THAT(results, SizeIs(1 + 2 * 12));
 }
 
+TEST_F(Sel, ALocaleTellsTheRecordsInItsLanguageWithTheEnglishTextBeside)
+{
+    folder.write("/words/hr_sel_de_DE.ini",
+                 "$3 1\n&\n2\t\"KRITISCH\"\n^ $9 1\n&\n&0C\t0\n01\t\t\t2\t0\t\t\"verlor ein Bit\"\n^\n");
+    log = {event(1), event(2)};
+    log[1][2] = 220;
+    for (const char* locale : {"de_DE.utf8", "de_DE.UTF-8", "DEU"}) {
+        const ResultMap german = translate({{"LOCALE", locale}});
+        EXPECT_EQ(field(german, 0, "DESCR"), "verlor ein Bit") << locale;
+        EXPECT_EQ(field(german, 0, "SEVERITY"), "KRITISCH");
+        EXPECT_EQ(field(german, 0, "ENGLISH"), "the sensor lost a bit");
+        EXPECT_EQ(german.at("/BMC/SEL/TRANSLATED[0]").mXNodeList.back(), "/BMC/SEL/TRANSLATED[0]/ENGLISH");
+        EXPECT_EQ(field(german, 1, "DESCR"), field(german, 1, "ENGLISH")) << "a record without words of its own";
+    }
+    for (const char* locale : {"", "en_US.utf8", "fr_FR.utf8", "nowhere"}) {
+        const ResultMap english = translate({{"LOCALE", locale}});
+        EXPECT_EQ(field(english, 0, "DESCR"), "the sensor lost a bit") << locale;
+        EXPECT_THAT(english.at("/BMC/SEL/TRANSLATED[0]").mXNodeList, SizeIs(11));
+    }
+}
+
 TEST_F(Sel, RecordIdAndRangeChooseTheRecords)
 {
     fill({0x10, 0x11, 0x13, 0x2F});

@@ -42,7 +42,9 @@ public:
     /// One fact of the log, or all of them from one answer of the BMC.
     void info(const std::string& query, SymbolMap& result);
 
-    /// From "/SEL/RECORD_ID" on, at most "/SEL/RANGE" records; or the records that the caller gives.
+    /// From "/SEL/RECORD_ID" on, at most "/SEL/RANGE" records; or the records that the caller gives. With a
+    /// "/SEL/LOCALE" that has a file of words, in that language, and each with the field "ENGLISH" behind the others:
+    /// the English text, by which programs choose what to do.
     void TranslatedRecords(const std::string& query, SymbolMap& result);
     /// The record in "/SEL/RAW_SEL_RECORD", as text.
     void TranslateSingleRecord(const std::string& query, SymbolMap& result);
@@ -75,6 +77,7 @@ private:
     void GetTranslatedRecord(const SelRecord& record, std::size_t index, SymbolMap& result);
     void InitializeHRS();
     Fields translateRecord(const SelRecord& record);
+    Fields translated(const SelRecord& record, Translator* translator, const std::string& otherwise);
     static Fields readFields(const SelRecord& record);
     void translateByFile(const SelRecord& record, Translator& translator, Fields& fields);
     /// The name of the supply at a bit of a voltage fault, empty if the BMC does not tell.

@@ -21,6 +21,7 @@ namespace Module::BMCConfig {
 /// A translated record.
 struct Sel::Fields {
     std::string raw, next, severity, time, description, sensorName, sensorType, sensorNumber, channel, lun, generator;
+    std::optional<std::string> english = std::nullopt; ///< of a record that is told in another language
 };
 
 struct Sel::FieldRow {
@@ -193,25 +194,41 @@ void Sel::GetTranslatedRecord(const SelRecord& record, std::size_t index, Symbol
         names.values.push_back(path + "/" + row.key);
         result["GET:/" + names.values.back()] = fields.*row.text;
     }
+    if (fields.english) {
+        names.values.push_back(path + "/ENGLISH");
+        result["GET:/" + names.values.back()] = *fields.english;
+    }
     result["GET:/" + path] = names;
 }
 
 void Sel::InitializeHRS()
 {
     if (!std::exchange(prepared, true))
-        translation->prepare(*interpreter, exec);
+        translation->prepare(*interpreter, exec, parameter("/SEL/LOCALE"));
 }
 
 Sel::Fields Sel::translateRecord(const SelRecord& record)
+{
+    guardDecoding([this] { InitializeHRS(); });
+    Fields fields = translated(record, translation->translator(), untranslated);
+    if (Translator* local = translation->localTranslator()) {
+        const std::string english = fields.description;
+        fields = translated(record, local, english);
+        fields.english = english;
+    }
+    return fields;
+}
+
+/// `otherwise` is the description of an event that the translator's file does not know.
+Sel::Fields Sel::translated(const SelRecord& record, Translator* translator, const std::string& otherwise)
 {
     Fields fields = readFields(record);
     if (const char* description = systemDescription(record.view().type())) {
         fields.description = description;
         return fields;
     }
-    fields.description = untranslated;
-    guardDecoding([this] { InitializeHRS(); });
-    if (Translator* translator = translation->translator())
+    fields.description = otherwise;
+    if (translator)
         translateByFile(record, *translator, fields);
     fields.description.resize(std::min(fields.description.size(), longestDescription));
     fields.severity.resize(std::min(fields.severity.size(), longestSeverity));

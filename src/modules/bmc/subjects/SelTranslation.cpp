@@ -7,12 +7,14 @@
 #include "common/Seams.hpp"
 #include "common/Util.hpp"
 #include "modules/bmc/subjects/Sdr.hpp"
+#include "translator/TranslationFile.hpp"
 #include "translator/TranslatorImpl.hpp"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace Module::BMCConfig {
@@ -21,7 +23,9 @@ namespace {
 
 constexpr char directoryVariable[] = "HRS_PATH_QL";
 constexpr char fixedDirectory[] = "/usr/local/share/morvandale/";
-constexpr char alderFile[] = "hrs_alder.ini", defaultFile[] = "hrs_enu.ini", defaultLocale[] = "";
+constexpr char alderFile[] = "hrs_alder.ini", defaultFile[] = "hrs_enu.ini";
+constexpr char englishLocale[] = "", unknownProduct[] = "UNKNOWN";
+constexpr std::string_view familyProducts[] = {"OAKWOOD", "PINEWOOD"};
 constexpr int alderProducts[] = {40, 41, 43, 44, 58, 59, 61};
 constexpr std::size_t longestVariable = 4096;
 
@@ -36,6 +40,18 @@ void quietly(Interpreter& interpreter, Call call)
         interpreter.restore_state(before);
         HW_LOG(LOGGER::Category::First, "SEL translation does without what failed with %d", int{failure.getval()});
     }
+}
+
+/// Empty if the query fails.
+std::string answerOf(Interpreter& interpreter, const char* query)
+{
+    std::string answer;
+    quietly(interpreter, [&] {
+        SymbolMap answers;
+        interpreter.run(answers, query);
+        answer = answers[query].text();
+    });
+    return answer;
 }
 
 bool canOpen(const std::string& name)
@@ -79,62 +95,87 @@ SelTranslation& SelTranslation::instance()
     return translation;
 }
 
-void SelTranslation::prepare(Interpreter& interpreter, _BMC_EXEC exec)
+void SelTranslation::prepare(Interpreter& interpreter, _BMC_EXEC exec, const std::string& locale)
 {
     HW_NAMED_LOCK(named, "INIT_HRS");
-    if (std::string now = GetEnvVariable(directoryVariable); made && now != directory)
+    if (std::string now = GetEnvVariable(directoryVariable); english && now != directory)
         startOver(now);
     findProduct(interpreter);
-    if (!made) {
-        directory = GetEnvVariable(directoryVariable);
-        const std::string file = GetHSRFullFileName(IsAlder(productId.value_or(0)) ? alderFile : defaultFile);
-        made = translator::makeTranslator(file.c_str(), defaultLocale);
-        made->setPlatformID(static_cast<unsigned short>(productId.value_or(0)));
-    }
-    giveSensors(interpreter, exec);
+    makeTranslators(locale);
+    if (!ofThisMachine)
+        return;
+    readSensors(interpreter, exec);
+    giveSensors(exec);
+}
+
+void SelTranslation::makeTranslators(const std::string& locale)
+{
+    if (english && locale == localeMade)
+        return;
+    directory = GetEnvVariable(directoryVariable);
+    const std::string file = GetHSRFullFileName(IsAlder(productId) ? alderFile : defaultFile);
+    const auto make = [&](const std::string& words) {
+        translator::TranslatorPointer made = translator::makeTranslator(file.c_str(), words.c_str());
+        if (std::ranges::find(familyProducts, product) != std::end(familyProducts))
+            made->setPlatformName(product.c_str());
+        else
+            made->setPlatformID(static_cast<unsigned short>(productId));
+        return made;
+    };
+    if (!english)
+        english = make(englishLocale);
+    local = TranslationFile::hasLocale(file.c_str(), locale) ? make(locale) : nullptr;
+    localeMade = locale;
+    sensors.reset();
 }
 
 void SelTranslation::startOver(const std::string& newDirectory)
 {
     directory = newDirectory;
-    made.reset();
-    productId.reset();
-    sensors.reset();
+    english.reset();
+    product.clear();
     sensorsAsked = false;
 }
 
+/// The family's word counts for products whose events the files hold under the family's own number.
 void SelTranslation::findProduct(Interpreter& interpreter)
 {
-    if (productId)
+    if (!product.empty())
         return;
-    std::string number;
-    quietly(interpreter, [&] {
-        SymbolMap local;
-        interpreter.run(local, "GET://BMC/INFO/ID");
-        number = local["GET://BMC/INFO/ID"].text();
-    });
-    if (number.empty())
-        return;
-    productId = static_cast<int>(Util::string_to_long(number, 10));
-    made.reset(); // one made before the product was known may be of the wrong file
-    sensors.reset();
+    if (ofThisMachine) {
+        const std::string number = answerOf(interpreter, "GET://BMC/INFO/ID");
+        if (number.empty())
+            return;
+        productId = static_cast<int>(Util::string_to_long(number, 10));
+        product = answerOf(interpreter, "GET://BMC/INFO/PRODUCT");
+    } else {
+        interpreter.symbolTable()["$/LOCAL_ID"] = std::to_string(productId);
+        product = answerOf(interpreter, "GET://BMC/INFO/LOCAL/PRODUCT");
+    }
+    if (product.empty())
+        product = unknownProduct;
+    english.reset(); // one made before the product was known may be of the wrong file
 }
 
-void SelTranslation::giveSensors(Interpreter& interpreter, _BMC_EXEC exec)
+/// The first use reads them. If that fails, the readers of sensors will have them read in time; asking at every poll
+/// would not be worth its exchanges.
+void SelTranslation::readSensors(Interpreter& interpreter, _BMC_EXEC exec)
 {
-    if (!ofThisMachine)
-        return;
-    // The first use reads them. If that fails, the readers of sensors will have them read in time; asking at every
-    // poll would not be worth its exchanges.
     if (!std::exchange(sensorsAsked, true))
         quietly(interpreter, [&] {
-            SymbolMap local;
-            Sdr(&interpreter, exec).process(sdrListKey, local);
+            SymbolMap unused;
+            Sdr(&interpreter, exec).process(sdrListKey, unused);
         });
+}
+
+void SelTranslation::giveSensors(_BMC_EXEC exec)
+{
     const std::shared_ptr<const SdrRepository> now = SdrRepository::current(exec);
     if (!now || now == sensors)
         return;
-    made->setSDRRepository(bytesOf(*now));
+    english->setSDRRepository(bytesOf(*now));
+    if (local)
+        local->setSDRRepository(bytesOf(*now));
     sensors = now;
 }
 

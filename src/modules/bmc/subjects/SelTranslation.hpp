@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 
 namespace Module::BMCConfig {
@@ -18,32 +17,40 @@ class SelTranslation {
 public:
     SelTranslation() = default;
     /// For records of another machine: its product id, and none of this machine's sensors.
-    explicit SelTranslation(int product) : ofThisMachine(false), productId(product) {}
+    explicit SelTranslation(int writer) : ofThisMachine(false), productId(writer) {}
 
     /// That of this process.
     static SelTranslation& instance();
 
     /// Makes the translator ready, and costs nothing when it is: after the first time the file is parsed again only if
     /// the directory of HRS_PATH_QL has changed, and the sensors are given again only if the engine's cache of them
-    /// has. Throws 1183 without a translation file, and tries again at the next call.
-    void prepare(Interpreter& interpreter, _BMC_EXEC exec);
+    /// has. Throws 1183 without a translation file, and tries again at the next call. `locale` is that of the words to
+    /// show, empty for English.
+    void prepare(Interpreter& interpreter, _BMC_EXEC exec, const std::string& locale);
 
-    /// Null until prepare has succeeded.
-    Translator* translator() const { return made.get(); }
+    /// The English words, by which programs choose. Null until prepare has succeeded.
+    Translator* translator() const { return english.get(); }
+    /// The words of the locale; null for English and for a locale without a file.
+    Translator* localTranslator() const { return local.get(); }
 
     std::mutex guard;
 
 private:
     void startOver(const std::string& newDirectory);
     void findProduct(Interpreter& interpreter);
-    void giveSensors(Interpreter& interpreter, _BMC_EXEC exec);
+    void makeTranslators(const std::string& locale);
+    void readSensors(Interpreter& interpreter, _BMC_EXEC exec);
+    void giveSensors(_BMC_EXEC exec);
 
     bool ofThisMachine = true;
     std::string directory; ///< as the environment named it, empty without
-    translator::TranslatorPointer made;
-    std::optional<int> productId;
+    translator::TranslatorPointer english;
+    std::string localeMade; ///< that of `local`
+    translator::TranslatorPointer local;
+    int productId = 0;
+    std::string product; ///< the word for it, empty before it is known
     bool sensorsAsked = false;
-    std::shared_ptr<const SdrRepository> sensors; ///< those that the translator has
+    std::shared_ptr<const SdrRepository> sensors; ///< those that the translators have
 };
 
 /// True for the products whose events the Alder file describes.
