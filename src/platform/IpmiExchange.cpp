@@ -65,11 +65,11 @@ BMC_REQUEST makeRequest(const std::vector<std::string>& tokens, const RequestDat
             .data = requestData};
 }
 
-void listReply(const BMC_RESPONSE& response, std::vector<std::string>& reply)
+void listReply(const BMC_RESPONSE& response, std::uint32_t count, std::vector<std::string>& reply)
 {
-    reply.reserve(1U + response.length);
+    reply.reserve(1U + count);
     reply.push_back(std::to_string(response.completionCode));
-    for (const std::uint8_t byte : std::span(response.data, response.length))
+    for (const std::uint8_t byte : std::span(response.data, count))
         reply.push_back(Util::dec_to_hex_string(byte));
 }
 
@@ -94,9 +94,10 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     const BMC_REQUEST request = makeRequest(tokens, data);
     BMC_RESPONSE response;
     std::memset(&response, 0, sizeof response);
-    if (SendRequest_Linux(&request, &response, options.retries) != 0)
+    const std::optional<std::uint32_t> count = transport::sendRequest(request, response, options.retries);
+    if (!count)
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
-    listReply(response, reply);
+    listReply(response, *count, reply);
 }
 
 bool selectInterface(int type)

@@ -35,21 +35,37 @@ int bridgeMessage(BMC_MESSAGE* request, BMC_MESSAGE* response)
     return ProcessSendMessage(request, response, channelOfTarget(request->target), request->target, bridgeTimeoutMs);
 }
 
-int exchangeByKcs(const _IMBPREQUESTDATA& request, std::uint8_t* data, int* length, std::uint8_t* completionCode)
+using Frame = std::array<std::uint8_t, kcsFrameSize>;
+
+/// One frame out, one frame in: the number of bytes that came, 0 for a failure.
+unsigned exchangeFrames(const _IMBPREQUESTDATA& request, Frame& frame)
 {
-    std::array<std::uint8_t, kcsFrameSize> frame;
-    if (request.dataLength < 0 || request.dataLength + kcsRequestHeader > frame.size())
-        return 1;
     // The bits of the LUN stay 0: direct requests are for the BMC's LUN 0 alone.
     frame[0] = static_cast<std::uint8_t>(request.netFn << 2);
     frame[1] = request.cmd;
     std::copy_n(request.data, request.dataLength, frame.begin() + kcsRequestHeader);
     if (KCSSendMessage(frame.data(), static_cast<unsigned>(request.dataLength + kcsRequestHeader)) != kcsDone)
-        return 1;
-
-    *length = 0;
+        return 0;
     unsigned count = 0;
-    if (KCSReadBMCData(frame.data(), kcsFrameSize, &count) != kcsDone || count < kcsResponseHeader)
+    return KCSReadBMCData(frame.data(), kcsFrameSize, &count) == kcsDone ? count : 0;
+}
+
+/// Whether the frame holds an answer, and to this request (IPMI 2.0, 9.3).
+bool answers(const Frame& frame, unsigned count, const _IMBPREQUESTDATA& request)
+{
+    return count >= kcsResponseHeader && frame[0] >> 2 == (request.netFn | 1) && frame[1] == request.cmd;
+}
+
+int exchangeByKcs(const _IMBPREQUESTDATA& request, std::uint8_t* data, int* length, std::uint8_t* completionCode)
+{
+    Frame frame;
+    if (request.dataLength < 0 || request.dataLength + kcsRequestHeader > frame.size())
+        return 1;
+    *length = 0;
+    unsigned count = exchangeFrames(request, frame);
+    if (count >= kcsResponseHeader && !answers(frame, count, request)) // another's answer: ours may yet be had
+        count = exchangeFrames(request, frame);
+    if (!answers(frame, count, request))
         return 1;
     *completionCode = frame[2];
     *length = static_cast<int>(count - kcsResponseHeader);
@@ -173,10 +189,15 @@ int Reinitialize_OpenIPMI()
 
 int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int retries)
 {
-    if (request->length > maxRequestData)
-        return 1;
+    return sendRequest(*request, *response, retries) ? 0 : 1;
+}
+
+std::optional<std::uint32_t> transport::sendRequest(const BMC_REQUEST& request, BMC_RESPONSE& response, int retries)
+{
+    if (request.length > maxRequestData)
+        return std::nullopt;
     BMC_MESSAGE message;
-    copyRequest(message, *request);
+    copyRequest(message, request);
     BMC_MESSAGE answer;
     clearHeader(answer);
 
@@ -186,9 +207,9 @@ int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int re
     // The data may be a password.
     explicit_bzero(message.data, message.length);
     if (!answered)
-        return 1;
-    fillResponse(*response, answer);
-    return 0;
+        return std::nullopt;
+    fillResponse(response, answer);
+    return answer.length;
 }
 
 int ProcessMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 /// The one door through which in-band IPMI requests pass. It picks the road to the BMC at the first use (kernel driver,
 /// KCS ports, USB session) and bridges requests for other controllers. Nothing here locks or throws: callers hold
@@ -108,6 +109,13 @@ int Reinitialize_OpenIPMI();
 /// failure here), 1 when every try failed or the request is longer than 65535 bytes. Answers of 1024 data bytes and
 /// more count as failed.
 int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int retries);
+
+namespace transport {
+
+/// The same, with the number of data bytes as the result: `length` of the response holds only its low 8 bits.
+std::optional<std::uint32_t> sendRequest(const BMC_REQUEST& request, BMC_RESPONSE& response, int retries);
+
+} // namespace transport
 
 /// One exchange by the road in force; bridges when the target is not 0x20. 0, 1 or one of the numbers above. On the
 /// driver's direct road it is always 0: a caller that must see a failure clears `length` and `completionCode` of the

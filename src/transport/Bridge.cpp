@@ -21,7 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr unsigned exchangeTimeoutSeconds = 5;
-constexpr std::time_t budgetSeconds = 5;
+constexpr std::chrono::seconds budgetTime{5};
 constexpr std::uint8_t requesterLun = 2;
 
 // Send Message data around the bridged bytes: channel, three bytes of header and checksum, three of header, checksum.
@@ -116,13 +116,13 @@ void waitForAttention()
     }
 }
 
-/// Measured in whole seconds, as the clock gives them.
+/// By the steady clock: the time of day may be set at any moment.
 class Budget {
 public:
-    bool exhausted() const { return currentSeconds() - start >= budgetSeconds; }
+    bool exhausted() const { return current<Clock>().steady() - start >= budgetTime; }
 
 private:
-    std::time_t start = currentSeconds();
+    Clock::SteadyPoint start = current<Clock>().steady();
 };
 
 enum class Got { answer, noneAwaited, budgetExhausted, nothing };

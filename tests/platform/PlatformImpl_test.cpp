@@ -1,5 +1,7 @@
 #include "platform/PlatformImpl.hpp"
 
+#include "platform/IpmiExchange.hpp"
+
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -118,6 +120,14 @@ TEST_F(PlatformTest, OlderFormOfTheVariableHasNoAttributes)
 {
     root.write("/sys/firmware/efi/vars/" + variable + "/data", "$FIDFir-1");
     EXPECT_EQ(platform.platformName(), "FIR_PLATFORM");
+}
+
+TEST_F(PlatformTest, ReplyListsAllBytesOfALongAnswer)
+{
+    bmc.on(0x30, 0x01, [](const IpmiRequest&) { return IpmiAnswer(261); });
+    std::vector<std::string> reply;
+    Platform::exchangeIpmi({"20", "30", "00", "01"}, {.retries = 0, .initialise = true}, reply);
+    EXPECT_EQ(reply.size(), 261U);
 }
 
 TEST_F(PlatformTest, BoardKeepsItsIdWhenTheBmcFails)

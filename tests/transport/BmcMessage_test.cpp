@@ -59,13 +59,44 @@ TEST_F(Message, DirectKcsExchangeKeepsTheRequestsHeader)
     EXPECT_EQ(ports.acquired, 1);
 }
 
+TEST_F(Message, AnswerToAnotherRequestIsRefusedAndOursAskedForAgain)
+{
+    transportState().OpenIPMIPresence = 0;
+    const Bytes ours{0x1C, 0x01, 0x00, 0x41};
+    for (const Bytes& another :
+         {Bytes{0x1C, 0x02, 0x00, 0x99}, Bytes{0x2C, 0x01, 0x00, 0x99}, Bytes{0x18, 0x01, 0x00, 0x99}}) {
+        int asked = 0;
+        ports.answer = [&](const Bytes&) { return asked++ == 0 ? another : ours; };
+        EXPECT_EQ(send(), 0);
+        EXPECT_EQ(response.data[0], 0x41);
+        EXPECT_EQ(asked, 2);
+        ports.answer = [&](const Bytes&) { return another; };
+        EXPECT_EQ(send(), 1) << "without ours there is none";
+    }
+}
+
+TEST_F(Message, LongAnswersKeepTheirLength)
+{
+    const BMC_REQUEST request{0x20, 1, 6, 0, 0, nullptr};
+    answers = {Bytes(260, 0x5A)};
+    answers[0][0] = 0;
+    EXPECT_EQ(transport::sendRequest(request, response, 0), 259u);
+    transportState().OpenIPMIPresence = 0;
+    kcsAnswer = Bytes(260, 0x5A);
+    kcsAnswer[0] = 0x1C, kcsAnswer[1] = 1, kcsAnswer[2] = 0;
+    EXPECT_EQ(transport::sendRequest(request, response, 0), 257u);
+    EXPECT_EQ(response.length, 1);
+    EXPECT_EQ(response.data[256], 0x5A);
+}
+
 TEST_F(Message, UnusableAnswersAreTriedAgain)
 {
     transportState().OpenIPMIPresence = 0;
     const std::pair<std::size_t, int> rows[] = {{0, 1},        {1, 1},        {2, 1},    {3, 0},
                                                 {3 + 1023, 0}, {3 + 1024, 1}, {65534, 1}};
     for (const auto& [frameLength, expected] : rows) {
-        kcsAnswer.assign(frameLength, 0);
+        kcsAnswer = {0x1C, 0x01};
+        kcsAnswer.resize(frameLength);
         frames.clear();
         EXPECT_EQ(send(3), expected) << frameLength;
         EXPECT_EQ(frames.size(), expected ? 4u : 1u) << frameLength;

@@ -114,6 +114,17 @@ TEST_F(Bridge, BudgetEndsWhatWouldLoopForGoodWithoutAdvancingTheSequence)
     EXPECT_EQ(transportState().processSendSequence.current(), 1);
 }
 
+TEST_F(Bridge, BudgetEndsThoughTheTimeOfDayIsSetBack)
+{
+    bmc.answer = [this](const Bytes& frame) {
+        clock.time -= 1h;
+        clock.steadyTime += 100ms;
+        return Bytes{0x1C, frame[1], refused};
+    };
+    EXPECT_EQ(exchange(), -504);
+    EXPECT_LT(bmc.writes.size(), 1000u);
+}
+
 TEST_F(Bridge, RefusedSendIsRepeatedAtOnceButCode83Ends)
 {
     sendScript.assign(5000, Bytes{0xC0});
