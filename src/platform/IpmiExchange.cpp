@@ -6,6 +6,7 @@
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
+#include "platform/PortLock.hpp"
 #include "transport/BmcMessage.hpp"
 
 #include <cstdint>
@@ -88,6 +89,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
 
     HW_NAMED_LOCK(named, exchangeLock);
     const std::lock_guard hold(exchangeGuard);
+    const PortLock port;
     if (options.initialise && InitilizeIPMB_Interface() != 0)
         refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
     const RequestData data(std::span<const std::string>(tokens).subspan(tokensOfHeader));
