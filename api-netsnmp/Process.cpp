@@ -9,13 +9,17 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <iterator>
+#include <semaphore.h>
+#include <string>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 constexpr rlim_t stackBytes = 20'971'520;
@@ -67,6 +71,24 @@ void openStandardDescriptors()
     while (fd >= STDIN_FILENO && fd <= STDERR_FILENO);
     if (fd > STDERR_FILENO)
         close(fd);
+}
+
+void tellExhaustion()
+{
+    constexpr std::size_t descriptorsNeeded = 16;
+    std::vector<common::Descriptor> descriptors(descriptorsNeeded);
+    for (common::Descriptor& descriptor : descriptors)
+        descriptor = common::Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    if (!descriptors.back())
+        std::fprintf(stderr, "hwAgent: too few file descriptors: %s\n", std::strerror(errno));
+    descriptors.clear();
+    const std::string name = std::to_string(getpid()) + "_START";
+    sem_t* const semaphore = sem_open(name.c_str(), O_CREAT, 0600, 1U);
+    if (semaphore == SEM_FAILED)
+        std::fprintf(stderr, "hwAgent: no named semaphores, see /dev/shm: %s\n", std::strerror(errno));
+    else
+        sem_close(semaphore);
+    sem_unlink(name.c_str());
 }
 
 void raiseStackLimit()

@@ -12,6 +12,10 @@ inline constexpr char pidFile[] = "/var/run/hwagentd.pid";
 /// number that somebody prints to.
 void openStandardDescriptors();
 
+/// Says on standard error what the agent will lack: descriptors, or the named semaphores that its locks are. Without
+/// them it lives and serves nothing, and once the client is up its messages go to /dev/null.
+void tellExhaustion();
+
 /// Raises the soft limit of the stack to 20 MiB if it is below: the query engine's interpreter runs deep.
 void raiseStackLimit();
 

@@ -7,6 +7,7 @@
 int main()
 {
     agent::openStandardDescriptors();
+    agent::tellExhaustion();
     agent::raiseStackLimit();
     agent::installSignalHandlers();
     daemonize();

@@ -58,6 +58,36 @@ TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
     EXPECT_EQ(softStackLimitAfterRaising(20'975'616), 1);
 }
 
+/// What is said in a process whose resource has the limit. Through a pipe, which no limit on files concerns.
+std::string exhaustionUnder(__rlimit_resource resource, rlim_t soft)
+{
+    int ends[2];
+    EXPECT_EQ(pipe(ends), 0);
+    exitStatusOf([&] {
+        dup2(ends[1], STDERR_FILENO);
+        rlimit limit{};
+        getrlimit(resource, &limit);
+        limit.rlim_cur = soft;
+        setrlimit(resource, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+        agent::tellExhaustion();
+        return 0;
+    });
+    close(ends[1]);
+    char text[256] = {};
+    const ssize_t size = read(ends[0], text, sizeof text);
+    close(ends[0]);
+    return {text, static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+}
+
+TEST(Process, WhatTheAgentWillLackIsSaid)
+{
+    EXPECT_EQ(exhaustionUnder(RLIMIT_NOFILE, 1024), "");
+    EXPECT_THAT(exhaustionUnder(RLIMIT_NOFILE, 10), testing::HasSubstr("hwAgent: too few file descriptors: "));
+    // A file that may not grow stands for a full /dev/shm.
+    EXPECT_THAT(exhaustionUnder(RLIMIT_FSIZE, 0), testing::StartsWith("hwAgent: no named semaphores"));
+}
+
 TEST(Process, PidFileIsMadeReadableForAll)
 {
     TempRoot root;

@@ -56,16 +56,17 @@ def _shared(tag, path, readonly=False):
             "-device", f"virtio-9p-pci,fsdev={tag},mount_tag={tag}"]
 
 
-def run_in_machine(command, share, serial_port=None, driver=True, smbios=(), timeout=300, memory=768):
+def run_in_machine(command, share, serial_port=None, driver=True, smbios=(), timeout=300, memory=768,
+                   systemd=False):
     """Runs the shell text `command` as root in a fresh machine and returns its CompletedProcess. `share` is the folder
     that is /share inside; what else the command writes is lost. `serial_port`: VM line of the controller; `driver` False
-    leaves the KCS port to the command and hides the kernel's driver. BenchError when the machine does not get through."""
+    leaves the KCS port to the command and hides the kernel's driver. `systemd`: the first process is systemd. BenchError when the machine does not get through."""
     with tempfile.TemporaryDirectory(prefix="machine.") as name:
         folder = Path(name)
         control = folder / "control"
         control.mkdir()
         shutil.copy(VM / "stage2", control)
-        (control / "settings").write_text(f"DRIVER={int(driver)}\n")
+        (control / "settings").write_text(f"DRIVER={int(driver)}\nSYSTEMD={int(systemd)}\n")
         (control / "command").write_text(command)
         kernel = newest_kernel()
         arguments = ["qemu-system-x86_64", "-machine", "pc,accel=tcg", "-cpu", "max", "-smp", "2", "-m", str(memory),
