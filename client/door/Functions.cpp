@@ -137,6 +137,12 @@ void awaitInitComplete()
         common::waitInterruptibly(1s);
 }
 
+std::string configuredLocale()
+{
+    const smClient* const client = gSubagent;
+    return client && client->mSystemManagement ? client->mSystemManagement->m_stLocale : "";
+}
+
 int findRow(_SMEntity entity, int deviceId, const std::string& sensorName)
 {
     return forward(0, &smClient::findRow, entity, deviceId, sensorName);

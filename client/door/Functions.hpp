@@ -48,6 +48,9 @@ namespace client::door {
 /// Waits until the groups are filled, looking once a second.
 void awaitInitComplete();
 
+/// The locale of what traps say, by the configuration; empty for English.
+std::string configuredLocale();
+
 /// One-based row of the device of an event, 0 if no row is surely its own: by device id, and a memory module by the
 /// name of its sensor.
 int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);

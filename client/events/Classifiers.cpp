@@ -183,7 +183,8 @@ void describe(const Family& family, const EVENT_DATA_STRUCT& record, CEventWrapp
         return;
     }
     info.m_cDescription.SetString(meaning.status.c_str());
-    info.m_cShown.SetString(withName(wrapper.m_cInfo.m_cSensorName.narrow(), meaning.status).c_str());
+    if (info.m_cShown.isEmpty())
+        info.m_cShown.SetString(withName(wrapper.m_cInfo.m_cSensorName.narrow(), meaning.status).c_str());
 }
 
 int deliver(CEventWrapper& wrapper, int group)

@@ -1,5 +1,6 @@
 #include "client/events/SelWatcher.hpp"
 
+#include "client/door/Functions.hpp"
 #include "client/events/SNMP_RouteEvent.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/CheckedCopy.hpp"
@@ -112,8 +113,11 @@ ResultMap askForRecords()
 {
     char mark[10];
     std::snprintf(mark, sizeof mark, "%x", static_cast<unsigned>(m_iLastRecordID));
+    SDK::Parameters parameters = {{"RECORD_ID", mark}, {"RANGE", mostRecords}};
+    if (const std::string locale = client::door::configuredLocale(); !locale.empty())
+        parameters["LOCALE"] = locale;
     ResultMap result;
-    CallQLGetMapInterface({{translatedLog, {{"RECORD_ID", mark}, {"RANGE", mostRecords}}}}, result);
+    CallQLGetMapInterface({{translatedLog, parameters}}, result);
     trace("\n Using /BMC/SEL/TRANSLATED - %d", static_cast<int>(result.size()));
     return result;
 }
@@ -136,6 +140,16 @@ void takeRaw(const std::string& text)
     DecodeSELQuery();
 }
 
+/// The description in the configured locale, while sDiscription stays English: it chooses the trap.
+std::string localDescription;
+
+/// In a locale of its own the log gives the English text beside, behind all other fields.
+void takeEnglish(const std::string& value)
+{
+    localDescription = sDiscription;
+    sDiscription = value;
+}
+
 /// What a field's key contains, tried in this order, says what becomes of its value.
 struct Field {
     std::string_view part;
@@ -147,6 +161,7 @@ constexpr Field fields[] = {
     {"DESCR", [](const std::string& value) { sDiscription = value; }},
     {"TIMESTAMP", [](const std::string& value) { sTimeStamp = value; }},
     {"SEVERITY", [](const std::string& value) { sSeverity = value; }},
+    {"ENGLISH", takeEnglish},
 };
 
 void takeField(const ResultMap& result, const std::string& key)
@@ -167,6 +182,7 @@ void fillWrapper()
     CSelInfo& info = aSelWrapper.m_cInfo;
     info.m_cLocalTimeStamp.SetString(sTimeStamp.c_str());
     info.m_cSeverity.SetString(sSeverity.c_str());
+    info.m_cShown.SetString(localDescription.c_str());
     info.m_usGeneratorID = t_SelData.usGeneratorID;
     info.m_ucEventData1 = t_SelData.ucEventData1;
     info.m_ucEventData2 = t_SelData.ucEventData2;
@@ -179,6 +195,7 @@ void fillWrapper()
 
 void handleRecord(const ResultMap& result, const _XNode& keys)
 {
+    localDescription.clear();
     for (const std::string& key : keys.mXNodeList)
         takeField(result, key);
     fillWrapper();

@@ -144,8 +144,10 @@ constexpr StateRow powerStateRows[] = {
 
 /// A text about the end of an intrusion that named the closed chassis in the words of the trap rules would choose the
 /// trap of an intrusion.
+constexpr State chassisOpen = {"there has been a chassis intrusion", critical};
+constexpr State chassisClosed = {"the chassis has been closed again", fine};
 constexpr StateRow intrusionRows[] = {
-    {{"there has been a chassis intrusion", critical}, {"the chassis has been closed again", fine}},
+    {chassisOpen, chassisClosed},
     {{"there has been a chassis intrusion: drive bay", critical}, {"the drive bay has been closed again", fine}},
     {{"there has been a chassis intrusion: I/O card area", critical},
      {"the I/O card area has been closed again", fine}},
@@ -154,6 +156,11 @@ constexpr StateRow intrusionRows[] = {
     {{"LAN Leash Lost: System Unplugged From LAN", nonCritical}, {"the system is plugged into the LAN again", fine}},
     {{"the system has been docked without permission", nonCritical}, {"the docking is permitted now", fine}},
     {{"there has been a chassis intrusion: fan area", critical}, {"the fan area has been closed again", fine}},
+};
+
+constexpr StateRow intrusionSignalRows[] = {
+    {chassisClosed, chassisOpen},
+    {chassisOpen, chassisClosed},
 };
 
 constexpr State driveAbsent = {"the device has been removed or is absent", nonCritical};
@@ -248,9 +255,9 @@ constexpr StateRow phpSlotRows[] = {
     {{"the slot is marked for identification", fine}, {"the slot is no longer marked", fine}},
     {{"a device is in the slot", fine}, {"no device is in the slot any more", fine}},
     {{"the slot is ready for a device", fine}, {"the slot is no longer ready for a device", fine}},
-    {{"the device may be taken out", fine}, {"the device may no longer be taken out", fine}},
+    {{"the device is ready for removal", fine}, {"the device is no longer ready for removal", fine}},
     {{"the slot's power is OFF", fine}, {"the slot's power is ON", fine}},
-    {{"somebody wants to take the device out", fine}, {"nobody wants to take the device out any more", fine}},
+    {{"removal of the device is requested", fine}, {"removal of the device is no longer requested", fine}},
     {{"the slot's interlock is open", nonCritical}, {"the slot's interlock is closed", fine}},
     {{"the slot is disabled", nonCritical}, {"the slot is enabled again", fine}},
     {{"the slot holds a spare", fine}, {"the slot no longer holds a spare", fine}},
@@ -276,15 +283,15 @@ struct StateTable {
 
 /// The first that fits counts.
 constexpr StateTable stateTables[] = {
-    {0x05, specific, intrusionRows},      {0x07, digital, processorSignalRows}, {0x0D, specific, driveSlotRows},
-    {0x0D, digital, slotSignalRows},      {0x0D, 0x08, slotPresenceRows},       {0x0F, specific, firmwareRows},
-    {0x10, specific, loggingRows},        {0x12, specific, systemEventRows},    {0x13, specific, interruptRows},
-    {0x13, digital, interruptSignalRows}, {0x19, specific, chipSetRows},        {0x21, specific, phpSlotRows},
-    {0xDC, specific, surgeRows},          {0xDC, digital, surgeSignalRows},     {anySensor, 0x02, usageRows},
-    {anySensor, digital, digitalRows},    {anySensor, 0x04, predictionRows},    {anySensor, 0x05, limitRows},
-    {anySensor, 0x06, performanceRows},   {anySensor, 0x07, severityRows},      {anySensor, 0x08, presenceRows},
-    {anySensor, 0x09, enablingRows},      {anySensor, 0x0A, availabilityRows},  {anySensor, 0x0B, redundancyRows},
-    {anySensor, 0x0C, powerStateRows},
+    {0x05, specific, intrusionRows},   {0x05, digital, intrusionSignalRows}, {0x07, digital, processorSignalRows},
+    {0x0D, specific, driveSlotRows},   {0x0D, digital, slotSignalRows},      {0x0D, 0x08, slotPresenceRows},
+    {0x0F, specific, firmwareRows},    {0x10, specific, loggingRows},        {0x12, specific, systemEventRows},
+    {0x13, specific, interruptRows},   {0x13, digital, interruptSignalRows}, {0x19, specific, chipSetRows},
+    {0x21, specific, phpSlotRows},     {0xDC, specific, surgeRows},          {0xDC, digital, surgeSignalRows},
+    {anySensor, 0x02, usageRows},      {anySensor, digital, digitalRows},    {anySensor, 0x04, predictionRows},
+    {anySensor, 0x05, limitRows},      {anySensor, 0x06, performanceRows},   {anySensor, 0x07, severityRows},
+    {anySensor, 0x08, presenceRows},   {anySensor, 0x09, enablingRows},      {anySensor, 0x0A, availabilityRows},
+    {anySensor, 0x0B, redundancyRows}, {anySensor, 0x0C, powerStateRows},
 };
 
 StateRows rowsFor(const EVENT_DATA_STRUCT& record)

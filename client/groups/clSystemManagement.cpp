@@ -42,6 +42,7 @@ constexpr TextSetting textSettings[] = {
     {"productversion", &systemManagement::m_stProductVersion},
     {"productbuildnumber", &systemManagement::m_stProductBuildNum},
     {"productdescription", &systemManagement::m_stProductDesc},
+    {"locale", &systemManagement::m_stLocale},
 };
 
 struct NumberSetting {

@@ -48,6 +48,7 @@ public:
     client::groups::RowText m_stProductVersion = {};
     client::groups::RowText m_stProductBuildNum = {};
     client::groups::RowText m_stProductDesc = {};
+    client::groups::RowText m_stLocale = {}; ///< of what traps say; empty is English
 
 private:
     void takeSetting(const client::groups::ConfigEntry& entry);

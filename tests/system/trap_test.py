@@ -81,8 +81,8 @@ class Traps(unittest.TestCase):
             ("70.18", objects("600.40", hot, "Status is Upper Critical", CRITICAL, "Socket 0 Die", SOCKET_0_DIE)),
             ("20.5", health("ok", "critical", CRITICAL)),
             ("70.14", objects("600.40", cold, "Status is Lower Critical", CRITICAL, "Socket 1 Die", SOCKET_1_DIE)),
-            ("50.3", objects("400.10", unit, "Redundancy Lost. Status is Critical", CRITICAL, "Supply Redund", SUPPLY_REDUND)),
-            ("30.2", [(TEXT, "there has been a chassis intrusion. Status is Critical"), (SEVERITY, CRITICAL)]),
+            ("50.3", objects("400.10", unit, "Supply Redund reports Redundancy Lost. Status is Critical", CRITICAL, "Supply Redund", SUPPLY_REDUND)),
+            ("30.2", [(TEXT, "Lid reports there has been a chassis intrusion. Status is Critical"), (SEVERITY, CRITICAL)]),
             ("70.16", objects("600.40", hot, "Status is OK", HEALTHY, "Socket 0 Die", SOCKET_0_DIE))]
         self.maxDiff = None
         self.assertEqual(self.receiver.wait_for(len(expected), POLL_SECONDS + TRAP_SECONDS * 8), expected)

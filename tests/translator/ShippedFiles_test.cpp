@@ -193,7 +193,7 @@ TEST_F(ShippedFiles, TheLastWordTellsTheSeverity)
         {{.sensorType = 0x0A, .eventType = 0x0B, .event1 = 1}, 5},
         {{.sensorType = 0x0A, .eventType = 0x0B, .event1 = 2}, 4},
         {{.sensorType = 0x0A, .eventType = 0x07, .event1 = 3}, 6},
-        {{.sensorType = 0x07, .event1 = 1}, 6},
+        {{.sensorType = 0x07, .event1 = 2}, 6},
     };
     for (const auto& [event, severity] : rows)
         EXPECT_EQ(severityByTail(text(event)), severity) << text(event);

@@ -1,0 +1,319 @@
+#include "client/events/SNMP_RouteEvent.hpp"
+#include "ipmi/Hex.hpp"
+#include "ipmi/SdrView.hpp"
+#include "ipmi/SensorReading.hpp"
+#include "tests/client/EventFixture.hpp"
+#include "tests/support/TempRoot.hpp"
+#include "translator/TranslatorImpl.hpp"
+#include "translator/WideText.hpp"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <optional>
+#include <set>
+#include <sstream>
+
+// The whole road of an event: bytes of the log, translator with the shipped English file, watcher, route, classifier,
+// clone, trap. What has to come out stands in event-road.txt, a line a case.
+
+namespace {
+
+/// A kind of event (IPMI 2.0, tables 42-2 and 42-3).
+struct EventKind {
+    int sensorType;
+    int eventType;
+    int data1;
+    bool isOver;
+
+    std::string key() const
+    {
+        return ipmi::hexByte(static_cast<std::uint8_t>(eventType)) + " " +
+               ipmi::hexByte(static_cast<std::uint8_t>(data1)) + (isOver ? " d" : " a");
+    }
+};
+
+constexpr int ofOem = 0x70;
+constexpr std::pair<int, int> genericOffsets[] = {{0x02, 3}, {0x03, 2}, {0x04, 2}, {0x05, 2}, {0x06, 2}, {0x07, 9},
+                                                  {0x08, 2}, {0x09, 2}, {0x0A, 9}, {0x0B, 8}, {0x0C, 4}, {ofOem, 1}};
+/// Sensor types 00h to 2Ch; those without states of their own have one that no table knows.
+constexpr int specificOffsets[] = {1, 1, 1, 1, 1, 7, 6, 13, 8,  8, 1,  1,  11, 9, 1, 3, 7, 8, 6, 12, 5, 1, 1,
+                                   1, 1, 2, 1, 2, 1, 8, 5,  11, 6, 10, 15, 9,  4, 3, 1, 2, 6, 3, 4,  8, 8};
+constexpr int surgeLoop = 0xDC;
+
+std::vector<EventKind> everyKind()
+{
+    std::vector<EventKind> kinds;
+    std::vector<int> sensorTypes = {surgeLoop, 0xC0};
+    for (int type = 0; type <= 0x2C; ++type)
+        sensorTypes.push_back(type);
+    for (const int type : sensorTypes)
+        for (const bool isOver : {false, true}) {
+            for (int offset = 0; offset < 12; ++offset)
+                kinds.push_back({type, ipmi::eventtype::threshold, 0x50 | offset, isOver});
+            for (const auto& [eventType, count] : genericOffsets)
+                for (int offset = 0; offset < count; ++offset)
+                    kinds.push_back({type, eventType, offset, isOver});
+            const int count = type <= 0x2C ? specificOffsets[type] : 1;
+            for (int offset = 0; offset < count; ++offset)
+                kinds.push_back({type, ipmi::eventtype::sensorSpecific, offset, isOver});
+            kinds.push_back({type, ipmi::eventtype::unspecified, 0, isOver});
+        }
+    return kinds;
+}
+
+/// Where the words of the decimal reading of event data 1 are given: thresholds of temperatures, voltages and fans,
+/// processors, and states above 9.
+bool hasGivenGravity(const EventKind& kind)
+{
+    if (kind.eventType == ipmi::eventtype::sensorSpecific)
+        return kind.data1 > 9;
+    return kind.eventType <= ipmi::eventtype::threshold &&
+           (kind.sensorType == 1 || kind.sensorType == 2 || kind.sensorType == 4 || kind.sensorType == 7);
+}
+
+std::string nameOf(int sensorType)
+{
+    return "SLOWER ON " + ipmi::hexByte(static_cast<std::uint8_t>(sensorType));
+}
+
+/// The full record of a type's one sensor, on channel 3 and LUN 1 of a satellite. Its name holds words that choose
+/// traps.
+ipmi::Bytes sensorRecord(int sensorType)
+{
+    const std::string name = nameOf(sensorType);
+    ipmi::Bytes record(64);
+    record[ipmi::sdr::type] = ipmi::sdrtype::full;
+    record[ipmi::sdr::owner] = 0x22;
+    record[ipmi::sdr::lun] = 0x31;
+    record[ipmi::sdr::number] = static_cast<std::uint8_t>(sensorType + 1);
+    record[ipmi::sdr::sensorType] = static_cast<std::uint8_t>(sensorType);
+    record[ipmi::sdr::eventType] = ipmi::eventtype::sensorSpecific;
+    record[47] = static_cast<std::uint8_t>(0xC0 | name.size());
+    std::ranges::copy(name, record.begin() + 48);
+    return record;
+}
+
+ipmi::Bytes logRecord(const EventKind& kind, unsigned id)
+{
+    ipmi::Bytes record{0, 0, 0x02, 0x0D, 0x0C, 0x0B, 0x4A, 0x22, 0x31, 0x04, 0, 0, 0, 0, 0xFF, 0xFF};
+    record[0] = static_cast<std::uint8_t>(id);
+    record[1] = static_cast<std::uint8_t>(id >> 8);
+    record[10] = static_cast<std::uint8_t>(kind.sensorType);
+    record[11] = static_cast<std::uint8_t>(kind.sensorType + 1);
+    record[12] = static_cast<std::uint8_t>(kind.eventType | (kind.isOver ? 0x80 : 0));
+    record[13] = static_cast<std::uint8_t>(kind.data1);
+    return record;
+}
+
+/// Answers with the log's last two records, translated.
+class TranslatingLog : public ScriptedBackend {
+public:
+    using ScriptedBackend::get;
+    void get(SDK::QueryMap, ResultMap& results) override
+    {
+        static const std::string path = "/BMC/SEL/TRANSLATED";
+        _XNode& list = results[path];
+        for (const ipmi::Bytes& record : records) {
+            const std::string key = path + "[" + std::to_string(list.mXNodeList.size()) + "]";
+            list.mXNodeList.push_back(key);
+            for (const auto& [field, value] :
+                 {std::pair<std::string, std::string>{"/RAW", ipmi::hexBytes(record)}, {"/DESCR", translate(record)}}) {
+                results[key].mXNodeList.push_back(key + field);
+                results[key + field] = leaf({value});
+            }
+        }
+    }
+
+    std::string translate(const ipmi::Bytes& record)
+    {
+        try {
+            return translator::narrowText(words.translate(record.data(), record.size()));
+        } catch (const ResultStatus&) {
+            return "Unknown Event.";
+        }
+    }
+
+    TranslatorImpl words{HWAGENT_TRANSLATIONS "hrs_enu.ini", "", true};
+    std::vector<ipmi::Bytes> records;
+};
+
+/// Keeps what passes it.
+class WatchingHandler : public eventHandler {
+public:
+    using eventHandler::eventHandler;
+    int processEvent() override
+    {
+        if (!mEventQueue.empty()) {
+            last = mEventQueue.front();
+            said = mShownTexts.front().empty() ? last->stEventDesc : mShownTexts.front();
+        }
+        return eventHandler::processEvent();
+    }
+    std::optional<eventData> last;
+    std::string said;
+};
+
+class EventRoad : public EventFixture {
+protected:
+    EventRoad()
+    {
+        describeSensors();
+        testing::internal::CaptureStderr();
+        client.init();
+        testing::internal::GetCapturedStderr();
+        client.mSystemManagement->m_nTrapsEnabled = 1;
+        auto handler = std::make_unique<WatchingHandler>(client);
+        watching = handler.get();
+        client.mEventHandler = std::move(handler);
+    }
+
+    void describeSensors()
+    {
+        log.answers = {};
+        std::vector<std::vector<std::uint8_t>> all;
+        for (int type = 0; type < 256; ++type) {
+            const ipmi::Bytes record = sensorRecord(type);
+            if (type <= 0xDC)
+                all.push_back(record);
+            const _XNode text = ScriptedBackend::leaf({ipmi::hexBytes(record)});
+            const std::string key = "/BMC/SDR[" + std::to_string(type) + "]";
+            log.answers["/BMC/SDR/SENSOR_TYPE[" + std::to_string(type) + "]"][key] = text;
+            log.answers["/BMC/SDR/RECORD_TYPE[1]"][key] = text;
+            const std::string path = "/BMC/SENSOR[" + std::to_string((type + 1) & 0xFF) + "]";
+            log.answer(path + "/NAME", nameOf(type));
+            log.answer(path + "/OWNER[34]/LUN[49]/NAME", nameOf(type));
+        }
+        log.words.setSDRRepository(all);
+        describeInventory();
+    }
+
+    /// One processor and one memory module, which is called as its sensor but for the spelling.
+    void describeInventory()
+    {
+        ipmi::Bytes processor = sensorRecord(ipmi::sensortype::processor);
+        processor[ipmi::sdr::type] = ipmi::sdrtype::compact;
+        log.answers["/BMC/SDR/RECORD_TYPE[2]"]["/BMC/SDR[7]"] = ScriptedBackend::leaf({ipmi::hexBytes(processor)});
+        log.answer("/SMBIOS/ProcessorInfo/TotalNoOfProcessorPresent", "1");
+        const std::string array = "/SMBIOS/MemoryArray[1]";
+        const std::string module = array + "/MemoryDevice[1]";
+        log.answers["/SMBIOS/MemoryArray"][array] = ScriptedBackend::leaf({});
+        log.answer(array + "/TotalNoOfDevicePresent", "1");
+        log.answers[array + "/MemoryDevice"][module] = ScriptedBackend::leaf({});
+        log.answer(module + "/DevicePresent", "True");
+        log.answers[module][module + "/DeviceLocator"] = ScriptedBackend::leaf({"slower_on-0c"});
+    }
+
+    /// "trap severity row health text" of one record: health from ok for an assertion, from critical for the end of a
+    /// state that the device is listed for.
+    std::string outcomeOf(const EventKind& kind)
+    {
+        watching->last.reset();
+        watching->mNonCriList.clear();
+        watching->mNonRecList.clear();
+        watching->mCriticalList =
+            kind.isOver ? std::list<int>{ipmi::SdrView(sensorRecord(kind.sensorType)).packedId()} : std::list<int>();
+        watching->m_nHealthStatus = kind.isOver ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
+        log.records = {logRecord(kind, 1), logRecord(kind, 2)};
+        sLastSelEntry = "another";
+        CheckForNewSELEntry();
+        const std::vector<std::string> traps = trapsSent();
+        return watching->last ? describe(traps) : "-";
+    }
+
+    std::string describe(const std::vector<std::string>& traps) const
+    {
+        const bool hasOwn = !traps.empty() && !traps.front().starts_with("20.");
+        std::ostringstream line;
+        line << (hasOwn ? traps.front().substr(0, traps.front().find(' ')) : "none") << ' ' << watching->last->nSeverity
+             << ' ' << watching->last->nInstIndex << ' ' << watching->m_nHealthStatus << ' '
+             << (watching->said.empty() ? "-" : watching->said);
+        EXPECT_TRUE(!hasOwn || traps.front().ends_with(" " + watching->said));
+        return line.str();
+    }
+
+    /// Whether log and trap call the record equally grave, if both say how grave it is.
+    bool isAsGraveInTheLog()
+    {
+        static const std::pair<std::string_view, int> tails[] = {
+            {"OK", 3}, {"Non-Critical", 4}, {"Critical", 5}, {"Non-Recoverable", 6}};
+        const std::string inLog = log.translate(log.records.back());
+        const auto* const tail =
+            std::ranges::find_if(tails, [&](const auto& row) { return inLog.ends_with(row.first); });
+        return tail == std::end(tails) || !watching->last || watching->last->nSeverity < 3 ||
+               watching->last->nSeverity == tail->second;
+    }
+
+    TempRoot root;
+    TranslatingLog log;
+    ScopedSeam<QueryBackend> useLog{log};
+    WatchingHandler* watching = nullptr;
+};
+
+/// The lines of the file by "sensor type, event type, event data 1, direction"; a line may stand for several sensor
+/// types, and "*" for all that one has. "{}" is the sensor's name.
+class Expectations {
+public:
+    explicit Expectations(const char* path)
+    {
+        std::ifstream file(path);
+        for (std::string line; std::getline(file, line);)
+            if (!line.empty() && line.front() != '#')
+                add(line);
+    }
+
+    /// "missing" for a case without a line.
+    std::string of(const EventKind& kind)
+    {
+        const std::string type = ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType));
+        for (const std::string& key : {type + " " + kind.key(), type + " *"}) {
+            const auto found = lines.find(key);
+            if (found == lines.end())
+                continue;
+            unused.erase(key);
+            return filled(found->second, nameOf(kind.sensorType));
+        }
+        return "missing";
+    }
+
+    std::set<std::string> unused;
+
+private:
+    void add(const std::string& line)
+    {
+        const std::size_t blank = line.find(' ');
+        const std::size_t bar = line.find(" | ");
+        std::istringstream types(line.substr(0, blank));
+        for (std::string type; std::getline(types, type, ',');) {
+            const std::string key = type + " " + line.substr(blank + 1, bar - blank - 1);
+            EXPECT_TRUE(lines.emplace(key, line.substr(bar + 3)).second) << "twice: " << key;
+            unused.insert(key);
+        }
+    }
+
+    static std::string filled(std::string text, const std::string& name)
+    {
+        if (const std::size_t place = text.find("{}"); place != std::string::npos)
+            text.replace(place, 2, name);
+        return text;
+    }
+
+    std::map<std::string, std::string> lines;
+};
+
+/// A trap that stands for a failure, with severity 3.
+constexpr char failureTrapOfARecovery[] = "^(40\\.[1-68]|40\\.10|50\\.[5-8]|60\\.[1-4]|80\\.2|100\\.1|110\\.1) 3 ";
+
+TEST_F(EventRoad, EveryKindOfEventEndsInItsTrap)
+{
+    Expectations expected(HWAGENT_EVENT_ROAD);
+    for (const EventKind& kind : everyKind()) {
+        SCOPED_TRACE(ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType)) + " " + kind.key());
+        const std::string outcome = outcomeOf(kind);
+        EXPECT_EQ(outcome, expected.of(kind));
+        EXPECT_THAT(outcome, testing::Not(testing::ContainsRegex(failureTrapOfARecovery)));
+        EXPECT_TRUE(isAsGraveInTheLog() || hasGivenGravity(kind)) << log.translate(log.records.back());
+    }
+    EXPECT_THAT(expected.unused, testing::IsEmpty());
+}
+
+} // namespace
