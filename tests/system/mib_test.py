@@ -34,7 +34,7 @@ class Module(unittest.TestCase):
         self.check_both_ways([(trap.name, dotted(trap.oid)) for trap in TRAPS] + objects)
 
     def test_the_agent_sends_the_traps_that_the_table_names(self):
-        sent = re.findall(r"TrapOid (\w+) = trapOid\((\d+), (\d+)\);", (ROOT / "client" / "traps" / "TrapOids.hpp").read_text())
+        sent = re.findall(r"TrapOid (\w+) = (?:client::traps::)?trapOid\((\d+), (\d+)\);", (ROOT / "client" / "traps" / "TrapOids.hpp").read_text())
         arcs = {name: (TRAP_ARC, int(group), int(number)) for name, group, number in sent}
         objects = {name for name, arc in arcs.items() if arc[1] == TRAP_OBJECT_ARC}
         self.assertEqual({arcs[name][2] for name in objects}, {c.suffix for c in TRAP_OBJECTS})
