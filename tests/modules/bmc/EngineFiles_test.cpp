@@ -5,6 +5,7 @@
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
+#include "modules/bmc/catalogue/Catalogue.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 #include "platform/PlatformImpl.hpp"
 #include "tests/modules/bmc/EngineFile.hpp"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -208,5 +210,30 @@ TEST_P(EngineFile, AnswersAsWritten)
 
 INSTANTIATE_TEST_SUITE_P(Engine, EngineFile, testing::ValuesIn(engineFiles()),
                          [](const auto& file) { return file.param.stem().string(); });
+
+/// The key of the template that a query asks for: with its scheme, and its subscripts emptied.
+std::string keyOf(const Query& query)
+{
+    std::string key = (query.kind.starts_with("set") ? "SET:/" : "GET:/") + query.path;
+    for (std::size_t at = 0; (at = key.find('[', at)) != std::string::npos; ++at)
+        key.erase(at + 1, key.find(']', at) - at - 1);
+    return key.substr(0, key.find("/@children"));
+}
+
+TEST(EngineFiles, AskEveryTemplate)
+{
+    // Run by the subjects' code with operands of its own, or of a name that no line of a file can end in.
+    const std::set<std::string> others = {"GET://BMC/SDR/READ", "GET://BMC/SEL/RECORD", "GET://BMC/SEL/EXTENDED_RECORD",
+                                          "GET://BMC/INFO/ZRA_VERSION "};
+    std::set<std::string> asked;
+    for (const auto& file : engineFiles())
+        for (const Query& query : engine::FileReader(file).read())
+            asked.insert(keyOf(query));
+    std::set<std::string> missing;
+    for (const auto& [key, program] : Module::BMCConfig::catalogue(0, true)->templates)
+        if (!asked.contains(key) && !others.contains(key))
+            missing.insert(key);
+    EXPECT_THAT(missing, testing::IsEmpty());
+}
 
 } // namespace
