@@ -21,11 +21,13 @@ public:
     {
         for (const eventData& event : mEventQueue)
             kept.push_back(event);
+        shown = mShownTexts.empty() ? "" : mShownTexts.back();
         mEventQueue.clear();
         mShownTexts.clear();
         return 0;
     }
     std::vector<eventData> kept;
+    std::string shown;
 };
 
 class Classifying : public EventFixture {
@@ -33,6 +35,7 @@ protected:
     Classifying()
     {
         auto keeping = std::make_unique<KeepingHandler>(client);
+        handlerInUse = keeping.get();
         events = &keeping->kept;
         client.mEventHandler = std::move(keeping);
         for (int type = 1; type < 256; ++type)
@@ -58,6 +61,7 @@ protected:
         return *events;
     }
 
+    KeepingHandler* handlerInUse;
     std::vector<eventData>* events;
 };
 
@@ -150,6 +154,28 @@ TEST_F(Classifying, DevicesAreNumberedFromTheirRecord)
     EXPECT_STREQ(got[0].stSensorType, "Temperature");
     EXPECT_STREQ(route(0x0D, 0x08, 1)[0].stSensorType, "13");
     EXPECT_EQ(route(0x05, 0x6F, 0)[0].nDeviceId, 0);
+}
+
+TEST_F(Classifying, AmongSensorsOfOneNumberTheOneOfTheEventsMakerIsMeant)
+{
+    sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"].clear();
+    for (const auto& [owner, lun, name] :
+         {std::tuple{0x20, 0x00, "BMC"}, {0x20, 0x01, "LUN 1"}, {0x2C, 0x00, "ME"}, {0x2C, 0x60, "ME on 6"}})
+        addSensor({.number = 0x30, .type = 1, .name = name, .value = "40", .lun = lun, .owner = owner});
+    client.mTemperatureProbe = std::make_unique<temperatureProbe>();
+    client.mTemperatureProbe->init();
+    for (const auto& [maker, row, name] : {std::tuple{"20 00", 1, "BMC"},
+                                           {"20 01", 2, "LUN 1"},
+                                           {"2C 00", 3, "ME"},
+                                           {"2C 60", 4, "ME on 6"},
+                                           {"31 00", 1, "BMC"}}) {
+        sSelEntry = std::string("01 00 02 78 56 34 12 ") + maker + " 04 01 30 07 02 FF FF";
+        const auto got = route(0x01, 0x07, 2);
+        ASSERT_EQ(got.size(), 1U) << maker;
+        EXPECT_EQ(got[0].nInstIndex, row) << maker;
+        EXPECT_STREQ(got[0].stDeviceDesc, name);
+        EXPECT_EQ(handlerInUse->shown, std::string(name) + " reports it has become critical. Status is Critical");
+    }
 }
 
 TEST_F(Classifying, TheRowOfTheFirstTableThatHasTheDeviceIsNamed)

@@ -45,7 +45,8 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
                        "productname=a=b\r\n"
                        "unknown=1\n"
                        "productversion=first\n"
-                       "productversion=second"),
+                       "productversion=second\n"
+                       "Locale = de_DE.utf8"),
               0);
     EXPECT_EQ(group.isTrapEnabled(), 1);
     EXPECT_EQ(group.isSetEnabled(), 0);
@@ -53,6 +54,7 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
     EXPECT_STREQ(group.m_stManufacturer, "a b ");
     EXPECT_STREQ(group.m_stProductName, "a=b\r");
     EXPECT_STREQ(group.m_stProductVersion, "second");
+    EXPECT_STREQ(group.m_stLocale, "de_DE.utf8");
     EXPECT_EQ(messages, "after");
 }
 

@@ -54,6 +54,46 @@ TEST_F(Inventory, ProcessorsTakeTheNumbersOfTheirSensorsInOrder)
     }
 }
 
+TEST_F(Inventory, AnEventFindsTheProcessorThatItsSensorAloneWatches)
+{
+    const auto record = [](const char* owner, const char* lun, const char* sensor) {
+        return ScriptedBackend::leaf(
+            {std::string("1 0 51 2 20 ") + owner + " " + lun + " " + sensor + " 3 1 67 40 7 6F"});
+    };
+    ResultMap& records = sdk.answers["/BMC/SDR/RECORD_TYPE[2]"];
+    records = {{"/BMC/SDR[1]", record("22", "31", "9A")}};
+    processorDevice group;
+    group.init();
+    EXPECT_EQ(group.getIndex(0x019A2201), 0) << "it watches both";
+    records["/BMC/SDR[2]"] = record("20", "0", "9A");
+    records["/BMC/SDR[3]"] = record("20", "0", "9B");
+    cache_map.clear();
+    EXPECT_EQ(group.getIndex(0x019A2201), 1);
+    EXPECT_EQ(group.getIndex(0x009A2000), 2) << "the same number on another controller";
+    EXPECT_EQ(group.getIndex(0x009B2000), 0) << "there is no third processor";
+}
+
+TEST_F(Inventory, AnEventFindsTheOneModuleThatIsCalledAsItsSensor)
+{
+    const std::string path = "/SMBIOS/MemoryArray[1]/MemoryDevice[";
+    for (const auto& [number, locator, bank] :
+         {std::tuple{"1]", "DIMM_A1", "Bank 0"}, {"2]", "DIMM_B1", "Bank 0"}, {"3]", "DIMM_C1", "Node 1"}}) {
+        const std::string device = path + number;
+        sdk.answers["/SMBIOS/MemoryArray[1]/MemoryDevice"][device] = branch();
+        sdk.answer(device + "/DevicePresent", "True");
+        sdk.answers[device][device + "/DeviceLocator"] = ScriptedBackend::leaf({locator});
+        sdk.answers[device][device + "/BankLocator"] = ScriptedBackend::leaf({bank});
+    }
+    memoryDevice group;
+    group.init();
+    ASSERT_EQ(group.getCount(), 3);
+    EXPECT_EQ(group.findModule("Dimm B1"), 2);
+    EXPECT_EQ(group.findModule("node1"), 3);
+    EXPECT_EQ(group.findModule("BANK 0"), 0) << "two are called so";
+    EXPECT_EQ(group.findModule("DIMM_B"), 0);
+    EXPECT_EQ(group.findModule("--"), 0);
+}
+
 TEST_F(Inventory, MissingRowsAndForeignAttributesHaveTheirResults)
 {
     struct Case {

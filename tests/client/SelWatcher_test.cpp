@@ -22,6 +22,7 @@ public:
     {
         const SDK::Parameters& parameters = queries.at("/BMC/SEL/TRANSLATED");
         marks.push_back(parameters.at("RECORD_ID"));
+        isLocal = parameters.contains("LOCALE") && parameters.at("LOCALE") == "de_DE.utf8";
         if (failure)
             throw ResultStatus(*failure, "refused", "/BMC/SEL/TRANSLATED", COMMAND_GET);
         fill(results, marks.back() == "ffff" ? entries.size() - 1 : placeOf(marks.back()),
@@ -40,6 +41,7 @@ public:
     std::vector<Entry> entries;
     std::vector<std::string> marks;
     std::optional<_ERROR_NAME> failure;
+    bool isLocal = false;
 
 private:
     std::size_t placeOf(const std::string& mark) const
@@ -53,7 +55,7 @@ private:
         return place == entries.size() ? 0 : place;
     }
 
-    void fill(ResultMap& results, std::size_t first, std::size_t range) const
+    void fill(ResultMap& results, std::size_t first, std::size_t range)
     {
         _XNode& list = results["/BMC/SEL/TRANSLATED"];
         list.mType = NODE_NONLEAF;
@@ -61,7 +63,7 @@ private:
             answerOne(results, list, entries[place]);
     }
 
-    static void answerOne(ResultMap& results, _XNode& list, const Entry& entry)
+    void answerOne(ResultMap& results, _XNode& list, const Entry& entry)
     {
         const std::string key = "/BMC/SEL/TRANSLATED[" + std::to_string(list.mXNodeList.size()) + "]";
         list.mXNodeList.push_back(key);
@@ -74,6 +76,11 @@ private:
             results[key].mXNodeList.push_back(key + field);
             results[key + field] = leaf({value});
         }
+        if (!isLocal)
+            return;
+        results[key + "/DESCR"] = leaf({"auf Deutsch"});
+        results[key].mXNodeList.push_back(key + "/ENGLISH");
+        results[key + "/ENGLISH"] = leaf({entry.description});
     }
 };
 
@@ -243,6 +250,22 @@ TEST_F(Watcher, WordsOfTheTranslatorTravelWithTheRecord)
     EXPECT_EQ(aSelWrapper.m_cInfo.m_cLocalTimeStamp.narrow(), "11/14/2023-22:13:20");
     EXPECT_EQ(aSelWrapper.m_cInfo.m_cSensorType.narrow(), "119");
     EXPECT_EQ(aSelWrapper.m_cInfo.m_bStandardEvent, 1);
+}
+
+TEST_F(Watcher, AnotherLanguageIsShownWhileEnglishChoosesTheTrap)
+{
+    log.answers["/BMC/SDR/SENSOR_TYPE[12]"] = log.answers["/BMC/SDR/SENSOR_TYPE[1]"];
+    addTemperature(1);
+    CheckForNewSELEntry();
+    copyText(client.mSystemManagement->m_stLocale, "de_DE.utf8");
+    log.add(2, 0x0C, 0x6F, "00 FF FF", "a correctable ECC error. Status is OK");
+    addTemperature(3);
+    CheckForNewSELEntry();
+    client.mSystemManagement->m_stLocale[0] = '\0';
+    log.add(4, 0x0C, 0x6F, "02 FF FF", "Parity Error. Status is Critical");
+    CheckForNewSELEntry();
+    EXPECT_THAT(trapsSent(), ElementsAre("60.1 auf Deutsch", "70.14 auf Deutsch", HasSubstr("20.5"),
+                                         "60.3 Parity Error. Status is Critical"));
 }
 
 TEST_F(Watcher, ATextThatDoesNotFitEndsTheProcess)

@@ -51,6 +51,20 @@ TEST_F(Probes, StatusFollowsTheReadingWhileTheRowKeepsThatOfTheStart)
     EXPECT_EQ(intData(group, VOLTAGE_READING), 12050) << "that of the start, since the read failed";
 }
 
+TEST_F(Probes, AControllerThatIsBusyAtTheStartGivesNoReadingAndNoTrouble)
+{
+    const Sensor sensor;
+    addSensor(sensor);
+    sdk.answers.erase(sensor.path() + "/INTERPRET_SENSOR_VALUE");
+    voltageProbe group;
+    group.init();
+    EXPECT_EQ(group.getGroupStatus(), 1) << "less than healthy, so that the system's status does not move";
+    EXPECT_EQ(intData(group, VOLTAGE_READING), noValue);
+    EXPECT_EQ(intData(group, VOLTAGE_STATUS), 1);
+    changeReading(sensor, "14.5");
+    EXPECT_EQ(intData(group, VOLTAGE_STATUS), 4);
+}
+
 TEST_F(Probes, NamesAreCutOrReplaced)
 {
     for (const auto& [type, name, shown] : {std::tuple{2, "BB_+12.0V_AUX", "BB_+12.0V"},

@@ -19,110 +19,6 @@ namespace {
 constexpr std::size_t longestDescription = 1023; ///< of the agent's event record
 constexpr std::size_t longestSeverity = 19;
 
-/// How the agent takes a trap from an event's text: the first rule whose word the text holds.
-struct TrapRule {
-    std::string_view family;
-    std::string_view word;
-    std::string_view trap;
-};
-constexpr TrapRule trapRules[] = {
-    {"drive slot", "reports the device has been removed or is absent", "DriveSlotDeviceRemovedEventOid"},
-    {"drive slot", "reports the device has been inserted or is present", "DriveSlotDeviceInsertedEventOid"},
-    {"drive slot", "drive removed", "DriveSlotDeviceRemovedEventOid"},
-    {"drive slot", "drive presence", "DriveSlotDeviceInsertedEventOid"},
-    {"bios", "system has been reconfigured", "SysReconfig"},
-    {"bios", "system boot event has occurred", "SysBoot"},
-    {"bios", "undetermined system hardware failure", "HardwareFail"},
-    {"memory", "correctable ECC", "MemSingleBit"},
-    {"memory", "uncorrectable ECC", "MemMultiBit"},
-    {"memory", "Parity Error", "MemParity"},
-    {"memory", "memory scrub failed", "MemScrubFail"},
-    {"slot off", "OFF", "SlotPowerOff"},
-    {"slot off", "ON", "SlotPowerOn"},
-    {"slot off", "", "SlotOk"},
-    {"slot fault", "", "SlotFault"},
-    {"power supply", "power supply's presence has been detected", "PSPresent"},
-    {"power supply", "Power Supply Presence Detected", "PSPresent"},
-    {"power supply", "power supply's presence has been lost", "PSRemoval"},
-    {"power supply", "power supply has suffered a failure", "PSFailure"},
-    {"power supply", "predictive failure has been detected for the power supply", "PSPredFailure"},
-    {"power supply", "power supply's input (AC/DC) has been lost", "PSACLost"},
-    {"power supply", "Power Supply Input (AC/DC) Lost", "PSACLost"},
-    {"power supply", "Power Supply A/C is OK", "PSACOK"},
-    {"power supply", "power supply's input (AC/DC) has been regained", "PSACOK"},
-    {"processor", "IERR (Internal Error)", "ProcIERR"},
-    {"processor", "Thermal Trip", "ProcThermal"},
-    {"processor", "FRB1/BIST Failure", "ProcFRB1"},
-    {"processor", "FRB2/Hang in POST Failure", "ProcFRB2"},
-    {"processor", "FRB3:", "ProcFRB3"},
-    {"processor", "Configuration Error", "ProcConfigErr"},
-    {"processor", "processor's presence has been detected", "ProcPresence"},
-    {"processor", "processor has been disabled", "ProcDisabled"},
-    {"processor", "terminator's presence has been detected", "ProcEnabled"},
-    {"processor", "SM BIOS 'Uncorrectable CPU-Complex Error'", "ProcSMBIOS"},
-    {"surge loop", "reports it has been asserted.", "PGSurgeLoopEvtAsserted"},
-    {"surge loop", "reports it has been deasserted.", "PGSurgeLoopEvtDeasserted"},
-};
-
-std::string_view trapOf(std::string_view family, const std::string& text)
-{
-    for (const TrapRule& rule : trapRules)
-        if (rule.family == family && text.find(rule.word) != text.npos)
-            return rule.trap;
-    return "none";
-}
-
-/// A trap, the record that reaches it, and what its text says.
-struct TrapRow {
-    std::string_view trap;
-    std::string_view family;
-    Event event;
-};
-const TrapRow trapRows[] = {
-    {"DriveSlotDeviceRemovedEventOid", "drive slot", {.sensorType = 0x0D, .eventType = 0x08, .event1 = 0}},
-    {"DriveSlotDeviceInsertedEventOid", "drive slot", {.sensorType = 0x0D, .eventType = 0x08, .event1 = 1}},
-    {"DriveSlotDeviceRemovedEventOid", "drive slot", {.sensorType = 0x0D, .event1 = 0, .deasserted = true}},
-    {"DriveSlotDeviceInsertedEventOid", "drive slot", {.sensorType = 0x0D, .event1 = 0}},
-    {"DriveSlotDeviceInsertedEventOid", "drive slot", {.sensorType = 0x0D, .eventType = 0x03, .event1 = 1}},
-    {"none", "drive slot", {.sensorType = 0x0D, .event1 = 1}},
-    {"SysReconfig", "bios", {.sensorType = 0x12, .event1 = 0}},
-    {"SysBoot", "bios", {.sensorType = 0x12, .event1 = 1}},
-    {"HardwareFail", "bios", {.sensorType = 0x12, .event1 = 2}},
-    {"none", "bios", {.sensorType = 0x0F, .event1 = 0xC2, .event2 = 0x13}},
-    {"MemSingleBit", "memory", {.sensorType = 0x0C, .event1 = 0x20, .event3 = 3}},
-    {"MemSingleBit", "memory", {.sensorType = 0x0C, .event1 = 0x21, .event3 = 3}}, // the first rule takes it
-    {"MemParity", "memory", {.sensorType = 0x0C, .event1 = 2}},
-    {"MemScrubFail", "memory", {.sensorType = 0x0C, .event1 = 3}},
-    {"none", "memory", {.sensorType = 0x0C, .event1 = 5}},
-    {"SlotPowerOff", "slot off", {.sensorType = 0x21, .event1 = 5}},
-    {"SlotPowerOn", "slot off", {.sensorType = 0x21, .event1 = 5, .deasserted = true}},
-    {"SlotOk", "slot off", {.sensorType = 0x21, .event1 = 0, .deasserted = true}},
-    {"SlotFault", "slot fault", {.sensorType = 0x21, .event1 = 0}},
-    {"PSPresent", "power supply", {.sensorType = 0x08, .event1 = 0}},
-    {"PSRemoval", "power supply", {.sensorType = 0x08, .event1 = 0, .deasserted = true}},
-    {"PSFailure", "power supply", {.sensorType = 0x08, .event1 = 1}},
-    {"PSFailure", "power supply", {.sensorType = 0x08, .eventType = 0x03, .event1 = 1}},
-    {"PSPredFailure", "power supply", {.sensorType = 0x08, .event1 = 2}},
-    {"PSACLost", "power supply", {.sensorType = 0x08, .event1 = 3}},
-    {"PSACOK", "power supply", {.sensorType = 0x08, .event1 = 3, .deasserted = true}},
-    {"ProcIERR", "processor", {.sensorType = 0x07, .event1 = 0}},
-    {"ProcThermal", "processor", {.sensorType = 0x07, .event1 = 1}},
-    {"ProcFRB1", "processor", {.sensorType = 0x07, .event1 = 2}},
-    {"ProcFRB2", "processor", {.sensorType = 0x07, .event1 = 3}},
-    {"ProcFRB3", "processor", {.sensorType = 0x07, .event1 = 4}},
-    {"ProcConfigErr", "processor", {.sensorType = 0x07, .event1 = 5}},
-    {"ProcSMBIOS", "processor", {.sensorType = 0x07, .event1 = 6}},
-    {"ProcPresence", "processor", {.sensorType = 0x07, .event1 = 7}},
-    {"none", "processor", {.sensorType = 0x07, .event1 = 7, .deasserted = true}},
-    {"ProcDisabled", "processor", {.sensorType = 0x07, .event1 = 8}},
-    {"none", "processor", {.sensorType = 0x07, .event1 = 8, .deasserted = true}},
-    {"ProcEnabled", "processor", {.sensorType = 0x07, .event1 = 9}},
-    {"PGSurgeLoopEvtAsserted", "surge loop", {.sensorType = 0xDC, .event1 = 0}},
-    {"PGSurgeLoopEvtDeasserted", "surge loop", {.sensorType = 0xDC, .event1 = 0, .deasserted = true}},
-    {"PGSurgeLoopEvtAsserted", "surge loop", {.sensorType = 0xDC, .eventType = 0x03, .event1 = 1}},
-    {"PGSurgeLoopEvtDeasserted", "surge loop", {.sensorType = 0xDC, .eventType = 0x03, .event1 = 0}},
-};
-
 /// The agent's severity (3 to 6, 2 for none) by the last word of a text.
 int severityByTail(std::string_view text)
 {
@@ -147,19 +43,6 @@ std::string nameOf(const Event& event)
 }
 
 } // namespace
-
-TEST_F(ShippedFiles, EveryTrapThatAWordCanChooseIsReachedByItsRecord)
-{
-    std::set<std::string_view> unreached;
-    for (const TrapRule& rule : trapRules)
-        unreached.insert(rule.trap);
-    for (const TrapRow& row : trapRows) {
-        EXPECT_EQ(trapOf(row.family, text(row.event)), row.trap) << nameOf(row.event) << ": " << text(row.event);
-        unreached.erase(row.trap);
-    }
-    // "uncorrectable ECC" holds the word of the rule before it.
-    EXPECT_THAT(unreached, ::testing::ElementsAre("MemMultiBit"));
-}
 
 TEST_F(ShippedFiles, TextsThatAreComparedAsAWholeStandAlone)
 {
