@@ -31,19 +31,15 @@ public:
 
     void finish()
     {
-        ++number;
         if (line.size() <= longestLine)
-            if (auto entry = parseConfigLine(line)) {
-                entry->line = number;
+            if (const auto entry = parseConfigLine(line))
                 take(*entry);
-            }
         line.clear();
     }
 
 private:
     const std::function<void(const ConfigEntry&)>& take;
     std::string line;
-    int number = 0;
 };
 
 } // namespace

@@ -35,6 +35,8 @@ enum MiscString : int {
 /// Rows of the severities (section 3).
 enum Severity : int { SEVERITY_INFORMATIONAL, SEVERITY_WARNING, SEVERITY_CRITICAL, SEVERITY_NON_RECOVERABLE };
 
+constexpr int firstUpperOffset = 6; ///< of the threshold events
+
 /// All that a translation's text can draw on. Views hold for the time of one translation.
 struct EventContext {
     const SELEntry& entry;
@@ -48,6 +50,11 @@ struct EventContext {
     int platformBiosId = 0;
     int socketType = 0;
 
+    /// True if event data `number` (2 or 3) is what the standard says of the event (IPMI 2.0, table 29-6): the reading
+    /// or threshold of a threshold event, if the sensor's record tells its value, or the sensor type's own extension.
+    bool isStandardData(int number) const;
+    /// True if that byte holds something that only the record's maker can read.
+    bool isForeignData(int number) const;
     /// Miscellaneous string `id`; `otherwise` in a file that has none.
     std::wstring_view misc(int id, std::wstring_view otherwise) const
     {
@@ -64,7 +71,8 @@ struct EventContext {
 };
 
 /// `translation` with its placeholders in brackets and its tokens between percent signs filled, in one pass: what a
-/// value brings in is not looked at again. A text "A||B" says A of an assertion and B of a deassertion.
+/// value brings in is not looked at again. A text "A||B" says A of an assertion and B of a deassertion. A part
+/// "<2:text>" or "<3:text>", or "<23:text>" for both, stands only where that event data is the standard's.
 std::wstring expandTranslation(std::wstring_view translation, const EventContext& context);
 
 } // namespace translator

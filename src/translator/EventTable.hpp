@@ -51,6 +51,13 @@ public:
         return index.findNearest(type, offset, data2, data3);
     }
 
+    /// The entry of type FFh and offset FFh, which stands for every event that has none of its own; null without one.
+    const event* findAny() const
+    {
+        return index.find(translator::anyByte,
+                          translator::packEventKey(translator::anyByte, translator::anyByte, translator::anyByte));
+    }
+
     // For other callers; the agent itself takes the nearest entry.
 
     /// Fields of the entry of exactly this key; EventTableError without one.

@@ -1,5 +1,7 @@
 #include "translator/Fillers.hpp"
 
+#include <algorithm>
+
 namespace translator {
 
 namespace {
@@ -34,24 +36,44 @@ std::size_t fillToken(std::wstring_view text, const EventContext& context, std::
     return whole.size();
 }
 
-} // namespace
+void expand(std::wstring_view rest, const EventContext& context, std::wstring& out);
 
-std::wstring expandTranslation(std::wstring_view translation, const EventContext& context)
+/// The same for a part that depends on the event data, "<23:text>".
+std::size_t fillPart(std::wstring_view text, const EventContext& context, std::wstring& out)
 {
-    std::wstring_view rest = textOfDirection(translation, context.entry.isDeassertion());
-    std::wstring out;
-    out.reserve(rest.size() * 2);
+    const std::size_t colon = text.find_first_not_of(L"23", 1);
+    const std::size_t close = text.find(L'>');
+    if (colon == text.npos || colon == 1 || text[colon] != L':' || close == text.npos)
+        return 0;
+    const std::wstring_view bytes = text.substr(1, colon - 1);
+    if (std::ranges::all_of(bytes, [&](wchar_t digit) { return context.isStandardData(digit - L'0'); }))
+        expand(text.substr(colon + 1, close - colon - 1), context, out);
+    return close + 1;
+}
+
+void expand(std::wstring_view rest, const EventContext& context, std::wstring& out)
+{
     while (!rest.empty()) {
-        const std::size_t mark = std::min(rest.find_first_of(L"[%"), rest.size());
+        const std::size_t mark = std::min(rest.find_first_of(L"[%<"), rest.size());
         out.append(rest.substr(0, mark));
         rest.remove_prefix(mark);
         if (rest.empty())
             break;
-        const std::size_t used = fillToken(rest, context, out);
+        const std::size_t used = rest.front() == L'<' ? fillPart(rest, context, out) : fillToken(rest, context, out);
         if (used == 0)
             out.push_back(rest.front());
         rest.remove_prefix(used == 0 ? 1 : used);
     }
+}
+
+} // namespace
+
+std::wstring expandTranslation(std::wstring_view translation, const EventContext& context)
+{
+    const std::wstring_view text = textOfDirection(translation, context.entry.isDeassertion());
+    std::wstring out;
+    out.reserve(text.size() * 2);
+    expand(text, context, out);
     return out;
 }
 

@@ -13,8 +13,6 @@ namespace translator {
 
 namespace {
 
-constexpr int firstUpperOffset = 6; ///< of the threshold events
-
 using Context = const EventContext&;
 using Text = std::wstring_view;
 using Out = std::wstring&;
@@ -78,6 +76,49 @@ Text statusWord(Context context)
     return context.misc(MISC_STATUS + severity, words[severity]);
 }
 
+// What only the record's maker can read: told byte by byte, and nothing advised.
+
+std::wstring plainHex(std::uint8_t byte)
+{
+    return hexText(byte, 2, true) + L"h";
+}
+
+void fillCodes(Context context, Text, Out out)
+{
+    std::wstring list;
+    const auto add = [&](int number, int misc, Text otherwise) {
+        if (context.isForeignData(number))
+            list.append(list.empty() ? L" (" : L", ")
+                .append(context.misc(misc, otherwise))
+                .append(plainHex(context.entry.eventData(number)));
+    };
+    add(2, MISC_EVENT_DATA_2, L"event data 2 ");
+    add(3, MISC_EVENT_DATA_3, L"event data 3 ");
+    out.append(list).append(list.empty() ? L"" : L")");
+}
+
+void fillAdvice(Context context, Text, Out out)
+{
+    const std::wstring* advice = context.tables.recommendedActions.find(context.action);
+    if (advice && !context.isForeignData(2) && !context.isForeignData(3))
+        out.append(L" ").append(*advice);
+}
+
+void fillEventData(Context context, Text, Out out)
+{
+    for (const int number : {1, 2, 3})
+        out.append(number == 1 ? L"" : L" ").append(plainHex(context.entry.eventData(number)));
+}
+
+/// Value and unit; of a reading without a unit the value alone.
+template<int Number>
+void fillWithUnit(Context context, Text, Out out)
+{
+    out += sensorValueText(context, context.entry.eventData(Number));
+    if (context.sdr && (context.sdr->view().units().base != 0 || context.sdr->view().units().isPercentage()))
+        out += L" " + sensorUnitText(context);
+}
+
 // Numbers.
 
 bool isSpecified(Context context, int number)
@@ -134,6 +175,12 @@ void fillBits(Context context, Text argument, Out out)
         fillPattern(context.entry.eventData(Number) >> range->low & mask, pattern, out);
     } else if (pattern.empty())
         out += context.unknown();
+}
+
+template<int Number>
+void fillPlainHex(Context context, Text, Out out)
+{
+    out += plainHex(context.entry.eventData(Number));
 }
 
 template<int Number>
@@ -289,6 +336,17 @@ constexpr auto fillers = sorted(std::to_array<FillerRow>({
     {L"[serverName]", [](Context c, Text, Out out) { out += c.misc(MISC_SERVER, L"the server"); }},
     {L"[oem_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemTimestampedData()); }},
     {L"[oem_non_ts_string]", [](Context c, Text, Out out) { out += oemBytesText(c.entry.oemData()); }},
+    {L"%Codes%", fillCodes},
+    {L"%Advice%", fillAdvice},
+    {L"%Reading%", fillWithUnit<2>},
+    {L"%Threshold%", fillWithUnit<3>},
+    {L"%Event type%", [](Context c, Text, Out out) { out += plainHex(c.entry.eventType()); }},
+    {L"%Event data%", fillEventData},
+    {L"%Record type%", [](Context c, Text, Out out) { out += plainHex(c.entry.type()); }},
+    {L"%Manufacturer%",
+     [](Context c, Text, Out out) { out += decimalText(static_cast<int>(c.entry.manufacturer())); }},
+    {L"%Hex event2%", fillPlainHex<2>},
+    {L"%Hex event3%", fillPlainHex<3>},
     {L"%UpperOrLower%",
      [](Context c, Text, Out out) {
          out += c.entry.offset() < firstUpperOffset ? c.misc(MISC_LOWER, L"Lower") : c.misc(MISC_UPPER, L"Upper");

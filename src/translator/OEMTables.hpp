@@ -32,15 +32,21 @@ struct OemRecord {
 using oemTime = translator::OemRecord<translator::oemTimeByteCount>;
 using oemNonTime = translator::OemRecord<translator::oemNonTimeByteCount>;
 
-/// Timestamped OEM records (types C0h to DFh) by manufacturer id and bytes; of several that match, the first added.
+/// Timestamped OEM records (types C0h to DFh) by manufacturer id and bytes; of several that match, the first added,
+/// those of `anyManufacturer` last.
 class OEMTSTable {
 public:
+    static constexpr std::uint32_t anyManufacturer = 0xFFFFFF;
+
     void add(std::uint32_t manufacturer, oemTime record);
     /// OEMTableError without one.
     const oemTime& findTranslation(std::uint32_t manufacturer,
                                    std::span<const std::uint8_t, translator::oemTimeByteCount> bytes) const;
 
 private:
+    const oemTime* find(std::uint32_t manufacturer,
+                        std::span<const std::uint8_t, translator::oemTimeByteCount> bytes) const;
+
     std::unordered_map<std::uint32_t, std::vector<oemTime>> records;
 };
 

@@ -10,6 +10,15 @@ namespace {
 
 constexpr int lastRate = 6;
 
+/// Thresholds of a full record (IPMI 2.0, 43.1): bit of the readable ones, and the place of the value.
+struct ThresholdPlace {
+    int severity;
+    std::uint8_t readable;
+    std::size_t byte;
+};
+constexpr ThresholdPlace lowerThresholds[] = {{1, 0x01, 41}, {2, 0x02, 40}, {3, 0x04, 39}};
+constexpr ThresholdPlace upperThresholds[] = {{1, 0x08, 38}, {2, 0x10, 37}, {3, 0x20, 36}};
+
 double convertReading(const ipmi::SdrView& sensor, std::uint8_t raw)
 {
     return ipmi::linearise(sensor.linearisation(),
@@ -18,14 +27,37 @@ double convertReading(const ipmi::SdrView& sensor, std::uint8_t raw)
 
 } // namespace
 
+std::optional<double> sensorValue(const EventContext& context, std::uint8_t raw)
+{
+    if (!context.sdr || !context.sdr->isLinear() || context.sdr->view().units().format() == ipmi::DataFormat::noReading)
+        return std::nullopt;
+    const double value = convertReading(context.sdr->view(), raw);
+    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
 std::wstring sensorValueText(const EventContext& context, std::uint8_t raw)
 {
-    if (context.sdr && context.sdr->isLinear() && context.sdr->view().units().format() != ipmi::DataFormat::noReading) {
-        const double value = convertReading(context.sdr->view(), raw);
-        if (std::isfinite(value))
-            return valueText(value);
+    const std::optional<double> value = sensorValue(context, raw);
+    return value ? valueText(*value) : std::wstring(context.unknown());
+}
+
+int severityAfterReturn(const EventContext& context)
+{
+    if (!context.isStandardData(2))
+        return 0;
+    const double reading = *sensorValue(context, context.entry.eventData(2));
+    const bool isUpper = context.entry.offset() >= firstUpperOffset;
+    const int left = context.entry.offset() % firstUpperOffset / 2 + 1;
+    const ipmi::SdrView record = context.sdr->view();
+    int severity = 0;
+    for (const ThresholdPlace& place : isUpper ? upperThresholds : lowerThresholds) {
+        if (place.severity >= left || (record.at(ipmi::sdr::readableThresholds) & place.readable) == 0)
+            continue;
+        const std::optional<double> bound = sensorValue(context, record.at(place.byte));
+        if (bound && (isUpper ? reading >= *bound : reading <= *bound))
+            severity = place.severity;
     }
-    return std::wstring(context.unknown());
+    return severity;
 }
 
 std::wstring sensorUnitText(const EventContext& context)

@@ -112,6 +112,8 @@ const event& TranslationFile::findGenericTranslation(const EventKey& key) const
 {
     if (const event* entry = tables.genericEvents.findNearest(key.eventType, key.offset(), key.event2, key.event3))
         return *entry;
+    if (const event* entry = tables.genericEvents.findAny())
+        return *entry;
     throw EventTableError(sayHex(L"Unable to translate generic event with type code 0x", key.eventType) +
                           sayHex(L" and offset 0x", key.offset()));
 }
@@ -119,6 +121,8 @@ const event& TranslationFile::findGenericTranslation(const EventKey& key) const
 const event& TranslationFile::findSpecificTranslation(const EventKey& key) const
 {
     if (const event* entry = tables.specificEvents.findNearest(key.sensorType, key.offset(), key.event2, key.event3))
+        return *entry;
+    if (const event* entry = tables.specificEvents.findAny())
         return *entry;
     throw EventTableError(sayHex(L"Unable to translate sensor-specific event with type code 0x", key.sensorType) +
                           sayHex(L", offset 0x", key.offset()) + sayHex(L", event2 0x", key.event2) +

@@ -34,8 +34,9 @@ public:
     /// True if there is a file of `locale` beside `fileName`.
     static bool hasLocale(const char* fileName, const std::string& locale);
 
-    /// The table's entry for an event, exact event data before "any"; the error of the table without one. Severity FFh
-    /// in it means that the file gives none.
+    /// The table's entry for an event, exact event data before "any", and the generic and the specific table's entry
+    /// for all other events behind them; the error of the table without one. Severity FFh in it means that the file
+    /// gives none.
     const event& findGenericTranslation(const translator::EventKey& key) const;
     const event& findSpecificTranslation(const translator::EventKey& key) const;
     const override& findOverrideTranslation(const translator::EventKey& key) const;

@@ -5,6 +5,7 @@
 #include "ipmi/SensorReading.hpp"
 #include "ipmi/TimeStamp.hpp"
 #include "translator/EventContext.hpp"
+#include "translator/SensorValue.hpp"
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
@@ -201,10 +202,18 @@ std::wstring TranslatorImpl::translateGeneric(const SELEntry& entry)
     return render(entry, found ? *found : file->findGenericTranslation(key), SEVERITY_INFORMATIONAL);
 }
 
+/// Event data that is not the sensor type's own must not choose an entry where the file has one for any event data.
 std::wstring TranslatorImpl::translateSpecific(const SELEntry& entry)
 {
     const EventKey key = keyOf(entry);
     const event* found = findOverride(key);
+    if (!found) {
+        const auto own = [](ipmi::DataKind kind, unsigned byte) {
+            return kind == ipmi::DataKind::extension ? byte : unsigned{anyByte};
+        };
+        found = file->content().specificEvents.findNearest(
+            key.sensorType, key.offset(), own(entry.data2Kind(), key.event2), own(entry.data3Kind(), key.event3));
+    }
     return render(entry, found ? *found : file->findSpecificTranslation(key), SEVERITY_INFORMATIONAL);
 }
 
@@ -221,18 +230,21 @@ const event* TranslatorImpl::findOverride(const EventKey& key) const
 std::wstring TranslatorImpl::render(const SELEntry& entry, const event& found, int defaultSeverity)
 {
     const std::uint8_t given = entry.isDeassertion() ? found.deassertSeverity : found.assertSeverity;
-    const int severityId = given == anyByte ? defaultSeverity : given;
-    severity = wordOf(file->content().severities, severityId);
-    return expandTranslation(found.translation, {.entry = entry,
-                                                 .tables = file->content(),
-                                                 .sdr = sensor,
-                                                 .severityId = severityId,
-                                                 .action = found.recommendAction,
-                                                 .severity = severity,
-                                                 .sensorName = sensorName,
-                                                 .timestamp = timestamp,
-                                                 .platformBiosId = platformBiosId,
-                                                 .socketType = socketType});
+    EventContext context{.entry = entry,
+                         .tables = file->content(),
+                         .sdr = sensor,
+                         .severityId = given == anyByte ? defaultSeverity : given,
+                         .action = found.recommendAction,
+                         .severity = {},
+                         .sensorName = sensorName,
+                         .timestamp = timestamp,
+                         .platformBiosId = platformBiosId,
+                         .socketType = socketType};
+    if (entry.eventType() == ipmi::eventtype::threshold && context.severityId == SEVERITY_INFORMATIONAL)
+        context.severityId = severityAfterReturn(context);
+    severity = wordOf(file->content().severities, context.severityId);
+    context.severity = severity;
+    return expandTranslation(found.translation, context);
 }
 
 std::wstring TranslatorImpl::translateOEMTimestamped(const SELEntry& entry)

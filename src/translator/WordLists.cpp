@@ -141,6 +141,13 @@ constexpr Word channels[] = {
     L"channel A", L"channel B", L"channel C", L"channel D", L"channel E", L"channel F",
 };
 
+/// Of the watchdog's timer (IPMI 2.0, table 42-3, type 23h).
+constexpr Word timerUses[] = {
+    L"an unknown use",       L"the firmware (FRB2)",
+    L"the firmware (POST)",  L"the start of the operating system",
+    L"the operating system", L"the OEM",
+};
+
 constexpr WordList lists[] = {
     {L"%update_target%", 2, 0, 0x0F, 0, 0x100, updateTargets},
     {L"%fru state change%", 2, 4, 0x0F, 0, 0x120, fruStateChanges},
@@ -163,6 +170,7 @@ constexpr WordList lists[] = {
     {L"%MemQPINode_ID%", 3, 4, 0x0F, 0, 0x340, linkNodes},
     {L"%Controller_Num%", 3, 2, 0x03, 0, 0x360, controllers},
     {L"%Cha_Number%", 3, 2, 0x07, 0, 0x380, channels},
+    {L"%Timer use%", 2, 0, 0x0F, 0, 0x3A0, timerUses},
 };
 
 } // namespace
