@@ -31,15 +31,19 @@ public:
 
     void finish()
     {
+        ++number;
         if (line.size() <= longestLine)
-            if (const auto entry = parseConfigLine(line))
+            if (auto entry = parseConfigLine(line)) {
+                entry->line = number;
                 take(*entry);
+            }
         line.clear();
     }
 
 private:
     const std::function<void(const ConfigEntry&)>& take;
     std::string line;
+    int number = 0;
 };
 
 } // namespace

@@ -13,6 +13,7 @@ inline constexpr char configPath[] = "/usr/local/hwagent/conf/hwagent.conf";
 struct ConfigEntry {
     std::string key; ///< lower case, without blanks
     std::string value;
+    int line = 0; ///< of the file, from 1
 };
 
 /// The entry of one line, without its line end; nothing for a comment and for a line that is too short or has no "=".

@@ -50,7 +50,9 @@ struct NumberSetting {
     int systemManagement::*member;
 };
 
-/// "setsenabled" is missing on purpose: the agent only reads, whatever the file asks for.
+/// Of old files: the agent only reads, whatever the file asks for.
+constexpr std::string_view keyWithoutEffect = "setsenabled";
+
 constexpr NumberSetting numberSettings[] = {
     {"platformid", &systemManagement::m_nPlatformId},
     {"trapsenabled", &systemManagement::m_nTrapsEnabled},
@@ -71,6 +73,13 @@ constexpr TextField<systemManagement> textFields[] = {
     {SMINFO_PRODUCTBUILDNUM, &systemManagement::m_stProductBuildNum},
     {SMINFO_PRODUCTDESC, &systemManagement::m_stProductDesc},
 };
+
+/// As much of it as an int can hold.
+int numberOf(const std::string& value)
+{
+    using Limits = std::numeric_limits<int>;
+    return static_cast<int>(std::clamp<long>(std::strtol(value.c_str(), nullptr, 10), Limits::min(), Limits::max()));
+}
 
 /// The descriptor is exchanged and not the stream: it is never closed in between, so no other file can slip into it.
 void silenceStderr()
@@ -99,14 +108,14 @@ int systemManagement::init()
 
 void systemManagement::takeSetting(const ConfigEntry& entry)
 {
-    for (const TextSetting& setting : textSettings)
-        if (setting.key == entry.key)
-            copyText(this->*setting.member, entry.value);
-    for (const NumberSetting& setting : numberSettings)
-        if (setting.key == entry.key)
-            this->*setting.member =
-                static_cast<int>(std::clamp<long>(std::strtol(entry.value.c_str(), nullptr, 10),
-                                                  std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    const auto* const text = std::ranges::find(textSettings, entry.key, &TextSetting::key);
+    const auto* const number = std::ranges::find(numberSettings, entry.key, &NumberSetting::key);
+    if (text != std::end(textSettings))
+        copyText(this->*text->member, entry.value);
+    else if (number != std::end(numberSettings))
+        this->*number->member = numberOf(entry.value);
+    else if (entry.key != keyWithoutEffect)
+        trace("hwagent.conf line %d: unknown key \"%s\"\n", entry.line, entry.key.c_str());
 }
 
 int systemManagement::getIntInfo(_SMAttribute attribute, int, long& out)

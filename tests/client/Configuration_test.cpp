@@ -55,7 +55,7 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
     EXPECT_STREQ(group.m_stProductName, "a=b\r");
     EXPECT_STREQ(group.m_stProductVersion, "second");
     EXPECT_STREQ(group.m_stLocale, "de_DE.utf8");
-    EXPECT_EQ(messages, "after");
+    EXPECT_EQ(messages, "hwagent.conf line 8: unknown key \"unknown\"\nafter");
 }
 
 TEST_F(Configuration, OddLinesAreIgnored)
