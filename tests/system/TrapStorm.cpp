@@ -10,6 +10,7 @@
 #include "client/door/smClient.hpp"
 #include "client/events/SNMP_RouteEvent.hpp"
 #include "client/words/Text.hpp"
+#include "common/Bell.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <cstdlib>
@@ -76,6 +77,8 @@ void storm(int count)
         raiseTemperature(turn);
         raiseNumbered(turn);
     }
+    // The loop hears of the end, so that what it deletes when it stops is seen to be nobody's any longer.
+    common::loopBell().ring();
 }
 } // namespace
 
