@@ -50,8 +50,8 @@ board.discrete(0x32, POWER_UNIT, "Supply Redund", [1], events=REDUNDANCY, entity
 board.discrete(0x33, INTRUSION, "Lid", [])
 board.discrete(0x34, PROCESSOR, "Socket 0", [7], entity=(3, 1))
 board.discrete(0x35, PROCESSOR, "Socket 1", [7], entity=(3, 2))
-board.discrete(0x36, MEMORY, "Bank A Module 0", [6], entity=(32, 1))
-board.discrete(0x37, MEMORY, "Bank B Module 0", [6], entity=(32, 2))
+board.discrete(0x36, MEMORY, "SLOT A0", [6], entity=(32, 1))
+board.discrete(0x37, MEMORY, "SLOT B0", [6], entity=(32, 2))
 for bay in range(8):
     board.discrete(0x40 + bay, DRIVE_BAY, f"Bay {bay}", {3: [0, 1], 7: []}.get(bay, [0]), entity=(4, bay + 1))
 board.discrete(0x50, EVENT_LOG, "Event Log", [])

@@ -9,7 +9,7 @@ import time
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ENTERPRISE, ROOT, Agent, MasterAgent, Simulator
+from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, Agent, MasterAgent, Simulator
 from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import wait_until
 from lib.traps import TrapReceiver
@@ -19,9 +19,10 @@ TEXT, SEVERITY = BASE + ".1000.10.1", BASE + ".1000.10.2"
 SYSTEM_SEVERITY = BASE + ".100.1.0"
 HEALTHY, WARNING, CRITICAL = "2", "3", "4"
 
-TEMPERATURE, INTRUSION, SUPPLY, POWER_UNIT, COOLING_UNIT, MEMORY = 0x01, 0x05, 0x08, 0x09, 0x0A, 0x0C
+TEMPERATURE, INTRUSION, SUPPLY, POWER_UNIT, COOLING_UNIT, PROCESSOR, MEMORY = 0x01, 0x05, 0x08, 0x09, 0x0A, 0x07, 0x0C
 # sensors of the quick start's board
-SOCKET_0_DIE, SOCKET_1_DIE, BLOWER_REDUND, SUPPLY_A, SUPPLY_REDUND, LID, BANK_A = 0x03, 0x04, 0x29, 0x30, 0x32, 0x33, 0x36
+SOCKET_0_DIE, SOCKET_1_DIE, BLOWER_REDUND, SUPPLY_A, SUPPLY_REDUND, LID = 0x03, 0x04, 0x29, 0x30, 0x32, 0x33
+SOCKET_1, SLOT_B0 = 0x35, 0x37
 CONFIGURATION = "trapsEnabled = 1\ndebugEnabled = 1\n"
 POLL_SECONDS, TRAP_SECONDS = 10, 3
 
@@ -76,6 +77,8 @@ class Traps(unittest.TestCase):
         self.log(TEMPERATURE, SOCKET_1_DIE, 0x01, 0x52, 1, 2)
         self.log(POWER_UNIT, SUPPLY_REDUND, 0x0B, 0x01, 0xFF, 0xFF)
         self.log(INTRUSION, LID, 0x6F, 0x00, 0xFF, 0xFF)
+        self.log(PROCESSOR, SOCKET_1, 0x6F, 0x01, 0xFF, 0xFF)
+        self.log(MEMORY, SLOT_B0, 0x6F, 0x00, 0xFF, 0xFF)
         self.log(TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)
         expected = [
             ("70.18", objects("600.40", hot, "Status is Upper Critical", CRITICAL, "Socket 0 Die", SOCKET_0_DIE)),
@@ -83,9 +86,12 @@ class Traps(unittest.TestCase):
             ("70.14", objects("600.40", cold, "Status is Lower Critical", CRITICAL, "Socket 1 Die", SOCKET_1_DIE)),
             ("50.3", objects("400.10", unit, "Supply Redund reports Redundancy Lost. Status is Critical", CRITICAL, "Supply Redund", SUPPLY_REDUND)),
             ("30.2", [(TEXT, "Lid reports there has been a chassis intrusion. Status is Critical"), (SEVERITY, CRITICAL)]),
+            ("40.2", objects("300.10", 2, "Socket 1 reports Thermal Trip. Status is Critical", CRITICAL, "Socket 1", SOCKET_1)),
+            ("60.1", objects("500.20", 2, "SLOT B0 reports a correctable ECC error of the memory. Watch the module; replace it "
+                             "if more errors come. Status is Non-Critical", WARNING, "Slot B0", SLOT_B0)),
             ("70.16", objects("600.40", hot, "Status is OK", HEALTHY, "Socket 0 Die", SOCKET_0_DIE))]
         self.maxDiff = None
-        self.assertEqual(self.receiver.wait_for(len(expected), POLL_SECONDS + TRAP_SECONDS * 8), expected)
+        self.assertEqual(self.receiver.wait_for(len(expected), POLL_SECONDS + TRAP_SECONDS * 11), expected)
         self.check_objects_of_the_mib(expected)
         self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
         time.sleep(TRAP_SECONDS + 1)
@@ -104,8 +110,8 @@ class Traps(unittest.TestCase):
     def test_the_translators_words_choose_trap_and_severity(self):
         records = {(COOLING_UNIT, BLOWER_REDUND, 0x0B, 0x01): ("70.3", CRITICAL),
                    (COOLING_UNIT, BLOWER_REDUND, 0x0B, 0x00): ("70.1", HEALTHY),
-                   (MEMORY, BANK_A, 0x6F, 0x00): ("60.1", WARNING),
-                   (MEMORY, BANK_A, 0x6F, 0x02): ("60.3", CRITICAL),
+                   (MEMORY, SLOT_B0, 0x6F, 0x00): ("60.1", WARNING),
+                   (MEMORY, SLOT_B0, 0x6F, 0x02): ("60.3", CRITICAL),
                    (SUPPLY, SUPPLY_A, 0x6F, 0x01): ("50.6", CRITICAL),
                    (SUPPLY, SUPPLY_A, 0x6F, 0x02): ("50.7", WARNING)}
         for record in records:
