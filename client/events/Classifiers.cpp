@@ -78,6 +78,7 @@ constexpr char noRecords[] = "Query Failed to get the SDR's ";
 struct Found {
     ipmi::Bytes record;
     bool isOnly = true;
+    int fit = -1;
 };
 
 /// How well a record's sensor fits the maker of the event: by owner, then LUN, then channel.
@@ -94,7 +95,6 @@ Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap
 {
     const ipmi::Bytes eventBytes = bytesOf(event);
     Found best;
-    int bestFit = -1;
     for (const auto& [key, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
             continue;
@@ -102,25 +102,30 @@ Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap
         if (record.size() <= ipmi::sdr::number || ipmi::SdrView(record).number() != sensorNumber)
             continue;
         best.isOnly = best.record.empty();
-        if (const int fit = fitOf(ipmi::SdrView(record), ipmi::SelView(eventBytes)); fit > bestFit) {
-            bestFit = fit;
+        if (const int fit = fitOf(ipmi::SdrView(record), ipmi::SelView(eventBytes)); fit > best.fit) {
+            best.fit = fit;
             best.record = std::move(record);
         }
     }
     return best;
 }
 
+/// Full records first: a compact one counts only where it is the event's maker's and the full one is not.
 Found findByRecordTypes(int sensorNumber, const EVENT_DATA_STRUCT& event)
 {
+    Found best;
     for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact}) {
         const auto records = tryQuery("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", noRecords, nullptr);
         if (!records)
-            return {};
-        if (Found found = recordOf(sensorNumber, event, *records); !found.record.empty())
-            return found;
+            break;
+        if (Found found = recordOf(sensorNumber, event, *records); found.fit > best.fit)
+            best = std::move(found);
+        if (best.fit > 0 || (best.fit == 0 && bytesOf(event).empty()))
+            return best;
     }
-    trace("The sensor number is not matched for record type 2\n");
-    return {};
+    if (best.record.empty())
+        trace("The sensor number is not matched for record type 2\n");
+    return best;
 }
 
 /// Empty without one, also when the query fails.
