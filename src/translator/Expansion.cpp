@@ -38,6 +38,11 @@ std::size_t fillToken(std::wstring_view text, const EventContext& context, std::
 
 void expand(std::wstring_view rest, const EventContext& context, std::wstring& out);
 
+constexpr bool opensToken(wchar_t character)
+{
+    return character == L'[' || character == L'%' || character == L'<';
+}
+
 /// The same for a part that depends on the event data, "<23:text>".
 std::size_t fillPart(std::wstring_view text, const EventContext& context, std::wstring& out)
 {
@@ -54,7 +59,7 @@ std::size_t fillPart(std::wstring_view text, const EventContext& context, std::w
 void expand(std::wstring_view rest, const EventContext& context, std::wstring& out)
 {
     while (!rest.empty()) {
-        const std::size_t mark = std::min(rest.find_first_of(L"[%<"), rest.size());
+        const auto mark = static_cast<std::size_t>(std::ranges::find_if(rest, opensToken) - rest.begin());
         out.append(rest.substr(0, mark));
         rest.remove_prefix(mark);
         if (rest.empty())

@@ -309,12 +309,13 @@ struct FillerRow {
     Fill fill;
 };
 
-constexpr auto byToken = [](const FillerRow& a, const FillerRow& b) { return a.token < b.token; };
+/// By length first, which most comparisons end with.
+constexpr auto isBefore = [](Text a, Text b) { return a.size() != b.size() ? a.size() < b.size() : a < b; };
 
 template<std::size_t Count>
 constexpr std::array<FillerRow, Count> sorted(std::array<FillerRow, Count> rows)
 {
-    std::ranges::sort(rows, byToken);
+    std::ranges::sort(rows, isBefore, &FillerRow::token);
     return rows;
 }
 
@@ -398,7 +399,7 @@ constexpr auto fillers = sorted(std::to_array<FillerRow>({
 
 Fill findFiller(std::wstring_view token)
 {
-    const auto found = std::ranges::lower_bound(fillers, token, {}, &FillerRow::token);
+    const auto found = std::ranges::lower_bound(fillers, token, isBefore, &FillerRow::token);
     return found != fillers.end() && found->token == token ? found->fill : nullptr;
 }
 

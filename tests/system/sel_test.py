@@ -31,16 +31,16 @@ class EventLog(unittest.TestCase):
         self.simulator.__enter__()
         self.addCleanup(self.simulator.stop)
 
-    def ask(self, path):
+    def ask(self, path, *options):
         """The answer's nodes below `path`, by their names behind it."""
-        done = subprocess.run([str(HWQUERY), "get", "--json", path], capture_output=True, encoding="latin-1", timeout=60,
+        done = subprocess.run([str(HWQUERY), "get", "--json", *options, path], capture_output=True, encoding="latin-1", timeout=60,
                               env=dict(os.environ, LD_PRELOAD=str(LIBRARY), HRS_PATH_QL=str(build_folder() / "translations"),
                                        HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}"))
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         return {name.removeprefix(path): node for name, node in json.loads(done.stdout).items()}
 
-    def translated(self):
-        answer = self.ask("/BMC/SEL/TRANSLATED")
+    def translated(self, *options):
+        answer = self.ask("/BMC/SEL/TRANSLATED", *options)
         return [{field.rsplit("/", 1)[1]: " ".join(answer[field.removeprefix("/BMC/SEL/TRANSLATED")])
                  for field in answer[record.removeprefix("/BMC/SEL/TRANSLATED")]["children"]}
                 for record in answer[""]["children"]]
@@ -79,6 +79,13 @@ class EventLog(unittest.TestCase):
                 compared += 1
         self.assertGreater(compared, 5)
         self.assertIn("Operating system bootup.", [record["DESCR"] for record in records])
+
+    def test_another_language_has_the_same_records_and_the_english_text_beside(self):
+        self.add_events(3)
+        english, german = self.translated(), self.translated("--locale", "de_DE.UTF-8")
+        self.assertEqual([record["ENGLISH"] for record in german], [record["DESCR"] for record in english])
+        self.assertEqual([record["RAW"] for record in german], [record["RAW"] for record in english])
+        self.assertIn(f"{german[-1]['SENSOR_NAME']} meldet: Messwert", german[-1]["DESCR"])
 
     def test_state_and_erasure(self):
         shown = dict(re.findall(r"^(\S.*?) +: (.*?) *$", self.simulator.ipmitool("sel", "info").stdout, re.M))

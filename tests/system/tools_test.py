@@ -1,8 +1,11 @@
 """The Python tools: what a board's records and a walk's output are taken for."""
 
+import re
+import shutil
 import subprocess
 import tempfile
 import unittest
+from pathlib import Path
 
 from hwtools.bench import ROOT
 from hwtools.board import load_board
@@ -50,6 +53,50 @@ class FirmwareTables(unittest.TestCase):
                      "Keyboard Password Status: Enabled", "Front Panel Reset Status: Not Implemented"):
             with self.subTest(line=line):
                 self.assertIn(line, shown.stdout)
+
+
+class TranslationSources(unittest.TestCase):
+    """A mistake in a source is told with its place."""
+
+    def run_on(self, file, before, after, *arguments):
+        with tempfile.TemporaryDirectory() as folder:
+            for part in ("tools/mktranslations", "share/translations"):
+                place = Path(folder, part)
+                place.parent.mkdir()
+                (shutil.copytree if (ROOT / part).is_dir() else shutil.copy)(ROOT / part, place)
+            source = Path(folder, "share/translations", file)
+            self.assertIn(before, source.read_text())
+            source.write_text(source.read_text().replace(before, after, 1))
+            done = subprocess.run([Path(folder, "tools/mktranslations"), *(arguments or [Path(folder, "made")])], cwd=folder,
+                                  capture_output=True, text=True)
+            return done.returncode, done.stderr, sorted(p.name for p in Path(folder).iterdir())
+
+    def test_mistakes_are_told_by_file_table_and_key(self):
+        mistakes = (
+            ("english.toml", '"00" = ["U", "U", "", "it is idle', '"00" = ["X", "U", "", "it is idle', '[generic.02] "00"'),
+            ("english.toml", "||it is no longer idle", "", "deassertion"),
+            ("english.toml", '["W", "I", "predictive", "it is about', '["W", "I", "predict", "it is about', "no action 'predict'"),
+            ("english.toml", '"00" = ["U", "U", "", "it is idle||it is no longer idle"]', '"00" = 3', '[generic.02] "00"'),
+            ("english.toml", '"00" = ["U", "U", "", "it is idle', '"G0" = ["U", "U", "", "it is idle', "'G0'"),
+            ("english.toml", "07/{restart}", "07/{restarts}", '[specific.1D] "07/{restarts}"'),
+            ("english.toml", "{text}%Codes%", "{txt}%Codes%", "txt"),
+            ("english.toml", '20 = "Integrated BMC"', '2X = "Integrated BMC"', "[devices] 2X"),
+            ("english.toml", "\n[phrases]\n", "\n[phrase]\n", "[phrase]"),
+            ("english.toml", "[lists.restart]", "[lists.restart", "line"),
+            ("de_DE.toml", '"00" = "untätig', '"0F" = "untätig', "[generic.02] has no 0F"),
+            ("de_DE.toml", "untätig||nicht mehr untätig", 'unt^ätig||nicht', '[generic.02] "00"'),
+            ("alder.toml", '"00" = ["W", "I", "memory-correctable"', '"00" = ["W", "I", "memory-corrected"', "[platform."))
+        for file, before, after, place in mistakes:
+            with self.subTest(after=after):
+                status, said, _ = self.run_on(file, before, after)
+                self.assertEqual(status, 1)
+                self.assertRegex(said, f"^mktranslations: {re.escape(file)}: .*{re.escape(place)}")
+                self.assertEqual(said.count("\n"), 1, said)
+
+    def test_options_make_no_folder(self):
+        for option, status in (("--help", 0), ("-x", 2), ("--folder", 2)):
+            with self.subTest(option=option):
+                self.assertEqual(self.run_on("english.toml", "", "", option)[::2], (status, ["share", "tools"]))
 
 
 class Walks(unittest.TestCase):
