@@ -54,6 +54,13 @@ TEST_F(Sensor, DisplayListsEachSensorOnceAndGoesOnAfterFailures)
     EXPECT_THAT(shown.at("/BMC/SENSOR[5]/OWNER[36]/LUN[0]/OWNER").mXNodeList, ElementsAre("36"));
 }
 
+TEST_F(Sensor, EventOnlyRecordHasNoUnits)
+{
+    records = {record(1, 3, {0x20, 0, 5, 7, 1, 0x13, 0x6F, 1, 0, 0, 0, 0xC8, 'L', 'e', 't', 't', 'e', 'r', 's', '!'})};
+    EXPECT_EQ(text("/BMC/SENSOR[5]/OWNER[32]/LUN[0]/NAME"), "Letters!");
+    EXPECT_EQ(text("/BMC/SENSOR[5]/OWNER[32]/LUN[0]/INTERPRET_SENSOR_UNITS"), "");
+}
+
 /// The network function's byte of the message that is bridged to the sensor's owner: its low bits are the LUN.
 TEST_F(Sensor, OwnersLunStandsInTheBridgedRequest)
 {

@@ -203,7 +203,7 @@ void Sensor::interpret_sensor_units(const std::string& query, SymbolMap& result)
 {
     char text[unitTextSize] = {};
     const ipmi::Units units = record().units();
-    if (record().has(ipmi::sdr::modifierUnit) &&
+    if (record().isReadable() && record().has(ipmi::sdr::modifierUnit) &&
         (FindAndLoadTemperatureUnit(units.base, units.modifier, text) ||
          FindAndLoadNonTemperatureUnit(units.base, units.modifier, units.flags, text)))
         result[query] = text;
