@@ -249,8 +249,8 @@ protected:
     WatchingHandler* watching = nullptr;
 };
 
-/// The lines of the file by "sensor type, event type, event data 1, direction"; a line may stand for several sensor
-/// types, and "*" for all that one has. "{}" is the sensor's name.
+/// The lines of the file by "sensor type, event type, event data 1, direction"; each may be a list with ranges, and "*"
+/// stands for all kinds that a sensor type has. "{}" is the sensor's name, "{1}" event data 1.
 class Expectations {
 public:
     explicit Expectations(const char* path)
@@ -270,7 +270,7 @@ public:
             if (found == lines.end())
                 continue;
             unused.erase(key);
-            return filled(found->second, nameOf(kind.sensorType));
+            return filled(found->second, kind);
         }
         return "missing";
     }
@@ -280,20 +280,51 @@ public:
 private:
     void add(const std::string& line)
     {
-        const std::size_t blank = line.find(' ');
         const std::size_t bar = line.find(" | ");
-        std::istringstream types(line.substr(0, blank));
-        for (std::string type; std::getline(types, type, ',');) {
-            const std::string key = type + " " + line.substr(blank + 1, bar - blank - 1);
+        std::istringstream fields(line.substr(0, bar));
+        std::vector<std::string> keys = {""};
+        for (std::string field; fields >> field;)
+            keys = continued(keys, listed(field));
+        for (const std::string& key : keys) {
             EXPECT_TRUE(lines.emplace(key, line.substr(bar + 3)).second) << "twice: " << key;
             unused.insert(key);
         }
     }
 
-    static std::string filled(std::string text, const std::string& name)
+    /// What a field stands for: "01,50-52" is 01, 50, 51 and 52.
+    static std::vector<std::string> listed(const std::string& field)
     {
-        if (const std::size_t place = text.find("{}"); place != std::string::npos)
-            text.replace(place, 2, name);
+        std::vector<std::string> all;
+        std::istringstream items(field);
+        for (std::string item; std::getline(items, item, ',');) {
+            const std::size_t dash = item.find('-');
+            if (dash == std::string::npos)
+                all.push_back(item);
+            else
+                for (int each = std::stoi(item, nullptr, 16); each <= std::stoi(item.substr(dash + 1), nullptr, 16);
+                     ++each)
+                    all.push_back(ipmi::hexByte(static_cast<std::uint8_t>(each)));
+        }
+        return all;
+    }
+
+    static std::vector<std::string> continued(const std::vector<std::string>& keys,
+                                              const std::vector<std::string>& ends)
+    {
+        std::vector<std::string> all;
+        for (const std::string& key : keys)
+            for (const std::string& end : ends)
+                all.push_back(key.empty() ? end : key + " " + end);
+        return all;
+    }
+
+    static std::string filled(std::string text, const EventKind& kind)
+    {
+        const std::pair<std::string, std::string> marks[] = {
+            {"{}", nameOf(kind.sensorType)}, {"{1}", ipmi::hexByte(static_cast<std::uint8_t>(kind.data1))}};
+        for (const auto& [mark, value] : marks)
+            if (const std::size_t place = text.find(mark); place != std::string::npos)
+                text.replace(place, mark.size(), value);
         return text;
     }
 
