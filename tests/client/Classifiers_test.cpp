@@ -44,8 +44,7 @@ protected:
         sdk.answer("/BMC/SENSOR[48]/NAME", "Sensor");
     }
 
-    /// Routes a record and gives its events, most of the time one.
-    std::vector<eventData> route(int sensorType, int trigger, int data1, const char* description = "")
+    static EVENT_DATA_STRUCT recordOf(int sensorType, int trigger, int data1)
     {
         EVENT_DATA_STRUCT record;
         record.ucRecordType = 2;
@@ -54,6 +53,13 @@ protected:
         record.ucSensorNumber = 0x30;
         record.ucEventTrigger = static_cast<unsigned char>(trigger);
         record.ucEventData1 = static_cast<unsigned char>(data1);
+        return record;
+    }
+
+    /// Routes a record and gives its events, most of the time one.
+    std::vector<eventData> route(int sensorType, int trigger, int data1, const char* description = "")
+    {
+        EVENT_DATA_STRUCT record = recordOf(sensorType, trigger, data1);
         copyText(record.sEventDiscription, description);
         aSelWrapper.m_cInfo.m_cSensorType.SetString(std::to_string(sensorType).c_str());
         events->clear();
@@ -101,6 +107,27 @@ TEST_F(Classifying, RecordsBecomeEventsInTheWordsOfTheirFamily)
         EXPECT_STREQ(got[0].stEventDesc, made.text);
     }
     EXPECT_THAT(clock.sleeps, IsEmpty());
+}
+
+TEST_F(Classifying, TheFirmwaresOwnProcessorRecordsSayThemselvesHowGraveTheyAre)
+{
+    addSensor({.number = 0, .type = 7, .name = "Processors"});
+    struct FirmwareCase {
+        int generator, data1, data2, data3, severity, sensor;
+    };
+    for (const FirmwareCase& c :
+         {FirmwareCase{0x30, 0, 1, 0, 5, 0x30}, FirmwareCase{0x31, 0, 1, 0, 0, 0x30}, FirmwareCase{0x31, 0, 0, 1, 5, 0},
+          FirmwareCase{0x3F, 0, 0, 3, 0, 0}, FirmwareCase{0x31, 2, 0, 3, 6, 0}, FirmwareCase{0x40, 0, 0, 3, 5, 0x30}}) {
+        EVENT_DATA_STRUCT record = recordOf(0x07, 0x6F, c.data1);
+        record.usGeneratorID = static_cast<unsigned short>(c.generator);
+        record.ucEventData2 = static_cast<unsigned char>(c.data2);
+        record.ucEventData3 = static_cast<unsigned char>(c.data3);
+        events->clear();
+        routeEvent(record);
+        ASSERT_EQ(events->size(), 1U);
+        EXPECT_EQ(events->front().nSeverity, c.severity) << c.generator << ' ' << c.data3;
+        EXPECT_EQ(events->front().nDeviceId >> 16 & 0xFF, c.sensor) << c.generator;
+    }
 }
 
 TEST_F(Classifying, SomeFamiliesTakeTheTranslatorsWords)

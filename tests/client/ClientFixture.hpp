@@ -78,8 +78,9 @@ struct Sensor {
         bytes[6] = owner;
         bytes[7] = lun;
         bytes[8] = number;
-        bytes[13] = type;
-        bytes[14] = eventType;
+        const std::size_t typePlace = recordType == 3 ? 11 : 13;
+        bytes[typePlace] = type;
+        bytes[typePlace + 1] = eventType;
         bytes[22] = unit;
         bytes[24] = linearization;
         std::string text;
