@@ -177,18 +177,6 @@ void fillBits(Context context, Text argument, Out out)
         out += context.unknown();
 }
 
-template<int Number>
-void fillPlainHex(Context context, Text, Out out)
-{
-    out += plainHex(context.entry.eventData(Number));
-}
-
-template<int Number>
-void fillHex(Context context, Text, Out out)
-{
-    out += L"0x" + hexText(context.entry.eventData(Number), 2, true);
-}
-
 // Users and channels (IPMI 2.0, table 42-3, session audit).
 
 int channelNumber(Context context)
@@ -346,8 +334,8 @@ constexpr auto fillers = sorted(std::to_array<FillerRow>({
     {L"%Record type%", [](Context c, Text, Out out) { out += plainHex(c.entry.type()); }},
     {L"%Manufacturer%",
      [](Context c, Text, Out out) { out += decimalText(static_cast<int>(c.entry.manufacturer())); }},
-    {L"%Hex event2%", fillPlainHex<2>},
-    {L"%Hex event3%", fillPlainHex<3>},
+    {L"%Hex event2%", [](Context c, Text, Out out) { out += plainHex(c.entry.eventData(2)); }},
+    {L"%Hex event3%", [](Context c, Text, Out out) { out += plainHex(c.entry.eventData(3)); }},
     {L"%UpperOrLower%",
      [](Context c, Text, Out out) {
          out += c.entry.offset() < firstUpperOffset ? c.misc(MISC_LOWER, L"Lower") : c.misc(MISC_UPPER, L"Upper");
@@ -385,7 +373,7 @@ constexpr auto fillers = sorted(std::to_array<FillerRow>({
     {L"%bus%", fillPciAddress},
     {L"%device%", [](Context c, Text, Out out) { out += pciHex(pciDevice(c)); }},
     {L"%function%", [](Context c, Text, Out out) { out += pciHex(pciFunction(c)); }},
-    {L"%Bus_Number%", fillHex<2>},
+    {L"%Bus_Number%", [](Context c, Text, Out out) { out += pciHex(c.entry.eventData(2)); }},
     {L"%Dev_Number%", [](Context c, Text, Out out) { out += pciHex(pciDevice(c)); }},
     {L"%Fun_Number%", [](Context c, Text, Out out) { out += pciHex(pciFunction(c)); }},
     {L"%Seg_Number%",
