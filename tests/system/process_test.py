@@ -65,7 +65,7 @@ class Bench(unittest.TestCase):
         agent.start()
         if served:
             agent.wait_served()
-            wait_until(lambda: "sensors_cache" in thread_names(agent.pid), 5, "the agent's loop")
+            wait_until(lambda: "sensors_cache" in thread_names(agent.pid), 30, "the agent's loop")
             time.sleep(0.1)  # a stop signal before the loop is lost
         return agent
 
