@@ -1,3 +1,4 @@
+#include "modules/bmc/catalogue/Catalogue.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
 namespace Module::BMCConfig {
@@ -219,6 +220,16 @@ TEST_F(InterpreterTest, PollWaitsWithinAMinute)
     run(Poll("GET://BMC/STATE", "UP", "3", "1", "$D"));
     EXPECT_EQ(table["$D"].text(), "TRUE");
     EXPECT_EQ(outOf(script({Poll("GET://BMC/BAD", "UP", "3", "1", "$D"), note("$D")})), "FALSE");
+}
+
+/// The channel stands in the other bits.
+TEST_F(InterpreterTest, LunOfARequestIsTheLowTwoBitsOfItsSubscript)
+{
+    *stores = *catalogue(0, true);
+    const auto symbols = run(script({Copy("30", "$SENSOR_NUMBER"), Copy("24", "$OWNER_NUMBER"),
+                                     Copy("61", "$LUN_NUMBER"), Template("GET://BMC/SENSOR[]/OWNER[]/LUN[]/VALUE"),
+                                     Copy("$/BMC/SENSOR_LUN", "$RESULT"), Return("$RESULT")}));
+    EXPECT_EQ(symbols.at("GET://BMC/TEST").text(), "1");
 }
 
 } // namespace
