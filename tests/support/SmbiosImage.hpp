@@ -4,8 +4,11 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <iomanip>
 #include <numeric>
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 /// SMBIOS structures and an entry point, laid out as firmware leaves them. Numbers go in little-endian.
@@ -99,122 +102,55 @@ private:
     unsigned minor;
 };
 
+/// The formatted area that the words of `layout` write: bytes, words and dwords in hexadecimal by their count of digits
+/// ("05", "0180", "00100000"), texts in quotes, "*N" for N bytes of zero.
+inline SmbiosImage::Body bodyOf(const std::string& layout)
+{
+    SmbiosImage::Body body;
+    std::istringstream words(layout);
+    for (std::string word; words >> std::ws && words.peek() != EOF;) {
+        if (words.peek() == '\'') {
+            words >> std::quoted(word, '\'');
+            body.text(word);
+        } else if (words >> word; word[0] == '*') {
+            body.data += SmbiosImage::zeros(std::stoul(word.substr(1)));
+        } else {
+            for (std::size_t at = word.size(); at > 0; at -= 2)
+                body.byte(static_cast<unsigned>(std::stoul(word.substr(at - 2, 2), nullptr, 16)));
+        }
+    }
+    return body;
+}
+
 /// Structures as a server has them: firmware, board, chassis, two processor sockets with the first empty, two memory
-/// arrays with empty slots, security, and one of every further type of the catalogues.
+/// arrays with empty slots, and some of the others.
 inline SmbiosImage serverImage(unsigned major, unsigned minor)
 {
-    using Body = SmbiosImage::Body;
     SmbiosImage image(major, minor);
-    image.add(0, Body()
-                     .text("Firmware Maker")
-                     .text("B01.02.0034.5")
-                     .word(0xE000)
-                     .text("01/02/2010")
-                     .byte(15)
-                     .qword(0x80)
-                     .bytes({0x03, 0x05, 4, 6, 1, 9}));
-    image.add(
-        1, Body()
-               .text("Maker")
-               .text("Server")
-               .text("R1")
-               .text("S123")
-               .bytes({0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF})
-               .byte(6)
-               .text("SKU-1")
-               .text("Family-1"));
-    image.add(2, Body()
-                     .text("Maker")
-                     .text("Larch-9")
-                     .text("A00")
-                     .text("B456")
-                     .text("T1")
-                     .byte(0x09)
-                     .text("Bay 1")
-                     .word(0x102)
-                     .byte(10)
-                     .byte(2)
-                     .word(0x103)
-                     .word(0x104));
-    image.add(3, Body()
-                     .text("Maker")
-                     .byte(0x97)
-                     .text("C1")
-                     .text("C789")
-                     .text("AT-7")
-                     .bytes({3, 4, 6, 3})
-                     .dword(0x01020304)
-                     .bytes({2, 1, 1, 3, 0x8A, 1, 2})
-                     .text("CSKU"));
-    const auto socket = [&image](const char* name, unsigned status) {
-        image.add(4, Body()
-                         .text(name)
-                         .byte(3)
-                         .byte(0xB3)
-                         .text("Maker")
-                         .qword(0xBFEBFBFF000106A5)
-                         .text("Version")
-                         .byte(0x8C)
-                         .word(133)
-                         .word(4000)
-                         .word(2933)
-                         .byte(status)
-                         .byte(0x15)
-                         .word(0x106)
-                         .word(0xFFFF)
-                         .word(0xFFFF)
-                         .text("P-Ser")
-                         .text("P-Tag")
-                         .text("P-Part")
-                         .bytes({4, 3, 8})
-                         .word(0x04)
-                         .word(0xB3));
-    };
-    socket("CPU 1", 0x00);
-    socket("CPU 2", 0x41);
-    image.add(7, Body().text("L1").word(0x0180).word(0x8004).word(0x0040).word(0x20).word(0x20).bytes({5, 5, 5, 7}));
-    image.add(8, Body().text("J1").byte(0).text("USB").byte(0x12).byte(0x10));
-    image.add(9,
-              Body().text("PCIe 1").bytes({0xA5, 0x0D, 4, 4}).word(7).bytes({0x0C, 0x01}).word(1).bytes({0x05, 0x18}));
-    image.add(10, Body().byte(0x83).text("Graphics").byte(0x05).text("Network"));
-    image.add(11, Body().byte(2).bytes({}).text("unused").text("OEM two"));
-    image.add(13, Body().byte(1).byte(1).bytes({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}).text("enUS"));
-    const auto array = [&image](unsigned kilobytes, unsigned slots) {
-        return image.add(16, Body().bytes({3, 3, 6}).dword(kilobytes).word(0xFFFE).word(slots).qword(0x20000000000));
-    };
-    const auto slot = [&image](unsigned owner, const std::string& name, unsigned size, unsigned long extended = 0) {
-        image.add(17, Body()
-                          .word(owner)
-                          .word(0xFFFE)
-                          .word(72)
-                          .word(64)
-                          .word(size)
-                          .bytes({9, 0})
-                          .text(name)
-                          .text("Bank")
-                          .byte(0x18)
-                          .word(0x0280)
-                          .word(1333)
-                          .text("M-Maker")
-                          .text("M-Ser")
-                          .text("M-Tag")
-                          .text("M-Part")
-                          .byte(2)
-                          .dword(extended)
-                          .word(1066));
-    };
-    const unsigned first = array(0x800000, 3);
-    const unsigned second = array(0x80000000, 2);
-    slot(first, "DIMM A1", 4096);
-    slot(second, "DIMM B1", 0);
-    slot(first, "DIMM A2", 0);
-    slot(first, "DIMM A3", 0x7FFF, 65536);
-    slot(second, "DIMM B2", 0);
-    image.add(18, Body().bytes({3, 2, 2}).dword(0).dword(0x80000000).dword(0x80000000).dword(0x80000000));
-    image.add(19, Body().dword(0xFFFFFFFF).dword(0xFFFFFFFF).word(first).byte(1).qword(0x1000).qword(0x1FFF));
-    image.add(24, Body().byte(0x64));
-    image.add(38, Body().bytes({1, 0x20, 0x20, 0xFF}).qword(0xCA3).bytes({0, 0}));
-    image.add(133, Body().dword(0xBF000000).dword(0x100000));
-    image.add(127, Body());
+    image.add(0, bodyOf("'Firmware Maker' 'B01.02.0034.5' E000 '01/02/2010' 0F 80 *7 03 05 04 06 01 09"));
+    image.add(2, bodyOf("'Maker' 'Larch-9' 'A00' 'B456' 'T1' 09 'Bay 1' 0102 0A 02 0103 0104"));
+    image.add(3, bodyOf("'Maker' 97 'C1' 'C789' 'AT-7' 03 04 06 03 01020304 02 01 01 03 8A 01 02 'CSKU'"));
+    for (const char* const socket : {"'CPU 1' 00", "'CPU 2' 41"}) {
+        const std::string name(socket, 7), status(socket + 8, 2);
+        image.add(4, bodyOf(name + " 03 B3 'Maker' BFEBFBFF000106A5 'Version' 8C 0085 0FA0 0B75 " + status +
+                            " 15 0106 FFFF FFFF 'P-Ser' 'P-Tag' 'P-Part' 04 03 08 0004 00B3"));
+    }
+    image.add(11, bodyOf("02 'unused' 'OEM two'"));
+    image.add(16, bodyOf("03 03 06 00800000 FFFE 0003 0000020000000000")); // handle 0106h
+    image.add(16, bodyOf("03 03 06 80000000 FFFE 0002 0000020000000000"));
+    for (const auto& [array, name, size] : {std::tuple{"0106", "A1", "1000"},
+                                            {"0107", "B1", "0000"},
+                                            {"0106", "A2", "0000"},
+                                            {"0106", "A3", "7FFF"},
+                                            {"0107", "B2", "0000"}})
+        image.add(17, bodyOf(std::string(array) + " FFFE 0048 0040 " + size + " 09 00 'DIMM " + name +
+                             "' 'Bank' 18 0280 0535 'Maker' 'Ser' 'Tag' 'Part' 02 00010000 042A"));
+    image.add(1, bodyOf("'Maker' 'Server' 'R1' 'S123' 33221100554477668899AABBCCDDEEFF 06 'SKU-1' 'Family-1'"));
+    image.add(10, bodyOf("83 'Graphics' 05 'Network'"));
+    image.add(13, bodyOf("01 01 *15 'enUS'"));
+    image.add(24, bodyOf("64"));
+    image.add(38, bodyOf("01 20 20 FF 0000000000000CA3 00 00"));
+    image.add(133, bodyOf("BF000000 00100000"));
+    image.add(127, {});
     return image;
 }

@@ -5,8 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using ::testing::ElementsAre;
-
 namespace {
 
 /// An SDR of `type` whose id stands behind the type and length byte at `place`.
@@ -19,19 +17,6 @@ SDREntry named(int type, std::size_t place, std::vector<std::uint8_t> typeLength
 }
 
 } // namespace
-
-TEST(Records, FactorsAreSignExtendedFromTheirPackedBits)
-{
-    auto sdr = voltageSdr();
-    sdr[24] = 0x34;
-    sdr[25] = 0x9F; // M = 234h, negative in ten bits
-    sdr[26] = 0x12;
-    sdr[27] = 0x7F; // B = 112h
-    sdr[29] = 0x8E; // result exponent -8, B exponent -2
-    std::array<short, 4> factors{};
-    SDREntry(sdr.data(), static_cast<int>(sdr.size())).getConversionFactors(factors.data());
-    EXPECT_THAT(factors, ElementsAre(0x234 - 0x400, 0x112, -2, -8));
-}
 
 TEST(Records, OnlyAFullRecordWithALinearFormulaIsLinear)
 {
