@@ -151,7 +151,7 @@ std::string sensorName(const Family& family, int sensorNumber, const Found& foun
 {
     const std::string path = "/BMC/SENSOR[" + std::to_string(sensorNumber) + "]";
     const std::string complaint = std::string("\n ") + family.name + " SensorNamequery failed";
-    const std::string name = found.isOnly ? nameAt(path, complaint) : "";
+    std::string name = found.isOnly ? nameAt(path, complaint) : "";
     if (!name.empty() || found.record.empty())
         return name;
     const ipmi::SdrView sensor(found.record);

@@ -111,7 +111,7 @@ protected:
     {
         char* out = nullptr;
         EXPECT_EQ((group.*get)(attribute, row, out), 0);
-        const std::string text = out ? out : "none";
+        std::string text = out ? out : "none";
         std::free(out);
         return text;
     }

@@ -3,6 +3,8 @@
 #include "client/words/Numbers.hpp"
 #include "tests/client/ClientFixture.hpp"
 
+#include <algorithm>
+
 namespace {
 
 using client::readings::SensorDatabase;

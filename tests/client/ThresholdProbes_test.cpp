@@ -27,7 +27,7 @@ protected:
     {
         char* out = nullptr;
         EXPECT_EQ(group.getStrData(attribute, 0, out), 0);
-        const std::string word = out;
+        std::string word = out;
         std::free(out);
         return word;
     }
