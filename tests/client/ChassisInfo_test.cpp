@@ -27,7 +27,7 @@ protected:
     {
         char* out = nullptr;
         EXPECT_EQ(group.getStrInfo(attribute, 0, out), 0) << attribute;
-        const std::string copy = out ? out : "none";
+        std::string copy = out ? out : "none";
         std::free(out);
         return copy;
     }
