@@ -126,13 +126,20 @@ Steps addressSensor(const Form& form)
         Copy("$SENSOR_NUMBER", "$/BMC/SENSOR/NUMBER"),
     });
     if (!form.hasOwner)
-        return script({checked, Copy("$/BMC/BASE_ADDRESS", "$/BMC/SENSOR_OWNER"), Copy("00", "$/BMC/SENSOR_LUN")});
+        return script({
+            checked,
+            Copy("$/BMC/BASE_ADDRESS", "$/BMC/SENSOR_OWNER"),
+            Copy("00", "$/BMC/SENSOR_LUN"),
+        });
+    // The other bits of the LUN's byte are the channel.
     return script({
-        checked, Map("$OWNER_NUMBER", "HEX2DEC", "$OWNER_IN_DEC"),
+        checked,
+        Map("$OWNER_NUMBER", "HEX2DEC", "$OWNER_IN_DEC"),
         Assert("$OWNER_IN_DEC", "RANGE_CHECK", "0", "255", "$ASSERT_VALUE"),
-        Map("$LUN_NUMBER", "HEX2DEC", "$LUN_IN_DEC"), Assert("$LUN_IN_DEC", "RANGE_CHECK", "0", "255", "$ASSERT_VALUE"),
+        Map("$LUN_NUMBER", "HEX2DEC", "$LUN_IN_DEC"),
+        Assert("$LUN_IN_DEC", "RANGE_CHECK", "0", "255", "$ASSERT_VALUE"),
         Copy("$OWNER_NUMBER", "$/BMC/SENSOR_OWNER"),
-        Map("$LUN_NUMBER", "MASK", "3", "$/BMC/SENSOR_LUN"), // its other bits are the channel
+        Map("$LUN_NUMBER", "MASK", "3", "$/BMC/SENSOR_LUN"),
     });
 }
 
