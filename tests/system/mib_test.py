@@ -19,6 +19,13 @@ class Module(unittest.TestCase):
         done = subprocess.run([ROOT / "tools" / "mkmib", "--check"], capture_output=True, text=True)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
+    def test_a_wrong_word_writes_nothing(self):
+        for word, status in (("chek", 2), ("--help", 0)):
+            written = (MIBS / "HWAGENT-MIB.txt").stat().st_mtime_ns
+            done = subprocess.run([ROOT / "tools" / "mkmib", word], capture_output=True, text=True)
+            self.assertEqual((done.returncode, (done.stdout + done.stderr).split()[0]), (status, "usage:"))
+            self.assertEqual((MIBS / "HWAGENT-MIB.txt").stat().st_mtime_ns, written)
+
     def test_smilint_finds_nothing(self):
         done = subprocess.run(["smilint", "-l", "4", str(MIBS / "HWAGENT-MIB.txt")], capture_output=True, text=True,
                               env=dict(os.environ, SMIPATH=str(MIBS / "minimal")))
@@ -32,6 +39,8 @@ class Module(unittest.TestCase):
     def test_every_trap_and_its_objects_are_found_by_oid_and_by_name(self):
         objects = [(c.name, dotted((*BASE, TRAP_ARC, TRAP_OBJECT_ARC, c.suffix))) for c in TRAP_OBJECTS]
         self.check_both_ways([(trap.name, dotted(trap.oid)) for trap in TRAPS] + objects)
+        masters = ["1.3.6.1.6.3.1.1.5.1", "1.3.6.1.6.3.1.1.4.3.0"]  # of the first trap that a manager sees
+        self.assertEqual(self.translate(masters, "-m", "SNMPv2-MIB"), ["SNMPv2-MIB::coldStart", "SNMPv2-MIB::snmpTrapEnterprise.0"])
 
     def test_the_agent_sends_the_traps_that_the_table_names(self):
         sent = re.findall(r"TrapOid (\w+) = (?:client::traps::)?trapOid\((\d+), (\d+)\);", (ROOT / "client" / "traps" / "TrapOids.hpp").read_text())

@@ -84,23 +84,27 @@ def _scalars(name, entity, arc, title, prefix, columns):
 
 
 def _table(name, entity, attributes, arc, title, prefix, columns):
-    made = [Column(1, prefix + "Index", "index", "The row's place in its table, from 1 without gaps.", kind="index")]
+    made = [Column(1, prefix + "Index", "index", "The row's place in its table, from 1 without gaps. It is "
+                   "given when the agent starts, and may be another after the next start.", kind="index")]
     made += [Column(suffix=i, **{**c, "name": prefix + c["name"], "attribute": f"{attributes}_{c['attribute']}"})
              for i, c in enumerate(columns, 2)]
     return MibObject(name, entity, arc, title, made, entry=name.removesuffix("Table") + "Entry")
 
 
-def _head(thing):
+SENSOR_ID = "its number times 65536, plus its owner's address times 256, plus its LUN"
+
+
+def _head(thing, device_id=SENSOR_ID):
     """The first columns of every table."""
-    return [_number("DeviceId", "DEVICEID", f"Identifies the {thing}: for a sensor its number times 65536, plus the "
-                    "owner's address times 256, plus the LUN. Events name it by this number."),
+    return [_number("DeviceId", "DEVICEID", f"Identifies the {thing}: {device_id}. It stays when rows move, so it is the "
+                    "key to keep; traps carry it."),
             _text("Description", "DESCRIPTION", f"Name of the {thing}."),
             _text("StatusString", "STATUSSTRING", f"State of the {thing} in a word: Unavailable, Healthy, Warning or "
                   "Critical."),
             _number("Status", "STATUS", f"State of the {thing}.", values=STATUS)]
 
 
-def _probe(thing, units, resolution_units=None):
+def _probe(thing, units, tolerance_units, resolution_units, resolution_note=""):
     """Columns of a sensor with a reading and six thresholds."""
     bounds = (("UpperNonRecoverable", "UPPERNONREC", "Upper non-recoverable"),
               ("UpperCritical", "UPPERCRITICAL", "Upper critical"),
@@ -108,14 +112,24 @@ def _probe(thing, units, resolution_units=None):
               ("LowerNonCritical", "LOWERNONCRI", "Lower non-critical"),
               ("LowerCritical", "LOWERCRITICAL", "Lower critical"),
               ("LowerNonRecoverable", "LOWERNONREC", "Lower non-recoverable"))
-    columns = _head(thing) + [_number("Reading", "READING", f"Present reading; {NO_VALUE} when there is none.", units)]
+    columns = _head(thing) + [_number("Reading", "READING", f"Latest reading; {NO_VALUE} when there is none. It is "
+                                      "some seconds old while the agent is being asked; the first request after a pause "
+                                      "may get an older one. When a read fails, the reading of before stays.", units)]
     columns += [{**_number(f"{name}Threshold", f"{attribute}THRESHOLD",
                            f"{words} threshold; {NO_VALUE} when there is none. Sets are refused.", units),
                  "writable": True} for name, attribute, words in bounds]
-    return columns + [_number("Resolution", "RESOLUTION", "Step of the reading.", units),
-                      _number("Tolerance", "TOLERANCE", "Tolerance of the reading.", units),
-                      _number("Accuracy", "ACCURACY", "Accuracy of the reading, in hundredths of a percent.")]
+    return columns + [
+        _number("Resolution", "RESOLUTION", "Step between two neighbouring readings; 0 for a sensor that is not linear."
+                f"{resolution_note} The unit is not the reading's.", resolution_units),
+        _number("Tolerance", "TOLERANCE", "How far a reading may be off by its conversion: twice the step times the sensor "
+                "record's tolerance, cut to whole units, which is four times what IPMI has it be; negative when the record's "
+                f"number is 32 or more. 0 when the record tells none; {NO_VALUE} when it could not be read.", tolerance_units),
+        _number("Accuracy", "ACCURACY", "How far the sensor itself may be off, of its full scale. The sensor record's exponent "
+                f"is not applied, so each of its units makes this ten times too small. {NO_VALUE} when it could not be read.",
+                "0.01 percent")]
 
+
+BELOW_ONE = " A step below a whole unit shows as 0, so nearly all do."
 
 CONTAINER_TYPES = {i: label for i, label in enumerate((
     "other", "unknown", "desktop", "lowProfileDesktop", "pizzaBox", "miniTower", "tower", "portable", "laptop", "notebook",
@@ -141,7 +155,11 @@ PROCESSOR_TYPES = {0: "notRead", 1: "other", 2: "unknown", 3: "centralProcessor"
 
 OBJECTS = (
     _scalars("systemManagementSoftwareGroup", "SMINFO", (100,), "The agent and the health of the whole system.", "system", [
-        _number("HealthStatus", "HEALTHSTATUS", "Worst state of all rows of all tables; events move it.", values=STATUS),
+        _number("HealthStatus", "HEALTHSTATUS", "Health of the whole system. When the agent starts it is "
+                "the worst status of the rows of processors, memory, voltages, currents, fans and temperatures; rows of "
+                "sensors that report states do not count, nor does the chassis. From then on events of processors, supplies, "
+                "power units, memory, voltages, fan speeds and temperatures move it, not readings: watch the status columns "
+                "too. It is healthy when no management controller answers and all tables but the firmware's are empty.", values=STATUS),
         _text("PlatformDescription", "PLATFORMDESC", "Description of the platform, from the configuration file."),
         _number("PlatformId", "PLATFORMID", "Number of the platform, from the configuration file."),
         _number("TrapsEnabled", "TRAPSENABLED", "Whether events become traps.", values=SWITCH),
@@ -169,16 +187,16 @@ OBJECTS = (
         _text("Name", "NAME", "Name of the chassis."),
         _text("AssetTag", "ASSETTAG", "Asset tag of the product.")]),
     _table("processorDeviceTable", "PROCESSOR", "PROC", (300, 10), "Processors that are fitted.", "processor",
-           _head("processor") + [
+           _head("processor", "the number of its sensor") + [
         _number("Type", "TYPE", "Kind of processor.", values=PROCESSOR_TYPES),
         _text("PartNumber", "PARTNUMBER", "Part number."),
         _text("ManufacturerName", "MANUFACTURERNAME", "Maker."),
         _number("Family", "FAMILY", "Family, by the SMBIOS processor family table."),
         _text("VersionName", "VERSIONNAME", "Version."),
-        _number("MaxSpeed", "MAXSPEED", "Highest speed.", "megahertz"),
-        _number("CurrentSpeed", "CURRENTSPEED", "Speed at boot.", "megahertz"),
-        _number("ExternalClockSpeed", "EXTCLOCKSPEED", "External clock.", "megahertz"),
-        _number("Voltage", "VOLTAGE", "Core voltage; 0 when SMBIOS does not tell it.", "millivolts"),
+        _number("MaxSpeed", "MAXSPEED", "Highest speed; 0 when unknown.", "MHz"),
+        _number("CurrentSpeed", "CURRENTSPEED", "Speed at boot; 0 when unknown.", "MHz"),
+        _number("ExternalClockSpeed", "EXTCLOCKSPEED", "External clock; 0 when unknown.", "MHz"),
+        _number("Voltage", "VOLTAGE", "Core voltage; 0 when SMBIOS does not tell it.", "mV"),
         _number("UpgradeMethod", "UPGRADEMETHOD", "Kind of socket; a newer one is other.", values=UPGRADES),
         _text("SocketDesignation", "SOCKETDESIGNATION", "Name of the socket."),
         _text("ProcessorId", "PROCESSORID", "Identification bytes of the processor.")]),
@@ -190,37 +208,37 @@ OBJECTS = (
     _table("powerSupplyTable", "POWERSUPPLY", "POWERSUPPLY", (400, 20), "Power supplies.", "powerSupply",
            _head("power supply")),
     _table("voltageProbeTable", "VOLTAGE", "VOLTAGE", (400, 30), "Voltages.", "voltage",
-           _probe("voltage sensor", "millivolts")),
+           _probe("voltage sensor", "mV", "V", "V", BELOW_ONE)),
     _table("discreteVoltageProbeTable", "DISCRETEVOLTAGE", "DISCRETEVOLTAGE", (400, 40), "Voltage sensors that report states.",
            "discreteVoltage", _head("voltage sensor") + [
         _number("Performance", "PERFORMANCE", "Whether the voltage is as it should be.", values=PERFORMANCE)]),
     _table("currentProbeTable", "CURRENT", "CURRENT", (400, 50), "Currents.", "current",
-           _probe("current sensor", "milliamperes")),
+           _probe("current sensor", "mA", "A", "A", BELOW_ONE)),
     _table("physicalMemoryArrayTable", "MEMORYARRAY", "MEMORYARRAY", (500, 10), "Memory arrays that hold modules.",
-           "memoryArray", _head("memory array") + [
+           "memoryArray", _head("memory array", "its number among the arrays") + [
         _number("Location", "LOCATION", "Where the array is.", values=ARRAY_LOCATIONS),
-        _number("MaxCapacity", "MAXCAPACITY", "Most that the array can hold.", "kilobytes"),
+        _number("MaxCapacity", "MAXCAPACITY", "Most that the array can hold.", "kB"),
         _number("NumberOfDevices", "NUMOFDEVICE", "Places for modules."),
         _number("ErrorCorrection", "ERRORCORRECTION", "Error correction.", values=CORRECTIONS),
-        _number("Handle", "HANDLE", "SMBIOS handle of the error information."),
+        _number("Handle", "HANDLE", "SMBIOS handle of the error information; 65534 when there is none, 65535 when it told of no error."),
         _number("UsageCode", "USAGECODE", "What the array is used for.", values=ARRAY_USES),
         _text("Tag", "TAG", "Tag of the array."),
         _number("UsedSlots", "USEDSLOT", "Places that hold a module.")]),
     _table("physicalMemoryDeviceTable", "MEMORYDEVICE", "MEMORYDEVICE", (500, 20), "Memory modules that are fitted.",
-           "memoryDevice", _head("memory module") + [
+           "memoryDevice", _head("memory module", "its number among the modules of its table") + [
         _text("Tag", "TAG", "Tag of the module."),
         _number("Handle", "HANDLE", "SMBIOS handle."),
         _number("AssociatedArray", "ASSOCIATEDARRAY", "Number of the memory array that holds the module."),
-        _number("TotalWidth", "TOTALWIDTH", "Width with check bits.", "bits"),
-        _number("DataWidth", "DATAWIDTH", "Width without check bits.", "bits"),
-        _number("Size", "SIZE", "Size.", "megabytes"),
+        _number("TotalWidth", "TOTALWIDTH", "Width with check bits; 0 or 65535 when unknown.", "bits"),
+        _number("DataWidth", "DATAWIDTH", "Width without check bits; 0 or 65535 when unknown.", "bits"),
+        _number("Size", "SIZE", "Size; 0 when unknown.", "MB"),
         _number("FormFactor", "FORMFACTOR", "Form factor.", values=FORM_FACTORS),
         _text("Locator", "LOCATOR", "Name of the place on the board."),
         _text("BankLabel", "BANKLABEL", "Name of the bank."),
         _number("MemoryType", "MEMORYTYPE", "Kind of memory; a newer one is other.", values=MEMORY_TYPES),
         _number("TypeDetail", "TYPEDETAIL", "Sum of 8 fast-paged, 16 static column, 32 pseudo-static, 64 Rambus, 128 synchronous, "
                 "256 CMOS, 512 EDO, 1024 window DRAM, 2048 cache DRAM, 4096 non-volatile."),
-        _number("Speed", "SPEED", "Highest speed.", "megahertz"),
+        _number("Speed", "SPEED", "Highest speed; 0 or 65535 when unknown.", "MHz"),
         _text("Manufacturer", "MANUFACTURER", "Maker."),
         _text("SerialNumber", "SERIALNUMBER", "Serial number."),
         _text("AssetTag", "ASSETTAG", "Asset tag."),
@@ -232,12 +250,12 @@ OBJECTS = (
         _number("RedundancyStatus", "REDUNDANCYSTATUS", "Redundancy of the fans.", values=REDUNDANCY),
         _text("Caption", "CAPTION", "Caption of the row.")]),
     _table("coolingDeviceTable", "COOLINGDEVICE", "COOLINGDEVICE", (600, 20), "Fans.", "coolingDevice",
-           _probe("fan", "revolutions per minute")),
+           _probe("fan", "rpm", "rpm", "0.1 rpm")),
     _table("discreteCoolingDeviceTable", "DISCRETECOOLING", "DISCRETECOOLING", (600, 30), "Fan sensors that report states.",
            "discreteCooling", _head("fan sensor") + [
         _number("Performance", "PERFORMANCE", "Whether the fan is as it should be.", values=PERFORMANCE)]),
     _table("temperatureProbeTable", "TEMPERATURE", "TEMPERATURE", (600, 40), "Temperatures.", "temperature",
-           _probe("temperature sensor", "tenths of a degree Celsius")),
+           _probe("temperature sensor", "0.1 degrees C", "0.1 degrees C", "0.01 degrees C")),
     _table("driveSlotPresenceSensorTable", "DRIVESLOT", "DRIVESLOT_PRESENCE_SENSOR", (700, 10), "Drive slots.", "driveSlot",
            _head("drive slot") + [
         _text("PresenceStatusString", "PRESENCESTATUSSTRING", "Whether a drive is in the slot.")]),

@@ -6,9 +6,8 @@ import subprocess
 from .mibtable import NO_VALUE, OBJECTS, STATUS, dotted
 
 # what a printed number is divided by, its form, and the unit behind it
-SCALE = {"millivolts": (1000, ".3f", "V"), "milliamperes": (1000, ".3f", "A"), "tenths of a degree Celsius": (10, ".1f", "°C"),
-         "revolutions per minute": (1, ".0f", "RPM"), "megahertz": (1, ".0f", "MHz"), "megabytes": (1 << 10, "g", "GB"),
-         "kilobytes": (1 << 20, "g", "GB")}
+SCALE = {"mV": (1000, ".3f", "V"), "mA": (1000, ".3f", "A"), "0.1 degrees C": (10, ".1f", "°C"), "MB": (1 << 10, "g", "GB"),
+         "kB": (1 << 20, "g", "GB")}
 SHORT = {"UpperNonRecoverableThreshold": "unr", "UpperCriticalThreshold": "uc", "UpperNonCriticalThreshold": "unc",
          "LowerNonCriticalThreshold": "lnc", "LowerCriticalThreshold": "lc", "LowerNonRecoverableThreshold": "lnr",
          "StatusString": "status", "Status": "no.", "Index": "row"}
