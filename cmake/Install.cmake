@@ -6,7 +6,15 @@ foreach(program hwAgent hwquery)
     install(TARGETS ${program} RUNTIME DESTINATION ${HWAGENT_HOME}/bin)
   endif()
 endforeach()
-install(FILES packaging/hwagent.conf DESTINATION ${HWAGENT_HOME}/conf)
+# The configuration is the administrator's once it is there: an upgrade puts the new one beside it.
+install(CODE "
+  set(place \"${HWAGENT_HOME}/conf\")
+  set(name hwagent.conf)
+  if(EXISTS \"\$ENV{DESTDIR}\${place}/hwagent.conf\")
+    set(name hwagent.conf.dist)
+  endif()
+  file(INSTALL \"${PROJECT_SOURCE_DIR}/packaging/hwagent.conf\" DESTINATION \"\${place}\" RENAME \"\${name}\")
+")
 # The default directory of the query interface for its translation files.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION /usr/local/share/morvandale
         FILES_MATCHING PATTERN "*.ini")
