@@ -2,38 +2,11 @@
 
 #include "tests/client/ClientFixture.hpp"
 
-#include <cstdlib>
-
 namespace {
 
 constexpr char intrusionReading[] = "/BMC/SENSOR[115]/VALUE";
 
-class Chassis : public ClientFixture {
-protected:
-    /// The answer, or the result if that is not 0.
-    long info(_SMAttribute attribute)
-    {
-        long out = -1;
-        const int result = group.getIntInfo(attribute, 0, out);
-        return result ? result : out;
-    }
-    long data(_SMAttribute attribute)
-    {
-        long out = -1;
-        EXPECT_EQ(group.getIntData(attribute, 0, out), 0) << attribute;
-        return out;
-    }
-    std::string text(_SMAttribute attribute)
-    {
-        char* out = nullptr;
-        EXPECT_EQ(group.getStrInfo(attribute, 0, out), 0) << attribute;
-        std::string copy = out ? out : "none";
-        std::free(out);
-        return copy;
-    }
-
-    chassisInfo group;
-};
+using Chassis = ClientFixture;
 
 TEST_F(Chassis, OnlyAnOpenLidIsCritical)
 {
@@ -54,29 +27,27 @@ TEST_F(Chassis, OnlyAnOpenLidIsCritical)
         sdk.answer(intrusionReading, lid.reading);
         chassisInfo enclosure;
         enclosure.init();
-        long out = -1;
-        EXPECT_EQ(enclosure.getIntData(CHASSIS_STATUS, 0, out), 0);
-        EXPECT_EQ(out, lid.status) << lid.eventType;
+        EXPECT_EQ(intData(enclosure, CHASSIS_STATUS), lid.status) << lid.eventType;
     }
 }
 
 TEST_F(Chassis, WithoutAnythingToReadTheRowIsUnknownAndHealthy)
 {
+    chassisInfo group;
     traceWanted = true;
     testing::internal::CaptureStderr();
     EXPECT_EQ(group.init(), 0);
-    EXPECT_EQ(data(CHASSIS_SECURITYSTATE), 0);
+    EXPECT_EQ(intData(group, CHASSIS_SECURITYSTATE), 0);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("on /SMBIOS/Type3/Operation: "), std::string::npos);
     traceWanted = false;
-    EXPECT_EQ(data(CHASSIS_STATUS), 2);
-    EXPECT_EQ(data(CHASSIS_BOOTSTATE), 1);
-    EXPECT_EQ(data(CHASSIS_LOCKSTATE), 0);
-    EXPECT_EQ(info(CHASSIS_CONTAINERTYPE), 2);
-    EXPECT_EQ(info(CHASSIS_POPWDSTATUS), 2);
-    EXPECT_EQ(text(CHASSIS_SERIALNUMBER), "");
-    long out = 0;
-    EXPECT_EQ(group.getIntData(CHASSIS_STATUS, 1, out), 25);
-    EXPECT_EQ(group.getIntData(CHASSIS_NAME, 0, out), 9);
+    EXPECT_EQ(intData(group, CHASSIS_STATUS), 2);
+    EXPECT_EQ(intData(group, CHASSIS_BOOTSTATE), 1);
+    EXPECT_EQ(intData(group, CHASSIS_LOCKSTATE), 0);
+    EXPECT_EQ(intInfo(group, CHASSIS_CONTAINERTYPE), 2);
+    EXPECT_EQ(intInfo(group, CHASSIS_POPWDSTATUS), 2);
+    EXPECT_EQ(strInfo(group, CHASSIS_SERIALNUMBER), "");
+    EXPECT_EQ(intData(group, CHASSIS_STATUS, 1), -25);
+    EXPECT_EQ(intData(group, CHASSIS_NAME), -9);
 }
 
 } // namespace

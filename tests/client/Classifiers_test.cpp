@@ -130,40 +130,6 @@ TEST_F(Classifying, TheFirmwaresOwnProcessorRecordsSayThemselvesHowGraveTheyAre)
     }
 }
 
-TEST_F(Classifying, SomeFamiliesTakeTheTranslatorsWords)
-{
-    constexpr Case translated[] = {
-        {0x04, 0x0B, 1, 5, 5, "redundancy lost. Status is Critical"},
-        {0x0A, 0x0B, 4, 5, 0, "left out. Status is Critical"},
-        {0x0A, 0x0B, 7, 5, 0, "left out. Status is Critical"},
-        {0x0A, 0x8B, 0, 5, 4, "no longer full. Status is Non-Critical"},
-        {0x08, 0x6F, 6, 10, 5, "configuration error. Status is Critical"},
-        {0x08, 0x6F, 7, 10, 0, "beyond the table. Status is Critical"},
-        {0x08, 0xEF, 1, 10, 3, "power supply failure is over. Status is OK"},
-        {0x0C, 0x6F, 8, 8, 3, "spare. Status is OK"},
-        {0x0C, 0x6F, 9, 8, 0, "beyond the table. Status is OK"},
-        {0x0C, 0x6F, 1, 8, 2, "no severity in the tail"},
-    };
-    for (const Case& made : translated) {
-        SCOPED_TRACE(made.text);
-        const auto got = route(made.sensorType, made.trigger, made.data1, made.text);
-        ASSERT_EQ(got.size(), 1U);
-        EXPECT_EQ(got[0].nEventGroup, made.group);
-        EXPECT_EQ(got[0].nSeverity, made.severity);
-        EXPECT_STREQ(got[0].stEventDesc, made.text);
-    }
-}
-
-TEST_F(Classifying, SensorTypesWithoutATrapMakeNoEvent)
-{
-    EXPECT_THAT(route(0x09, 0x6F, 0), IsEmpty());
-    EXPECT_THAT(route(0x14, 0x6F, 0), IsEmpty());
-    const std::string said = diagnosticsOf([this] { route(0xF0, 0xEF, 0, "words"); });
-    EXPECT_THAT(said, HasSubstr("Generic event occured.\nEntering Generic_EventOccurred()...\nChecking for "
-                                "assertion.\nEvent description words\n"));
-    EXPECT_THAT(clock.sleeps, IsEmpty());
-}
-
 TEST_F(Classifying, GroupsWithoutACloneAreAskedFiveTimesWithHoursBetween)
 {
     for (const int sensorType : {0x06, 0x11, 0x23}) {

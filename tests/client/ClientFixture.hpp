@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/groups/BaseContainer.hpp"
 #include "client/query/CacheState.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/Trace.hpp"
@@ -7,6 +8,7 @@
 #include "common/ResultStatus.hpp"
 #include "tests/support/FakeClock.hpp"
 
+#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
@@ -134,6 +136,41 @@ protected:
     {
         sdk.answer(sensor.path() + "/INTERPRET_SENSOR_VALUE", value);
         cache_map.clear();
+    }
+
+    /// What `get` answers for an attribute; its result, negative, if that is not 0.
+    static long number(BaseAccessor& group, int (BaseAccessor::*get)(_SMAttribute, int, long&), _SMAttribute attribute,
+                       int row)
+    {
+        long out = -1;
+        const int result = (group.*get)(attribute, row, out);
+        return result ? -result : out;
+    }
+    static long intInfo(BaseAccessor& group, _SMAttribute attribute, int row = 0)
+    {
+        return number(group, &BaseAccessor::getIntInfo, attribute, row);
+    }
+    static long intData(BaseAccessor& group, _SMAttribute attribute, int row = 0)
+    {
+        return number(group, &BaseAccessor::getIntData, attribute, row);
+    }
+    /// The same for texts, "! 9" for a result.
+    static std::string text(BaseAccessor& group, int (BaseAccessor::*get)(_SMAttribute, int, char*&),
+                            _SMAttribute attribute, int row)
+    {
+        char* out = nullptr;
+        const int result = (group.*get)(attribute, row, out);
+        std::string copy = out ? out : "none";
+        std::free(out);
+        return result ? "! " + std::to_string(result) : copy;
+    }
+    static std::string strInfo(BaseAccessor& group, _SMAttribute attribute, int row = 0)
+    {
+        return text(group, &BaseAccessor::getStrInfo, attribute, row);
+    }
+    static std::string strData(BaseAccessor& group, _SMAttribute attribute, int row = 0)
+    {
+        return text(group, &BaseAccessor::getStrData, attribute, row);
     }
 
     ScriptedBackend sdk;

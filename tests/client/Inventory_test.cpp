@@ -25,13 +25,6 @@ protected:
     }
 
     static _XNode branch() { return {.mType = NODE_NONLEAF, .mXNodeList = {}, .mOptionMap = {}}; }
-
-    static long number(BaseAccessor& group, _SMAttribute attribute, int row)
-    {
-        long out = -1;
-        EXPECT_EQ(group.getIntInfo(attribute, row, out), 0) << attribute;
-        return out;
-    }
 };
 
 TEST_F(Inventory, ProcessorsTakeTheNumbersOfTheirSensorsInOrder)
@@ -49,8 +42,8 @@ TEST_F(Inventory, ProcessorsTakeTheNumbersOfTheirSensorsInOrder)
         cache_map.clear();
         processorDevice group;
         group.init();
-        EXPECT_EQ(number(group, PROC_DEVICEID, 0), 0x9A);
-        EXPECT_EQ(number(group, PROC_DEVICEID, 1), second);
+        EXPECT_EQ(intInfo(group, PROC_DEVICEID), 0x9A);
+        EXPECT_EQ(intInfo(group, PROC_DEVICEID, 1), second);
     }
 }
 
@@ -109,15 +102,13 @@ TEST_F(Inventory, MissingRowsAndForeignAttributesHaveTheirResults)
     static_cast<memoryArray&>(*cases[1].group).init();
     static_cast<memoryDevice&>(*cases[2].group).init();
     for (const Case& each : cases) {
-        long out = 0;
-        char* block = nullptr;
         for (const int row : {-1, each.group->getCount()}) {
-            EXPECT_EQ(each.group->getIntInfo(each.number, row, out), each.noRow);
-            EXPECT_EQ(each.group->getStrInfo(each.text, row, block), each.noRow);
+            EXPECT_EQ(intInfo(*each.group, each.number, row), -each.noRow);
+            EXPECT_EQ(strInfo(*each.group, each.text, row), "! " + std::to_string(each.noRow));
         }
-        EXPECT_EQ(each.group->getIntInfo(each.text, 0, out), 9);
-        EXPECT_EQ(each.group->getStrInfo(each.number, 0, block), 9);
-        EXPECT_EQ(each.group->getIntData(each.number, 0, out), 4);
+        EXPECT_EQ(intInfo(*each.group, each.text), -9);
+        EXPECT_EQ(strInfo(*each.group, each.number), "! 9");
+        EXPECT_EQ(intData(*each.group, each.number), -4);
     }
 }
 

@@ -149,21 +149,6 @@ TEST_F(QueryClient, LockLeftByADeadProcessOfThisNumberIsRemovedAtTheFirstQuery)
     EXPECT_TRUE(clock.sleeps.empty());
 }
 
-TEST(StateWords, OddTextsStayAsManagersKnowThem)
-{
-    static constexpr std::pair<const char*, const char*> mapped[] = {
-        {"I/O_CARD_AREA_INTRUSION", "I//O_CARD_AREA_INTRUSION"},
-        {"IERR", "IERR (Internal Error"},
-        {"CPU_DIDNT_START", "FRB3:"},
-        {"THREMAL_PRESENCE_DETECTED", "Terminator Presence Detected"},
-        {"PREDICTIVE_FAILURE", "predictive failure has been detected for the power supply"},
-        {"LIMIT_NOT_EXCEEDED", "performance has been met"},
-        {"DEVICE_INSERTED/DEVICE_PRESENT", "Device Inserted/Present"},
-    };
-    for (const auto& [word, text] : mapped)
-        EXPECT_STREQ(MapQLStrToSNMPStr(word), text) << word;
-}
-
 TEST(StateWords, ListsAreMappedWordByWord)
 {
     traceWanted = false;

@@ -95,6 +95,8 @@ struct FakeCalls : osinfo::OsCalls {
     int ioctlResult = 0;
 };
 
+using Texts = std::vector<std::string>;
+
 class OsInfo : public testing::Test {
 protected:
     TempRoot root;
@@ -108,14 +110,11 @@ TEST_F(OsInfo, HostWithoutANameIsNone)
 {
     _OSINFO info;
     GetOSInfo(info);
-    EXPECT_EQ(info.HostName, "host");
-    EXPECT_EQ(info.NodeName, "node");
-    EXPECT_EQ(info.Machine, "x86_64");
+    EXPECT_EQ((Texts{info.HostName, info.NodeName, info.Machine}), (Texts{"host", "node", "x86_64"}));
     calls.name = "";
     calls.kernelResult = -1;
     GetOSInfo(info);
-    EXPECT_EQ(info.HostName, "(none)");
-    EXPECT_EQ(info.NodeName, "");
+    EXPECT_EQ((Texts{info.HostName, info.NodeName}), (Texts{"(none)", ""}));
 }
 
 TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
@@ -139,12 +138,9 @@ TEST_F(OsInfo, MemoryIsTakenByLabelAndOddLinesLeaveBlanks)
                                     "VmallocUsed:       15100 kB");
     _MEMINFO info;
     GetMemInfo(info);
-    EXPECT_EQ(info.TotalPhysical, "24684088");
-    EXPECT_EQ(info.FreePhysical, "");
-    EXPECT_EQ(info.TotalSwap, "");
-    EXPECT_EQ(info.FreeSwap, "77");
-    EXPECT_EQ(info.TotalVirtual, "34359738367");
-    EXPECT_EQ(info.FreeVirtual, "34359723267");
+    EXPECT_EQ((Texts{info.TotalPhysical, info.FreePhysical, info.TotalSwap, info.FreeSwap, info.TotalVirtual,
+                     info.FreeVirtual}),
+              (Texts{"24684088", "", "", "77", "34359738367", "34359723267"}));
     root.write("/proc/meminfo", "VmallocTotal: 10 kB\nVmallocUsed: 11 kB\n");
     GetMemInfo(info);
     EXPECT_EQ(info.FreeVirtual, "0");
@@ -162,16 +158,12 @@ TEST_F(OsInfo, InterfacesHaveAddressStateGatewayAndBootProtocol)
     std::vector<_NICINFO> nics(3);
     GetNICInfo(nics);
     ASSERT_EQ(nics.size(), 2U);
-    EXPECT_EQ(nics[0].Name, "eth1");
-    EXPECT_EQ(nics[0].MacAddress, "00:1b:a1:ff:4d:05");
-    EXPECT_EQ(nics[0].State, "UP");
-    EXPECT_EQ(nics[0].DefaultGateway, "10.0.1.1");
-    EXPECT_EQ(nics[0].FixedAddress, "YES");
-    EXPECT_EQ(nics[1].MacAddress, "");
-    EXPECT_EQ(nics[1].State, "");
-    EXPECT_EQ(nics[1].DefaultGateway, "10.0.10.1");
+    const auto textsOf = [](const _NICINFO& nic) {
+        return Texts{nic.Name, nic.MacAddress, nic.State, nic.DefaultGateway, nic.FixedAddress};
+    };
+    EXPECT_EQ(textsOf(nics[0]), (Texts{"eth1", "00:1b:a1:ff:4d:05", "UP", "10.0.1.1", "YES"}));
+    EXPECT_EQ(textsOf(nics[1]), (Texts{"eth10", "", "", "10.0.10.1", "NO"}));
     EXPECT_EQ(nics[1].BootProtocol, "dhcp");
-    EXPECT_EQ(nics[1].FixedAddress, "NO");
     EXPECT_TRUE(calls.allClosed(4)) << "sockets";
     calls.interfaceFlags = 0;
     GetDriverInfo("eth1", nics.begin());
@@ -207,16 +199,13 @@ TEST_F(OsInfo, FileSystemsAreReadAroundBlanksAndOddLines)
     std::vector<_DRIVEINFO> drives;
     GetDriveData(drives);
     ASSERT_EQ(drives.size(), 4U);
-    EXPECT_EQ(drives[0].Name, "/dev/sda1");
-    EXPECT_EQ(drives[0].MountPoint, "/");
-    EXPECT_EQ(drives[0].Size, "1000");
-    EXPECT_EQ(drives[0].Free, "250");
-    EXPECT_EQ(drives[0].UsedPercent, "75.000000");
-    EXPECT_EQ(drives[1].Name, "//server/my share");
-    EXPECT_EQ(drives[1].MountPoint, "/mnt/my share");
-    EXPECT_EQ(drives[2].Size + drives[2].Free + drives[2].UsedPercent, "");
-    EXPECT_EQ(drives[3].Name, "zero");
-    EXPECT_EQ(drives[3].UsedPercent, "");
+    const auto textsOf = [](const _DRIVEINFO& drive) {
+        return Texts{drive.Name, drive.MountPoint, drive.Size, drive.Free, drive.UsedPercent};
+    };
+    EXPECT_EQ(textsOf(drives[0]), (Texts{"/dev/sda1", "/", "1000", "250", "75.000000"}));
+    EXPECT_EQ(textsOf(drives[1]), (Texts{"//server/my share", "/mnt/my share", "200", "150", "25.000000"}));
+    EXPECT_EQ(textsOf(drives[2]), (Texts{"none", "/proc", "", "", ""}));
+    EXPECT_EQ((Texts{drives[3].Name, drives[3].UsedPercent}), (Texts{"zero", ""}));
 }
 
 TEST_F(OsInfo, AbsentProgramsLeaveEmptyListsAndPlantedFilesAlone)
@@ -248,24 +237,17 @@ TEST_F(OsInfo, PhysicalDrivesAreThoseThatThePartitionListNames)
     std::vector<_PHYSICALDRIVEINFO> drives;
     GetPhysicalDriveData(drives);
     ASSERT_EQ(drives.size(), 7U);
-    struct Size {
-        const char *name, *size, *unit;
-    };
-    const Size sizes[] = {{"/dev/sda", "931.5", "GiB"},
-                          {"/dev/sdb", "1.8", "TiB"},
-                          {"/dev/sdc", "0.500000", "GB"},
-                          {"/dev/sdd", "", ""},
-                          {"/dev/sde", "", ""}};
-    for (std::size_t place = 0; place < std::size(sizes); ++place) {
-        EXPECT_EQ(drives[place].Name, sizes[place].name);
-        EXPECT_EQ(drives[place].Size, sizes[place].size) << sizes[place].name;
-        EXPECT_EQ(drives[place].SizeUnit, sizes[place].unit);
-    }
+    const Texts sizes[] = {{"/dev/sda", "931.5", "GiB"},
+                           {"/dev/sdb", "1.8", "TiB"},
+                           {"/dev/sdc", "0.500000", "GB"},
+                           {"/dev/sdd", "", ""},
+                           {"/dev/sde", "", ""}};
+    for (std::size_t place = 0; place < std::size(sizes); ++place)
+        EXPECT_EQ((Texts{drives[place].Name, drives[place].Size, drives[place].SizeUnit}), sizes[place]);
     EXPECT_EQ(drives[5].Size.size(), 303U) << "1e300 in full";
     EXPECT_EQ(drives[6].Size, "");
-    EXPECT_EQ(drives[1].Model, "Lakeside Drive 2000");
-    EXPECT_EQ(drives[1].SerialNumber, "SN-4711");
-    EXPECT_EQ(drives[1].Revision, "1.0");
+    EXPECT_EQ((Texts{drives[1].Model, drives[1].SerialNumber, drives[1].Revision}),
+              (Texts{"Lakeside Drive 2000", "SN-4711", "1.0"}));
     EXPECT_EQ(calls.opened.front(), root.resolve("/dev/sda"));
     EXPECT_TRUE(calls.allClosed(7));
 }

@@ -1,21 +1,18 @@
 """Inventory devices as the SDK tells them, against ipmitool on the same simulator: whole images, and damaged ones."""
 
-import json
 import os
 import random
 import re
-import subprocess
 import tempfile
 import unittest
 from datetime import datetime
 from pathlib import Path
 from unittest.mock import patch
 
-from hwtools.bench import ROOT, Simulator, build_folder
+from hwtools.bench import Simulator
 from hwtools.ipmi import checksum, type_length
+from lib.bench import QUICKSTART, ask
 
-HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
-LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
 AREAS = {"Chassis": "CHASSISAREA", "Board": "BOARDAREA", "Product": "PRODUCTAREA"}
 # What ipmitool calls a field behind the name of its area, in the order of the area.
 FIELDS = {"Chassis": {"Type": "TYPE", "Part Number": "PART_NUMBER", "Serial": "SERIAL_NUMBER"},
@@ -94,7 +91,7 @@ class Inventory(unittest.TestCase):
         cls.enterClassContext(patch.dict(os.environ, TZ="UTC"))  # of ipmitool's dates
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
-        cls.simulator = Simulator(ROOT / "share" / "boards" / "quickstart.py", Path(folder.name) / "bmc")
+        cls.simulator = Simulator(QUICKSTART, Path(folder.name) / "bmc")
         dice = random.Random(1996)
         cls.sound = {"board's own": 0}
         cls.damaged = {}
@@ -116,11 +113,7 @@ class Inventory(unittest.TestCase):
     def told(self, number):
         """Area to {name: text}, as the SDK has them; the makers' own fields as one list, empty ones left out."""
         path = f"/BMC/FRU[{number}]"
-        done = subprocess.run([str(HWQUERY), "get", "--json", path], capture_output=True, encoding="utf-8", timeout=60,
-                              env=dict(os.environ, LD_PRELOAD=str(LIBRARY),
-                                       HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}"))
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
-        answer = json.loads(done.stdout)
+        answer = ask(self, self.simulator, path, encoding="utf-8")
         found = {}
         for kind, name in AREAS.items():
             fields = answer[f"{path}/RECORD/DECODED/{name}"]["children"]

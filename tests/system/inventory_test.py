@@ -1,31 +1,17 @@
 """Processors, memory and chassis from the firmware's tables and the FRU inventory to SNMP, against dmidecode and ipmitool on
 the same images; and the health of the whole system, which rolls up from all tables."""
 
-import contextlib
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, build_folder
-from hwtools.mibtable import find_object
-from hwtools.tables import read_object
+from hwtools.bench import ROOT, Agent, MasterAgent, Simulator
+from lib.bench import BOARDS, HWQUERY, QUICKSTART, agent_on
 from lib.firmware import compare_inventory, parse_dmidecode
 
 HEALTHY, WARNING, CRITICAL = 2, 3, 4
 PROCESSOR = 7
-
-
-@contextlib.contextmanager
-def agent_on(board, prepare=lambda agent: None):
-    """A running agent on a board: its simulator, and a function that reads the rows of an object."""
-    with contextlib.ExitStack() as bench:
-        folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-        simulator = bench.enter_context(Simulator(board, folder / "bmc"))
-        prepare(simulator)
-        master = bench.enter_context(MasterAgent(folder / "master"))
-        bench.enter_context(Agent(folder / "agent", simulator, master)).wait_served()
-        yield simulator, lambda name: read_object(f"127.0.0.1:{master.port}", find_object(name))
 
 
 def firmware_of(board):
@@ -45,10 +31,10 @@ class InventoryTables(unittest.TestCase):
                               read_rows)
 
     def test_sockets_modules_and_places_of_every_kind(self):
-        self.check(ROOT / "tests" / "boards" / "inventory.py", CRITICAL)  # its lid is open
+        self.check(BOARDS / "inventory.py", CRITICAL)  # its lid is open
 
     def test_the_server_of_the_quick_start(self):
-        self.check(ROOT / "share" / "boards" / "quickstart.py", HEALTHY)
+        self.check(QUICKSTART, HEALTHY)
 
     def test_a_machine_without_tables_and_inventory_has_none_and_still_serves(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -71,14 +57,14 @@ class BoardName(unittest.TestCase):
     def test_the_firmware_names_the_board_before_its_tables_do(self):
         variable = "sys/firmware/efi/efivars/FWVERSIONDATA-ec87d643-eba4-4bb5-a1e5-3f3e36b20da9"
         with tempfile.TemporaryDirectory() as name, \
-                Simulator(ROOT / "tests" / "boards" / "inventory.py", Path(name) / "bmc") as simulator:
+                Simulator(BOARDS / "inventory.py", Path(name) / "bmc") as simulator:
             agent = Agent(Path(name) / "agent", simulator, MasterAgent(Path(name) / "master"))
             agent.prepare()
             for data, model in ((None, "Larch-2"), (b"\7\0\0\0$VER2.1 $FIDAlder-2_        \0", "Alder-2_")):
                 if data:
                     (agent.root / variable).parent.mkdir(parents=True)
                     (agent.root / variable).write_bytes(data)
-                shown = subprocess.run([build_folder() / "tools" / "hwquery" / "hwquery", "get", "/BIOS/PlatformID"],
+                shown = subprocess.run([HWQUERY, "get", "/BIOS/PlatformID"],
                                        capture_output=True, text=True, env=agent.environment())
                 self.assertEqual((shown.stdout, shown.stderr), (f"/BIOS/PlatformID = {model}\n", ""))
 

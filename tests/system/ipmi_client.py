@@ -7,7 +7,6 @@ import json
 import os
 import select
 import sys
-import time
 
 SEND_COMMAND, RECEIVE_MSG_TRUNC = 0x8028690D, 0xC030690B
 SYSTEM_INTERFACE, BMC_CHANNEL = 0x0C, 0x0F
@@ -59,11 +58,6 @@ def obey(device, order, *words):
     numbers = [int(word, 0) for word in words] if order != "read" else []
     if order == "exchange":
         return device.exchange(numbers[0], numbers[1], numbers[2:])[1]
-    if order == "rate":
-        begin = time.monotonic()
-        for number in range(numbers[0]):
-            device.exchange(6, 1, number=number)
-        return numbers[0] / (time.monotonic() - begin)
     if order == "burst":
         for number in range(numbers[0]):
             device.send(number, 6, 1)
