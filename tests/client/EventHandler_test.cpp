@@ -59,24 +59,6 @@ TEST_F(Events, WithoutTrapsListsAndHealthFollowWithoutAWait)
     EXPECT_EQ(getHealthStatus(), 4);
 }
 
-TEST_F(Events, OnlySomeGroupsCountForHealth)
-{
-    for (const int group : {1, 2, 3, 5, 9, 13, 16, 17, 18, 19, 20, 21})
-        happen(group, 7, 6);
-    EXPECT_THAT(handler().mNonRecList, IsEmpty());
-    EXPECT_EQ(handler().m_nHealthStatus, 3);
-    for (const int group : {4, 8, 10, 11, 12, 14, 15})
-        happen(group, group, 6);
-    EXPECT_THAT(handler().mNonRecList, ElementsAre(4, 8, 10, 11, 12, 14, 15));
-}
-
-TEST_F(Events, ATextWithoutATrapStillCountsForHealth)
-{
-    happen(10, 7, 5, "something else");
-    EXPECT_EQ(lastResult, 9);
-    EXPECT_THAT(trapsSent(), ElementsAre("20.5 System health was changed from ok to critical."));
-}
-
 TEST_F(Events, AnUnknownOldHealthStopsTheTrapAndNotTheChange)
 {
     handler().m_nHealthStatus = 0;

@@ -144,20 +144,6 @@ TEST(TranslationFile, AMissingFileIsError1183)
     EXPECT_EQ(open(folder.write("/empty.ini", "")), 0);
 }
 
-TEST(TranslationFile, ALocaleChoosesItsFileBesideTheGivenOne)
-{
-    TempRoot folder;
-    const std::string english = folder.write("/hrs_enu.ini", "$3 1\n&\n0\t\"English\"\n^");
-    folder.write("/hr_sel_de_DE.ini", "$3 1\n&\n0\t\"gr\xC3\xBC\xC3\x9F\"\n^");
-    const auto severityIn = [&](const char* locale) {
-        return narrowText(TranslationFile(english.c_str(), locale).findSeverity(0));
-    };
-    for (const char* german : {"German_Germany.1252", "de_DE.utf8", "DEU"})
-        EXPECT_EQ(severityIn(german), "gr\xC3\xBC\xC3\x9F");
-    for (const char* english_ : {"", "en_US.utf8", "fr_FR.utf8", "xx"})
-        EXPECT_EQ(severityIn(english_), "English") << english_;
-}
-
 TEST(TranslationFile, RandomAndCutOffFilesAreReadWithoutHarm)
 {
     std::ifstream shipped(HWAGENT_TRANSLATIONS "hrs_alder.ini", std::ios::binary);
