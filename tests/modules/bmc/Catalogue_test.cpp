@@ -102,7 +102,37 @@ Findings unused(const Entries& entries, const std::set<Opcode>& opcodes, std::si
     return findings;
 }
 
+bool isHexByte(const std::string& text)
+{
+    return text.size() == 2 && text.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+}
+
+/// Whether the packet reads: target, network function, LUN, command, data.
+bool hasTheShapeOfARequest(const std::vector<std::string>& packet)
+{
+    const Names targets = {"$DEVICE_ID_NUMBER", "$/BMC/SENSOR_OWNER"}; // beside the constants
+    if (packet.size() < 4)
+        return false;
+    const bool head = (targets.contains(packet[0]) || packet[0].ends_with("_ADDRESS")) &&
+                      (packet[1].ends_with("_NET_FUNCTION") || packet[1].ends_with("_APP")) &&
+                      stores().symbols.contains(packet[1]) && (packet[2] == "00" || packet[2] == "$/BMC/SENSOR_LUN") &&
+                      stores().symbols.contains(packet[3]);
+    return head && std::all_of(packet.begin() + 4, packet.end(),
+                               [](const std::string& item) { return isSymbol(item) || isHexByte(item); });
+}
+
 } // namespace
+
+/// The kernel driver's road drops the LUN, so that no exchange shows it.
+TEST(Catalogue, EveryPacketHasTheShapeOfARequest)
+{
+    const Names wholeByTheCaller = {"GET://BMC/IPMI/RAW_COMMAND"};
+    Findings findings;
+    for (const auto& [key, packet] : stores().packets)
+        if (!wholeByTheCaller.contains(key) && !hasTheShapeOfARequest(packet.values))
+            findings.insert(key + ": " + Util::join(packet.values, " "));
+    EXPECT_THAT(findings, IsEmpty());
+}
 
 TEST(Catalogue, EveryNamedEntryExists)
 {
