@@ -113,11 +113,11 @@ class Inventory(unittest.TestCase):
     def told(self, number):
         """Area to {name: text}, as the SDK has them; the makers' own fields as one list, empty ones left out."""
         path = f"/BMC/FRU[{number}]"
-        answer = ask(self, self.simulator, path, encoding="utf-8")
+        answer = ask(self, self.simulator, path)
         found = {}
         for kind, name in AREAS.items():
             fields = answer[f"{path}/RECORD/DECODED/{name}"]["children"]
-            texts = [(field.rsplit("/", 1)[1], "".join(answer[field]).encode("latin-1").decode()) for field in fields]
+            texts = [(field.rsplit("/", 1)[1], "".join(answer[field])) for field in fields]
             found[kind] = {key: text for key, text in texts if text and "[" not in key and key != "LANGUAGE"}
             found[kind]["CUSTOM_FIELD"] = [text for key, text in texts if text and "[" in key]
         return found

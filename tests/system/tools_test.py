@@ -1,5 +1,6 @@
 """The Python tools: what a board's records and a walk's output are taken for."""
 
+import json
 import re
 import shutil
 import subprocess
@@ -7,11 +8,12 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT
+from hwtools.bench import ROOT, Simulator
 from hwtools.board import load_board
 from hwtools.ipmi import ONES, TWOS, checksum, convert, type_length
 from hwtools.mibtable import NO_VALUE, find_object
 from hwtools.tables import parse_walk, printed, rows
+from lib.bench import HWQUERY, QUICKSTART, over_the_library
 
 
 def factors(**some):
@@ -97,6 +99,49 @@ class TranslationSources(unittest.TestCase):
         for option, status in (("--help", 0), ("-x", 2), ("--folder", 2)):
             with self.subTest(option=option):
                 self.assertEqual(self.run_on("english.toml", "", "", option)[::2], (status, ["share", "tools"]))
+
+
+class Queries(unittest.TestCase):
+    """hwquery on the quick start's board."""
+
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        simulator = cls.enterClassContext(Simulator(QUICKSTART, Path(folder.name) / "bmc"))
+        cls.environment = over_the_library(simulator)
+
+    def run_get(self, *words):
+        done = subprocess.run([HWQUERY, "get", *words], capture_output=True, text=True,
+                              env=self.environment)
+        return done.returncode, done.stdout, done.stderr
+
+    def test_answers(self):
+        for words, status, answer, said in (
+                (["/"], 0, r"/: .*/BMC /BMC/SENSOR/DISPLAY .*", ""),
+                (["/BMC/INFO/VERSION"], 0, r"/BMC/INFO/VERSION = 1\.20\.0", ""),
+                (["--json", "/BMC/INFO/VERSION"], 0, r'\{\n  "/BMC/INFO/VERSION": "1\.20\.0"\n\}', ""),
+                (["/BMC/SENSOR[200]/VALUE"], 1, "", r"/BMC/SENSOR\[200\]/VALUE: an empty answer"),
+                (["/BMC/NONSENSE", "/BMC/INFO/VERSION"], 1, "/BMC/INFO/VERSION = .*", r"/BMC/NONSENSE: 1001 Invalid Query .*")):
+            with self.subTest(words=words):
+                done, shown, told = self.run_get(*words)
+                self.assertEqual(done, status)
+                self.assertRegex(shown, rf"\A{answer}\n?\Z")
+                self.assertRegex(told, rf"\A{said}\n?\Z")
+
+    def test_numbers_in_paths_are_in_their_order(self):
+        paths = list(json.loads(self.run_get("--json", "/BMC/SENSOR/DISPLAY")[1]))
+        numbers = [int(number) for path in paths for number in re.findall(r"\[(\d+)\]$", path)]
+        self.assertEqual((numbers[:8], numbers), ([1, 2, 3, 4, 5, 6, 7, 16], sorted(numbers)))
+
+    def test_a_refusal_without_root_says_so_beside_the_answers(self):
+        with tempfile.TemporaryDirectory() as folder:
+            Path(folder).chmod(0o755)
+            program = shutil.copy(HWQUERY, folder)
+            done = subprocess.run([program, "get", "--json", "/BMC/INFO/VERSION"], capture_output=True, text=True, user="nobody",
+                                  env={}, cwd="/")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertRegex(done.stderr, r"OpenIPMI driver is disabled(.|\n)*\nhwquery: run as root")
 
 
 class Walks(unittest.TestCase):

@@ -2,8 +2,12 @@
 
 #include "modules/System.hpp"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,9 +30,12 @@ constexpr char usage[] =
     "  --locale NAME  the language of /BMC/SEL/TRANSLATED, such as de_DE; English without it\n"
     "  --help         this text\n"
     "\n"
-    "A PATH that ends in /@children lists a branch without visiting it. Failures go to standard error with their "
-    "code,\n"
-    "words and path; the exit status is then 1, and 2 for wrong usage.\n";
+    "The PATH / lists where to begin; one that ends in /@children lists a branch without visiting it. Failures go to\n"
+    "standard error with their code, words and path; the exit status is then 1, as for an empty answer, and 2 for\n"
+    "wrong usage.\n";
+
+/// Where a tree begins, each a path that can be asked. The SDK has no list of its own: its root is a closed module.
+constexpr const char* roots[] = {"/BIOS/PlatformID", "/BMC", "/BMC/SENSOR/DISPLAY", "/ProductInfo", "/SMBIOS"};
 
 struct Arguments {
     bool json = false;
@@ -36,35 +43,62 @@ struct Arguments {
     std::vector<std::string> paths;
 };
 
-bool getOne(SDK::System& system, const std::string& path, const Arguments& arguments)
+/// Standard output for answers alone: what the SDK itself prints there goes to standard error from now on.
+std::FILE* takeOutput()
+{
+    const int output = dup(STDOUT_FILENO);
+    if (output < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
+        return stdout;
+    std::FILE* const answers = fdopen(output, "w");
+    return answers != nullptr ? answers : stdout;
+}
+
+void ask(SDK::System& system, const std::string& path, const Arguments& arguments, ResultMap& results)
+{
+    if (path == "/") {
+        results[path].mType = NODE_NONLEAF;
+        results[path].mXNodeList.assign(std::begin(roots), std::end(roots));
+    } else if (arguments.parameters.empty()) {
+        system.Get(path, results);
+    } else {
+        SDK::QueryMap query{{path, arguments.parameters}};
+        system.Get(query, results);
+    }
+}
+
+/// Nothing when the query failed, which is then told.
+std::optional<ResultMap> tryAsk(SDK::System& system, const std::string& path, const Arguments& arguments)
 {
     ResultMap results;
     try {
-        if (arguments.parameters.empty()) {
-            system.Get(path, results);
-        } else {
-            SDK::QueryMap query{{path, arguments.parameters}};
-            system.Get(query, results);
-        }
+        ask(system, path, arguments, results);
     } catch (const ResultStatus& status) {
         std::fprintf(stderr, "%s: %s", path.c_str(), hwquery::listFailures(status).c_str());
-        return false;
+        return std::nullopt;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s: %s\n", path.c_str(), error.what());
-        return false;
+        return std::nullopt;
     }
-    const std::string text = arguments.json ? hwquery::listJson(results) : hwquery::listText(results);
-    std::fputs(text.c_str(), stdout);
-    return true;
+    if (!hwquery::isEmpty(results))
+        return results;
+    std::fprintf(stderr, "%s: an empty answer\n", path.c_str());
+    return std::nullopt;
 }
 
 int getAll(const Arguments& arguments)
 {
+    std::FILE* const output = takeOutput();
     SDK::System system;
     system.SetFlags(agentFlags);
     bool answered = true;
     for (const std::string& path : arguments.paths)
-        answered = getOne(system, path, arguments) && answered;
+        if (const auto results = tryAsk(system, path, arguments))
+            std::fputs((arguments.json ? hwquery::listJson(*results) : hwquery::listText(*results)).c_str(), output);
+        else
+            answered = false;
+    if (!answered && geteuid() != 0)
+        std::fputs("hwquery: run as root, whom alone the hardware answers\n", stderr);
+    std::fflush(output);
     return answered ? 0 : exitFailed;
 }
 

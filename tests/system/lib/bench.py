@@ -35,9 +35,9 @@ def over_the_library(simulator, **more):
     return dict(os.environ, LD_PRELOAD=str(LIBRARY), HWAGENT_PRELOAD_BMC=f"127.0.0.1:{simulator.serial_port}", **more)
 
 
-def ask(test, simulator, path, *options, encoding="latin-1"):
-    """What hwquery answers, which says nothing else: paths to nodes."""
-    done = subprocess.run([str(HWQUERY), "get", "--json", *options, path], capture_output=True, encoding=encoding, timeout=60,
+def ask(test, simulator, path, *options):
+    """What hwquery answers, which says nothing else: paths to lists of values or to {"children": [...]}."""
+    done = subprocess.run([str(HWQUERY), "get", "--json", *options, path], capture_output=True, encoding="utf-8", timeout=60,
                           env=over_the_library(simulator, HRS_PATH_QL=str(build_folder() / "translations")))
     test.assertEqual((done.returncode, done.stderr), (0, ""))
-    return json.loads(done.stdout)
+    return {name: [node] if isinstance(node, str) else node for name, node in json.loads(done.stdout).items()}
