@@ -12,7 +12,7 @@ from hwtools.bench import ROOT, Simulator
 from hwtools.board import load_board
 from hwtools.ipmi import ONES, TWOS, checksum, convert, type_length
 from hwtools.mibtable import NO_VALUE, find_object
-from hwtools.tables import parse_walk, printed, rows
+from hwtools.tables import parse_walk, printed, rows, trouble
 from lib.bench import HWQUERY, QUICKSTART, over_the_library
 
 
@@ -155,7 +155,16 @@ class Walks(unittest.TestCase):
         self.assertEqual(found, [{"temperatureIndex": 1, "temperatureDescription": 'Inlet "A"',
                                   "temperatureStatusString": "two\nlines", "temperatureStatus": 3,
                                   "temperatureReading": -55, "temperatureUpperNonRecoverableThreshold": NO_VALUE}])
-        self.assertRegex("\n".join(printed(thing, found)), r'Inlet "A".*\n.* 3 +-5\.5 °C +-\s*$')
+        self.assertRegex("\n".join(printed(thing, found)), r'row +description +status +reading\n +1 +Inlet "A" +two\nlines +-5\.5 °C$')
+        self.assertEqual(trouble([(thing, found)]), 'In trouble: warning: Inlet "A"')
+
+    def test_what_is_too_wide_is_folded(self):
+        thing = find_object("physicalMemoryDeviceTable")
+        row = {c.name: "word " * 5 if c.kind == "text" else 3 for c in thing.columns}
+        lines = printed(thing, [row, row])
+        self.assertLessEqual(max(map(len, lines)), 80)
+        self.assertEqual(sum(line.startswith("  row 3") for line in lines), 2)
+        self.assertIn("size 0.00292969 GB", " ".join(lines))
 
 
 if __name__ == "__main__":

@@ -154,7 +154,7 @@ PROCESSOR_TYPES = {0: "notRead", 1: "other", 2: "unknown", 3: "centralProcessor"
                    6: "videoProcessor"}
 
 OBJECTS = (
-    _scalars("systemManagementSoftwareGroup", "SMINFO", (100,), "The agent and the health of the whole system.", "system", [
+    _scalars("systemManagementSoftwareGroup", "SMINFO", (100,), "Agent and health of the whole system.", "system", [
         _number("HealthStatus", "HEALTHSTATUS", "Health of the whole system. When the agent starts it is "
                 "the worst status of the rows of processors, memory, voltages, currents, fans and temperatures; rows of "
                 "sensors that report states do not count, nor does the chassis. From then on events of processors, supplies, "
