@@ -2,8 +2,13 @@
 #include "modules/bmc/catalogue/Catalogue.hpp"
 #include "modules/bmc/engine/ThrowNames.hpp"
 
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iomanip>
+#include <map>
 #include <set>
+#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,6 +24,8 @@ namespace {
 using Names = std::set<std::string>;
 using Findings = std::set<std::string>;
 
+const std::filesystem::path here = HWAGENT_ENGINE_TESTS;
+
 const Stores& stores()
 {
     static const std::shared_ptr<const Stores> all = catalogue(0, true);
@@ -26,23 +33,57 @@ const Stores& stores()
 }
 
 /// What the code of the subjects sets before it runs a script, or uses of the catalogue by itself.
-const Names ofHandlers = {"$/FRU/DEVICE_ID",
-                          "$/FRU/INVENTORY/OFFSET_LS",
-                          "$/FRU/INVENTORY/OFFSET_MS",
-                          "$/FRU/READ_COUNT",
-                          "$/SDR/ADDRESS_LS",
-                          "$/SDR/ADDRESS_MS",
-                          "$/SDR/LEN",
-                          "$/SDR/OFFSET",
-                          "$/SEL/GET_SEL_ENTRY_LS",
-                          "$/SEL/GET_SEL_ENTRY_MS",
-                          "GET://BMC/SDR_RECORD",
-                          "GET://BMC/SENSOR_LUN",
-                          "GET://BMC/SENSOR_OWNER",
-                          "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
-                          "GET://BMC/SENSOR_TYPE_RECORD",
-                          "GET://BMC/FRU",
-                          "GET://BMC/SDR"};
+const Names ofHandlers = {
+    "$/FRU/DEVICE_ID",
+    "$/FRU/INVENTORY/OFFSET_LS",
+    "$/FRU/INVENTORY/OFFSET_MS",
+    "$/FRU/READ_COUNT",
+    "$/SDR/ADDRESS_LS",
+    "$/SDR/ADDRESS_MS",
+    "$/SDR/LEN",
+    "$/SDR/OFFSET",
+    "$/SEL/GET_SEL_ENTRY_LS",
+    "$/SEL/GET_SEL_ENTRY_MS",
+    "GET://BMC/SDR_RECORD",
+    "GET://BMC/SENSOR_LUN",
+    "GET://BMC/SENSOR_OWNER",
+    "GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE",
+    "GET://BMC/SENSOR_TYPE_RECORD",
+    "GET://BMC/FRU",
+    "GET://BMC/SDR",
+};
+
+/// Parameters that a caller gives by name, beside a SET's own value and the subscripts.
+const std::map<std::string, std::string> parameters = {
+    {"GET://BMC/CHASSIS/BOOTOPTION_GETTABLE", "$SET_SELECTOR $BLOCK_SELECTOR"},
+    {"GET://BMC/CHASSIS/BOOT_OPTION", "$PARAMETER_SELECTOR $SET_SELECTOR $BLOCK_SELECTOR"},
+    {"GET://BMC/INFO/LOCAL/PRODUCT", "$/LOCAL_ID"},
+    {"GET://BMC/INFO/MASTER_READ_WRITE", "$BUS_ID $SLAVE_ADDRESS $READ_COUNT $WRITE_DATA"},
+    {"GET://BMC/SDR/CFG_READ", "$CONTROL $FILE_OFFSET $FILE_LENGTH"},
+    {"GET://BMC/SMBIOS/READ", "$DATA_REGION $READ_COUNT $OFFSET_LS $OFFSET_MS"},
+    {"GET://BMC/SMBIOS/REGION_STATUS", "$DATA_REGION"},
+    {"SET://BMC/FRU/WRITE", "$/FRU/INVENTORY/WRITE_OFFSET_LS $/FRU/INVENTORY/WRITE_OFFSET_MS $/FRU/MODIFIED_DATA"},
+    {"SET://BMC/SDR/ADD_PARTIAL", "$RECORD_LS $RECORD_MS $RECORD_OFFSET $PARTIAL_ADD_PROGRESS $DATA"},
+    {"SET://BMC/SDR/CFG_CONTROL", "$CONTROL"},
+    {"SET://BMC/SDR/CFG_MANAGEMENT", "$CONTROL"},
+    {"SET://BMC/SDR/CFG_WRITE", "$CONTROL $FILE_OFFSET $FILE_DATA"},
+    {"SET://BMC/SDR/CFG_WRITE_LAST", "$CONTROL $FILE_CRC32 $FILE_TIMESTAMP"},
+    {"SET://BMC/SENSOR[]/EVENT",
+     "$STATUS $LOWER_ASSERTION $UPPER_ASSERTION $LOWER_DEASSERTION $UPPER_DEASSERTION "
+     "$EVENT_STATUS $LOWER_ASSERTION_EVENT_STATUS $UPPER_ASSERTION_EVENT_STATUS $LOWER_DEASSERTION_STATUS "
+     "$UPPER_DEASSERTION_STATUS"},
+    {"SET://BMC/SENSOR[]/THRESHOLD", "$LOWER_CRITICAL $LOWER_NONCRITICAL $LOWER_NONRECOVERABLE $UPPER_CRITICAL "
+                                     "$UPPER_NONCRITICAL $UPPER_NONRECOVERABLE"},
+};
+
+Names parametersOf(const std::string& key)
+{
+    const auto found = parameters.find(key);
+    if (found == parameters.end())
+        return {};
+    const std::vector<std::string> names = Util::split(found->second, " ");
+    return {names.begin(), names.end()};
+}
 
 /// A command that no script sends yet.
 const Names standingReady = {"$/SDR/REPOSITORY_ALLOCATION_INFO"};
@@ -60,15 +101,110 @@ std::string withoutSubscripts(std::string query)
     return query;
 }
 
+/// What one step reads and writes, by the conventions of its operands.
+struct Effect {
+    std::vector<std::string> reads, writes;
+};
+
+Effect effectOf(const Function& step)
+{
+    const std::vector<std::string>& operands = step.arguments.values;
+    if (operands.empty())
+        return {};
+    const std::vector<std::string> butLast(operands.begin(), operands.end() - 1);
+    switch (static_cast<Opcode>(step.opcode)) {
+    case Opcode::If:
+    case Opcode::While:
+    case Opcode::Assign:
+    case Opcode::Return:
+    case Opcode::Throw:
+    case Opcode::Sleep:
+    case Opcode::Print:
+        return {operands, {}};
+    case Opcode::For:
+        return {{operands[1], operands[2]}, {"$" + operands[0]}};
+    case Opcode::Assert:
+        return {butLast, {}};
+    case Opcode::Template:
+    case Opcode::Template_with_Catch:
+        return {operands, {"$RESULT"}};
+    case Opcode::IPMI:
+    case Opcode::IPMI_Without_Throw: {
+        Effect effect{butLast, {operands.back(), "$BMC_COMPLETION_CODE"}};
+        if (const auto packet = stores().packets.find(operands[0]); packet != stores().packets.end())
+            effect.reads.insert(effect.reads.end(), packet->second.values.begin(), packet->second.values.end());
+        return effect;
+    }
+    default:
+        return {butLast, {operands.back()}};
+    }
+}
+
 const std::set<Opcode> sends = {Opcode::IPMI, Opcode::IPMI_Without_Throw};
 const std::set<Opcode> picks = {Opcode::IPMIResponse, Opcode::Filter, Opcode::Exclude};
 const std::set<Opcode> calls = {Opcode::Template, Opcode::Template_with_Catch, Opcode::Poll};
+
+bool isCall(const Function& step)
+{
+    return calls.contains(static_cast<Opcode>(step.opcode));
+}
 
 void forEachStep(const std::function<void(const std::string& key, const Function& step)>& visit)
 {
     for (const auto& [key, program] : stores().templates)
         for (const Function& step : *program)
             visit(key, step);
+}
+
+/// Symbols that a script and all it calls may write.
+Names writesOf(const std::string& key, Names& visited)
+{
+    Names writes;
+    const auto found = stores().templates.find(key);
+    if (found == stores().templates.end() || !visited.insert(key).second)
+        return writes;
+    for (const Function& step : *found->second) {
+        for (const std::string& name : effectOf(step).writes)
+            writes.insert(name);
+        if (isCall(step))
+            writes.merge(writesOf(withoutSubscripts(step.arguments.values[0]), visited));
+    }
+    return writes;
+}
+
+Names writesOf(const std::string& key)
+{
+    Names visited;
+    return writesOf(key, visited);
+}
+
+/// Symbols that a query brings along: its subscripts by name and number, a SET's value under its last name, parameters.
+Names symbolsOfQuery(const std::string& key)
+{
+    Names names;
+    std::string last;
+    for (const std::string& token : Util::split(key.substr(key.find(':') + 1), "/")) {
+        const std::string name = token.substr(0, token.find('['));
+        if (name != token)
+            names.insert({"$" + name, "$" + name + "_NUMBER"});
+        last = "$" + name;
+    }
+    names.insert(last);
+    names.merge(parametersOf(key));
+    return names;
+}
+
+/// What is set before a script begins: by its query, by the scripts that call it, by code.
+Names symbolsAtStart(const std::string& key, const std::map<std::string, Names>& callers, Names& visited)
+{
+    Names names = symbolsOfQuery(key);
+    if (!visited.insert(key).second || !callers.contains(key))
+        return names;
+    for (const std::string& caller : callers.at(key)) {
+        names.merge(writesOf(caller));
+        names.merge(symbolsAtStart(caller, callers, visited));
+    }
+    return names;
 }
 
 /// For each literal that steps of the opcodes name as their operand `place`, whether it is a key of the entries.
@@ -102,9 +238,44 @@ Findings unused(const Entries& entries, const std::set<Opcode>& opcodes, std::si
     return findings;
 }
 
+/// Every symbol that a step or a packet reads.
+Names symbolsRead()
+{
+    Names read;
+    for (const auto& [key, packet] : stores().packets)
+        if (!standingReady.contains(key))
+            read.insert(packet.values.begin(), packet.values.end());
+    forEachStep([&](const std::string&, const Function& step) {
+        const Effect effect = effectOf(step);
+        read.insert(effect.reads.begin(), effect.reads.end());
+    });
+    std::erase_if(read, std::not_fn(isSymbol));
+    return read;
+}
+
+std::map<std::string, Names> keysByArea()
+{
+    std::map<std::string, Names> areas;
+    std::ifstream file(here / "catalogue-keys.txt");
+    std::string line, area;
+    while (std::getline(file, line)) {
+        if (line.starts_with("# "))
+            area = line.substr(2);
+        std::istringstream words(line.starts_with("# ") ? "" : line);
+        for (std::string key; words >> std::quoted(key);)
+            areas[area].insert(key);
+    }
+    return areas;
+}
+
 bool isHexByte(const std::string& text)
 {
     return text.size() == 2 && text.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+}
+
+bool isConstant(const std::string& name)
+{
+    return stores().symbols.contains(name);
 }
 
 /// Whether the packet reads: target, network function, LUN, command, data.
@@ -114,16 +285,61 @@ bool hasTheShapeOfARequest(const std::vector<std::string>& packet)
     if (packet.size() < 4)
         return false;
     const bool head = (targets.contains(packet[0]) || packet[0].ends_with("_ADDRESS")) &&
-                      (packet[1].ends_with("_NET_FUNCTION") || packet[1].ends_with("_APP")) &&
-                      stores().symbols.contains(packet[1]) && (packet[2] == "00" || packet[2] == "$/BMC/SENSOR_LUN") &&
-                      stores().symbols.contains(packet[3]);
+                      (packet[1].ends_with("_NET_FUNCTION") || packet[1].ends_with("_APP")) && isConstant(packet[1]) &&
+                      (packet[2] == "00" || packet[2] == "$/BMC/SENSOR_LUN") && isConstant(packet[3]);
     return head && std::all_of(packet.begin() + 4, packet.end(),
                                [](const std::string& item) { return isSymbol(item) || isHexByte(item); });
 }
 
+bool isBranch(const Script& program)
+{
+    return program.size() == 1 && static_cast<Opcode>(program.front().opcode) == Opcode::Append;
+}
+
+void addWords(Names& words, const std::string& text)
+{
+    constexpr std::size_t shortest = 5;
+    std::string word;
+    for (const char character : text + " ") {
+        if (std::isalpha(static_cast<unsigned char>(character))) {
+            word += character;
+            continue;
+        }
+        if (word.size() >= shortest)
+            words.insert(word);
+        word.clear();
+    }
+}
+
+/// Every word that the catalogue answers with, takes or compares with.
+Names allWords()
+{
+    Names words;
+    for (const auto& [key, table] : stores().tables)
+        for (const auto& [from, to] : table)
+            addWords(words, from + " " + to);
+    for (const auto& [key, program] : stores().templates) {
+        addWords(words, key);
+        for (const Function& step : *program)
+            for (const std::string& operand : step.arguments.values)
+                addWords(words, operand);
+    }
+    return words;
+}
+
+/// Whether one letter more, less or other makes `one` of `other`; an ending does not count.
+bool differByALetter(const std::string& one, const std::string& other)
+{
+    const auto [at, place] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    if (at == one.end() || place == other.end())
+        return false;
+    const auto same = [](auto first, auto last, auto from, auto to) { return std::equal(first, last, from, to); };
+    return same(at + 1, one.end(), place + 1, other.end()) || same(at + 1, one.end(), place, other.end()) ||
+           same(at, one.end(), place + 1, other.end());
+}
+
 } // namespace
 
-/// The kernel driver's road drops the LUN, so that no exchange shows it.
 TEST(Catalogue, EveryPacketHasTheShapeOfARequest)
 {
     const Names wholeByTheCaller = {"GET://BMC/IPMI/RAW_COMMAND"};
@@ -134,12 +350,123 @@ TEST(Catalogue, EveryPacketHasTheShapeOfARequest)
     EXPECT_THAT(findings, IsEmpty());
 }
 
+/// Answers and callers' words come to the tables in upper case.
+TEST(Catalogue, EveryTableIsLookedUpInUpperCase)
+{
+    Findings findings;
+    for (const auto& [key, table] : stores().tables)
+        for (const auto& [from, to] : table)
+            if (from != Util::upcase(from))
+                findings.insert(key + ": " + from);
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryBranchNamesAllItsChildren)
+{
+    // What not every BMC can answer would end a walk: the engine's files have the children of these.
+    const Names someOnly = {"GET://BMC/INFO", "GET://BMC", "GET://BMC/CHASSIS"};
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        const std::size_t slash = key.rfind('/');
+        const auto parent = stores().templates.find(key.substr(0, slash));
+        if (parent == stores().templates.end() || !isBranch(*parent->second) || someOnly.contains(parent->first))
+            continue;
+        const std::vector<std::string>& children = parent->second->front().arguments.values;
+        if (std::find(children.begin(), children.end(), key.substr(slash + 1)) == children.end())
+            findings.insert(key);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, NoWordIsAnotherWithALetterWrong)
+{
+    const std::set<std::pair<std::string, std::string>> wellMeant = {
+        {"BLOCK", "CLOCK"},       {"GETBOOTTABLE", "SETBOOTTABLE"},
+        {"GETTABLE", "SETTABLE"}, {"INSUFFICENT", "INSUFFICIENT"}, // a word that callers know as it is
+        {"INTERNAL", "INTERVAL"}, {"LOWER", "POWER"},
+        {"STATES", "STATUS"}};
+    const Names words = allWords();
+    std::set<std::pair<std::string, std::string>> findings;
+    for (auto one = words.begin(); one != words.end(); ++one)
+        for (auto other = std::next(one); other != words.end(); ++other)
+            if (differByALetter(*one, *other) && !wellMeant.contains({*one, *other}))
+                findings.insert({*one, *other});
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryStepHasAsManyOperandsAsItsInstructionTakes)
+{
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        const OpcodeInfo info = opcodeInfo(step.opcode);
+        const std::size_t count = step.arguments.size();
+        if (!info.name || count < info.fewestOperands || count > info.mostOperands)
+            findings.insert(key + ": opcode " + std::to_string(step.opcode) + ", operands " + std::to_string(count));
+    });
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryConditionIsAChainOfTriples)
+{
+    const Names operators = {"==", "!=", "<", "<=", ">", ">="};
+    Findings findings;
+    forEachStep([&](const std::string& key, const Function& step) {
+        const auto opcode = static_cast<Opcode>(step.opcode);
+        if (opcode != Opcode::If && opcode != Opcode::While)
+            return;
+        const std::vector<std::string>& operands = step.arguments.values;
+        bool good = operands.size() % 4 == 3;
+        for (std::size_t at = 0; good && at + 2 < operands.size(); at += 4)
+            good = operators.contains(operands[at + 1]) &&
+                   (at + 3 >= operands.size() || operands[at + 3] == "AND" || operands[at + 3] == "OR");
+        if (!good)
+            findings.insert(key + ": " + Util::join(operands, " "));
+    });
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryBlockHasItsEnd)
+{
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        int depth = 0;
+        for (const Function& step : *program) {
+            const auto opcode = static_cast<Opcode>(step.opcode);
+            depth += opcode == Opcode::If || opcode == Opcode::For || opcode == Opcode::While;
+            depth -= opcode == Opcode::End;
+            if (depth < 0)
+                break;
+        }
+        if (depth != 0 || program->empty())
+            findings.insert(key);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
 TEST(Catalogue, EveryNamedEntryExists)
 {
     EXPECT_THAT(missing(stores().packets, sends, 0), IsEmpty());
     EXPECT_THAT(missing(stores().filters, picks, 1), IsEmpty());
     EXPECT_THAT(missing(stores().tables, {Opcode::LookupTable}, 1), IsEmpty());
     EXPECT_THAT(missing(stores().templates, calls, 0), IsEmpty());
+}
+
+TEST(Catalogue, EveryConstantThatIsReadExistsOrIsSetSomewhere)
+{
+    Names known;
+    for (const auto& [name, value] : stores().symbols)
+        known.insert(name);
+    for (const auto& [key, names] : parameters)
+        known.merge(parametersOf(key));
+    forEachStep([&](const std::string&, const Function& step) {
+        for (const std::string& name : effectOf(step).writes)
+            known.insert(name);
+    });
+    Findings findings;
+    for (const std::string& name : symbolsRead())
+        if (name.starts_with("$/") && !known.contains(name) && !ofHandlers.contains(name))
+            findings.insert(name);
+    EXPECT_THAT(findings, IsEmpty());
 }
 
 TEST(Catalogue, EveryErrorThatIsThrownHasACode)
@@ -166,15 +493,66 @@ TEST(Catalogue, EveryEntryIsUsed)
     EXPECT_THAT(unused(stores().filters, picks, 1), IsEmpty());
     EXPECT_THAT(unused(stores().tables, {Opcode::LookupTable}, 1), IsEmpty());
 
-    Names read;
-    for (const auto& [key, packet] : stores().packets)
-        read.insert(packet.values.begin(), packet.values.end());
-    forEachStep([&](const std::string&, const Function& step) {
-        read.insert(step.arguments.values.begin(), step.arguments.values.end());
-    });
+    const Names read = symbolsRead();
     Findings constants;
     for (const auto& [name, value] : stores().symbols)
         if (!read.contains(name) && !ofHandlers.contains(name) && !standingReady.contains(name))
             constants.insert(name);
     EXPECT_THAT(constants, IsEmpty());
+}
+
+TEST(Catalogue, NoLocalIsReadBeforeItIsWritten)
+{
+    std::map<std::string, Names> callers;
+    forEachStep([&](const std::string& key, const Function& step) {
+        if (isCall(step))
+            callers[withoutSubscripts(step.arguments.values[0])].insert(key);
+    });
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        Names visited;
+        Names written = symbolsAtStart(key, callers, visited);
+        for (const Function& step : *program) {
+            const Effect effect = effectOf(step);
+            for (const std::string& name : effect.reads)
+                if (isSymbol(name) && !name.starts_with("$/") && !written.contains(name) && !ofHandlers.contains(name))
+                    findings.insert(key + " reads " + name);
+            written.insert(effect.writes.begin(), effect.writes.end());
+            if (isCall(step))
+                written.merge(writesOf(withoutSubscripts(step.arguments.values[0])));
+        }
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, EveryChildOfABranchIsAnswered)
+{
+    // Only names: the events' own places are elsewhere in the tree.
+    const Names namesOnly = {"GET://BMC/INFO/SUPPORT"};
+    Findings findings;
+    for (const auto& [key, program] : stores().templates) {
+        const Function& first = program->front();
+        if (program->size() != 1 || static_cast<Opcode>(first.opcode) != Opcode::Append || namesOnly.contains(key))
+            continue;
+        const std::vector<std::string>& names = first.arguments.values;
+        for (std::size_t at = 0; at + 1 < names.size(); ++at)
+            if (const std::string child = key + "/" + names[at];
+                !stores().templates.contains(child) && !ofHandlers.contains(child))
+                findings.insert(child);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Catalogue, TheKeysOfEachAreaAreTheListedOnes)
+{
+    Names listed;
+    for (const auto& [area, keys] : keysByArea())
+        listed.insert(keys.begin(), keys.end());
+    Findings unlisted;
+    for (const auto& [key, program] : stores().templates)
+        if (listed.erase(key) == 0)
+            unlisted.insert(key);
+    EXPECT_EQ(keysByArea()["INFO"].size(), 65U);
+    EXPECT_THAT(unlisted, IsEmpty());
+    EXPECT_THAT(listed, IsEmpty()) << "listed, but not built";
 }

@@ -173,7 +173,7 @@ void settlePlatform()
 std::vector<std::filesystem::path> engineFiles()
 {
     std::vector<std::filesystem::path> files;
-    const auto folder = std::filesystem::path(__FILE__).parent_path() / "engine";
+    const auto folder = std::filesystem::path(HWAGENT_ENGINE_TESTS) / "engine";
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         if (entry.path().extension() == ".txt")
             files.push_back(entry.path());
