@@ -54,7 +54,8 @@ inline constexpr std::uint8_t ok = 0x00, nodeBusy = 0xC0, invalidCommand = 0xC1,
                               outOfSpace = 0xC4, reservationLost = 0xC5, requestTruncated = 0xC6,
                               requestLengthInvalid = 0xC7, fieldLengthExceeded = 0xC8, parameterOutOfRange = 0xC9,
                               tooManyBytesRequested = 0xCA, notPresent = 0xCB, invalidDataField = 0xCC,
-                              illegalForType = 0xCD, destinationUnavailable = 0xD3, insufficientPrivilege = 0xD4,
+                              illegalForType = 0xCD, noResponse = 0xCE, sdrUpdating = 0xD0, firmwareUpdating = 0xD1,
+                              initializing = 0xD2, destinationUnavailable = 0xD3, insufficientPrivilege = 0xD4,
                               unavailableInState = 0xD5, subFunctionDisabled = 0xD6, unspecified = 0xFF;
 inline constexpr std::uint8_t queueEmpty = 0x80;     ///< Get Message: nothing there (22.6)
 inline constexpr std::uint8_t writeProtected = 0x80; ///< Write FRU Data: the offset is (34.3)

@@ -97,6 +97,15 @@ TEST_F(Sdr, ReadingThatIsGivenUpLeavesNothingAndTheNextQueryReadsAnew)
     }
 }
 
+TEST_F(Sdr, RefusalThatWillLastIsNotWaitedFor)
+{
+    for (const int code : {0x00, 0xC1, 0xCB, 0xFF}) {
+        disturb([=](const IpmiRequest&) { return IpmiAnswer{static_cast<std::uint8_t>(code)}; });
+        EXPECT_EQ(text("/BMC/SDR/NUMBER"), "0");
+        EXPECT_EQ(slept(), 0s) << code;
+    }
+}
+
 TEST_F(Sdr, RecordThatIsShorterThanItSaysIsLeftOut)
 {
     for (const int code : {0xC7, 0xC8, 0xC9, 0xCA}) {

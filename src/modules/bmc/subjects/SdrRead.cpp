@@ -11,6 +11,7 @@
 #include <chrono>
 #include <iterator>
 #include <mutex>
+#include <span>
 
 // Reading the BMC's repository into the cache.
 
@@ -26,12 +27,19 @@ constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, b
 constexpr int repeatLimit = 100;
 constexpr unsigned lastRecord = 0xFFFF, recordIds = 0x10000;
 
-/// Before a repeat the controller gets time, each time more; the pauses of one reading come to a second at most.
+/// Before a repeat a controller that may come round gets time, each time more; the pauses of one reading come to a
+/// second at most.
 constexpr std::chrono::nanoseconds pauseStep = 198us, longestPatience = 1s;
 
 /// Of a controller that cannot give what the record's length promises, however often it is asked.
 constexpr int lengthRefusals[] = {ipmi::completion::requestLengthInvalid, ipmi::completion::fieldLengthExceeded,
                                   ipmi::completion::parameterOutOfRange, ipmi::completion::tooManyBytesRequested};
+
+/// Of a controller that may give another answer a moment later. An empty repository, say, has nothing to wait for.
+constexpr int passingRefusals[] = {ipmi::completion::nodeBusy,        ipmi::completion::timeout,
+                                   ipmi::completion::reservationLost, ipmi::completion::noResponse,
+                                   ipmi::completion::sdrUpdating,     ipmi::completion::firmwareUpdating,
+                                   ipmi::completion::initializing};
 
 /// The reservation, and the symbols that say what to read, serve one reading at a time.
 std::mutex reading;
@@ -41,10 +49,9 @@ bool succeeded(const std::vector<std::string>& items)
     return items.size() > 2 && items.front() == "0";
 }
 
-bool refusesTheLength(const std::vector<std::string>& items)
+bool isRefusedBy(std::span<const int> codes, const std::vector<std::string>& items)
 {
-    return !items.empty() &&
-           std::ranges::find(lengthRefusals, Util::string_to_long(items.front(), 10)) != std::end(lengthRefusals);
+    return !items.empty() && std::ranges::find(codes, Util::string_to_long(items.front(), 10)) != codes.end();
 }
 
 unsigned toRecordId(const std::string& low, const std::string& high)
@@ -144,7 +151,8 @@ Sdr::Items Sdr::fetch(unsigned recordId, std::size_t offset, std::size_t length)
     Items items;
     ipmi("GET://BMC/SDR/READ", items);
     for (int repeat = 1; repeat <= repeatLimit && !succeeded(items); ++repeat) {
-        pauseBefore(repeat);
+        if (isRefusedBy(passingRefusals, items))
+            pauseBefore(repeat);
         reserve();
         ipmi("GET://BMC/SDR/READ", items);
     }
@@ -166,7 +174,7 @@ Sdr::Outcome Sdr::readBody(unsigned recordId, std::size_t length, Items& bytes)
         const std::size_t piece = std::min(pieceSize, wanted - bytes.size());
         const Items items = fetch(recordId, bytes.size(), piece);
         if (!succeeded(items))
-            return refusesTheLength(items) ? Outcome::unreadable : Outcome::givenUp;
+            return isRefusedBy(lengthRefusals, items) ? Outcome::unreadable : Outcome::givenUp;
         // A piece may come short: the next begins where it ends. An empty one ends the record.
         const std::size_t got = std::min(piece, items.size() - dataItem);
         if (got == 0)
