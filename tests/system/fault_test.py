@@ -26,7 +26,6 @@ OK, BUSY, UNKNOWN, TIMEOUT, LOST, RANGE, ABSENT, FIELD, INITIALISING, UNSPECIFIE
 CODES = (BUSY, UNKNOWN, TIMEOUT, LOST, RANGE, ABSENT, FIELD, INITIALISING, UNSPECIFIED)
 SENSORS = range(1, 15)
 SCANNED = 0xC0
-WARM = 1         # seconds in which a value is answered
 UNANSWERED = 4   # seconds that the driver waits for the controller
 BACK = 15        # seconds for the next refresh and what is left of this one
 
@@ -53,14 +52,11 @@ class Bench:
         self.master = stack.enter_context(MasterAgent(folder / "master"))
         self.agent = stack.enter_context(Agent(folder / "agent", self.line, self.master))
         self.agent.wait_served()
-        self.pid, self.slowest = self.agent.pid, 0
+        self.pid = self.agent.pid
         self.raised = 0
 
     def read(self, name):
-        began = time.monotonic()
-        found = read_object(f"127.0.0.1:{self.master.port}", find_object(name))
-        self.slowest = max(self.slowest, time.monotonic() - began)
-        return found
+        return read_object(f"127.0.0.1:{self.master.port}", find_object(name))
 
     def readings(self):
         """Degrees by number of the sensor; rows come in the order of the record names as texts."""
@@ -99,9 +95,6 @@ class RunningAgent(unittest.TestCase):
             cls.bench.wait_shown()
             cls.addClassCleanup(stack.pop_all().close)
 
-    def setUp(self):
-        self.bench.slowest = 0
-
     def tearDown(self):
         self.assertEqual(self.bench.agent.pid, self.bench.pid)
         self.assertIn(self.bench.pid, self.bench.agent.processes())
@@ -117,7 +110,6 @@ class RunningAgent(unittest.TestCase):
 
     def test_completion_codes_cost_the_readings_that_they_answer_and_late_answers_nothing(self):
         self.spoil([(dict(code=code), n) for n, code in enumerate(CODES, 1)] + [(dict(delay=2), None)])
-        self.assertLess(self.bench.slowest, WARM)
 
     def test_answers_of_every_length_are_taken_as_far_as_they_go(self):
         # what is too long for the driver counts as an answer without data
@@ -125,13 +117,11 @@ class RunningAgent(unittest.TestCase):
                     (dict(answer=bytes((OK, 98, SCANNED))), 98), (dict(answer=bytes((OK, 97, SCANNED)) + bytes(253)), 97),
                     (dict(answer=bytes((OK, 96, SCANNED)) + bytes(254)), 96), (dict(append=bytes(500)), 0),
                     (dict(answer=bytes((BUSY,)) + bytes(255)), 8)])
-        self.assertLess(self.bench.slowest, WARM)
 
     def test_answers_to_other_requests_are_none(self):
         # two silences, so that the pass over them ends before the cache is old and requests wait for it
         self.spoil([(dict(head=(SENSOR + 3, GET_READING)), 1), (dict(head=(SENSOR + 1, GET_READING + 1)), 2)],
                    BACK + 2 * UNANSWERED)
-        self.assertLess(self.bench.slowest, 2 * UNANSWERED)
 
     def test_a_stalled_controller_is_heard_again(self):
         # within the time in which the cache is young: after it, requests wait for the refresh under way
@@ -143,7 +133,6 @@ class RunningAgent(unittest.TestCase):
                 time.sleep(0.2)
         finally:
             os.kill(self.bench.simulator.process.pid, signal.SIGCONT)
-        self.assertLess(self.bench.slowest, WARM)
         self.bench.raise_all()
         self.bench.wait_shown(2 * BACK)
 
@@ -166,7 +155,6 @@ class RunningAgent(unittest.TestCase):
             finally:
                 over.set()
             walks.result()
-        self.assertLess(self.bench.slowest, WARM)
 
 
 class StartingAgent(unittest.TestCase):
@@ -176,7 +164,6 @@ class StartingAgent(unittest.TestCase):
             self.assertEqual(sorted(bench.readings()), list(numbers))
             self.assertEqual(bench.read("systemManagementSoftwareGroup")[0]["systemProductName"], "hwAgent")
             self.assertEqual(bench.agent.pid, bench.pid)
-            self.assertLess(bench.slowest, WARM)
             for fault in faults:
                 self.assertGreater(fault.hits, fault.skip, "never met")
 
