@@ -6,6 +6,7 @@
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
+#include <memory>
 #include <poll.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -115,7 +116,8 @@ struct ForkingRunner final : CommandRunner {
 
 Clock& Clock::real()
 {
-    static SystemClock clock;
+    // never destroyed: a detached thread may read it to the process's end
+    static Clock& clock = *std::make_unique<SystemClock>().release();
     return clock;
 }
 
