@@ -3,10 +3,12 @@
 #include "api-netsnmp/Process.hpp"
 #include "api-netsnmp/Signals.hpp"
 #include "api-netsnmp/Subagent.hpp"
+#include "common/Policy.hpp"
 
 int main()
 {
     agent::openStandardDescriptors();
+    common::loadPolicy();
     agent::tellExhaustion();
     agent::raiseStackLimit();
     agent::installSignalHandlers();

@@ -1,6 +1,7 @@
 #include "client/groups/clSystemManagement.hpp"
 
-#include "client/groups/ConfigFile.hpp"
+#include "common/ConfigFile.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>
@@ -97,8 +98,8 @@ void silenceStderr()
 
 int systemManagement::init()
 {
-    if (!readConfigFile(systemPath(configPath), [this](const ConfigEntry& entry) { takeSetting(entry); })) {
-        trace("Error in opening config file %s\n", configPath);
+    if (!common::readConfigFile(systemPath(common::configPath), [this](const common::ConfigEntry& entry) { takeSetting(entry); })) {
+        trace("Error in opening config file %s\n", common::configPath);
         return CLIENT_ERROR_NO_CONFIG_FILE;
     }
     if (m_nDebugEnabled == 0)
@@ -106,7 +107,7 @@ int systemManagement::init()
     return CLIENT_SUCCESS;
 }
 
-void systemManagement::takeSetting(const ConfigEntry& entry)
+void systemManagement::takeSetting(const common::ConfigEntry& entry)
 {
     const auto* const text = std::ranges::find(textSettings, entry.key, &TextSetting::key);
     const auto* const number = std::ranges::find(numberSettings, entry.key, &NumberSetting::key);
@@ -114,7 +115,7 @@ void systemManagement::takeSetting(const ConfigEntry& entry)
         copyText(this->*text->member, entry.value);
     else if (number != std::end(numberSettings))
         this->*number->member = numberOf(entry.value);
-    else if (entry.key != keyWithoutEffect)
+    else if (entry.key != keyWithoutEffect && !common::isPolicyKey(entry.key))
         trace("hwagent.conf line %d: unknown key \"%s\"\n", entry.line, entry.key.c_str());
 }
 

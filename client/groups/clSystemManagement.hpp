@@ -1,12 +1,12 @@
 #pragma once
 
 #include "client/groups/BaseContainer.hpp"
+#include "common/ConfigFile.hpp"
 
 #include <atomic>
 
 namespace client::groups {
 
-struct ConfigEntry;
 /// What is asked of another group.
 using GroupCall = int (*)(_SMEntity group);
 
@@ -51,5 +51,5 @@ public:
     client::groups::RowText m_stLocale = {}; ///< of what traps say; empty is English
 
 private:
-    void takeSetting(const client::groups::ConfigEntry& entry);
+    void takeSetting(const common::ConfigEntry& entry);
 };

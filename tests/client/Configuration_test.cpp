@@ -1,5 +1,5 @@
-#include "client/groups/ConfigFile.hpp"
 #include "client/groups/clSystemManagement.hpp"
+#include "common/ConfigFile.hpp"
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-using client::groups::configPath;
+using common::configPath;
 
 class Configuration : public ClientFixture {
 protected:

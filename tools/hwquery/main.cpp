@@ -1,5 +1,6 @@
 #include "tools/hwquery/Query.hpp"
 
+#include "common/Policy.hpp"
 #include "modules/System.hpp"
 
 #include <unistd.h>
@@ -88,6 +89,7 @@ std::optional<ResultMap> tryAsk(SDK::System& system, const std::string& path, co
 int getAll(const Arguments& arguments)
 {
     std::FILE* const output = takeOutput();
+    common::loadPolicy();
     SDK::System system;
     system.SetFlags(agentFlags);
     bool answered = true;

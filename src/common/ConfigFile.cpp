@@ -1,4 +1,4 @@
-#include "client/groups/ConfigFile.hpp"
+#include "common/ConfigFile.hpp"
 
 #include "common/Descriptor.hpp"
 
@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace client::groups {
+namespace common {
 
 namespace {
 
@@ -81,4 +81,4 @@ bool readConfigFile(const std::string& path, const std::function<void(const Conf
     return true;
 }
 
-} // namespace client::groups
+} // namespace common

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace client::groups {
+namespace common {
 
 /// Place of the configuration file.
 inline constexpr char configPath[] = "/usr/local/hwagent/conf/hwagent.conf";
@@ -24,4 +24,4 @@ std::optional<ConfigEntry> parseConfigLine(std::string_view line);
 /// could not be opened or is no regular file.
 bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take);
 
-} // namespace client::groups
+} // namespace common

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <chrono>
+#include <string_view>
+
+namespace common {
+
+/// What the agent does where its plain behaviour costs service or hides the truth. One decision a member, asked at the
+/// one place that it names; `docs/practical-mode.md` has a row for each. Without the key `practical` in hwagent.conf
+/// every member has the value that stands here, and the agent behaves plainly.
+struct Policy {
+    bool practical = false; ///< the key itself: for messages and reports, never for a decision
+
+    // The road to the controller.
+    bool limitsExchanges = false;        ///< sendRequest: all tries, bridging and waits end within exchangeBudget
+    bool retriesBusyController = false;  ///< sendRequest: C0h, C3h, D2h are asked again, with growing pauses
+    bool sleepsInPortWaits = false;      ///< Kcs: a wait for the port sleeps after its first hundred microseconds
+    bool reopensDevice = false;          ///< OpenIpmi: a device node that came back is opened anew
+    bool sparesSilentController = false; ///< IpmiExchange: after three failures in a row only a probe now and then
+    bool locksWithinProcess = false;     ///< CMySemLock, HWAGENTLock: mutexes instead of named semaphores
+    // The repository of sensor data records.
+    bool readsLargePieces = false;          ///< SdrRead: pieces as large as the controller takes
+    bool remembersUnreadRepository = false; ///< SdrRead: one that could not be read is left alone for a while
+    bool keepsRepositoryOnDisk = false;     ///< SdrRead: a copy between starts, checked against time stamps and id
+    bool followsRepository = false;         ///< Sdr: read again when its time stamps change
+    // Readings and tables.
+    bool answersFromPublished = false;    ///< QLInterface: only the reading thread asks, all others look up
+    bool expiresReadings = false;         ///< QLInterface: an answer of more than three refresh periods is none
+    bool keepsThresholds = false;         ///< CacheRefresher: only readings are asked again at each pass
+    bool fillsBehindRegistration = false; ///< smClient: the groups appear as they are read, behind the registration
+    // Events.
+    bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
+    bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue
+    bool cutsLongTexts = false;        ///< CheckedCopy: a text that does not fit is cut
+    bool neverWaitsForRecords = false; ///< Classifiers: no record of any kind makes the event thread wait
+    // The process.
+    bool stopsDuringStart = false;     ///< Process: a stop signal ends a start that is under way
+    bool refusesSecondAgent = false;   ///< Process: the lock on the pid file is held for the daemon's life
+    bool backsOffCrashes = false;      ///< Process: growing pauses between starts after crashes; also after SIGKILL
+    bool endsWithoutResources = false; ///< Process: too few descriptors or semaphores end the start with a message
+
+    // Figures of the mode, each a key of hwagent.conf in lower case.
+    std::chrono::milliseconds exchangeBudget{5'000};
+    std::chrono::seconds refreshPeriod{10};
+    int trapBurst = 20;     ///< traps that leave at once
+    int trapsPerSecond = 1; ///< after those
+    int trapQueue = 10'000; ///< waiting traps; the newest beyond that are dropped, and said to be
+};
+
+/// Every decision for service.
+Policy practicalPolicy();
+
+/// The policy in force.
+const Policy& policy();
+
+/// Reads the keys of the policy from hwagent.conf, at the start of a program and before its threads. Plain behaviour
+/// without the file or the key; a figure that is no number from 1 on is left as it was.
+void loadPolicy();
+
+/// Whether a key of hwagent.conf, in lower case, is one of the policy's.
+bool isPolicyKey(std::string_view key);
+
+/// Puts a policy in force for the life of a scope. For tests.
+class ScopedPolicy {
+public:
+    explicit ScopedPolicy(const Policy& replacement);
+    ~ScopedPolicy();
+    ScopedPolicy(const ScopedPolicy&) = delete;
+    ScopedPolicy& operator=(const ScopedPolicy&) = delete;
+
+private:
+    Policy before;
+};
+
+} // namespace common
