@@ -63,6 +63,12 @@ inline constexpr std::uint8_t fruBusy = 0x81;        ///< Read and Write FRU Dat
 inline constexpr std::uint8_t nakOnWrite = 0x83;     ///< Send Message: nobody took it (22.7)
 } // namespace completion
 
+/// Whether a controller says with `code` that it has no time now, and may have it a moment later.
+constexpr bool isBusy(int code)
+{
+    return code == completion::nodeBusy || code == completion::timeout || code == completion::initializing;
+}
+
 /// Slave addresses in the 8-bit form. Only the BMC's is the standard's (IPMB Address Allocation); the others are the
 /// manufacturer's satellites.
 namespace address {

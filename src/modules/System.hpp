@@ -2,6 +2,7 @@
 
 #include "common/ResultStatus.hpp"
 #include "common/XNode.hpp"
+#include "platform/SameAnswers.hpp"
 
 #include <map>
 #include <string>
@@ -12,6 +13,9 @@ namespace SDK {
 using Parameters = std::map<std::string, std::string>;
 /// Queries with their parameters.
 using QueryMap = std::map<std::string, Parameters>;
+
+/// A scope of its caller's thread in which the queries share the answers to equal requests.
+using Platform::SameAnswers;
 
 /// The SDK `Morvandale` as its callers hold it. Every failure is a thrown ResultStatus.
 class System {

@@ -7,6 +7,7 @@
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
 #include "platform/PortLock.hpp"
+#include "platform/SameAnswers.hpp"
 #include "transport/BmcMessage.hpp"
 
 #include <cstdint>
@@ -86,6 +87,8 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     }
     if (tokens.size() < tokensOfHeader || tokens.size() - tokensOfHeader > mostRequestData)
         refuse(ERROR_UNKNOWN, tokens);
+    if (SameAnswers::recall(tokens, reply))
+        return;
 
     HW_NAMED_LOCK(named, exchangeLock);
     const std::lock_guard hold(exchangeGuard);
@@ -100,6 +103,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     if (!count)
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     listReply(response, *count, reply);
+    SameAnswers::keep(tokens, reply);
 }
 
 bool selectInterface(int type)

@@ -1,11 +1,14 @@
 #include "platform/PlatformImpl.hpp"
 
 #include "platform/IpmiExchange.hpp"
+#include "platform/SameAnswers.hpp"
 
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "transport/TransportState.hpp"
+
+#include <thread>
 
 using namespace transport;
 
@@ -128,6 +131,36 @@ TEST_F(PlatformTest, ReplyListsAllBytesOfALongAnswer)
     std::vector<std::string> reply;
     Platform::exchangeIpmi({"20", "30", "00", "01"}, {.retries = 0, .initialise = true}, reply);
     EXPECT_EQ(reply.size(), 261U);
+}
+
+TEST_F(PlatformTest, ScopeOfSameAnswersAsksForThresholdsOnceASensorAndForReadingsEachTime)
+{
+    IpmiAnswer thresholds{0, 1, 2};
+    bmc.on(0x04, 0x27, [&](const IpmiRequest&) { return thresholds; });
+    bmc.on(0x04, 0x2D, IpmiAnswer{0, 3});
+    const auto asked = [&](const char* command, const char* sensor) {
+        const std::size_t before = bmc.requests.size();
+        std::vector<std::string> reply;
+        exchangeIpmi({"20", "04", "00", command, sensor}, {}, reply);
+        EXPECT_FALSE(reply.empty());
+        return bmc.requests.size() - before;
+    };
+    {
+        const SameAnswers scope;
+        EXPECT_EQ(asked("27", "05") + asked("27", "05"), 1U);
+        {
+            const SameAnswers inner;
+            EXPECT_EQ(asked("27", "05"), 0U);
+        }
+        EXPECT_EQ(asked("27", "05"), 0U) << "the outer scope goes on";
+        EXPECT_EQ(asked("27", "06"), 1U) << "another sensor";
+        EXPECT_EQ(asked("2D", "05") + asked("2D", "05"), 2U);
+        thresholds = {0xC0};
+        EXPECT_EQ(asked("27", "07") + asked("27", "07"), 2U) << "busy: may have one the next time";
+        std::jthread([&] { asked("27", "05"); }).join();
+        EXPECT_EQ(bmc.requests.back().data, (std::vector<std::uint8_t>{5})) << "another thread asks for itself";
+    }
+    EXPECT_EQ(asked("27", "05"), 1U);
 }
 
 TEST_F(PlatformTest, BoardKeepsItsIdWhenTheBmcFails)
