@@ -1,6 +1,8 @@
 #include "client/query/HWAGENTLock.hpp"
 
 #include "client/words/Trace.hpp"
+#include "common/NamedMutex.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 
 #include <cstdio>
@@ -35,6 +37,10 @@ HWAGENTLock::~HWAGENTLock()
 
 int HWAGENTLock::Lock()
 {
+    if (common::policy().locksWithinProcess) {
+        withinProcess = std::unique_lock(common::namedMutex(szMutexName));
+        return 1;
+    }
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         sem_t* const opened = sem_open(szMutexName, flag, mode, uInitialCount);
         if (opened != SEM_FAILED) {
@@ -49,6 +55,8 @@ int HWAGENTLock::Lock()
 
 void HWAGENTLock::_Unlock()
 {
+    if (withinProcess)
+        withinProcess.unlock();
     if (!pMSRObject)
         return;
     sem_close(pMSRObject);

@@ -1,5 +1,7 @@
 #include "common/CMySemLock.hpp"
 
+#include "common/NamedMutex.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 
 #include <atomic>
@@ -58,6 +60,11 @@ bool CMySemLock::AcquireSymLock(_MY_LOCK& lock, const char* name, int tries)
 {
     if (!threadFlag)
         return true;
+    if (common::policy().locksWithinProcess) {
+        lock.mutex = &common::namedMutex(name);
+        lock.mutex->lock();
+        return true;
+    }
     std::snprintf(lock.name, sizeof lock.name, "%s%s", ownPrefix().c_str(), name);
     for (; tries > 0; --tries) {
         lock.handle = createExclusively(lock.name);
@@ -70,6 +77,8 @@ bool CMySemLock::AcquireSymLock(_MY_LOCK& lock, const char* name, int tries)
 
 void CMySemLock::ReleaseSymLock(_MY_LOCK lock)
 {
+    if (lock.mutex)
+        return lock.mutex->unlock();
     if (!threadFlag)
         return;
     if (lock.handle)

@@ -2,17 +2,21 @@
 
 #include "common/Logger.hpp"
 
+#include <mutex>
 #include <semaphore.h>
 
 /// Handle and name of an acquired lock.
 struct _MY_LOCK {
     sem_t* handle = nullptr;
     char name[260] = {};
+    std::mutex* mutex = nullptr; ///< in place of the handle while locks are kept within the process
 };
 
 namespace Common {
 
-/// Named locks between the threads of this process: the existence of the named semaphore is the lock.
+/// Named locks between the threads of this process: the existence of the named semaphore is the lock. Kept within the
+/// process (Policy::locksWithinProcess) they are mutexes, waited for without an end, and let go by the thread that took
+/// them.
 class CMySemLock {
 public:
     /// Locks are really taken only while this is on; off, every acquire succeeds at once. Switching on removes the
@@ -43,7 +47,7 @@ public:
     }
     ~NamedLock()
     {
-        if (lock.handle)
+        if (lock.handle || lock.mutex)
             CMySemLock::ReleaseSymLock(lock);
     }
     NamedLock(const NamedLock&) = delete;

@@ -1,5 +1,6 @@
 #include "client/query/HWAGENTLock.hpp"
 #include "client/status/StateWords.hpp"
+#include "common/Policy.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <fcntl.h>
@@ -138,6 +139,19 @@ TEST_F(QueryClient, MapQueryWaitsForTheLockOfAnother)
     CallQLGetMapInterface({{"/A", {}}}, result);
     EXPECT_EQ(result.size(), 1U);
     EXPECT_EQ(releasing.sleeps, std::vector<std::chrono::nanoseconds>(3, 2s + 1ms));
+}
+
+TEST_F(QueryClient, LockWithinTheProcessHasNoNameThatAnotherCouldTake)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    const std::string name = "/HWAGENT_GLOBAL_LOCK_QL_" + std::to_string(getpid());
+    sem_close(sem_open(name.c_str(), O_CREAT, 0600, 1U));
+    HWAGENTLock lock("HWAGENT_GLOBAL_LOCK_QL");
+    EXPECT_EQ(lock.Lock(), 1);
+    lock._Unlock();
+    EXPECT_EQ(lock.Lock(), 1);
+    EXPECT_TRUE(clock.sleeps.empty());
+    EXPECT_EQ(sem_unlink(name.c_str()), 0);
 }
 
 TEST_F(QueryClient, LockLeftByADeadProcessOfThisNumberIsRemovedAtTheFirstQuery)

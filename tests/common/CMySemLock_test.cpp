@@ -1,4 +1,5 @@
 #include "common/CMySemLock.hpp"
+#include "common/Policy.hpp"
 #include "tests/support/FakeClock.hpp"
 
 #include <atomic>
@@ -68,7 +69,8 @@ TEST_F(CMySemLockTest, LongNameIsCutToItsField)
     EXPECT_EQ(std::string(lock.name).size(), sizeof lock.name - 1);
 }
 
-TEST_F(CMySemLockTest, ThreadsExcludeOneAnother)
+/// Threads that take the same lock in turn; the most that were inside together.
+int crowd()
 {
     std::atomic<int> inside = 0;
     std::atomic<int> most = 0;
@@ -84,8 +86,33 @@ TEST_F(CMySemLockTest, ThreadsExcludeOneAnother)
             }
         });
     threads.clear();
-    EXPECT_EQ(most, 1);
     EXPECT_EQ(turns, 100);
+    return most;
+}
+
+TEST_F(CMySemLockTest, ThreadsExcludeOneAnother)
+{
+    EXPECT_EQ(crowd(), 1);
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_EQ(crowd(), 1);
+}
+
+TEST_F(CMySemLockTest, NameThatSomebodyHoldsForEverDelaysOnlyThePlainLock)
+{
+    const std::string name = std::to_string(getpid()) + "_COMMON_TEST_SQUAT";
+    sem_close(sem_open(name.c_str(), O_CREAT, 0600, 1U));
+    FakeClock clock;
+    ScopedSeam<Clock> use(clock);
+    _MY_LOCK lock;
+    EXPECT_FALSE(CMySemLock::AcquireSymLock(lock, "COMMON_TEST_SQUAT", 3));
+    EXPECT_EQ(clock.sleeps.size(), 3U);
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_TRUE(CMySemLock::AcquireSymLock(lock, "COMMON_TEST_SQUAT", 3));
+    CMySemLock::ReleaseSymLock(lock);
+    EXPECT_TRUE(CMySemLock::AcquireSymLock(lock, "COMMON_TEST_SQUAT", 3)) << "given back";
+    CMySemLock::ReleaseSymLock(lock);
+    EXPECT_EQ(clock.sleeps.size(), 3U);
+    EXPECT_EQ(sem_unlink(name.c_str()), 0) << "and left to its maker";
 }
 
 TEST_F(CMySemLockTest, AHeldLockIsGivenUpAfterThreeHundredSecondsAndStaysWithItsHolder)
