@@ -4,6 +4,8 @@
 #include "client/door/Functions.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/CacheRefresher.hpp"
+#include "client/reader/Reader.hpp"
+#include "common/Policy.hpp"
 
 #include <cstdio>
 #include <cxxabi.h>
@@ -18,6 +20,7 @@ constexpr auto pollPeriod = 10s;
 constexpr std::size_t stackBytes = 20'971'520;
 
 std::FILE* logfile = nullptr;
+client::reader::Reader reader;
 
 std::counting_semaphore<> ends{0};
 
@@ -55,9 +58,11 @@ void survive(const char* thread, Turn turn)
     }
 }
 
+/// With a thread that alone talks with the controller, the log is polled there.
 void pollEvents()
 {
-    CheckForNewSELEntry();
+    if (!common::policy().answersFromPublished)
+        CheckForNewSELEntry();
     processEvent();
 }
 
@@ -65,7 +70,10 @@ void refresh()
 {
     if (logfile)
         std::fflush(logfile);
-    client::query::check_sensors_cache_turn();
+    if (common::policy().answersFromPublished)
+        reader.turn();
+    else
+        client::query::check_sensors_cache_turn();
 }
 
 void start(Thread& thread)

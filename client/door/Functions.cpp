@@ -148,6 +148,16 @@ int findRow(_SMEntity entity, int deviceId, const std::string& sensorName)
     return forward(0, &smClient::findRow, entity, deviceId, sensorName);
 }
 
+bool fillGroups(Sources sources)
+{
+    return forward(false, &smClient::fillGroups, sources);
+}
+
+bool readUnreadFigures(const std::function<bool()>& goOn)
+{
+    return forward(false, &smClient::readUnreadFigures, goOn);
+}
+
 int addShownEvent(const eventData& event, const std::string& shown)
 {
     return forward(noGroup, &smClient::addShownEvent, event, shown);

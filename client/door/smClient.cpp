@@ -1,7 +1,10 @@
 #include "client/door/smClient.hpp"
 
 #include "client/door/Functions.hpp"
+#include "client/query/Publication.hpp"
+#include "client/query/QLInterface.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,23 +13,36 @@ using namespace client::words;
 
 namespace {
 
+constexpr char repositoryQuery[] = "/BMC/SDR";
+
 /// All there is to say of a group but what it does.
 struct Group {
     _SMEntity entity;
     int deletedAs; ///< its place in the order of deletion
     const char* name;
     const char* complaint; ///< traced when it fails to start
-    int (*start)(smClient&);
+    void (*make)(smClient&);
+    void (*refill)(smClient&, std::mutex& guard);
     void (*end)(smClient&);
     BaseAccessor* (*find)(smClient&);
 };
 
 template<auto Member>
-int start(smClient& client)
+auto make()
 {
-    auto& group = client.*Member;
-    group = std::make_unique<typename std::remove_reference_t<decltype(group)>::element_type>();
-    return group->init();
+    using Pointer = std::remove_reference_t<decltype(std::declval<smClient>().*Member)>;
+    return std::make_unique<typename Pointer::element_type>();
+}
+
+/// The older group ends behind the lock.
+template<auto Member>
+void refill(smClient& client, std::mutex& guard)
+{
+    auto fresh = make<Member>();
+    fresh->init();
+    const std::scoped_lock lock(guard);
+    fresh->goLive();
+    (client.*Member).swap(fresh);
 }
 
 template<auto Member>
@@ -36,7 +52,8 @@ constexpr Group group(_SMEntity entity, int deletedAs, const char* name, const c
             deletedAs,
             name,
             complaint,
-            start<Member>,
+            [](smClient& client) { client.*Member = make<Member>(); },
+            refill<Member>,
             [](smClient& client) { (client.*Member).reset(); },
             [](smClient& client) -> BaseAccessor* { return (client.*Member).get(); }};
 }
@@ -70,11 +87,28 @@ constexpr Group groups[] = {
                                   "\nsmClient::miscellaneous sensor exited with no data\n"),
 };
 
+client::door::Sources sourcesOf(_SMEntity entity)
+{
+    using client::door::Sources;
+    if (entity == CHASSIS)
+        return Sources::inventory;
+    return entity == MEMORYARRAY || entity == MEMORYDEVICE ? Sources::firmware : Sources::repository;
+}
+
+bool hasRepository()
+{
+    const auto records = client::query::tryQuery(repositoryQuery, "\nNo sensor data records\n");
+    const auto list = records ? records->find(repositoryQuery) : ResultMap::const_iterator();
+    return records && list != records->end() && !list->second.mXNodeList.empty();
+}
+
 void startGroups(smClient& client)
 {
     for (const Group& each : groups) {
         trace("smClient::init() starting %s\n", each.name);
-        if (each.start(client) == CLIENT_SUCCESS)
+        each.make(client);
+        const bool filledLater = common::policy().fillsBehindRegistration && each.entity != SMINFO;
+        if (filledLater || each.find(client)->init() == CLIENT_SUCCESS)
             continue;
         trace("%s", each.complaint);
         std::fflush(nullptr);
@@ -100,17 +134,48 @@ int smClient::init()
 int smClient::runInit()
 {
     startGroups(*this);
-    mSystemManagement->setInitialStatus(getExtGroupStatus);
+    const bool filledLater = common::policy().fillsBehindRegistration;
+    if (filledLater)
+        mSystemManagement->setHealthStatus(ENUM_STATUS_UNAVAILABLE);
+    else
+        mSystemManagement->setInitialStatus(getExtGroupStatus);
     mEventHandler = std::make_unique<eventHandler>(*this);
     if (const int result = mEventHandler->init(); result != CLIENT_SUCCESS) {
         trace("\n--> Event handler failed to initialize \n");
         return result;
     }
-    mSystemManagement->seedAllHealthLists(seedHealthListsExt);
+    if (!filledLater)
+        mSystemManagement->seedAllHealthLists(seedHealthListsExt);
     m_bInitComplete = 1;
     trace("smClient::init() - done\n");
     std::fflush(nullptr);
     return CLIENT_SUCCESS;
+}
+
+bool smClient::fillGroups(client::door::Sources sources)
+{
+    using namespace client::query;
+    const unsigned long failuresBefore = interfaceFailures();
+    if (sources == client::door::Sources::repository) {
+        forgetStanding("/BMC/");
+        if (!hasRepository())
+            return false;
+    }
+    for (const Group& group : groups)
+        if (group.entity != SMINFO && sourcesOf(group.entity) == sources)
+            group.refill(*this, groupsGuard);
+    return interfaceFailures() == failuresBefore;
+}
+
+bool smClient::readUnreadFigures(const std::function<bool()>& goOn)
+{
+    for (const Group& group : groups) {
+        BaseAccessor* const rows = group.find(*this);
+        for (int row = 0; rows && row < rows->getCount() && goOn(); ++row)
+            if (!rows->readUnread(row, groupsGuard))
+                return false;
+    }
+    return true;
 }
 
 void smClient::shutdown()
@@ -145,8 +210,10 @@ int smClient::addShownEvent(const eventData& event, const std::string& shown)
 
 int smClient::findRow(_SMEntity entity, int deviceId, const std::string& sensorName)
 {
-    if (entity == MEMORYDEVICE)
+    if (entity == MEMORYDEVICE) {
+        const auto hold = holdGroups();
         return mMemoryDevice ? mMemoryDevice->findModule(sensorName) : 0;
+    }
     return getIndex(entity, deviceId);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/door/Filling.hpp"
 #include "client/door/subagentBase.hpp"
 #include "client/groups/clChassisInfo.hpp"
 #include "client/groups/clDiscreteGroups.hpp"
@@ -9,6 +10,7 @@
 #include "client/traps/eventHandler.hpp"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -40,6 +42,10 @@ public:
     /// See client::door::findRow.
     int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);
     int addShownEvent(const eventData& event, const std::string& shown);
+
+    /// See client::door::fillGroups and readUnreadFigures.
+    bool fillGroups(client::door::Sources sources);
+    bool readUnreadFigures(const std::function<bool()>& goOn);
 
     std::unique_ptr<systemManagement> mSystemManagement;
     std::unique_ptr<chassisInfo> mChassisInfo;

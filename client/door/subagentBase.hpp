@@ -3,6 +3,8 @@
 #include "client/traps/EventData.hpp"
 #include "client/words/Entities.hpp"
 
+#include <mutex>
+
 class BaseAccessor;
 class eventHandler;
 
@@ -33,4 +35,10 @@ public:
     virtual int isInitComplete() = 0;
     virtual BaseAccessor* getEntity(_SMEntity entity) = 0;
     virtual eventHandler* getEventHandler() = 0;
+
+protected:
+    /// Held while a group is asked, where another thread may put a fresher group in its place meanwhile.
+    std::unique_lock<std::mutex> holdGroups();
+
+    std::mutex groupsGuard;
 };

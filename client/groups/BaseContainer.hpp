@@ -11,12 +11,16 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <new>
+#include <optional>
 #include <span>
 
 /// What the client asks of a group. Results are ClientResult numbers; rows count from 0.
 class BaseAccessor {
 public:
+    /// Reads the group's data once. 0, or a number that only gets the group's message traced.
+    virtual int init() { return CLIENT_SUCCESS; }
     virtual int getIntInfo(_SMAttribute attribute, int row, long& out) = 0;
     virtual int getIntData(_SMAttribute attribute, int row, long& out) = 0;
     virtual int getStrInfo(_SMAttribute attribute, int row, char*& out) = 0;
@@ -27,6 +31,18 @@ public:
     virtual int getGroupStatus() = 0;
     virtual char* getDesc(int row) = 0;
     virtual int seedHealthLists(client::status::TroubleLists* handler) = 0;
+
+    // For groups that are filled while the agent serves. The thread that fills them is the only one that changes them;
+    // what others look at meanwhile it changes under a lock of theirs.
+
+    /// Puts what init has read in the place of what an earlier object of the group shows.
+    virtual void goLive() {}
+    /// Reads bounds and figures of the row, if they are still to be read; what others see changes under `guard`. False
+    /// if the controller's interface failed.
+    virtual bool readUnread(int, std::mutex&) { return true; }
+    /// What the row's sensor says now, as an event's status (HEALTH_STATUS); nothing for rows without a sensor.
+    virtual std::optional<int> presentStatus(int) { return std::nullopt; }
+
     virtual ~BaseAccessor() = default;
 };
 
@@ -126,9 +142,6 @@ public:
         std::strcpy(out, client::status::healthWord(status));
         return CLIENT_SUCCESS;
     }
-
-    /// Reads the group's data once. 0, or a number that only gets the group's message traced.
-    virtual int init() { return CLIENT_SUCCESS; }
 
 protected:
     std::span<T> rows()

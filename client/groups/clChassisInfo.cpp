@@ -3,6 +3,7 @@
 #include "client/query/Answers.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/readings/InventoryWords.hpp"
+#include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
 #include "ipmi/SensorReading.hpp"
@@ -199,19 +200,24 @@ int chassisInfo::init()
 {
     if (const int result = allocTable(1); result != CLIENT_SUCCESS)
         return result;
-    pArrayOfWrapper.m_pT.assign(1, {});
-    CSystemWrapper& system = pArrayOfWrapper.m_pT.front();
     try {
-        readContainer(system.m_cContainer);
-        readSecurity(system.m_cSecurity);
+        readContainer(m_system.m_cContainer);
+        readSecurity(m_system.m_cSecurity);
         findIntrusionSensor();
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
         trace("\nUnknown Error: ChasssisInfo:init\n");
     }
-    fillRow(system, mElementArray[0]);
+    fillRow(m_system, mElementArray[0]);
+    if (!common::policy().fillsBehindRegistration)
+        goLive();
     return CLIENT_SUCCESS;
+}
+
+void chassisInfo::goLive()
+{
+    pArrayOfWrapper.m_pT.assign(1, m_system);
 }
 
 /// The first that can be read.

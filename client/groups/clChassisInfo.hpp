@@ -16,11 +16,13 @@ public:
     /// Reads the intrusion sensor and the states at boot live.
     int getIntData(_SMAttribute attribute, int row, long& out) override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
+    void goLive() override;
 
 private:
     void findIntrusionSensor();
     int readStatus() const;
 
+    CSystemWrapper m_system;
     std::string m_intrusionQuery; ///< empty without an intrusion sensor
     unsigned m_openState = 0;     ///< its state that says that the enclosure is open
 };

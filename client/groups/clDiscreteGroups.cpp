@@ -159,7 +159,8 @@ template<class Row>
 int DiscreteGroup<Row>::init()
 {
     readDatabase();
-    const SensorDatabase& database = **traits.database;
+    sensors.settle();
+    const SensorDatabase& database = sensors.all();
     if (const int result = this->allocTable(database.m_tdLen()); result != CLIENT_SUCCESS)
         return result;
     for (int row = 0; row < this->m_nCount; ++row) {
@@ -175,25 +176,32 @@ int DiscreteGroup<Row>::init()
 template<class Row>
 void DiscreteGroup<Row>::readDatabase()
 {
-    auto& database = *traits.database;
-    database = std::make_unique<SensorDatabase>();
+    SensorDatabase& database = sensors.begin();
     for (const SensorTypeRow& type : traits.sensorTypes)
-        GetAllSensorData(type.m_nSensorType, database.get(), m_nMultiplier, type.discrete);
+        GetAllSensorData(type.m_nSensorType, &database, m_nMultiplier, type.discrete);
     if (traits.nonLinearOnly)
-        std::erase_if(database->m_pT, [](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_bIsLinear == 0; });
+        std::erase_if(database.m_pT, [](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_bIsLinear == 0; });
     if (traits.countMessage)
-        trace(traits.countMessage, database->m_tdLen());
+        trace(traits.countMessage, database.m_tdLen());
 }
 
 /// The database keeps the text of start-up: what a failed read shows.
 template<class Row>
 std::string DiscreteGroup<Row>::readText(int row)
 {
-    CSensorWrapper sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    CSensorWrapper sensor = sensors[row];
     sensor.m_cInfo.m_iIdNumber = this->getAddress(row)->nDeviceId;
     sensor.m_cInfo.m_usChassisId = m_nChassisId;
     GetSensorData(sensor, m_nMultiplier);
     return sensor.m_cData.m_cValueString.narrow();
+}
+
+template<class Row>
+std::optional<int> DiscreteGroup<Row>::presentStatus(int row)
+{
+    if (!this->getAddress(row))
+        return std::nullopt;
+    return eventStatusOf(mapValueToStatus(readText(row), *traits.words));
 }
 
 template<class Row>

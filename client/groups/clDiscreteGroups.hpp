@@ -1,7 +1,7 @@
 #pragma once
 
 #include "client/groups/BaseContainer.hpp"
-#include "client/readings/SensorTypes.hpp"
+#include "client/groups/SensorRows.hpp"
 #include "client/status/clDiscreteWords.hpp"
 
 namespace client::groups {
@@ -34,22 +34,22 @@ struct DiscreteTraits {
 template<class Row>
 class DiscreteGroup : public BaseContainer<Row> {
 public:
-    explicit DiscreteGroup(const DiscreteTraits& groupTraits) : traits(groupTraits) {}
-    ~DiscreteGroup() override { traits.database->reset(); }
-    DiscreteGroup(const DiscreteGroup&) = delete;
-    DiscreteGroup& operator=(const DiscreteGroup&) = delete;
+    explicit DiscreteGroup(const DiscreteTraits& groupTraits) : traits(groupTraits), sensors(*traits.database) {}
 
     int init() override;
     int getIntInfo(_SMAttribute attribute, int row, long& out) override;
     int getStrInfo(_SMAttribute attribute, int row, char*& out) override;
     int getIntData(_SMAttribute attribute, int row, long& out) override;
     int getStrData(_SMAttribute attribute, int row, char*& out) override;
+    void goLive() override { sensors.goLive(); }
+    std::optional<int> presentStatus(int row) override;
 
 private:
     void readDatabase();
     std::string readText(int row);
 
     const DiscreteTraits& traits;
+    SensorRows sensors;
     static constexpr unsigned short m_nChassisId = 0;
     static constexpr long m_nMultiplier = 1;
 };

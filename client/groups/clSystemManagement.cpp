@@ -98,7 +98,8 @@ void silenceStderr()
 
 int systemManagement::init()
 {
-    if (!common::readConfigFile(systemPath(common::configPath), [this](const common::ConfigEntry& entry) { takeSetting(entry); })) {
+    if (!common::readConfigFile(systemPath(common::configPath),
+                                [this](const common::ConfigEntry& entry) { takeSetting(entry); })) {
         trace("Error in opening config file %s\n", common::configPath);
         return CLIENT_ERROR_NO_CONFIG_FILE;
     }

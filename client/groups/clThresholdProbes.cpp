@@ -137,9 +137,17 @@ ThresholdReading takeReading(const CSensorWrapper& wrapper, std::span<const Boun
     ThresholdReading reading;
     reading.value = wrapper.m_cData.m_iValue;
     reading.unitType = wrapper.m_cInfo.m_iUnitType;
+    reading.boundsKnown = !wrapper.m_pUnread;
     for (const BoundSource& bound : bounds)
         reading.bounds.*bound.to = wrapper.m_cData.*bound.from;
     return reading;
+}
+
+void takeFigures(ThresholdRow& row, const CSensorInfo& sensor)
+{
+    row.nResolution = sensor.m_iResolution;
+    row.nTolerance = sensor.m_iTolerance;
+    row.nAccuracy = sensor.m_iAccuracy;
 }
 
 std::optional<ThresholdColumn> columnOf(_SMAttribute attribute, const ThresholdTraits& traits)
@@ -168,12 +176,11 @@ namespace client::groups {
 
 int ThresholdProbe::init()
 {
-    auto& database = *traits.database;
-    database = std::make_unique<SensorDatabase>();
-    GetAllSensorData(traits.m_nSensorType, database.get(), traits.m_nMultiplier);
+    GetAllSensorData(traits.m_nSensorType, &sensors.begin(), traits.m_nMultiplier);
     if (traits.linearOnly)
         removeNonLinear();
-    if (const int result = allocTable(database->m_tdLen()); result != CLIENT_SUCCESS)
+    sensors.settle();
+    if (const int result = allocTable(sensors.all().m_tdLen()); result != CLIENT_SUCCESS)
         return result;
     for (int row = 0; row < m_nCount; ++row)
         fillRow(row);
@@ -184,7 +191,7 @@ int ThresholdProbe::init()
 void ThresholdProbe::removeNonLinear()
 {
     int number = 0;
-    std::erase_if((*traits.database)->m_pT, [&](const CSensorWrapper& sensor) {
+    std::erase_if(sensors.all().m_pT, [&](const CSensorWrapper& sensor) {
         const bool removed = sensor.m_cInfo.m_bIsLinear != 0;
         if (removed)
             trace("\n Removing the object %d", number);
@@ -195,15 +202,13 @@ void ThresholdProbe::removeNonLinear()
 
 void ThresholdProbe::fillRow(int row)
 {
-    CSensorWrapper& sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    CSensorWrapper& sensor = sensors[row];
     ThresholdRow& stored = *getAddress(row);
     stored.nDeviceId = sensor.m_cInfo.m_iIdNumber;
-    stored.nResolution = sensor.m_cInfo.m_iResolution;
-    stored.nTolerance = sensor.m_cInfo.m_iTolerance;
-    stored.nAccuracy = sensor.m_cInfo.m_iAccuracy;
+    takeFigures(stored, sensor.m_cInfo);
     const CString& name = sensor.m_cInfo.m_cDescription;
     copyText(stored.stDescription, name.isEmpty() ? traits.defaultName : name.narrow().substr(0, traits.nameLimit));
-    GetSensorData(sensor, traits.m_nMultiplier);
+    client::readings::readAtStart(sensor, traits.m_nMultiplier);
     stored.nStatus = getStatusEnum(statusAtStart(takeReading(sensor, plainBounds)));
 }
 
@@ -218,6 +223,8 @@ const char* ThresholdProbe::statusAtStart(const ThresholdReading& reading)
 
 const char* ThresholdProbe::statusWhenRead(const ThresholdReading& reading)
 {
+    if (!reading.boundsKnown)
+        return "unknown";
     if (!traits.isFan)
         return statusAtStart(reading);
     const Bounds& b = reading.bounds;
@@ -228,11 +235,29 @@ const char* ThresholdProbe::statusWhenRead(const ThresholdReading& reading)
 /// The database keeps the reading of start-up: what a failed read shows.
 ThresholdReading ThresholdProbe::readLive(int row)
 {
-    CSensorWrapper sensor = (*traits.database)->m_pT[static_cast<std::size_t>(row)];
+    CSensorWrapper sensor = sensors[row];
     sensor.m_cInfo.m_iIdNumber = getAddress(row)->nDeviceId;
     sensor.m_cInfo.m_usChassisId = m_nChassisId;
     GetSensorData(sensor, traits.m_nMultiplier);
     return takeReading(sensor, traits.isFan ? fanBounds : plainBounds);
+}
+
+bool ThresholdProbe::readUnread(int row, std::mutex& guard)
+{
+    ThresholdRow* const stored = getAddress(row);
+    if (!stored || !sensors[row].m_pUnread || readLive(row).value == noValue)
+        return true;
+    CSensorWrapper sensor = sensors[row];
+    const bool answered = client::readings::readUnread(sensor, traits.m_nMultiplier);
+    const std::scoped_lock lock(guard);
+    sensors[row] = sensor;
+    takeFigures(*stored, sensor.m_cInfo);
+    return answered;
+}
+
+std::optional<int> ThresholdProbe::presentStatus(int row)
+{
+    return getAddress(row) ? std::optional(client::status::eventStatusOf(statusWhenRead(readLive(row)))) : std::nullopt;
 }
 
 int ThresholdProbe::convertUnit(int unitType, int value) const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "client/groups/BaseContainer.hpp"
-#include "client/readings/SensorTypes.hpp"
+#include "client/groups/SensorRows.hpp"
 
 namespace client::groups {
 
@@ -28,6 +28,7 @@ struct ThresholdReading {
     int value = words::noValue;
     status::Bounds bounds;
     int unitType = 0;
+    bool boundsKnown = true;
 };
 
 /// What differs between the groups of analog sensors.
@@ -52,10 +53,7 @@ struct ThresholdTraits {
 /// the unit that the columns show; 0x7fffffff is "no value".
 class ThresholdProbe : public BaseContainer<ThresholdRow> {
 public:
-    explicit ThresholdProbe(const ThresholdTraits& groupTraits) : traits(groupTraits) {}
-    ~ThresholdProbe() override { traits.database->reset(); }
-    ThresholdProbe(const ThresholdProbe&) = delete;
-    ThresholdProbe& operator=(const ThresholdProbe&) = delete;
+    explicit ThresholdProbe(const ThresholdTraits& groupTraits) : traits(groupTraits), sensors(*traits.database) {}
 
     int init() override;
     int getIntInfo(_SMAttribute attribute, int row, long& out) override;
@@ -64,6 +62,9 @@ public:
     int getStrData(_SMAttribute attribute, int row, char*& out) override;
     /// Takes a bound and sends it nowhere: there is no query that sets one.
     int setIntData(_SMAttribute attribute, int row, long value) override;
+    void goLive() override { sensors.goLive(); }
+    bool readUnread(int row, std::mutex& guard) override;
+    std::optional<int> presentStatus(int row) override;
 
 private:
     void removeNonLinear();
@@ -75,6 +76,7 @@ private:
     int convertUnit(int unitType, int value) const;
 
     const ThresholdTraits& traits;
+    SensorRows sensors;
     static constexpr unsigned short m_nChassisId = 0;
 };
 

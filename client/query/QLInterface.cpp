@@ -2,8 +2,10 @@
 
 #include "client/query/CacheState.hpp"
 #include "client/query/HWAGENTLock.hpp"
+#include "client/query/Publication.hpp"
 #include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 
 #include <cxxabi.h>
@@ -50,9 +52,7 @@ void tendRefresher(std::time_t now)
 void askAndKeep(const std::string& query, ResultMap& result)
 {
     try {
-        current<QueryBackend>().get(query, result);
-        const std::scoped_lock lock(ql_initialized_flag_mtx);
-        cache_map[query] = result;
+        askController(query, result);
     } catch (const ResultStatus& failure) {
         result.clear();
         trace("\nQuery %s failed.\n", query.c_str());
@@ -64,6 +64,16 @@ void askAndKeep(const std::string& query, ResultMap& result)
         result.clear();
         trace("\n unknown error in Call QL function\n");
     }
+}
+
+/// A thread that must not wait has what was published, or a failure.
+void askIfAllowed(const std::string& query, ResultMap& result)
+{
+    if (lookUp(query, result))
+        return;
+    if (!mayAsk())
+        throw ResultStatus(ERROR_INDEX_DATA_NOT_AVAILABLE, "not read yet", query, COMMAND_GET);
+    askAndKeep(query, result);
 }
 
 void askMap(SDK::QueryMap& queries, ResultMap& result)
@@ -94,6 +104,10 @@ void CallQLInterface(const std::string& query, ResultMap& result)
 {
     InitQL();
     result.clear();
+    if (common::policy().answersFromPublished) {
+        askIfAllowed(query, result);
+        return;
+    }
     const std::time_t now = steadySeconds();
     last_req_time = now;
     if (const ResultMap* const kept = noteAndFind(query)) {

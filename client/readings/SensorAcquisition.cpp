@@ -1,10 +1,12 @@
 #include "client/readings/SensorAcquisition.hpp"
 
 #include "client/query/Answers.hpp"
+#include "client/query/Publication.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/status/StateWords.hpp"
 #include "client/words/Numbers.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
 
@@ -18,6 +20,9 @@ using namespace client::words;
 namespace {
 
 constexpr char notSupported[] = "NOT SUPPORTED";
+constexpr char noReading[] = "READING_UNAVAILABLE";
+/// Of a sensor whose bounds cannot be read while the controller answers for others.
+constexpr int mostAttempts = 3;
 constexpr std::size_t recordTextBytes = 1024;
 
 /// Kinds of figure of a sensor, as ExecuteThresholdQuery takes them; all below Tolerance are thresholds.
@@ -80,6 +85,11 @@ std::string sensorPath(const CSensorInfo& info)
     return sensorPath(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber);
 }
 
+std::string readingPath(const CSensorInfo& info)
+{
+    return sensorPath(info) + "/INTERPRET_SENSOR_VALUE";
+}
+
 CSensorInfo decodeRecord(const ipmi::SdrView& record)
 {
     CSensorInfo info;
@@ -97,6 +107,16 @@ CSensorInfo decodeRecord(const ipmi::SdrView& record)
     return info;
 }
 
+/// No bounds, no figures, and the record to read them from later.
+void markUnread(CSensorWrapper& wrapper, const ipmi::SdrView& record)
+{
+    for (const ThresholdField& field : thresholdFields)
+        wrapper.m_cData.*field.member = noValue;
+    for (const FigureField& field : figureFields)
+        wrapper.m_cInfo.*field.member = noValue;
+    wrapper.m_pUnread = std::make_shared<const ipmi::Bytes>(record.all().begin(), record.all().end());
+}
+
 /// Asks for those figures whose byte the record reaches: a short record leaves the others at 0.
 void readFigures(CSensorWrapper& wrapper, const ipmi::SdrView& record, long multiplier)
 {
@@ -110,6 +130,15 @@ void readFigures(CSensorWrapper& wrapper, const ipmi::SdrView& record, long mult
         ask(field.place, field.which, wrapper.m_cData.*field.member);
     for (const FigureField& field : figureFields)
         ask(field.place, field.which, wrapper.m_cInfo.*field.member);
+}
+
+/// At once, or later where the rows must not wait for it.
+void takeFigures(CSensorWrapper& wrapper, const ipmi::SdrView& record, long multiplier)
+{
+    if (common::policy().fillsBehindRegistration)
+        markUnread(wrapper, record);
+    else
+        readFigures(wrapper, record, multiplier);
 }
 
 void readName(CSensorInfo& info)
@@ -129,10 +158,10 @@ void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multipli
     if (discrete)
         trace("\n DescreteSensor, so no threshold queries\n");
     else if (record.type() == ipmi::sdrtype::full)
-        readFigures(wrapper, record, multiplier);
+        takeFigures(wrapper, record, multiplier);
     readName(wrapper.m_cInfo);
     wrapper.m_cData.m_iValue = noValue; // a controller that is busy just now must not look like a reading of zero
-    GetSensorData(wrapper, multiplier);
+    readAtStart(wrapper, multiplier);
     db.m_pT.push_back(wrapper);
 }
 
@@ -181,7 +210,7 @@ void storeReading(CSensorData& data, const std::string& value, long multiplier)
     std::string text;
     MapMultipleQLStrToSNMPStr(value.c_str(), &text);
     data.m_cValueString.SetString(text.c_str());
-    if (text == "READING_UNAVAILABLE") {
+    if (text == noReading) {
         data.m_iValue = noValue;
         return;
     }
@@ -211,16 +240,39 @@ void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier)
     GetAllSensorData(sensorType, db, multiplier, false);
 }
 
+void client::readings::readAtStart(CSensorWrapper& wrapper, long multiplier)
+{
+    if (common::policy().fillsBehindRegistration)
+        want(readingPath(wrapper.m_cInfo));
+    else
+        GetSensorData(wrapper, multiplier);
+}
+
+bool client::readings::readUnread(CSensorWrapper& wrapper, long multiplier)
+{
+    const unsigned long failuresBefore = interfaceFailures();
+    const ipmi::Bytes record = *wrapper.m_pUnread;
+    const SDK::SameAnswers oneExchange;
+    forgetStanding(sensorPath(wrapper.m_cInfo) + "/THRESHOLD/");
+    readFigures(wrapper, ipmi::SdrView(record), multiplier);
+    const bool failed = interfaceFailures() != failuresBefore;
+    if (!failed || ++wrapper.m_iReadAttempts >= mostAttempts)
+        wrapper.m_pUnread.reset();
+    return !failed;
+}
+
 void GetSensorData(CSensorWrapper& wrapper, long multiplier)
 {
     const CSensorInfo& info = wrapper.m_cInfo;
     if (traceWanted)
         trace("\nSensor %s, number %d, type %d\n", info.m_cDescription.narrow().c_str(), info.m_ucSensorNumber,
               info.m_ucType);
-    const std::string path = sensorPath(info) + "/INTERPRET_SENSOR_VALUE";
+    const std::string path = readingPath(info);
     const auto answers = tryQuery(path, "\n Failed for SensorReadingquery\n");
     if (const std::string* const value = answers ? findAnswer(*answers, path) : nullptr)
         storeReading(wrapper.m_cData, *value, multiplier);
+    else if (common::policy().expiresReadings)
+        storeReading(wrapper.m_cData, noReading, multiplier);
 }
 
 int ExecuteThresholdQuery(int sensorNumber, int ownerId, int lun, long raw, long multiplier, int which)

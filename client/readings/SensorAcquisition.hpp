@@ -16,3 +16,15 @@ void GetSensorData(CSensorWrapper& wrapper, long multiplier);
 /// The threshold or figure that `which` (1 to 10) selects, in units of 1/`multiplier` for thresholds. `raw` is the
 /// record's own byte: "no value" there leaves the answer untranslated.
 int ExecuteThresholdQuery(int sensorNumber, int ownerId, int lun, long raw, long multiplier, int which);
+
+namespace client::readings {
+
+/// The first reading of a sensor that is about to become a row: at once, or wanted from the reading thread where rows
+/// must not wait for it.
+void readAtStart(CSensorWrapper& wrapper, long multiplier);
+
+/// Reads the bounds and figures of a sensor that has `m_pUnread`, by one exchange, and resets it; also after the third
+/// failure. False if the controller's interface failed.
+bool readUnread(CSensorWrapper& wrapper, long multiplier);
+
+} // namespace client::readings

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "client/words/CString.hpp"
+#include "ipmi/Bytes.hpp"
 
 #include <cstddef>
 #include <memory>
@@ -65,6 +66,9 @@ struct CSensorWrapper {
 
     CSensorInfo m_cInfo;
     CSensorData m_cData;
+    /// The record while the sensor's bounds and figures have yet to be read from it; null once they are known.
+    std::shared_ptr<const ipmi::Bytes> m_pUnread;
+    int m_iReadAttempts = 0; ///< at those bounds and figures
 };
 
 /// The sensors of one group; an element's place is its row, once the group has removed what it does not show.

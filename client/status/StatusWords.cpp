@@ -87,6 +87,11 @@ int rowStatusOf(const char* word)
     return statusNamed(word).ofRow;
 }
 
+int eventStatusOf(const char* word)
+{
+    return statusNamed(word).ofEvent;
+}
+
 const char* healthWord(int status)
 {
     const Status* const found = findStatus(status);

@@ -17,6 +17,8 @@ namespace client::status {
 
 /// NEW_HEALTH_STATUS of a status word.
 int rowStatusOf(const char* word);
+/// HEALTH_STATUS of a status word.
+int eventStatusOf(const char* word);
 /// The MIB's word for a HEALTH_STATUS: "Healthy", "Warning", "Critical" or "Unavailable".
 const char* healthWord(int status);
 

@@ -4,10 +4,16 @@
 
 namespace common {
 
-void waitInterruptibly(std::chrono::seconds duration)
+void waitInterruptibly(std::chrono::nanoseconds duration)
 {
     const Cancellable wait;
     current<Clock>().sleepFor(duration);
+}
+
+void cancelHere()
+{
+    const Cancellable now;
+    pthread_testcancel();
 }
 
 } // namespace common

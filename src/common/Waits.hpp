@@ -18,6 +18,9 @@ private:
 };
 
 /// Sleeps by the current Clock. A thread that is cancelled ends in it: a stop of the agent does not wait for it.
-void waitInterruptibly(std::chrono::seconds duration);
+void waitInterruptibly(std::chrono::nanoseconds duration);
+
+/// Ends the thread here if it has been cancelled.
+void cancelHere();
 
 } // namespace common

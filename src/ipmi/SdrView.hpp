@@ -51,6 +51,7 @@ class SdrView {
 public:
     explicit SdrView(ByteView record) : bytes(record) {}
 
+    ByteView all() const { return bytes; }
     bool has(std::size_t at) const { return at < bytes.size(); }
     std::uint8_t at(std::size_t at) const { return byteAt(bytes, at); }
 

@@ -2,6 +2,7 @@
 
 #include "client/groups/BaseContainer.hpp"
 #include "client/query/CacheState.hpp"
+#include "client/query/Publication.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
@@ -100,8 +101,7 @@ class ClientFixture : public testing::Test {
 protected:
     ClientFixture()
     {
-        cache_map.clear();
-        refresh_map.clear();
+        forgetAll();
         in_refresh = 0;
         bQLInitialized = false;
         start_cache_list = 0;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+/// Filling the groups while the agent serves: all of it on the reading thread.
+
+namespace client::door {
+
+/// Where groups get their rows from.
+enum class Sources {
+    firmware,   ///< its tables alone: memory
+    repository, ///< sensors, and processors, which are matched with theirs
+    inventory,  ///< the controller's FRU inventory, which takes a slow controller minutes
+};
+
+/// Reads the groups of those sources anew, aside, and puts each in the place of what is shown. False if the
+/// controller's interface failed meanwhile or gave no records of sensors: the caller tries again later.
+bool fillGroups(Sources sources);
+
+/// Reads the bounds and figures of sensors that lack them, as long as `goOn`, called before each, says so. False if the
+/// controller's interface failed.
+bool readUnreadFigures(const std::function<bool()>& goOn);
+
+} // namespace client::door

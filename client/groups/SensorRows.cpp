@@ -1,0 +1,82 @@
+#include "client/groups/SensorRows.hpp"
+
+#include "common/Policy.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace client::groups {
+
+namespace {
+
+using Sensors = std::vector<CSensorWrapper>;
+
+/// Takes the sensor with that packed id out of `sensors`.
+bool takeSensor(Sensors& sensors, int id, CSensorWrapper& out)
+{
+    const auto found =
+        std::ranges::find_if(sensors, [id](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_iIdNumber == id; });
+    if (found == sensors.end())
+        return false;
+    out = *found;
+    sensors.erase(found);
+    return true;
+}
+
+bool takeFirst(Sensors& sensors, CSensorWrapper& out)
+{
+    if (sensors.empty())
+        return false;
+    out = sensors.front();
+    sensors.erase(sensors.begin());
+    return true;
+}
+
+} // namespace
+
+SensorRows::~SensorRows()
+{
+    if (live && database.get() == live)
+        database.reset();
+}
+
+readings::SensorDatabase& SensorRows::begin()
+{
+    fresh = std::make_unique<readings::SensorDatabase>();
+    return *fresh;
+}
+
+void SensorRows::settle()
+{
+    if (!common::policy().fillsBehindRegistration)
+        goLive();
+    else if (database)
+        keepPlaces();
+}
+
+/// Each sensor of the new set gets the place that it has in the database. The place of one that is gone goes to a new
+/// sensor; until there is one the gone sensor keeps it, without a reading. Only places at the end vanish.
+void SensorRows::keepPlaces()
+{
+    Sensors places = database->m_pT;
+    Sensors& found = fresh->m_pT;
+    std::vector<bool> stands;
+    stands.reserve(places.size());
+    for (CSensorWrapper& place : places)
+        stands.push_back(takeSensor(found, place.m_cInfo.m_iIdNumber, place));
+    for (std::size_t at = 0; at < places.size(); ++at)
+        stands[at] = stands[at] || takeFirst(found, places[at]);
+    for (; !places.empty() && !stands.back(); stands.pop_back())
+        places.pop_back();
+    places.insert(places.end(), found.begin(), found.end());
+    found = std::move(places);
+}
+
+void SensorRows::goLive()
+{
+    if (fresh)
+        database = std::move(fresh);
+    live = database.get();
+}
+
+} // namespace client::groups

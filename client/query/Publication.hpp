@@ -1,0 +1,63 @@
+#pragma once
+
+#include "common/XNode.hpp"
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+/// The query cache as the practical mode uses it: one thread asks the controller and publishes each answer as it comes;
+/// all others look up what was published, and what they miss is asked next. Nobody who looks up ever waits.
+
+namespace client::query {
+
+/// Marks the calling thread, for a scope, as the one that talks with the controller.
+class ReadingScope {
+public:
+    ReadingScope();
+    ~ReadingScope();
+    ReadingScope(const ReadingScope&) = delete;
+    ReadingScope& operator=(const ReadingScope&) = delete;
+};
+
+/// Whether the calling thread may wait for the controller.
+bool mayAsk();
+
+/// Adds the query to those that the reading thread asks by itself. A sensor's reading is asked again in each pass,
+/// everything else until there is an answer.
+void want(const std::string& query);
+
+/// Copies the answer that was published last. False without one, or with a reading older than three refresh periods;
+/// the query is wanted from now on.
+bool lookUp(const std::string& query, ResultMap& result);
+
+/// Asks the SDK and publishes the answer. Throws what the SDK throws.
+void askController(const std::string& query, ResultMap& result);
+
+/// Makes an answer known from now on.
+void publish(const std::string& query, const ResultMap& answer);
+
+/// Forgets what was published of queries that begin with `prefix`, but for the readings: they age by themselves.
+void forgetStanding(const std::string& prefix);
+
+/// How a pass ended: all asked, stopped by the caller, or given up on a controller that is silent.
+enum class PassEnd { whole, interrupted, silent };
+
+/// Asks every wanted query that is due, those that somebody looked for last first. A failing query harms itself alone.
+/// Ends early when `goOn`, called before each, says no, or when the controller's interface fails three times in a row.
+PassEnd readWanted(const std::function<bool()>& goOn);
+
+/// What a pass took bears on how long a reading holds: a controller may be slower than the configured period.
+/// `length` runs from the beginning of a pass to the beginning of the next.
+void setRefreshPeriod(std::chrono::nanoseconds length);
+
+/// Whether somebody has looked up what nobody wanted before, since the last call.
+bool takeNewlyWanted();
+
+/// How often the controller's interface has failed the calling thread since the process began.
+unsigned long interfaceFailures();
+
+/// As at the start of the process. For tests.
+void forgetAll();
+
+} // namespace client::query

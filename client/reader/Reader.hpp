@@ -1,0 +1,37 @@
+#pragma once
+
+#include "common/Seams.hpp"
+
+namespace client::reader {
+
+/// The one thread of the practical mode that talks with the controller: it fills the groups behind the registration,
+/// reads sensors pass by pass, follows the event log in between, and notices a changed repository.
+class Reader {
+public:
+    /// One turn: whatever is due, then a nap. In the nap the thread can be cancelled, as between two queries. No
+    /// exception of the SDK leaves it.
+    void turn();
+
+private:
+    using Moment = Clock::SteadyPoint;
+    using Duration = std::chrono::nanoseconds;
+
+    void fillWhenDue();
+    void fillFromRepository();
+    void pollWhenDue();
+    void readWhenDue();
+    bool readFiguresFor(Duration readings);
+    void endPass(Moment began);
+    void nap();
+    bool goOn();
+
+    bool firmwareRead = false;
+    bool repositoryRead = false;
+    bool inventoryRead = false;
+    Duration fillPause = std::chrono::seconds(5); ///< grows while there is no repository
+    Moment nextFill{};
+    Moment nextPoll{};
+    Moment nextPass{};
+};
+
+} // namespace client::reader

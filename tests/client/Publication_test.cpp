@@ -1,0 +1,211 @@
+#include "client/query/Publication.hpp"
+
+#include "client/door/Functions.hpp"
+#include "client/door/smClient.hpp"
+#include "client/reader/Reader.hpp"
+#include "common/ConfigFile.hpp"
+#include "common/Policy.hpp"
+#include "common/Report.hpp"
+#include "tests/client/ClientFixture.hpp"
+#include "tests/support/TempRoot.hpp"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct SilentLog : common::SystemLog {
+    void write(common::Gravity, const std::string& text) override { lines.push_back(text); }
+    std::vector<std::string> lines;
+};
+
+/// The client in the practical mode over a scripted SDK; the test plays the reading thread.
+class Published : public ClientFixture {
+protected:
+    static constexpr char reading[] = "/BMC/SENSOR[1]/OWNER[32]/LUN[0]/INTERPRET_SENSOR_VALUE";
+
+    Published() { sdk.answer("/BMC/SDR", "/BMC/SDR[1]"); }
+
+    /// What a thread that must not wait gets; "none" for nothing.
+    static std::string look(const std::string& query)
+    {
+        ResultMap result;
+        return lookUp(query, result) ? result.begin()->second.mXNodeList.front() : "none";
+    }
+    static PassEnd pass()
+    {
+        const ReadingScope reads;
+        return readWanted([] { return true; });
+    }
+    void failInterface()
+    {
+        sdk.onGet = [](const std::string& query) {
+            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no answer", query, COMMAND_GET);
+        };
+    }
+
+    common::ScopedPolicy practical{common::practicalPolicy()};
+    SilentLog log;
+    ScopedSeam<common::SystemLog> useLog{log};
+};
+
+TEST_F(Published, AMissAsksNobodyAndIsAnsweredByTheNextPass)
+{
+    sdk.answer("/A", "1");
+    ResultMap result;
+    EXPECT_THROW(CallQLInterface("/A", result), ResultStatus);
+    EXPECT_TRUE(sdk.asked.empty());
+    EXPECT_TRUE(takeNewlyWanted());
+    EXPECT_EQ(pass(), PassEnd::whole);
+    EXPECT_EQ(look("/A"), "1");
+    EXPECT_FALSE(takeNewlyWanted());
+}
+
+TEST_F(Published, ReadingsAreAskedInEachPassAndAllElseOnce)
+{
+    sdk.answer(reading, "1");
+    sdk.answer("/A", "1");
+    want(reading);
+    want("/A");
+    for (int passes = 0; passes < 3; ++passes)
+        pass();
+    EXPECT_EQ(sdk.timesAsked(reading), 3);
+    EXPECT_EQ(sdk.timesAsked("/A"), 1);
+    forgetStanding("/A");
+    pass();
+    EXPECT_EQ(sdk.timesAsked("/A"), 2);
+}
+
+TEST_F(Published, AReadingHoldsForThreePeriodsHoweverLongAPassTakes)
+{
+    sdk.answer(reading, "1");
+    want(reading);
+    pass();
+    setRefreshPeriod(10s);
+    clock.advance(30s);
+    EXPECT_EQ(look(reading), "1");
+    clock.advance(1ns);
+    EXPECT_EQ(look(reading), "none");
+    sdk.onGet = [this](const std::string&) { clock.advance(100s); }; // a controller of that many seconds a pass
+    pass();
+    clock.advance(300s);
+    EXPECT_EQ(look(reading), "1");
+    clock.time -= 1h; // an administrator sets the time of day
+    EXPECT_EQ(look(reading), "1");
+}
+
+TEST_F(Published, AFailingQueryHarmsItselfAndIsToldOnce)
+{
+    sdk.answer(reading, "1");
+    want(reading);
+    want("/fails");
+    for (int passes = 0; passes < 4; ++passes) {
+        EXPECT_EQ(pass(), PassEnd::whole);
+        setRefreshPeriod(10s);
+        clock.advance(10s);
+    }
+    EXPECT_EQ(sdk.timesAsked(reading), 4);
+    EXPECT_EQ(sdk.timesAsked("/fails"), 2); // at once, then after two periods, then after four
+    EXPECT_EQ(log.lines, std::vector<std::string>{"no answer to /fails: 1001, no such answer"});
+}
+
+TEST_F(Published, ASilentControllerEndsThePassAndWhatWasLookedUpLastComesFirst)
+{
+    for (const char* query : {"/A", "/B", "/C", "/D"})
+        want(query);
+    clock.advance(1s);
+    look("/C");
+    failInterface();
+    EXPECT_EQ(pass(), PassEnd::silent);
+    EXPECT_EQ(sdk.asked.size(), 3U);
+    EXPECT_TRUE(log.lines.empty()); // the transport tells of a silent controller
+    sdk.onGet = nullptr;
+    sdk.asked.clear();
+    pass();
+    EXPECT_EQ(sdk.asked.front(), "/C");
+}
+
+/// The whole client, behind the flat functions as SNMP requests use them.
+class FilledBehind : public Published {
+protected:
+    FilledBehind()
+    {
+        root.write(common::configPath, "debugenabled=1\n");
+        gSubagent = &client;
+    }
+    ~FilledBehind() override { gSubagent = nullptr; }
+
+    void start()
+    {
+        client.init();
+        traceWanted = false;
+        sdk.asked.clear();
+    }
+    void turns(int count)
+    {
+        for (int turn = 0; turn < count; ++turn)
+            reader.turn();
+    }
+    static long voltage(_SMAttribute attribute, int row = 0)
+    {
+        long out = -1;
+        const int result = getIntData(VOLTAGE, attribute, row, out);
+        return result ? -result : out;
+    }
+
+    TempRoot root;
+    client::reader::Reader reader;
+    smClient client;
+};
+
+TEST_F(FilledBehind, StartsWithoutAQueryAndFillsBehind)
+{
+    const Sensor sensor;
+    addSensor(sensor);
+    start();
+    EXPECT_TRUE(sdk.asked.empty());
+    EXPECT_EQ(getCount(VOLTAGE), 0);
+    EXPECT_EQ(getHealthStatus(), ENUM_STATUS_UNAVAILABLE);
+    turns(1);
+    EXPECT_EQ(getCount(VOLTAGE), 1);
+    EXPECT_EQ(voltage(VOLTAGE_READING), 12050);
+    EXPECT_EQ(voltage(VOLTAGE_UPPERCRITICALTHRESHOLD), 14000);
+    EXPECT_EQ(voltage(VOLTAGE_STATUS), ENUM_STATUS_HEALTHY);
+    const std::string bound = sensor.path() + "/THRESHOLD/UPPER_CRITICAL";
+    turns(30);
+    EXPECT_EQ(sdk.timesAsked(bound), 1);
+    EXPECT_GT(sdk.timesAsked(sensor.path() + "/INTERPRET_SENSOR_VALUE"), 1);
+}
+
+TEST_F(FilledBehind, ASilentControllerAtStartIsReadWhenItComesBack)
+{
+    addSensor({});
+    start();
+    failInterface();
+    turns(20);
+    EXPECT_EQ(getCount(VOLTAGE), 0);
+    sdk.onGet = nullptr;
+    turns(70);
+    EXPECT_EQ(voltage(VOLTAGE_READING), 12050);
+    failInterface();
+    turns(120);
+    EXPECT_EQ(voltage(VOLTAGE_READING), noValue);
+    EXPECT_EQ(voltage(VOLTAGE_STATUS), ENUM_STATUS_UNAVAILABLE);
+}
+
+TEST_F(FilledBehind, RowsKeepTheirNumbersWhenTheRepositoryChanges)
+{
+    for (const int number : {1, 2, 3})
+        addSensor({.number = number, .name = "S" + std::to_string(number)});
+    start();
+    turns(1);
+    sdk.answers.erase("/BMC/SDR/SENSOR_TYPE[2]");
+    for (const int number : {3, 4, 1})
+        addSensor({.number = number, .name = "S" + std::to_string(number)});
+    const ReadingScope reads;
+    EXPECT_TRUE(client::door::fillGroups(client::door::Sources::repository));
+    EXPECT_EQ(getCount(VOLTAGE), 3);
+    for (const char* name : {"S1", "S4", "S3"})
+        EXPECT_EQ(strInfo(*client.mVoltageProbe, VOLTAGE_DESCRIPTION, name[1] == '4' ? 1 : name[1] - '1'), name);
+}
+
+} // namespace
