@@ -57,10 +57,11 @@ inline constexpr std::uint8_t ok = 0x00, nodeBusy = 0xC0, invalidCommand = 0xC1,
                               illegalForType = 0xCD, noResponse = 0xCE, sdrUpdating = 0xD0, firmwareUpdating = 0xD1,
                               initializing = 0xD2, destinationUnavailable = 0xD3, insufficientPrivilege = 0xD4,
                               unavailableInState = 0xD5, subFunctionDisabled = 0xD6, unspecified = 0xFF;
-inline constexpr std::uint8_t queueEmpty = 0x80;     ///< Get Message: nothing there (22.6)
-inline constexpr std::uint8_t writeProtected = 0x80; ///< Write FRU Data: the offset is (34.3)
-inline constexpr std::uint8_t fruBusy = 0x81;        ///< Read and Write FRU Data (34.2 and 34.3)
-inline constexpr std::uint8_t nakOnWrite = 0x83;     ///< Send Message: nobody took it (22.7)
+inline constexpr std::uint8_t queueEmpty = 0x80;      ///< Get Message: nothing there (22.6)
+inline constexpr std::uint8_t writeProtected = 0x80;  ///< Write FRU Data: the offset is (34.3)
+inline constexpr std::uint8_t fruBusy = 0x81;         ///< Read and Write FRU Data (34.2 and 34.3)
+inline constexpr std::uint8_t lostArbitration = 0x81; ///< Send Message: the bus was another's (22.7)
+inline constexpr std::uint8_t nakOnWrite = 0x83;      ///< Send Message: nobody took it (22.7)
 } // namespace completion
 
 /// Whether a controller says with `code` that it has no time now, and may have it a moment later.

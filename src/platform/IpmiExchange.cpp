@@ -5,10 +5,13 @@
 #include "common/ErrorName.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
+#include "ipmi/Codes.hpp"
 #include "ipmi/Hex.hpp"
 #include "platform/PortLock.hpp"
 #include "platform/SameAnswers.hpp"
 #include "transport/BmcMessage.hpp"
+#include "transport/Deadline.hpp"
+#include "transport/TransportState.hpp"
 
 #include <cstdint>
 #include <cstdlib>
@@ -75,6 +78,16 @@ void listReply(const BMC_RESPONSE& response, std::uint32_t count, std::vector<st
         reply.push_back(Util::dec_to_hex_string(byte));
 }
 
+/// Whether the controller is to be counted as one that answers. One that has no time for as long as it is asked does
+/// not; that of a bridged request may be a satellite that is not there.
+void noteOutcome(const BMC_REQUEST& request, const std::optional<std::uint32_t>& count, const BMC_RESPONSE& response)
+{
+    const bool busyThroughout = ipmi::isBusy(response.completionCode) && transport::Deadline::passed();
+    const bool answered = count && !busyThroughout;
+    if (answered || request.target == ipmi::address::bmc)
+        transport::transportState().silence.note(answered);
+}
+
 } // namespace
 
 void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions& options,
@@ -92,7 +105,10 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
 
     HW_NAMED_LOCK(named, exchangeLock);
     const std::lock_guard hold(exchangeGuard);
+    const transport::Deadline deadline;
     const PortLock port;
+    if (!transport::transportState().silence.admits())
+        refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     if (options.initialise && InitilizeIPMB_Interface() != 0)
         refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
     const RequestData data(std::span<const std::string>(tokens).subspan(tokensOfHeader));
@@ -100,6 +116,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     BMC_RESPONSE response;
     std::memset(&response, 0, sizeof response);
     const std::optional<std::uint32_t> count = transport::sendRequest(request, response, options.retries);
+    noteOutcome(request, count, response);
     if (!count)
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     listReply(response, *count, reply);

@@ -14,7 +14,8 @@ struct ExchangeOptions {
 /// One raw exchange under "IPMI_EXEC_LOCK". `tokens`: hexadecimal text, in order target address, network function, LUN,
 /// command, data. `reply`: the completion code in decimal, then the data bytes as "%x"; "CC" alone, without an
 /// exchange, for a target address of at most 1Fh. Throws 1274 when there is no interface, 1026 when the exchange failed
-/// (a completion code is no failure), 1184 for tokens that make no request.
+/// (a completion code is no failure), 1184 for tokens that make no request. While the controller is silent and spared
+/// (Policy::sparesSilentController) it throws 1026 without an exchange.
 void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions& options,
                   std::vector<std::string>& reply);
 

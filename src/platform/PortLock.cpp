@@ -1,6 +1,7 @@
 #include "platform/PortLock.hpp"
 
 #include "common/Seams.hpp"
+#include "transport/Deadline.hpp"
 #include "transport/TransportState.hpp"
 
 #include <fcntl.h>
@@ -28,7 +29,9 @@ common::Descriptor openLockFile()
 
 PortLock::PortLock() : file(openLockFile())
 {
-    for (int tries = 0; file && tries < mostTries && flock(file.get(), LOCK_EX | LOCK_NB) != 0; ++tries)
+    for (int tries = 0;
+         file && tries < mostTries && !transport::Deadline::passed() && flock(file.get(), LOCK_EX | LOCK_NB) != 0;
+         ++tries)
         current<Clock>().sleepFor(pauseBetweenTries);
 }
 

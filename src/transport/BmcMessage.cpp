@@ -1,10 +1,13 @@
 #include "transport/BmcMessage.hpp"
 
+#include "common/Policy.hpp"
 #include "ipmi/Codes.hpp"
+#include "transport/Deadline.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/MessageRecords.hpp"
 #include "transport/OpenIpmi.hpp"
+#include "transport/Patience.hpp"
 #include "transport/TransportState.hpp"
 #include "transport/Usb.hpp"
 
@@ -114,10 +117,36 @@ void fillResponse(BMC_RESPONSE& response, const BMC_MESSAGE& answer)
     std::copy_n(answer.data, answer.length, response.data);
 }
 
+/// Looks for an interface: 0 or noBmcInterface.
+int search(bool driverOpened)
+{
+    transportState().OpenIPMIPresence = driverOpened ? 1 : 0;
+    return driverOpened || MainInit() == 0 ? 0 : noBmcInterface;
+}
+
+/// A driver that was loaded later owns the ports from then on; where there was nothing at all, the ports may answer by
+/// now.
+void searchAgain(int& result)
+{
+    if (transportState().OpenIPMIPresence == 1 || !mayLookAgain())
+        return;
+    const bool opened = openDevice();
+    if (opened || result != 0)
+        result = search(opened);
+}
+
 /// Whether a try gave what the caller can be handed.
 bool isUsableAnswer(int result, const BMC_MESSAGE& answer)
 {
     return result == 0 && answer.length <= maxResponseData;
+}
+
+bool askWithTries(BMC_MESSAGE& message, BMC_MESSAGE& answer, int retries)
+{
+    for (int tries = 0; tries <= retries && !Deadline::passed(); ++tries)
+        if (isUsableAnswer(ProcessMessage(&message, &answer, 1), answer))
+            return true;
+    return false;
 }
 
 } // namespace
@@ -128,10 +157,7 @@ int BmcLibInitialize()
     if (state.libInitialized)
         return 0;
     state.libInitialized = true;
-    state.OpenIPMIPresence = init_openipmi() == 0 ? 1 : 0;
-    if (state.OpenIPMIPresence)
-        return 0;
-    return MainInit() == 0 ? 0 : noBmcInterface;
+    return search(init_openipmi() == 0);
 }
 
 int BmcLibDeinitialize()
@@ -146,6 +172,8 @@ int InitilizeIPMB_Interface()
     std::optional<int>& result = transportState().initializeResult;
     if (!result)
         result = BmcLibInitialize();
+    else
+        searchAgain(*result);
     if (*result != 0)
         return 1;
     SelectInterface(IPMI_INTERFACE_KCS);
@@ -196,14 +224,17 @@ std::optional<std::uint32_t> transport::sendRequest(const BMC_REQUEST& request, 
 {
     if (request.length > maxRequestData)
         return std::nullopt;
+    Patience patience(request);
+    const Deadline deadline(patience.budget());
     BMC_MESSAGE message;
     copyRequest(message, request);
     BMC_MESSAGE answer;
     clearHeader(answer);
 
-    bool answered = false;
-    for (int tries = 0; tries <= retries && !answered; ++tries)
-        answered = isUsableAnswer(ProcessMessage(&message, &answer, 1), answer);
+    bool answered = askWithTries(message, answer, retries);
+    while (answered && patience.asksAgain(answer.completionCode))
+        answered = askWithTries(message, answer, retries);
+    patience.note(answered, answer.completionCode);
     // The data may be a password.
     explicit_bzero(message.data, message.length);
     if (!answered)
@@ -218,8 +249,8 @@ int ProcessMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeout
         return ProcessTimedMessage(request, response, timeoutSeconds);
     if (request->target != ipmi::address::bmc)
         return bridgeMessage(request, response);
-    exchangeByDriver(request, response);
-    return 0;
+    const int result = exchangeByDriver(request, response);
+    return common::policy().reportsDriverErrors ? result : 0;
 }
 
 int ProcessTimedMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, unsigned timeoutSeconds)

@@ -1,6 +1,8 @@
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "ipmi/Codes.hpp"
 #include "transport/BmcMessage.hpp"
+#include "transport/Deadline.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/MessageRecords.hpp"
@@ -109,7 +111,7 @@ bool givesNoAnswer(std::uint8_t target, std::uint8_t cmd)
 
 void waitForAttention()
 {
-    for (int waited = 0; waited <= attentionLimitMs; waited += attentionPauseMs) {
+    for (int waited = 0; waited <= attentionLimitMs && !Deadline::passed(); waited += attentionPauseMs) {
         if (KCSMessageReady())
             return;
         current<Clock>().sleepFor(std::chrono::milliseconds(attentionPauseMs));
@@ -119,10 +121,26 @@ void waitForAttention()
 /// By the steady clock: the time of day may be set at any moment.
 class Budget {
 public:
-    bool exhausted() const { return current<Clock>().steady() - start >= budgetTime; }
+    bool exhausted() const { return Deadline::passed() || current<Clock>().steady() - start >= budgetTime; }
 
 private:
     Clock::SteadyPoint start = current<Clock>().steady();
+};
+
+/// Between two looks into an empty queue: growing, where the policy spares the controller.
+class QueuePause {
+public:
+    void make()
+    {
+        if (!common::policy().retriesBusyController)
+            return;
+        current<Clock>().sleepFor(std::min(next, Deadline::left()));
+        next = std::min(2 * next, longest);
+    }
+
+private:
+    static constexpr std::chrono::nanoseconds longest = 100ms;
+    std::chrono::nanoseconds next = 2ms;
 };
 
 enum class Got { answer, noneAwaited, budgetExhausted, nothing };
@@ -141,7 +159,8 @@ Got getMessages(const Awaited& awaited, BMC_MESSAGE& got)
 {
     BMC_MESSAGE get;
     fillPlainRequest(get, ipmi::netfn::app, ipmi::cmd::getMessage);
-    for (int rounds = awaited.rounds; rounds > 0;) {
+    QueuePause pause;
+    for (int rounds = awaited.rounds; rounds > 0 && !Deadline::passed();) {
         clearHeader(got);
         if (ProcessMessage(&get, &got, awaited.timeoutSeconds) != 0)
             return Got::nothing;
@@ -149,10 +168,9 @@ Got getMessages(const Awaited& awaited, BMC_MESSAGE& got)
             return Got::noneAwaited;
         if (awaited.budget && awaited.budget->exhausted())
             return Got::budgetExhausted;
-        if (got.completionCode == ipmi::completion::nakOnWrite)
-            continue;
-        if (got.completionCode == ipmi::completion::queueEmpty) {
-            --rounds;
+        if (got.completionCode == ipmi::completion::nakOnWrite || got.completionCode == ipmi::completion::queueEmpty) {
+            rounds -= got.completionCode == ipmi::completion::queueEmpty;
+            pause.make();
             continue;
         }
         if (got.completionCode != ipmi::completion::ok || (!awaited.budget && !isWholeMessage(got)))
@@ -209,7 +227,7 @@ Got attemptPx(BMC_MESSAGE& send, const BMC_REQUEST& request, BMC_RESPONSE& respo
     if (ProcessMessage(&send, &sent, pxTimeoutSeconds) != 0)
         return Got::nothing;
     if (sent.completionCode == ipmi::completion::nakOnWrite) {
-        current<Clock>().sleepFor(1s);
+        current<Clock>().sleepFor(std::min(std::chrono::nanoseconds(1s), Deadline::left()));
         transportState().incTestCount = true;
     }
     if (sent.completionCode != ipmi::completion::ok)
@@ -224,7 +242,7 @@ enum class Round { answer, again, giveUp };
 Round collectPlainAnswer(BMC_RESPONSE& got, BMC_RESPONSE& response)
 {
     const BMC_REQUEST get{ipmi::address::bmc, ipmi::cmd::getMessage, ipmi::netfn::app, 0, 0, nullptr};
-    for (;;) {
+    while (!Deadline::passed()) {
         if (SendRequest_Linux(&get, &got, sendMessageRetries) != 0 ||
             got.completionCode == ipmi::completion::queueEmpty)
             return Round::again;
@@ -241,6 +259,7 @@ Round collectPlainAnswer(BMC_RESPONSE& got, BMC_RESPONSE& response)
         std::copy_n(got.data + gotData, response.length, response.data);
         return Round::answer;
     }
+    return Round::giveUp;
 }
 
 Round runPlainRound(const BMC_REQUEST& send, BMC_RESPONSE& sent, BMC_RESPONSE& got, BMC_RESPONSE& response)
@@ -261,7 +280,8 @@ void runPlainRounds(const BMC_REQUEST& request, BMC_RESPONSE& response, std::uin
     const BMC_REQUEST send{
         ipmi::address::bmc, ipmi::cmd::sendMessage, ipmi::netfn::app, 0, static_cast<std::uint32_t>(frame.size()),
         frame.data()};
-    for (int i = 0; i < sendMessageRounds; ++i)
+    const Deadline deadline;
+    for (int i = 0; i < sendMessageRounds && !Deadline::passed(); ++i)
         if (runPlainRound(send, *sent, *got, response) != Round::again)
             return;
 }
@@ -283,11 +303,16 @@ int ProcessSendMessage(BMC_MESSAGE* request, BMC_MESSAGE* response, std::uint8_t
     if (!fillSendMessage(send, bridged(*request), channel, target, state.processSendSequence.current()))
         return ipmiMessageSize;
 
+    const Deadline deadline;
     const Budget budget;
     for (;;) {
         BMC_MESSAGE sent;
         Got result = Got::nothing;
         if (ProcessMessage(&send, &sent, exchangeTimeoutSeconds) == 0) {
+            if (common::policy().limitsExchanges && sent.completionCode != ipmi::completion::ok) {
+                response->completionCode = sent.completionCode; // the refusal is the answer: the caller judges it
+                break;
+            }
             if (sent.completionCode == ipmi::completion::nakOnWrite)
                 break;
             if (sent.completionCode != ipmi::completion::ok)
@@ -312,9 +337,10 @@ int SendMessagePX_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, std:
     BMC_MESSAGE send;
     if (!fillSendMessage(send, bridged(*request), channel, target, state.sendMessagePxSequence.current()))
         return 1;
+    const Deadline deadline;
     int attempts = request->netFn == ipmi::netfn::firmware ? pxAttemptsFirmware : pxAttemptsUsual;
     Got result = Got::nothing;
-    while (attempts > 0 && result == Got::nothing) {
+    while (attempts > 0 && result == Got::nothing && !Deadline::passed()) {
         result = attemptPx(send, *request, *response, target);
         --attempts;
     }

@@ -1,16 +1,30 @@
 #include "transport/Kcs.hpp"
 
+#include "common/Policy.hpp"
+#include "common/Seams.hpp"
 #include "ipmi/Codes.hpp"
+#include "transport/Deadline.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/TransportState.hpp"
+
+#include <algorithm>
+#include <chrono>
 
 using namespace transport;
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr unsigned waitLimit = 5'000'000;
 constexpr unsigned waitSeconds = 15;
 constexpr int recoveryTries = 5;
+
+// Of a wait that sleeps. Most bytes are taken within the first of these.
+constexpr std::chrono::nanoseconds spinTime = 100us, longestPause = 10ms;
+constexpr int pauseShare = 8; ///< a pause is this part of what was waited so far
+/// For the byte behind a frame, which some controllers never offer.
+constexpr std::chrono::nanoseconds dummyPatience = 20ms;
 
 std::uint8_t readStatus()
 {
@@ -55,13 +69,34 @@ private:
     Alarm& alarm = current<Alarm>();
 };
 
+bool shows(std::uint8_t bit, bool set)
+{
+    return ((readStatus() & bit) != 0) == set;
+}
+
+/// A controller of a second an answer takes a hundred looks this way, and the processor serves others meanwhile.
+int sleepUntil(std::uint8_t bit, bool set, std::chrono::nanoseconds limit)
+{
+    const Clock::SteadyPoint start = current<Clock>().steady();
+    while (!shows(bit, set)) {
+        const std::chrono::nanoseconds waited = current<Clock>().steady() - start;
+        if (waited >= limit || Deadline::passed())
+            return 1;
+        if (waited >= spinTime)
+            current<Clock>().sleepFor(std::min(waited / pauseShare, longestPause));
+    }
+    return 0;
+}
+
 /// The limit counts nothing by itself: the counter stands still until the alarm throws it above every limit in use.
 int spinUntil(std::uint8_t bit, bool set, unsigned limit)
 {
+    if (common::policy().sleepsInPortWaits)
+        return sleepUntil(bit, set, std::chrono::seconds(waitSeconds));
     AlarmScope alarm;
     unsigned counter = 0;
-    while (((readStatus() & bit) != 0) != set) {
-        if (limit < counter)
+    while (!shows(bit, set)) {
+        if (limit < counter || Deadline::passed())
             return 1;
         if (alarm.fired())
             counter = waitLimit + 1;
@@ -116,6 +151,8 @@ int finishRead()
         KCSBMCErrorHandler();
         return kcsWrongState;
     }
+    if (common::policy().keepsUndummiedFrames && sleepUntil(kcsObf, true, dummyPatience))
+        return kcsDone;
     if (WaitTilObf(waitLimit))
         return kcsTimeout;
     readData();

@@ -46,8 +46,9 @@ int KCSReadBMCData(unsigned char* buffer, unsigned size, unsigned* count);
 /// Brings the state machine back to idle by GET_STATUS/ABORT: 0, kcsTimeout, or kcsWrongState after five failed tries.
 int KCSBMCErrorHandler();
 
-/// Spin until OBF rises or IBF falls: 0, or 1 after 15 s. SIGALRM's disposition is the default afterwards, whatever it
-/// was before. `limit` only has to stay below 5000001.
+/// Spin until OBF rises or IBF falls: 0, or 1 after 15 s or at the exchange's deadline. SIGALRM's disposition is the
+/// default afterwards, whatever it was before. Waits that sleep (Policy::sleepsInPortWaits) leave the signal alone.
+/// `limit` only has to stay below 5000001.
 int WaitTilObf(unsigned limit);
 int WaitWhileIbf(unsigned limit);
 /// Handler of SIGALRM during a wait.

@@ -82,14 +82,14 @@ struct SystemDevice final : DeviceFile {
     int ioctl(int fd, unsigned long request, void* argument) override { return ::ioctl(fd, request, argument); }
 
     /// poll, because a descriptor above FD_SETSIZE would make select write past its set.
-    int waitReadable(int fd, unsigned seconds) override
+    int waitReadable(int fd, std::chrono::milliseconds limit) override
     {
         if (fd < 0) {
             errno = EBADF;
             return -1;
         }
         pollfd wanted{fd, POLLIN, 0};
-        return poll(&wanted, 1, static_cast<int>(seconds * 1000));
+        return poll(&wanted, 1, static_cast<int>(limit.count()));
     }
 
     int close(int fd) override { return ::close(fd); }

@@ -2,6 +2,7 @@
 
 #include "common/Seams.hpp"
 
+#include <chrono>
 #include <cstdint>
 
 namespace transport {
@@ -34,8 +35,8 @@ struct DeviceFile {
     virtual ~DeviceFile() = default;
     virtual int open(const char* path, int flags) = 0;
     virtual int ioctl(int fd, unsigned long request, void* argument) = 0;
-    /// Waits as select(2) does for reading on `fd`, at most `seconds`: above 0 ready, 0 time-out, -1 error or signal.
-    virtual int waitReadable(int fd, unsigned seconds) = 0;
+    /// Waits as select(2) does for reading on `fd`, at most `limit`: above 0 ready, 0 time-out, -1 error or signal.
+    virtual int waitReadable(int fd, std::chrono::milliseconds limit) = 0;
     virtual int close(int fd) = 0;
     static DeviceFile& real();
 };

@@ -1,8 +1,10 @@
 #include "transport/OpenIpmi.hpp"
 
 #include "common/Descriptor.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "ipmi/Codes.hpp"
+#include "transport/Deadline.hpp"
 #include "transport/MachineIo.hpp"
 #include "transport/MessageRecords.hpp"
 #include "transport/TransportState.hpp"
@@ -29,10 +31,17 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::array deviceNodes = {"/dev/ipmi0", "/dev/ipmidev/0"};
-constexpr unsigned selectSeconds = 10;
+constexpr std::chrono::milliseconds selectTime = 10s;
 constexpr int selectTries = 10;
 constexpr int strayAnswerLimit = 5;
 constexpr long lastMsgid = 50;
+/// What the driver says of a controller that hangs is not asked for again fifty times.
+constexpr long lastLimitedMsgid = 5;
+/// Late answers to exchanges that were given up may wait in front of ours.
+constexpr int mostLooks = 100;
+constexpr auto pauseBetweenOpenings = 1s;
+/// Errors of a device that is gone for good; a new one may come.
+constexpr std::array goneErrors = {ENODEV, ENXIO, EBADF};
 
 using DriverBuffer = std::array<std::uint8_t, IPMI_MAX_MSG_LENGTH>;
 
@@ -44,9 +53,20 @@ constexpr ErrorNumber sendErrors[] = {
 constexpr ErrorNumber receiveErrors[] = {
     {EAGAIN, ipmiTryAgain}, {EFAULT, ipmiBadAddress}, {EINVAL, ipmiInvalidArgument}, {EMSGSIZE, ipmiMessageSize}};
 
+void closeDevice()
+{
+    if (transportState().openIPMIfd < 0)
+        return;
+    current<DeviceFile>().close(transportState().openIPMIfd);
+    transportState().openIPMIfd = -1;
+}
+
+/// The result for the error that a call has just left in errno.
 int errorResult(std::span<const ErrorNumber> numbers)
 {
     const int systemError = errno;
+    if (common::policy().reopensDevice && std::ranges::find(goneErrors, systemError) != goneErrors.end())
+        closeDevice();
     const auto row = std::ranges::find(numbers, systemError, &ErrorNumber::systemError);
     return row == numbers.end() ? ipmiTimeout : row->result;
 }
@@ -92,7 +112,7 @@ int sendCommand(const BMC_MESSAGE& request, long msgid, DriverBuffer& buffer)
 int awaitAnswer()
 {
     for (int i = 0; i < selectTries; ++i)
-        if (current<DeviceFile>().waitReadable(transportState().openIPMIfd, selectSeconds) > 0)
+        if (current<DeviceFile>().waitReadable(transportState().openIPMIfd, selectTime) > 0)
             return 0;
     return ipmiTimeout;
 }
@@ -123,6 +143,37 @@ int receiveAnswer(ipmi_recv& received, DriverBuffer& buffer, long msgid)
     }
 }
 
+/// Waits for a message until the exchange has to be over: 0, or an error number.
+int awaitMessage()
+{
+    using std::chrono::milliseconds;
+    const milliseconds limit = std::min(std::chrono::ceil<milliseconds>(Deadline::left()), selectTries * selectTime);
+    const int ready = current<DeviceFile>().waitReadable(transportState().openIPMIfd, limit);
+    if (ready < 0)
+        return errno == EINTR ? ipmiTryAgain : errorResult(receiveErrors);
+    return ready > 0 ? 0 : ipmiTimeout;
+}
+
+bool answers(const ipmi_recv& received, const BMC_MESSAGE& request, long msgid)
+{
+    return received.msgid == msgid && received.msg.netfn == (request.netFn | 1) && received.msg.cmd == request.cmd;
+}
+
+/// The answer that is ours; those to other messages, and a device that is ready without one, are passed over.
+int receiveOurs(ipmi_recv& received, DriverBuffer& buffer, const BMC_MESSAGE& request, long msgid)
+{
+    for (int looks = 0; looks < mostLooks; ++looks) {
+        int error = awaitMessage();
+        if (error == 0)
+            error = receiveMessage(received, buffer);
+        if (error == 0 && answers(received, request, msgid))
+            return 0;
+        if (error != 0 && error != ipmiTryAgain)
+            return error;
+    }
+    return ipmiTimeout;
+}
+
 void fillResponse(BMC_MESSAGE& response, std::uint8_t target, const ipmi_msg& answer, const DriverBuffer& buffer)
 {
     response.target = target;
@@ -135,15 +186,29 @@ void fillResponse(BMC_MESSAGE& response, std::uint8_t target, const ipmi_msg& an
         std::copy_n(buffer.begin() + 1, response.length, response.data);
 }
 
-bool openDevice()
+/// OpenIPMIProcessMessage with a number that no earlier message had, and answers compared with the request.
+int exchangeChecked(const BMC_MESSAGE& request, BMC_MESSAGE& response)
 {
-    for (const char* node : deviceNodes) {
-        const int fd = current<DeviceFile>().open(node, O_RDWR);
-        transportState().openIPMIfd = fd;
-        if (fd >= 0)
-            return true;
-    }
-    return false;
+    if (request.length > IPMI_MAX_MSG_LENGTH)
+        return ipmiMessageSize;
+    const long msgid = ++transportState().lastMsgid;
+    DriverBuffer buffer;
+    buffer[0] = 0;
+    if (const int error = sendCommand(request, msgid, buffer))
+        return error;
+    ipmi_recv received;
+    if (const int error = receiveOurs(received, buffer, request, msgid))
+        return error;
+    fillResponse(response, request.target, received.msg, buffer);
+    return 0;
+}
+
+int exchangeOnce(const BMC_MESSAGE& request, BMC_MESSAGE& response, long msgid)
+{
+    if (transportState().openIPMIfd < 0 && mayLookAgain())
+        openDevice();
+    return common::policy().checksDriverAnswers ? exchangeChecked(request, response)
+                                                : OpenIPMIProcessMessage(&request, &response, msgid);
 }
 
 bool handsOverToUsb()
@@ -187,6 +252,26 @@ int reinit_openipmi()
     return openDevice() ? 0 : -1;
 }
 
+bool transport::openDevice()
+{
+    for (const char* node : deviceNodes) {
+        const int fd = current<DeviceFile>().open(node, O_RDWR);
+        transportState().openIPMIfd = fd;
+        if (fd >= 0)
+            return true;
+    }
+    return false;
+}
+
+bool transport::mayLookAgain()
+{
+    const Clock::SteadyPoint now = current<Clock>().steady();
+    if (!common::policy().reopensDevice || now < transportState().nextOpening)
+        return false;
+    transportState().nextOpening = now + pauseBetweenOpenings;
+    return true;
+}
+
 bool DetectOpenIPMIModules()
 {
     const common::File file = common::openToRead(systemPath("/proc/modules"));
@@ -220,9 +305,11 @@ int OpenIPMIProcessMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, lo
 
 int transport::exchangeByDriver(const BMC_MESSAGE* request, BMC_MESSAGE* response)
 {
-    int result = OpenIPMIProcessMessage(request, response, 1);
-    for (long msgid = 2; msgid <= lastMsgid && response->completionCode == ipmi::completion::unspecified; ++msgid)
-        result = OpenIPMIProcessMessage(request, response, msgid);
+    const long last = common::policy().limitsExchanges ? lastLimitedMsgid : lastMsgid;
+    int result = exchangeOnce(*request, *response, 1);
+    for (long msgid = 2;
+         msgid <= last && response->completionCode == ipmi::completion::unspecified && !Deadline::passed(); ++msgid)
+        result = exchangeOnce(*request, *response, msgid);
     return result;
 }
 

@@ -17,7 +17,15 @@ int OpenIPMIProcessMessage(const BMC_MESSAGE* request, BMC_MESSAGE* response, lo
 namespace transport {
 
 /// OpenIPMIProcessMessage with msgid 1, and again up to msgid 50 while the response's code is 0xFF. The last result.
+/// Where answers are checked (Policy::checksDriverAnswers) each message has a number of its own, only an answer with
+/// its number, network function and command counts, and others are dropped without a pause.
 int exchangeByDriver(const BMC_MESSAGE* request, BMC_MESSAGE* response);
+
+/// Opens the driver's device into `openIPMIfd`; false and a negative number there if none opens.
+bool openDevice();
+/// Whether a device that was not there, or went away, may be looked for now: at most once a second, and only where the
+/// policy wants it (Policy::reopensDevice). A true answer is the second's one.
+bool mayLookAgain();
 
 } // namespace transport
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "common/Seams.hpp"
 #include "transport/BmcMessage.hpp"
+#include "transport/SilenceWatch.hpp"
 
 #include <array>
 #include <cstdint>
@@ -18,11 +20,22 @@ private:
     std::uint8_t value = 1;
 };
 
+/// What tells a request from others: target, network function, LUN, command, first data byte.
+using RequestKey = std::array<std::uint8_t, 5>;
+
+/// A request that used its time up in vain, and until when it gets no more of it.
+struct LostRequest {
+    RequestKey key{};
+    Clock::SteadyPoint until{};
+};
+
 /// Everything the transport remembers between calls. One per process, guarded by the callers' exchange lock.
 struct TransportState {
     int OpenIPMIPresence = 0; ///< 1 when the kernel driver's device opened
     int openIPMIfd = -1;
-    int g_UseUSB = 0; ///< 1 while a USB session is open
+    long lastMsgid = 0;               ///< of the messages with numbers of their own
+    Clock::SteadyPoint nextOpening{}; ///< when a device that is not there may be looked for again
+    int g_UseUSB = 0;                 ///< 1 while a USB session is open
     int eInterface = IPMI_INTERFACE_KCS;
     int g_Mbmcsupport = 0;            ///< 1: SMBIOS names an interface other than KCS; 2: a service owns the BMC
     std::uint32_t kcsBaseAddress = 0; ///< found by SMBIOS, for the presence probe alone
@@ -37,6 +50,10 @@ struct TransportState {
     std::optional<int> initializeResult; ///< of the one BmcLibInitialize that InitilizeIPMB_Interface makes
 
     std::uint8_t Status = 0; ///< last KCS state read
+
+    SilenceWatch silence;
+    std::array<LostRequest, 64> lostRequests{}; ///< the oldest gives way
+    std::size_t nextLostRequest = 0;
 
     void* hUsbSession = nullptr;
     std::array<std::uint8_t, 55> sessionHandle{};

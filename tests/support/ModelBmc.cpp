@@ -98,7 +98,7 @@ int ModelBmc::receive(void* argument)
     return -1;
 }
 
-int ModelBmc::waitReadable(int, unsigned)
+int ModelBmc::waitReadable(int, std::chrono::milliseconds)
 {
     return replies.empty() ? 0 : 1;
 }

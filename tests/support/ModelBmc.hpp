@@ -39,7 +39,7 @@ public:
 
     int open(const char* path, int flags) override;
     int ioctl(int fd, unsigned long request, void* argument) override;
-    int waitReadable(int fd, unsigned seconds) override;
+    int waitReadable(int fd, std::chrono::milliseconds limit) override;
     int close(int fd) override;
 
 private:

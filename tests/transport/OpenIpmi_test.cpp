@@ -38,12 +38,12 @@ public:
 
     int close(int) override { return ++closed; }
 
-    int waitReadable(int fd, unsigned seconds) override
+    int waitReadable(int fd, std::chrono::milliseconds limit) override
     {
-        EXPECT_EQ(seconds, 10u);
+        EXPECT_EQ(limit, 10s);
         ++waits;
         if (waitResults.empty())
-            return ModelBmc::waitReadable(fd, seconds);
+            return ModelBmc::waitReadable(fd, limit);
         const int result = waitResults.front();
         waitResults.erase(waitResults.begin());
         return result;
