@@ -1,3 +1,5 @@
+#include "common/Policy.hpp"
+#include "common/ResultStatus.hpp"
 #include "platform/IpmiExchange.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -79,6 +81,19 @@ TEST_F(PortLockTest, AProcessThatHangsInItsExchangeIsNotWaitedForForEver)
     ScopedSeam<Clock> use(other);
     EXPECT_EQ(ask(), std::vector<std::string>{"0"});
     EXPECT_EQ(other.time - FakeClock().time, std::chrono::seconds(10));
+}
+
+TEST_F(PortLockTest, WithinABudgetThePortOfAProcessThatHangsIsLeftAlone)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    Holder other(root.resolve(lockFile));
+    ScopedSeam<Clock> use(other);
+    other.perReading = std::chrono::microseconds(1);
+    EXPECT_THROW(ask(), ResultStatus);
+    EXPECT_TRUE(port.writes.empty());
+    EXPECT_LT(other.time - FakeClock().time, std::chrono::milliseconds(5100));
+    other.pausesUntilEnd = other.sleeps.size() + 5;
+    EXPECT_EQ(ask(), std::vector<std::string>{"0"});
 }
 
 TEST_F(PortLockTest, TheFileIsForRootAloneAndNoLinkIsFollowed)

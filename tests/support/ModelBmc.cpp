@@ -72,7 +72,8 @@ int ModelBmc::send(void* argument)
     const auto found = handlers.find(commandKey(request.netFn, request.cmd));
     IpmiAnswer answer = found == handlers.end() ? IpmiAnswer{invalidCommand} : found->second(request);
     if (!answer.empty())
-        replies.push_back({req.msgid, static_cast<std::uint8_t>(request.netFn + 1), request.cmd, std::move(answer)});
+        replies.push_back({req.msgid, static_cast<std::uint8_t>(request.netFn + 1), request.cmd, std::move(answer),
+                           clock ? clock->steadyTime + answerTime : Clock::SteadyPoint()});
     return 0;
 }
 
@@ -98,9 +99,14 @@ int ModelBmc::receive(void* argument)
     return -1;
 }
 
-int ModelBmc::waitReadable(int, std::chrono::milliseconds)
+int ModelBmc::waitReadable(int, std::chrono::milliseconds limit)
 {
-    return replies.empty() ? 0 : 1;
+    if (!clock)
+        return replies.empty() ? 0 : 1;
+    const auto end = clock->steadyTime + limit;
+    const auto next = replies.empty() ? Clock::SteadyPoint::max() : replies.front().ready;
+    clock->advance(std::clamp(next, clock->steadyTime, end) - clock->steadyTime);
+    return next <= end ? 1 : 0;
 }
 
 int ModelBmc::close(int)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/FakeClock.hpp"
 #include "transport/MachineIo.hpp"
 
 #include <cstdint>
@@ -36,6 +37,10 @@ public:
     std::vector<IpmiRequest> requests;
     /// False: no device node opens.
     bool present = true;
+    /// With a clock answers take their time, which passes while they are waited for; one that was given up waits in
+    /// front of later ones.
+    FakeClock* clock = nullptr;
+    std::chrono::nanoseconds answerTime{0};
 
     int open(const char* path, int flags) override;
     int ioctl(int fd, unsigned long request, void* argument) override;
@@ -47,6 +52,7 @@ private:
         long msgid;
         std::uint8_t netFn, cmd;
         IpmiAnswer bytes;
+        Clock::SteadyPoint ready;
     };
 
     int send(void* argument);

@@ -1,3 +1,4 @@
+#include "common/Policy.hpp"
 #include "tests/transport/FakeKcs.hpp"
 #include "transport/BmcMessage.hpp"
 #include "transport/TransportState.hpp"
@@ -140,6 +141,39 @@ TEST_F(Bridge, RefusedSendIsRepeatedAtOnceButCode83Ends)
     EXPECT_EQ(gets, 0);
     EXPECT_EQ(response->length, 0u);
     EXPECT_EQ(transportState().processSendSequence.current(), 3);
+}
+
+TEST_F(Bridge, WithinABudgetARefusedSendIsTheAnswerAndNothingLoopsForGood)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    clock.perReading = 1ms;
+    const std::uint8_t sensor = 1;
+    const BMC_REQUEST flat{0xC0, 0x2D, 4, 0, 1, &sensor};
+    const auto ask = [&] {
+        const auto start = clock.steadyTime;
+        const bool answered = sendRequest(flat, flatResponse, 3).has_value();
+        EXPECT_LT(clock.steadyTime - start, 5200ms);
+        return answered;
+    };
+    sendAlways = {0xC1};
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(flatResponse.completionCode, 0xC1);
+    EXPECT_EQ(sent.size(), 1u);
+    sendAlways = {refused};
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(flatResponse.completionCode, refused);
+    EXPECT_LT(sent.size(), 20u);
+    sendAlways = {};
+    transportState().lostRequests = {};
+    for (const Bytes& always : {Bytes{empty}, Bytes{refused}, stale()}) {
+        getAlways = always;
+        EXPECT_FALSE(ask());
+    }
+    getAlways = {};
+    sendScript = {Bytes{refused}, Bytes{0xC0}};
+    clock.advance(1min);
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(flatResponse.data[0], 0x71);
 }
 
 TEST_F(Bridge, ResetOfTheSatelliteAwaitsNoAnswer)

@@ -1,0 +1,126 @@
+#include "common/Policy.hpp"
+#include "common/Report.hpp"
+#include "common/ResultStatus.hpp"
+#include "platform/IpmiExchange.hpp"
+#include "tests/support/ModelBmc.hpp"
+#include "transport/TransportState.hpp"
+
+#include <cstdlib>
+
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::MatchesRegex;
+
+struct Lines : common::SystemLog {
+    std::vector<std::string> texts;
+    void write(common::Gravity, const std::string& text) override { texts.push_back(text); }
+};
+
+/// A BMC whose commands fail one by one or all together.
+class SilentController : public testing::Test {
+protected:
+    SilentController()
+    {
+        transport::resetTransportForTests();
+        bmc.clock = &clock;
+        bmc.on(0x06, 0x01, [this](const IpmiRequest&) { return silent ? IpmiAnswer{} : deviceId; });
+        bmc.on(0x04, 0x2D, [this](const IpmiRequest&) { return silent ? IpmiAnswer{} : reading; });
+    }
+    ~SilentController() override { transport::resetTransportForTests(); }
+
+    bool ask()
+    {
+        const std::size_t before = bmc.requests.size();
+        const auto start = clock.steadyTime;
+        std::vector<std::string> reply;
+        bool answered = true;
+        try {
+            Platform::exchangeIpmi({"20", "04", "00", "2D", std::to_string(sensor++)}, {}, reply);
+        } catch (const ResultStatus& status) {
+            EXPECT_EQ(status.getval(), 1026);
+            answered = false;
+        }
+        exchanges = bmc.requests.size() - before;
+        took = clock.steadyTime - start;
+        return answered;
+    }
+
+    FakeClock clock;
+    ModelBmc bmc;
+    Lines log;
+    ScopedSeam<Clock> useClock{clock};
+    ScopedSeam<transport::DeviceFile> useBmc{bmc};
+    ScopedSeam<common::SystemLog> useLog{log};
+    common::ScopedPolicy practical{common::practicalPolicy()};
+    bool silent = false;
+    IpmiAnswer deviceId{0, 0x20}, reading{0, 1, 2};
+    int sensor = 10;
+    std::size_t exchanges = 0;
+    std::chrono::nanoseconds took{};
+};
+
+TEST_F(SilentController, IsProbedAndNotHammeredUntilItAnswersAgain)
+{
+    EXPECT_TRUE(ask());
+    silent = true;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_FALSE(ask());
+        EXPECT_EQ(took, 5s);
+    }
+    EXPECT_FALSE(ask());
+    EXPECT_EQ(exchanges, 1U) << "a probe";
+    EXPECT_LE(took, 3s);
+    const std::size_t before = bmc.requests.size();
+    const auto start = clock.steadyTime;
+    while (clock.steadyTime - start < 1min) {
+        EXPECT_FALSE(ask());
+        clock.advance(100ms);
+    }
+    EXPECT_LE(bmc.requests.size() - before, 12U);
+    EXPECT_THAT(log.texts, ElementsAre(MatchesRegex("no answer from the BMC since [0-9:]{8}")));
+    silent = false;
+    clock.advance(5s);
+    EXPECT_TRUE(ask());
+    EXPECT_THAT(log.texts, ElementsAre(testing::_, "the BMC answers again"));
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(exchanges, 1U);
+}
+
+TEST_F(SilentController, IsNotOneThatRefusesOrIsBusyForSomeSensors)
+{
+    for (const int code : {0xC1, 0xC3, 0xFF}) {
+        reading = {static_cast<std::uint8_t>(code)};
+        for (int i = 0; i < 8; ++i)
+            EXPECT_TRUE(ask()) << code;
+    }
+    EXPECT_TRUE(log.texts.empty());
+}
+
+TEST_F(SilentController, IsAlsoOneThatIsBusyForAllRequests)
+{
+    reading = deviceId = {0xD2};
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(ask()) << "its code is an answer";
+    EXPECT_FALSE(ask());
+    EXPECT_FALSE(ask());
+    EXPECT_EQ(exchanges, 0U);
+    reading = deviceId = {0, 1, 2};
+    clock.advance(5s);
+    EXPECT_TRUE(ask());
+}
+
+TEST_F(SilentController, IsAskedEachTimeWithoutTheDecision)
+{
+    common::Policy patient = common::practicalPolicy();
+    patient.sparesSilentController = false;
+    const common::ScopedPolicy use(patient);
+    silent = true;
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_FALSE(ask());
+        EXPECT_GT(exchanges, 0U);
+    }
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+#include "common/Policy.hpp"
+#include "tests/transport/FakeKcs.hpp"
+#include "transport/BmcMessage.hpp"
+#include "transport/TransportState.hpp"
+
+using namespace transport;
+
+namespace {
+
+using namespace std::chrono_literals;
+using Bytes = FakeKcs::Bytes;
+
+/// Takes its time over each request, by the clock.
+class SlowKcs : public FakeKcs {
+public:
+    explicit SlowKcs(FakeClock& used) : clock(used)
+    {
+        answer = [this](const Bytes& frame) {
+            busyUntil = clock.steadyTime + answerTime;
+            return Bytes{static_cast<std::uint8_t>(frame[0] | 4), frame[1], 0, 0x42};
+        };
+    }
+
+    std::uint8_t in(std::uint16_t port) override
+    {
+        ++looks;
+        return clock.steadyTime < busyUntil ? kcsIbf : FakeKcs::in(port);
+    }
+
+    std::chrono::nanoseconds answerTime{0};
+    int looks = 0;
+
+private:
+    FakeClock& clock;
+    Clock::SteadyPoint busyUntil{};
+};
+
+class KcsFaults : public testing::Test {
+protected:
+    KcsFaults()
+    {
+        resetTransportForTests();
+        clock.perReading = 5us;
+    }
+    ~KcsFaults() override { resetTransportForTests(); }
+
+    bool ask()
+    {
+        const auto start = clock.steadyTime;
+        const BMC_REQUEST request{0x20, 1, 6, 0, 0, nullptr};
+        BMC_RESPONSE response{};
+        const bool answered = sendRequest(request, response, 3).has_value();
+        took = clock.steadyTime - start;
+        return answered && response.data[0] == 0x42;
+    }
+
+    FakeClock clock;
+    SlowKcs bmc{clock};
+    FakeAlarm alarm;
+    ScopedSeam<PortIo> usePorts{bmc};
+    ScopedSeam<Alarm> useAlarm{alarm};
+    ScopedSeam<Clock> useClock{clock};
+    std::chrono::nanoseconds took{};
+};
+
+TEST_F(KcsFaults, ControllerThatHangsCostsFiveSecondsInsteadOfFourTimesFifteen)
+{
+    for (bool SlowKcs::*const fault :
+         {static_cast<bool SlowKcs::*>(&FakeKcs::stuckIbf), static_cast<bool SlowKcs::*>(&FakeKcs::stuckObf)}) {
+        bmc.*fault = true;
+        alarm.rung = 0;
+        EXPECT_FALSE(ask());
+        EXPECT_EQ(alarm.rung, 4) << "each of the tries waits for the alarm";
+        EXPECT_EQ(alarm.seconds, 15U);
+        const common::ScopedPolicy practical(common::practicalPolicy());
+        EXPECT_FALSE(ask());
+        EXPECT_LE(took, 5020ms);
+        bmc.*fault = false;
+        EXPECT_TRUE(ask()) << "and the next exchange is right";
+        EXPECT_EQ(alarm.rung, 4) << "the alarm is left alone";
+    }
+}
+
+TEST_F(KcsFaults, WaitForASlowControllerLeavesTheProcessorToOthers)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    bmc.answerTime = 1s;
+    EXPECT_TRUE(ask());
+    EXPECT_LE(took, 1020ms);
+    EXPECT_LT(bmc.looks, 500);
+    bmc.answerTime = 50us;
+    clock.sleeps.clear();
+    EXPECT_TRUE(ask());
+    EXPECT_TRUE(clock.sleeps.empty()) << "a quick one is waited for on the spot";
+}
+
+TEST_F(KcsFaults, FrameWithoutItsDummyByteIsKept)
+{
+    bmc.noDummy = true;
+    EXPECT_FALSE(ask());
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_TRUE(ask());
+    EXPECT_LT(took, 30ms);
+}
+
+TEST_F(KcsFaults, ErrorsInAnExchangeAreRecoveredWithinItsBudget)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    bmc.errorInRead = true;
+    EXPECT_TRUE(ask());
+    bmc.errorAtWrite = static_cast<int>(bmc.writes.size()) + 1;
+    EXPECT_TRUE(ask());
+    bmc.failedRecoveries = 1'000'000;
+    bmc.answer = [](const Bytes&) { return Bytes{}; };
+    EXPECT_FALSE(ask());
+    EXPECT_LT(took, 6s);
+}
+
+} // namespace
