@@ -2,6 +2,7 @@
 #include "api-netsnmp/ThresholdWrites.hpp"
 #include "client/door/Functions.hpp"
 #include "client/events/SelWatcher.hpp"
+#include "client/reader/Reader.hpp"
 #include "tests/api-netsnmp/FakeClient.hpp"
 
 #include <gmock/gmock.h>
@@ -72,6 +73,8 @@ int CheckForNewSELEntry()
 {
     return 0;
 }
+void client::reader::Reader::turn() {}
+
 int initSMClient()
 {
     return 0;
