@@ -10,7 +10,7 @@ namespace ipmi {
 /// manufacturer's own, as is the use of `firmware`.
 namespace netfn {
 inline constexpr std::uint8_t chassis = 0x00, sensorEvent = 0x04, app = 0x06, firmware = 0x08, storage = 0x0A,
-                              oemPlatform = 0x30, oemGeneral = 0x3E;
+                              transport = 0x0C, oemPlatform = 0x30, oemGeneral = 0x3E;
 } // namespace netfn
 
 /// Commands, by network function (appendix G).
@@ -36,6 +36,9 @@ inline constexpr std::uint8_t getSdrRepositoryInfo = 0x20, getSdrRepositoryAlloc
                               clearSdrRepository = 0x27;
 inline constexpr std::uint8_t getSelInfo = 0x40, reserveSel = 0x42, getSelEntry = 0x43, clearSel = 0x47,
                               getSelTime = 0x48;
+
+// LAN and serial over LAN (23 and 26).
+inline constexpr std::uint8_t setLanConfiguration = 0x01, getLanConfiguration = 0x02;
 
 // The manufacturer's own, under `firmware` (1 to 0Fh) and the two OEM functions.
 inline constexpr std::uint8_t programData = 0x01, satelliteReset = 0x04, programSegment = 0x05,

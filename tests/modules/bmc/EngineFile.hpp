@@ -21,6 +21,8 @@
 //     on 20 06 00 01 < 00 20 81          the exchange of the lines that follow; `also` adds a further one
 //     ask PATH = 1.07                    a get with these exchanges; "! code" for a failure
 //     put PATH VALUE > 20 00 00 02 01    a set, or with NAME=VALUE... a setmap, that sends this request and succeeds
+//     change PATH VALUE > 20 0C 00 01 01 02 37    the same behind these exchanges: what is there is read first
+//     deny PATH VALUE ! 1091             a set that fails before anything is sent
 //     each PATH 20 00 00 07 < 00 ?? : 00 UNKNOWN, 01 WATCHDOG    a get for each pair: the byte, and the answer
 //     every PATH > 20 00 00 02 ?? : RESET 03, POWER_UP 01        a set for each pair: the word, and the byte
 //
@@ -164,6 +166,21 @@ private:
         query.exchanges.push_back(parseExchange(request));
     }
 
+    void readChange(const std::string& text)
+    {
+        readPut(text);
+        std::vector<Exchange>& exchanges = queries.back().exchanges;
+        exchanges.insert(exchanges.begin(), current.begin(), current.end());
+    }
+
+    void readDeny(const std::string& text)
+    {
+        const auto [asked, code] = cutAt(text, " ! ");
+        readPut(asked);
+        queries.back().exchanges.clear();
+        queries.back().failure = code;
+    }
+
     void readEach(const std::string& text)
     {
         const auto [front, pairs] = cutAt(text, " : ");
@@ -186,8 +203,9 @@ private:
     }
 
     static inline const std::map<std::string, void (FileReader::*)(const std::string& text)> readers = {
-        {"on", &FileReader::readOn},   {"also", &FileReader::readAlso}, {"ask", &FileReader::readAsk},
-        {"put", &FileReader::readPut}, {"each", &FileReader::readEach}, {"every", &FileReader::readEvery},
+        {"on", &FileReader::readOn},     {"also", &FileReader::readAlso},     {"ask", &FileReader::readAsk},
+        {"put", &FileReader::readPut},   {"change", &FileReader::readChange}, {"deny", &FileReader::readDeny},
+        {"each", &FileReader::readEach}, {"every", &FileReader::readEvery},
     };
 
     std::filesystem::path source;

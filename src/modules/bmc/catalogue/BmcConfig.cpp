@@ -20,9 +20,9 @@ constexpr CodeConstant constants[] = {
     {"$/BMC/CHIPSET_ENGINE_ADDRESS", ipmi::address::chipsetEngine},
 };
 
-constexpr TextRow packets[] = {
-    {"GET://BMC/DEVICE_ID", "$DEVICE_ID_NUMBER $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_DEVICE_ID"},
-    {"GET://BMC/UPDATE_STATUS", "$/BMC/BASE_ADDRESS $/IPMI/FIRMWARE_NET_FUNCTION 00 $/IPMI/GET_FIRMWARE_UPDATE_STATUS"},
+constexpr PacketRow packets[] = {
+    {"GET://BMC/DEVICE_ID", "GET_DEVICE_ID", "", "$DEVICE_ID_NUMBER"},
+    {"GET://BMC/UPDATE_STATUS", "GET_FIRMWARE_UPDATE_STATUS"},
 };
 
 constexpr TextRow filters[] = {
@@ -31,7 +31,7 @@ constexpr TextRow filters[] = {
 };
 
 constexpr ReadRow reads[] = {
-    {.key = "GET://BMC/UPDATE_STATUS", .error = "$COMPLETION_CODE", .table = "GET://BMC/UPDATE_STATUS"},
+    {.key = "GET://BMC/UPDATE_STATUS", .table = "GET://BMC/UPDATE_STATUS"},
 };
 
 } // namespace

@@ -1,7 +1,5 @@
-#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
-#include "modules/bmc/catalogue/SensorSteps.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
 // The chassis device (IPMI 2.0, 28): power, front panel, identification and boot options.
@@ -20,51 +18,25 @@ constexpr TextRow constants[] = {
     {"$/CHASSIS/BLOCK_SELECTOR", "00"},
 };
 
-constexpr CodeConstant codes[] = {
-    {"$/CHASSIS/CONTROL_CMD", ipmi::cmd::chassisControl},
-    {"$/CHASSIS/GET_BOOT_OPTIONS_CMD", ipmi::cmd::getSystemBootOptions},
-    {"$/CHASSIS/GET_CAPABILITIES_CMD", ipmi::cmd::getChassisCapabilities},
-    {"$/CHASSIS/GET_LED_STATUS_CMD", ipmi::cmd::getLedStatus},
-    {"$/CHASSIS/GET_RESTART_CAUSE_CMD", ipmi::cmd::getSystemRestartCause},
-    {"$/CHASSIS/GET_STATUS_CMD", ipmi::cmd::getChassisStatus},
-    {"$/CHASSIS/IDENTIFY_CMD", ipmi::cmd::chassisIdentify},
-    {"$/CHASSIS/SET_BOOT_OPTIONS_CMD", ipmi::cmd::setSystemBootOptions},
-    {"$/CHASSIS/SET_FRONT_PANEL_ENABLES_CMD", ipmi::cmd::setFrontPanelEnables},
-    {"$/CHASSIS/SET_POWER_RESTORE_POLICY_CMD", ipmi::cmd::setPowerRestorePolicy},
-    {"$/IPMI/CHASSIS_NET_FUNCTION", ipmi::netfn::chassis},
-};
-
-constexpr TextRow packets[] = {
-    {"GET://BMC/CHASSIS/BOOTOPTION_GETBOOTTABLE",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_BOOT_OPTIONS_CMD "
+constexpr PacketRow packets[] = {
+    {"GET://BMC/CHASSIS/BOOTOPTION_GETBOOTTABLE", "GET_SYSTEM_BOOT_OPTIONS",
      "$/CHASSIS/BOOT_TABLE_PARAMETER $/CHASSIS/SET_SELECTOR $/CHASSIS/BLOCK_SELECTOR"},
-    {"GET://BMC/CHASSIS/BOOTOPT_TABLESIZE",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_BOOT_OPTIONS_CMD "
-     "$/CHASSIS/BOOT_TABLE_SIZE_PARAMETER 00 00"},
-    {"GET://BMC/CHASSIS/BOOT_OPTION",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_BOOT_OPTIONS_CMD $/CHASSIS/PARAMETER_SELECTOR "
-     "$/CHASSIS/SET_SELECTOR $/CHASSIS/BLOCK_SELECTOR"},
-    {"GET://BMC/CHASSIS/CAPABILITIES",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_CAPABILITIES_CMD"},
-    {"GET://BMC/CHASSIS/FRONT_PANEL", "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_STATUS_CMD"},
-    {"GET://BMC/CHASSIS/LEDSTATUS", "$/BMC/BASE_ADDRESS $/IPMI/ORVEL_PLATFORM_APP 00 $/CHASSIS/GET_LED_STATUS_CMD"},
-    {"GET://BMC/CHASSIS/STATUS", "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_STATUS_CMD"},
-    {"GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/GET_RESTART_CAUSE_CMD"},
-    {"SET://BMC/CHASSIS/BOOTOPTION_SETBOOTTABLE",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/SET_BOOT_OPTIONS_CMD "
+    {"GET://BMC/CHASSIS/BOOTOPT_TABLESIZE", "GET_SYSTEM_BOOT_OPTIONS", "$/CHASSIS/BOOT_TABLE_SIZE_PARAMETER 00 00"},
+    {"GET://BMC/CHASSIS/BOOT_OPTION", "GET_SYSTEM_BOOT_OPTIONS",
+     "$/CHASSIS/PARAMETER_SELECTOR $/CHASSIS/SET_SELECTOR $/CHASSIS/BLOCK_SELECTOR"},
+    {"GET://BMC/CHASSIS/CAPABILITIES", "GET_CHASSIS_CAPABILITIES"},
+    {"GET://BMC/CHASSIS/FRONT_PANEL", "GET_CHASSIS_STATUS"},
+    {"GET://BMC/CHASSIS/LEDSTATUS", "GET_LED_STATUS"},
+    {"GET://BMC/CHASSIS/STATUS", "GET_CHASSIS_STATUS"},
+    {"GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE", "GET_SYSTEM_RESTART_CAUSE"},
+    {"SET://BMC/CHASSIS/BOOTOPTION_SETBOOTTABLE", "SET_SYSTEM_BOOT_OPTIONS",
      "$/CHASSIS/BOOT_TABLE_PARAMETER $BOOTOPTION_SETTABLE"},
-    {"SET://BMC/CHASSIS/BOOT_OPTION",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/SET_BOOT_OPTIONS_CMD $BOOT_OPTION"},
-    {"SET://BMC/CHASSIS/CONTROL", "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/CONTROL_CMD $CONTROL"},
-    {"SET://BMC/CHASSIS/FRONT_PANEL",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/SET_FRONT_PANEL_ENABLES_CMD $FRONT_PANEL"},
-    {"SET://BMC/CHASSIS/FRONT_PANEL_ENABLES",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/SET_FRONT_PANEL_ENABLES_CMD $FRONT_PANEL_ENABLES"},
-    {"SET://BMC/CHASSIS/IDENTIFY",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/IDENTIFY_CMD $INTERVAL"},
-    {"SET://BMC/CHASSIS/POWERRESTOREPOLICY",
-     "$/BMC/BASE_ADDRESS $/IPMI/CHASSIS_NET_FUNCTION 00 $/CHASSIS/SET_POWER_RESTORE_POLICY_CMD $RESTOREPOLICY"},
+    {"SET://BMC/CHASSIS/BOOT_OPTION", "SET_SYSTEM_BOOT_OPTIONS", "$BOOT_OPTION"},
+    {"SET://BMC/CHASSIS/CONTROL", "CHASSIS_CONTROL", "$CONTROL"},
+    {"SET://BMC/CHASSIS/FRONT_PANEL", "SET_FRONT_PANEL_ENABLES", "$FRONT_PANEL"},
+    {"SET://BMC/CHASSIS/FRONT_PANEL_ENABLES", "SET_FRONT_PANEL_ENABLES", "$FRONT_PANEL_ENABLES"},
+    {"SET://BMC/CHASSIS/IDENTIFY", "CHASSIS_IDENTIFY", "$INTERVAL"},
+    {"SET://BMC/CHASSIS/POWERRESTOREPOLICY", "SET_POWER_RESTORE_POLICY", "$RESTOREPOLICY"},
 };
 
 constexpr TextRow filters[] = {
@@ -186,21 +158,6 @@ Script readFrontPanel()
     });
 }
 
-Steps take(const std::string& name)
-{
-    return takeGiven(name, "$/CHASSIS/" + name);
-}
-
-Steps answerData(const char* packet)
-{
-    return script({
-        send(packet),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        joinData("$RESULT"),
-        Return("$RESULT"),
-    });
-}
-
 /// Sets what `table` has for the word that the caller gave under `name`.
 Script setWord(const char* packet, const char* name, const char* table, const char* error)
 {
@@ -298,7 +255,6 @@ void addSets(Stores& stores)
 ChassisConfig::ChassisConfig(Stores& stores)
 {
     addConstants(stores, constants);
-    addConstants(stores, codes);
     addPackets(stores, packets);
     addFilters(stores, filters);
     addWords(stores);
@@ -308,14 +264,14 @@ ChassisConfig::ChassisConfig(Stores& stores)
                 branch({"POWERSTATE", "LASTPOWEREVENT", "MISCSTATE", "FPBCAPABILITIES"}));
     addTemplate(stores, "GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE", readRestartCause());
     addTemplate(stores, "GET://BMC/CHASSIS/FRONT_PANEL", readFrontPanel());
-    addTemplate(stores, "GET://BMC/CHASSIS/LEDSTATUS", answerData("GET://BMC/CHASSIS/LEDSTATUS"));
+    addTemplate(stores, "GET://BMC/CHASSIS/LEDSTATUS", returnData("GET://BMC/CHASSIS/LEDSTATUS"));
     addTemplate(stores, "GET://BMC/CHASSIS/BOOT_OPTION",
-                script({take("PARAMETER_SELECTOR"), take("SET_SELECTOR"), take("BLOCK_SELECTOR"),
-                        answerData("GET://BMC/CHASSIS/BOOT_OPTION")}));
+                script({take("$/CHASSIS/PARAMETER_SELECTOR"), take("$/CHASSIS/SET_SELECTOR"),
+                        take("$/CHASSIS/BLOCK_SELECTOR"), returnData("GET://BMC/CHASSIS/BOOT_OPTION")}));
     addTemplate(stores, "GET://BMC/CHASSIS/BOOTOPTION_GETTABLE",
-                script({take("SET_SELECTOR"), take("BLOCK_SELECTOR"),
-                        answerData("GET://BMC/CHASSIS/BOOTOPTION_GETBOOTTABLE")}));
-    addTemplate(stores, "GET://BMC/CHASSIS/BOOTOPT_GETSIZE", answerData("GET://BMC/CHASSIS/BOOTOPT_TABLESIZE"));
+                script({take("$/CHASSIS/SET_SELECTOR"), take("$/CHASSIS/BLOCK_SELECTOR"),
+                        returnData("GET://BMC/CHASSIS/BOOTOPTION_GETBOOTTABLE")}));
+    addTemplate(stores, "GET://BMC/CHASSIS/BOOTOPT_GETSIZE", returnData("GET://BMC/CHASSIS/BOOTOPT_TABLESIZE"));
     addSets(stores);
 }
 

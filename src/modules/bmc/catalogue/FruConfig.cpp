@@ -1,4 +1,3 @@
-#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
@@ -11,18 +10,12 @@ using namespace steps;
 
 namespace {
 
-constexpr CodeConstant constants[] = {
-    {"$/FRU/READ_CMD", ipmi::cmd::readFruData},
-    {"$/FRU/WRITE_CMD", ipmi::cmd::writeFruData},
-    {"$/IPMI/GET_DEVICEID_COMMAND", ipmi::cmd::getDeviceId},
-};
-
-constexpr TextRow packets[] = {
-    {"GET://BMC/FRU/DEVICEID", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_DEVICEID_COMMAND"},
-    {"GET://BMC/FRU/READ", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/FRU/READ_CMD $/FRU/DEVICE_ID "
-                           "$/FRU/INVENTORY/OFFSET_LS $/FRU/INVENTORY/OFFSET_MS $/FRU/READ_COUNT"},
-    {"SET://BMC/FRU/WRITE", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/FRU/WRITE_CMD $/FRU/DEVICE_ID "
-                            "$/FRU/INVENTORY/WRITE_OFFSET_LS $/FRU/INVENTORY/WRITE_OFFSET_MS $/FRU/MODIFIED_DATA"},
+constexpr PacketRow packets[] = {
+    {"GET://BMC/FRU/DEVICEID", "GET_DEVICEID_COMMAND"},
+    {"GET://BMC/FRU/READ", "READ_FRU_DATA",
+     "$/FRU/DEVICE_ID $/FRU/INVENTORY/OFFSET_LS $/FRU/INVENTORY/OFFSET_MS $/FRU/READ_COUNT"},
+    {"SET://BMC/FRU/WRITE", "WRITE_FRU_DATA",
+     "$/FRU/DEVICE_ID $/FRU/INVENTORY/WRITE_OFFSET_LS $/FRU/INVENTORY/WRITE_OFFSET_MS $/FRU/MODIFIED_DATA"},
 };
 
 /// The product id, low byte first, as the controller sends it.
@@ -62,7 +55,6 @@ Script writePiece()
 
 FruConfig::FruConfig(Stores& stores)
 {
-    addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);
     addReads(stores, reads);

@@ -11,13 +11,12 @@ using namespace steps;
 
 namespace {
 
-constexpr TextRow packets[] = {
-    {"GET://BMC/INFO/ACPI_POWER_STATE", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_ACPI_POWER_STATE"},
-    {"GET://BMC/INFO/DEVICE_ID", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_DEVICE_ID"},
-    {"GET://BMC/INFO/MASTER_READ_WRITE", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/MASTER_WRITE_READ "
-                                         "$BUS_ID $SLAVE_ADDRESS $READ_COUNT $WRITE_DATA"},
-    {"GET://BMC/INFO/SELF_TEST_RESULTS", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_SELF_TEST_RESULTS"},
-    {"GET://BMC/INFO/SYSTEM_GUID", "$/BMC/BASE_ADDRESS $/IPMI/APP_NET_FUNCTION 00 $/IPMI/GET_SYSTEM_GUID"},
+constexpr PacketRow packets[] = {
+    {"GET://BMC/INFO/ACPI_POWER_STATE", "GET_ACPI_POWER_STATE"},
+    {"GET://BMC/INFO/DEVICE_ID", "GET_DEVICE_ID"},
+    {"GET://BMC/INFO/MASTER_READ_WRITE", "MASTER_WRITE_READ", "$BUS_ID $SLAVE_ADDRESS $READ_COUNT $WRITE_DATA"},
+    {"GET://BMC/INFO/SELF_TEST_RESULTS", "GET_SELF_TEST_RESULTS"},
+    {"GET://BMC/INFO/SYSTEM_GUID", "GET_SYSTEM_GUID"},
 };
 
 /// Get Device ID counts: 3 and 4 firmware revision, 5 IPMI version, 12 to 15 auxiliary firmware revision.
@@ -86,33 +85,24 @@ void addInfoTables(Stores& stores)
 
 constexpr ReadRow reads[] = {
     {.key = "GET://BMC/INFO/ACPI_SYS_POWER_STATE",
-     .error = "$COMPLETION_CODE",
      .packet = "GET://BMC/INFO/ACPI_POWER_STATE",
      .map = "MASK 7F",
      .table = "GET://BMC/INFO/ACPI_SYS_POWER_STATE",
      .absent = "NOT SUPPORTED"},
-    {.key = "GET://BMC/INFO/BOOT_MAJOR", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
-    {.key = "GET://BMC/INFO/BOOT_MINOR", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
-    {.key = "GET://BMC/INFO/IPMI_VERSION_RAW", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/BOOT_MAJOR", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/BOOT_MINOR", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/IPMI_VERSION_RAW", .packet = "GET://BMC/INFO/DEVICE_ID"},
     {.key = "GET://BMC/INFO/MODE",
-     .error = "$COMPLETION_CODE",
      .packet = "GET://BMC/INFO/DEVICE_ID",
      .filter = "GET://BMC/INFO/MODE_RAW",
      .map = "MASK 80",
      .table = "GET://BMC/INFO/MODE"},
-    {.key = "GET://BMC/INFO/MODE_RAW",
-     .error = "$COMPLETION_CODE",
-     .packet = "GET://BMC/INFO/DEVICE_ID",
-     .map = "MASK 80"},
-    {.key = "GET://BMC/INFO/OPCODE_MAJOR",
-     .error = "$COMPLETION_CODE",
-     .packet = "GET://BMC/INFO/DEVICE_ID",
-     .map = "MASK 7F"},
-    {.key = "GET://BMC/INFO/OPCODE_MINOR", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
-    {.key = "GET://BMC/INFO/PIA_MAJOR", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
-    {.key = "GET://BMC/INFO/PIA_MINOR", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/MODE_RAW", .packet = "GET://BMC/INFO/DEVICE_ID", .map = "MASK 80"},
+    {.key = "GET://BMC/INFO/OPCODE_MAJOR", .packet = "GET://BMC/INFO/DEVICE_ID", .map = "MASK 7F"},
+    {.key = "GET://BMC/INFO/OPCODE_MINOR", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/PIA_MAJOR", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/PIA_MINOR", .packet = "GET://BMC/INFO/DEVICE_ID"},
     {.key = "GET://BMC/INFO/SELF_TEST_RESULTS_RAW",
-     .error = "$COMPLETION_CODE",
      .packet = "GET://BMC/INFO/SELF_TEST_RESULTS",
      .separator = ":SPACE"},
 };
@@ -172,10 +162,7 @@ Script ipmiVersionScript()
         send("GET://BMC/INFO/DEVICE_ID"),
         If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
         readField("GET://BMC/INFO/IPMI_VERSION_RAW", "$VERSION", "$COMPLETION_CODE"),
-        Map("$VERSION", "MASK", "F", "$MAJOR"),
-        Map("$VERSION", "RIGHT_SHIFT", "4", "$MINOR"),
-        FormatString("$MAJOR", ".", "$MINOR", "$RESULT"),
-        Return("$RESULT"),
+        returnBcdVersion("$VERSION"),
     });
 }
 
@@ -253,10 +240,7 @@ Script masterReadWriteScript()
         require("$BUS_ID"),
         require("$SLAVE_ADDRESS"),
         require("$READ_COUNT"),
-        send("GET://BMC/INFO/MASTER_READ_WRITE"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        joinData("$RESULT"),
-        Return("$RESULT"),
+        returnData("GET://BMC/INFO/MASTER_READ_WRITE"),
     });
 }
 

@@ -16,12 +16,9 @@ constexpr TextRow filters[] = {
 };
 
 constexpr ReadRow reads[] = {
-    {.key = "GET://BMC/INFO/PRODUCT_RAW",
-     .error = "$COMPLETION_CODE",
-     .packet = "GET://BMC/INFO/DEVICE_ID",
-     .separator = ":SPACE"},
-    {.key = "GET://BMC/INFO/PRODUCT_RAW_BYTE1", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
-    {.key = "GET://BMC/INFO/PRODUCT_RAW_BYTE2", .error = "$COMPLETION_CODE", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/PRODUCT_RAW", .packet = "GET://BMC/INFO/DEVICE_ID", .separator = ":SPACE"},
+    {.key = "GET://BMC/INFO/PRODUCT_RAW_BYTE1", .packet = "GET://BMC/INFO/DEVICE_ID"},
+    {.key = "GET://BMC/INFO/PRODUCT_RAW_BYTE2", .packet = "GET://BMC/INFO/DEVICE_ID"},
 };
 
 /// The same of another controller: the subscript is its slave address.

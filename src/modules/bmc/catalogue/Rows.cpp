@@ -2,8 +2,10 @@
 
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
+#include "modules/bmc/catalogue/Commands.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace Module::BMCConfig {
@@ -21,6 +23,23 @@ void addTexts(TextMap<Symbol>& map, std::span<const TextRow> rows)
 {
     for (const TextRow& row : rows)
         addOnce(map, row.key, Symbol(NODE_LEAF, Util::split(row.values, " ")));
+}
+
+std::string constantOf(const std::string& name)
+{
+    return name.starts_with('$') ? name : "$/IPMI/" + name;
+}
+
+/// "target netFn LUN command data...".
+Symbol packetOf(const PacketRow& row)
+{
+    const std::span<const Command> known = commands();
+    const auto command = std::ranges::find(known, std::string_view(row.command), &Command::name);
+    if (command == known.end())
+        throw std::logic_error(std::string("the catalogue knows no command ") + row.command);
+    return Symbol(NODE_LEAF, Util::split(std::string(row.target) + " " + constantOf(command->netFunction) + " " +
+                                             row.lun + " " + constantOf(command->name) + " " + row.data,
+                                         " "));
 }
 
 /// Steps that pass $RESULT through each function of "HEX2DEC" or "MASK 7F, HEX2DEC".
@@ -44,6 +63,8 @@ Script readScript(const ReadRow& row)
         found = steps::script({found, mapSteps(row.map)});
     if (row.table)
         found = steps::script({found, LookupTable("$RESULT", row.table, "$RESULT")});
+    if (row.isNumber)
+        found = steps::script({found, returnNumber("$RESULT")});
     if (row.separator)
         found = steps::script({found, Join("$RESULT", row.separator, "$RESULT")});
     return steps::script({
@@ -72,9 +93,34 @@ void addPackets(Stores& stores, std::span<const TextRow> rows)
     addTexts(stores.packets, rows);
 }
 
+void addPackets(Stores& stores, std::span<const PacketRow> rows)
+{
+    for (const PacketRow& row : rows)
+        addOnce(stores.packets, row.key, packetOf(row));
+}
+
+void addPacket(Stores& stores, const std::string& key, const std::string& command, const std::string& data)
+{
+    const PacketRow row{key.c_str(), command.c_str(), data.c_str()};
+    addPackets(stores, {&row, 1});
+}
+
+void addCommands(Stores& stores)
+{
+    for (const NetFunction& function : netFunctions())
+        addOnce(stores.symbols, constantOf(function.constant), Symbol(ipmi::hexByte(function.number)));
+    for (const Command& command : commands())
+        addOnce(stores.symbols, constantOf(command.name), Symbol(ipmi::hexByte(command.number)));
+}
+
 void addFilters(Stores& stores, std::span<const TextRow> rows)
 {
     addTexts(stores.filters, rows);
+}
+
+void addFilter(Stores& stores, const std::string& key, const std::string& fields)
+{
+    addOnce(stores.filters, key, Symbol(NODE_LEAF, Util::split(fields, " ")));
 }
 
 void addTables(Stores& stores, std::span<const TableRow> rows)
@@ -105,15 +151,27 @@ void addTables(Stores& stores, std::span<const WordTable> rows)
     }
 }
 
-void addTable(Stores& stores, const char* key, Table table)
+void addTable(Stores& stores, const std::string& key, Table table)
 {
     addOnce(stores.tables, key, std::move(table));
 }
 
+void addBranches(Stores& stores, std::span<const BranchRow> rows)
+{
+    for (const BranchRow& row : rows) {
+        std::vector<std::string> names = Util::split(row.children, " ");
+        names.emplace_back("$RESULT");
+        addTemplate(stores, row.key, steps::makeStep(Opcode::Append, std::move(names)));
+    }
+}
+
 void addReads(Stores& stores, std::span<const ReadRow> rows)
 {
-    for (const ReadRow& row : rows)
+    for (const ReadRow& row : rows) {
+        if (row.fields)
+            addFilter(stores, row.key, row.fields);
         addTemplate(stores, row.key, readScript(row));
+    }
 }
 
 void addTemplate(Stores& stores, const std::string& key, Script script)

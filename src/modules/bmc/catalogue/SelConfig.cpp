@@ -1,4 +1,3 @@
-#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
@@ -16,50 +15,23 @@ constexpr TextRow constants[] = {
     {"$/SEL/BYTES_TO_READ", "FF"},
 };
 
-constexpr CodeConstant codes[] = {
-    {"$/SEL/CLEAR_CMD", ipmi::cmd::clearSel},
-    {"$/SEL/EXTENDED_ALLOCATION_INFO_CMD", ipmi::cmd::extendedSelAllocationInfo},
-    {"$/SEL/EXTENDED_ENTRY_CMD", ipmi::cmd::extendedSelEntry},
-    {"$/SEL/EXTENDED_INFO_CMD", ipmi::cmd::extendedSelInfo},
-    {"$/SEL/GET_ENTRY_CMD", ipmi::cmd::getSelEntry},
-    {"$/SEL/GET_INFO_CMD", ipmi::cmd::getSelInfo},
-    {"$/SEL/GET_TIME_CMD", ipmi::cmd::getSelTime},
-    {"$/SEL/RESERVE_CMD", ipmi::cmd::reserveSel},
+constexpr PacketRow packets[] = {
+    {"GET://BMC/SEL/EXTENDED_ALLOCATION_INFO", "EXTENDED_SEL_ALLOCATION_INFO"},
+    {"GET://BMC/SEL/EXTENDED_ENTRY", "EXTENDED_SEL_ENTRY",
+     "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS $/SEL/GET_SEL_ENTRY_LS $/SEL/GET_SEL_ENTRY_MS 00 $/SEL/BYTES_TO_READ"},
+    {"GET://BMC/SEL/EXTENDED_INFO", "EXTENDED_SEL_INFO"},
+    {"GET://BMC/SEL/INFO", "GET_SEL_INFO"},
+    {"GET://BMC/SEL/RECORD", "GET_SEL_ENTRY",
+     "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS $/SEL/GET_SEL_ENTRY_LS $/SEL/GET_SEL_ENTRY_MS 00 FF"},
+    {"GET://BMC/SEL/RESERVE", "RESERVE_SEL"},
+    {"GET://BMC/SEL/TIME", "GET_SEL_TIME"},
+    {"SET://BMC/SEL/CLEAR", "CLEAR_SEL", "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS 43 4C 52 AA"},
 };
 
-constexpr TextRow packets[] = {
-    {"GET://BMC/SEL/EXTENDED_ALLOCATION_INFO",
-     "$/BMC/BASE_ADDRESS $/IPMI/ORVEL_PLATFORM_APP 00 $/SEL/EXTENDED_ALLOCATION_INFO_CMD"},
-    {"GET://BMC/SEL/EXTENDED_ENTRY", "$/BMC/BASE_ADDRESS $/IPMI/ORVEL_PLATFORM_APP 00 $/SEL/EXTENDED_ENTRY_CMD "
-                                     "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS $/SEL/GET_SEL_ENTRY_LS "
-                                     "$/SEL/GET_SEL_ENTRY_MS 00 $/SEL/BYTES_TO_READ"},
-    {"GET://BMC/SEL/EXTENDED_INFO", "$/BMC/BASE_ADDRESS $/IPMI/ORVEL_PLATFORM_APP 00 $/SEL/EXTENDED_INFO_CMD"},
-    {"GET://BMC/SEL/INFO", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/SEL/GET_INFO_CMD"},
-    {"GET://BMC/SEL/RECORD", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/SEL/GET_ENTRY_CMD "
-                             "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS $/SEL/GET_SEL_ENTRY_LS "
-                             "$/SEL/GET_SEL_ENTRY_MS 00 FF"},
-    {"GET://BMC/SEL/RESERVE", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/SEL/RESERVE_CMD"},
-    {"GET://BMC/SEL/TIME", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/SEL/GET_TIME_CMD"},
-    {"SET://BMC/SEL/CLEAR", "$/BMC/BASE_ADDRESS $/IPMI/STORAGE_NET_FUNCTION 00 $/SEL/CLEAR_CMD "
-                            "$/SEL/RESERVATION_LS $/SEL/RESERVATION_MS 43 4C 52 AA"},
+/// The log's clock, in seconds since 1970; the high byte first, as a reader writes numbers.
+constexpr ReadRow reads[] = {
+    {.key = "GET://BMC/SEL/TIME", .fields = "4 3 2 1", .isNumber = true},
 };
-
-/// The high byte first, as a reader writes numbers.
-constexpr TextRow filters[] = {
-    {"GET://BMC/SEL/TIME", "4 3 2 1"},
-};
-
-/// All data of the answer as one text; what it means is the handler's affair, or the caller's where the layout is the
-/// manufacturer's own.
-Script readData(const char* packet)
-{
-    return script({
-        send(packet),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        joinData("$RESULT"),
-        Return("$RESULT"),
-    });
-}
 
 /// The whole answer, completion code first: whether to ask again is the handler's affair. "CC" stands for none at all.
 Script readAnswer(const char* packet)
@@ -81,20 +53,6 @@ Script beginWalk()
     });
 }
 
-/// The log's clock, in seconds since 1970.
-Script readTime()
-{
-    return script({
-        send("GET://BMC/SEL/TIME"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        readField("GET://BMC/SEL/TIME", "$NUMBER", "$COMPLETION_CODE"),
-        Prepend("$NUMBER", "0", "2", "$NUMBER"),
-        Flatten("$NUMBER", "$NUMBER"),
-        Map("$NUMBER", "HEX2DEC", "$RESULT"),
-        Return("$RESULT"),
-    });
-}
-
 Script clear()
 {
     return script({
@@ -108,17 +66,15 @@ Script clear()
 SelConfig::SelConfig(Stores& stores)
 {
     addConstants(stores, constants);
-    addConstants(stores, codes);
     addPackets(stores, packets);
-    addFilters(stores, filters);
+    addReads(stores, reads);
     addTemplate(stores, "GET://BMC/SEL", beginWalk());
-    addTemplate(stores, "GET://BMC/SEL/EXTENDED_ALLOCATION_INFO", readData("GET://BMC/SEL/EXTENDED_ALLOCATION_INFO"));
-    addTemplate(stores, "GET://BMC/SEL/EXTENDED_INFO", readData("GET://BMC/SEL/EXTENDED_INFO"));
+    addTemplate(stores, "GET://BMC/SEL/EXTENDED_ALLOCATION_INFO", returnData("GET://BMC/SEL/EXTENDED_ALLOCATION_INFO"));
+    addTemplate(stores, "GET://BMC/SEL/EXTENDED_INFO", returnData("GET://BMC/SEL/EXTENDED_INFO"));
     addTemplate(stores, "GET://BMC/SEL/EXTENDED_RECORD", readAnswer("GET://BMC/SEL/EXTENDED_ENTRY"));
-    addTemplate(stores, "GET://BMC/SEL/INFO", readData("GET://BMC/SEL/INFO"));
+    addTemplate(stores, "GET://BMC/SEL/INFO", returnData("GET://BMC/SEL/INFO"));
     addTemplate(stores, "GET://BMC/SEL/RECORD", readAnswer("GET://BMC/SEL/RECORD"));
     addTemplate(stores, "GET://BMC/SEL/RESERVE", readAnswer("GET://BMC/SEL/RESERVE"));
-    addTemplate(stores, "GET://BMC/SEL/TIME", readTime());
     addTemplate(stores, "SET://BMC/SEL/CLEAR", clear());
 }
 

@@ -1,4 +1,3 @@
-#include "ipmi/Codes.hpp"
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/SensorSteps.hpp"
@@ -13,37 +12,21 @@ using namespace steps;
 
 namespace {
 
-constexpr CodeConstant constants[] = {
-    {"$/SENSOR/GET_EVENT_ENABLE", ipmi::cmd::getSensorEventEnable},
-    {"$/SENSOR/GET_READING", ipmi::cmd::getSensorReading},
-    {"$/SENSOR/GET_THRESHOLD", ipmi::cmd::getSensorThresholds},
-    {"$/SENSOR/REARM_EVENTS", ipmi::cmd::rearmSensorEvents},
-    {"$/SENSOR/SET_EVENT_ENABLE", ipmi::cmd::setSensorEventEnable},
-    {"$/SENSOR/SET_THRESHOLD", ipmi::cmd::setSensorThresholds},
-};
-
-constexpr TextRow packets[] = {
-    {"GET://BMC/SENSOR/EVENT_ENABLE",
-     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_EVENT_ENABLE $/BMC/SENSOR/NUMBER"},
-    {"GET://BMC/SENSOR/THRESHOLD",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
-    {"GET://BMC/SENSOR/THRESHOLD_LUN",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION $/BMC/SENSOR_LUN $/SENSOR/GET_THRESHOLD $/BMC/SENSOR/NUMBER"},
-    {"GET://BMC/SENSOR/VALUE",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION $/BMC/SENSOR_LUN $/SENSOR/GET_READING $/BMC/SENSOR/NUMBER"},
-    {"GET://BMC/SENSOR[]/PROCEVENT",
-     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/GET_EVENT_ENABLE $/BMC/SENSOR/NUMBER"},
-    {"SET://BMC/SENSOR/EVENT_ENABLE",
-     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/SET_EVENT_ENABLE $/BMC/SENSOR/NUMBER $/SENSOR/STATUS "
-     "$/SENSOR/LOWER_ASSERTION_STATUS $/SENSOR/UPPER_ASSERTION_STATUS $/SENSOR/LOWER_DEASSERTION_STATUS "
-     "$/SENSOR/UPPER_DEASSERTION_STATUS"},
-    {"SET://BMC/SENSOR/REARM_EVENTS",
-     "$/BMC/BASE_ADDRESS $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/REARM_EVENTS $/BMC/SENSOR/NUMBER $/BMC/EVENT_STATUS "
-     "$/BMC/LOWER_ASSERTION_EVENT_STATUS $/BMC/UPPER_ASSERTION_EVENT_STATUS $/BMC/LOWER_DEASSERTION_STATUS "
-     "$/BMC/UPPER_DEASSERTION_STATUS"},
-    {"SET://BMC/SENSOR/THRESHOLD",
-     "$/BMC/SENSOR_OWNER $/IPMI/SENSOR_NET_FUNCTION 00 $/SENSOR/SET_THRESHOLD $/BMC/SENSOR/NUMBER $BYTE0 $BYTE1 "
-     "$BYTE2 $BYTE3 $BYTE4 $BYTE5 $BYTE6"},
+constexpr PacketRow packets[] = {
+    {"GET://BMC/SENSOR/EVENT_ENABLE", "GET_SENSOR_EVENT_ENABLE", "$/BMC/SENSOR/NUMBER"},
+    {"GET://BMC/SENSOR/THRESHOLD", "GET_SENSOR_THRESHOLDS", "$/BMC/SENSOR/NUMBER", "$/BMC/SENSOR_OWNER"},
+    {"GET://BMC/SENSOR/THRESHOLD_LUN", "GET_SENSOR_THRESHOLDS", "$/BMC/SENSOR/NUMBER", "$/BMC/SENSOR_OWNER",
+     "$/BMC/SENSOR_LUN"},
+    {"GET://BMC/SENSOR/VALUE", "GET_SENSOR_READING", "$/BMC/SENSOR/NUMBER", "$/BMC/SENSOR_OWNER", "$/BMC/SENSOR_LUN"},
+    {"GET://BMC/SENSOR[]/PROCEVENT", "GET_SENSOR_EVENT_ENABLE", "$/BMC/SENSOR/NUMBER"},
+    {"SET://BMC/SENSOR/EVENT_ENABLE", "SET_SENSOR_EVENT_ENABLE",
+     "$/BMC/SENSOR/NUMBER $/SENSOR/STATUS $/SENSOR/LOWER_ASSERTION_STATUS $/SENSOR/UPPER_ASSERTION_STATUS "
+     "$/SENSOR/LOWER_DEASSERTION_STATUS $/SENSOR/UPPER_DEASSERTION_STATUS"},
+    {"SET://BMC/SENSOR/REARM_EVENTS", "REARM_SENSOR_EVENTS",
+     "$/BMC/SENSOR/NUMBER $/BMC/EVENT_STATUS $/BMC/LOWER_ASSERTION_EVENT_STATUS $/BMC/UPPER_ASSERTION_EVENT_STATUS "
+     "$/BMC/LOWER_DEASSERTION_STATUS $/BMC/UPPER_DEASSERTION_STATUS"},
+    {"SET://BMC/SENSOR/THRESHOLD", "$/SENSOR/SET_THRESHOLD",
+     "$/BMC/SENSOR/NUMBER $BYTE0 $BYTE1 $BYTE2 $BYTE3 $BYTE4 $BYTE5 $BYTE6", "$/BMC/SENSOR_OWNER"},
 };
 
 constexpr TextRow filters[] = {
@@ -194,7 +177,7 @@ Script writeThresholds(const Form& form)
 {
     Steps given;
     for (const Threshold& threshold : thresholds)
-        given = script({given, takeGiven(threshold.name, threshold.symbol), require(threshold.symbol)});
+        given = script({given, takeRequired(threshold.symbol)});
     return script({
         given,
         addressSensor(form),
@@ -227,7 +210,6 @@ void addForm(Stores& stores, const Form& form)
 
 SensorConfig::SensorConfig(Stores& stores)
 {
-    addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);
     addTables(stores, tables);

@@ -67,7 +67,7 @@ Steps takeAllGiven(std::span<const Named> names)
 {
     Steps steps;
     for (const Named& named : names)
-        steps = script({steps, takeGiven(named.name, named.symbol), require(named.symbol)});
+        steps = script({steps, take(named.name, named.symbol), require(named.symbol)});
     return steps;
 }
 

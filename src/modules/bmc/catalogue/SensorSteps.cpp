@@ -175,15 +175,6 @@ Steps findRecord(const Form& form, const Steps& absent)
     });
 }
 
-Steps takeGiven(const std::string& plain, const std::string& symbol)
-{
-    const std::string given = "$" + plain;
-    return script({
-        Size(given, "$SIZE"),
-        If("$SIZE != 0", {Copy(given, symbol)}),
-    });
-}
-
 Steps sendForWord(const std::string& packet)
 {
     return script({

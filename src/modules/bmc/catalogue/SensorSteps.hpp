@@ -24,8 +24,6 @@ Steps refuseOnFir(const Form& form, const Steps& refusal);
 /// Leaves the sensor's record in $RECORD; without one runs `absent`, which ends the script.
 Steps findRecord(const Form& form, const Steps& absent);
 
-/// Copies a parameter that the caller gave by its plain name to the packet's symbol; without one that one stays.
-Steps takeGiven(const std::string& plain, const std::string& symbol);
 /// Sends `packet` and ends the script with "SUCCESS" or "FAILURE".
 Steps sendForWord(const std::string& packet);
 

@@ -85,13 +85,46 @@ Steps readField(const std::string& filter, const std::string& destination, const
     });
 }
 
-Steps require(const std::string& symbol)
+Steps take(const std::string& symbol)
+{
+    return take(symbol.substr(symbol.rfind('/') + 1), symbol);
+}
+
+Steps take(const std::string& name, const std::string& symbol)
+{
+    return script({
+        Size("$" + name, "$SIZE"),
+        If("$SIZE != 0", {Copy("$" + name, symbol)}),
+    });
+}
+
+Steps takeRequired(const std::string& symbol)
+{
+    return script({take(symbol), require(symbol)});
+}
+
+Steps refuse(const std::string& symbol)
 {
     // Map refuses an empty list by the name of its source.
+    return script({Copy(":NULL", symbol), Map(symbol, "MASK", "0", "$REFUSED")});
+}
+
+Steps require(const std::string& symbol)
+{
+    return script({String_Length(symbol, "$SIZE"), If("$SIZE == 0", {refuse(symbol)})});
+}
+
+Steps requireForce()
+{
+    return require("$FORCE");
+}
+
+Steps assertSubscript(const std::string& name, unsigned low, unsigned high)
+{
+    const std::string number = "$" + name + "_NUMBER", decimal = number + "_IN_DEC";
     return script({
-        String_Length(symbol, "$SIZE"),
-        If("$SIZE == 0", {Copy(":NULL", symbol)}),
-        Map(symbol, "MASK", "0", "$REQUIRED"),
+        Map(number, "HEX2DEC", decimal),
+        Assert(decimal, "RANGE_CHECK", std::to_string(low), std::to_string(high), "$ASSERT_VALUE"),
     });
 }
 
@@ -114,6 +147,58 @@ Steps joinData(const std::string& destination)
         Split("$BUFFER", ":SPACE", destination),
         Exclude(destination, "GET://BMC/COMPLETION_CODE", destination),
         Join(destination, ":SPACE", destination),
+    });
+}
+
+Steps returnData(const std::string& packet)
+{
+    return script({
+        send(packet),
+        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        joinData("$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Steps returnNumber(const std::string& symbol)
+{
+    return script({
+        Prepend(symbol, "0", "2", symbol),
+        Flatten(symbol, symbol),
+        Map(symbol, "HEX2DEC", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Steps returnBcdVersion(const std::string& symbol)
+{
+    return script({
+        Map(symbol, "MASK", "F", "$MAJOR"),
+        Map(symbol, "RIGHT_SHIFT", "4", "$MINOR"),
+        FormatString("$MAJOR", ".", "$MINOR", "$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Steps waitFor(const std::string& query, const std::string& expected, const std::string& error)
+{
+    return script({
+        Poll(query, expected, "5", "5", "$RESPONSE"),
+        If("$RESPONSE != TRUE", {Throw(error)}),
+    });
+}
+
+Steps returnMembers(const std::string& name, const std::string& first, const std::string& last)
+{
+    return script({
+        Copy(":NULL", "$MEMBERS"),
+        If(first + " <= " + last, {For("MEMBER", first, last,
+                                       {
+                                           Map("$MEMBER", "HEX2DEC", "$MEMBER_IN_DEC"),
+                                           FormatString(name + "[", "$MEMBER_IN_DEC", "]", "$MEMBER_NAME"),
+                                           Append("$MEMBER_NAME", "$MEMBERS"),
+                                       })}),
+        Return("$MEMBERS"),
     });
 }
 

@@ -86,15 +86,38 @@ Steps sendWithoutThrow(const std::string& packet);
 /// After a send that succeeded: takes the filter's fields into `destination`. A reply that ends before them throws
 /// `error`, or for the completion code's own, which says nothing then, IPMI_RESPONSE_ERROR.
 Steps readField(const std::string& filter, const std::string& destination, const std::string& error);
+/// Copies a parameter that the caller gave by its plain name to the symbol that a packet holds, by default the one that
+/// ends in "/NAME"; without one that stays as it is.
+Steps take(const std::string& symbol);
+Steps take(const std::string& name, const std::string& symbol);
+/// The same for a symbol without which nothing is sent.
+Steps takeRequired(const std::string& symbol);
+/// Throws 1089 with the name of `symbol`: its value cannot be sent.
+Steps refuse(const std::string& symbol);
 /// Throws 1089 with the name of `symbol` if it is not set or empty: a request without it would be sent with all that
 /// follows it shifted.
 Steps require(const std::string& symbol);
+/// For writes whose effect on a board is the manufacturer's secret: nothing is sent unless the caller gives a parameter
+/// FORCE beside the value.
+Steps requireForce();
+/// Checks the subscript "NAME[]" against both bounds and leaves it in $NAME_NUMBER_IN_DEC; throws 1091 otherwise.
+Steps assertSubscript(const std::string& name, unsigned low, unsigned high);
 /// Throws ERROR_CONTROLLER_NOT_PRESENT for an address in `symbol` that is no byte.
 Steps requireAddress(const std::string& symbol);
 /// After a send: returns `word` if the controller does not know the command.
 Steps answerIfAbsent(const std::string& word);
 /// All data bytes of the reply in $BUFFER as one blank-separated text in `destination`.
 Steps joinData(const std::string& destination);
+/// Sends `packet` and ends the script with all data of the answer as one text, or with the completion code's error.
+Steps returnData(const std::string& packet);
+/// Ends the script with the bytes in `symbol`, high byte first, as one decimal number.
+Steps returnNumber(const std::string& symbol);
+/// Ends the script with a version byte of two digits, of which the upper one stands behind the point: 51h is "1.5".
+Steps returnBcdVersion(const std::string& symbol);
+/// Asks `query` for 25 seconds at most, until its answer begins with `expected`; throws `error` if it never does.
+Steps waitFor(const std::string& query, const std::string& expected, const std::string& error);
+/// Ends the script with the members NAME[first] to NAME[last] of an array, both decimal text or symbols of such.
+Steps returnMembers(const std::string& name, const std::string& first, const std::string& last);
 /// Sends `packet`; a completion code of 0 returns "SUCCESS", any other throws `error`.
 Steps sendOrThrow(const std::string& packet, const std::string& error);
 /// A branch of the tree: a non-leaf that names `children`.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "modules/bmc/catalogue/Fields.hpp"
+#include "modules/bmc/engine/Stores.hpp"
+
+/// Parts of the LAN area, by subject; LanConfig adds them all.
+namespace Module::BMCConfig {
+
+/// LAN configuration parameters (IPMI 2.0, 23.1 and 23.2) of the channel that the query's subscript names.
+inline constexpr ParameterFamily lanParameters = {
+    .path = "LAN[]",
+    .getCommand = "GET_LAN_CONFIGURATION_PARAMETERS",
+    .setCommand = "SET_LAN_CONFIGURATION_PARAMETERS",
+    .subject = "$LAN_NUMBER",
+    .assertion = "LAN[]/ASSERT",
+};
+
+/// Who may log in by which means.
+void addLanAuthentication(Stores& stores);
+
+} // namespace Module::BMCConfig
