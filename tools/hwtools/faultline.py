@@ -149,7 +149,8 @@ class Connection:
     def carry(self):
         up, down = Decoder(), Decoder()
         while not self.line.ending.is_set():
-            ready = select.select([self.host, self.controller], [], [], TICK)[0]
+            pause = min(TICK, max(0, self.late[0][0] - time.monotonic())) if self.late else TICK
+            ready = select.select([self.host, self.controller], [], [], pause)[0]
             if self.host in ready and not self._pass(self.host, up, self._ask):
                 return
             if self.controller in ready and not self._pass(self.controller, down, self._answer):
