@@ -3,6 +3,7 @@
 #include "common/CMySemLock.hpp"
 #include "common/ErrorMgr.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Codes.hpp"
@@ -11,6 +12,7 @@
 #include "platform/SameAnswers.hpp"
 #include "transport/BmcMessage.hpp"
 #include "transport/Deadline.hpp"
+#include "transport/Patience.hpp"
 #include "transport/TransportState.hpp"
 
 #include <cstdint>
@@ -78,14 +80,30 @@ void listReply(const BMC_RESPONSE& response, std::uint32_t count, std::vector<st
         reply.push_back(Util::dec_to_hex_string(byte));
 }
 
-/// Whether the controller is to be counted as one that answers. One that has no time for as long as it is asked does
-/// not; that of a bridged request may be a satellite that is not there.
+/// Counts whether the controller answers. One that has no time for as long as it is asked does not.
 void noteOutcome(const BMC_REQUEST& request, const std::optional<std::uint32_t>& count, const BMC_RESPONSE& response)
 {
+    transport::TransportState& state = transport::transportState();
+    if (request.target != ipmi::address::bmc)
+        return state.satellites.note(request.target, count && !transport::isPassing(request, response.completionCode));
     const bool busyThroughout = ipmi::isBusy(response.completionCode) && transport::Deadline::passed();
-    const bool answered = count && !busyThroughout;
-    if (answered || request.target == ipmi::address::bmc)
-        transport::transportState().silence.note(answered);
+    state.silence.note(count && !busyThroughout);
+}
+
+/// One exchange with the controller that `request` is for. A satellite that does not answer is spared, and said to be
+/// out of reach: that is no failure of the interface.
+std::optional<std::uint32_t> ask(const BMC_REQUEST& request, BMC_RESPONSE& response, int retries)
+{
+    const bool spared = common::policy().sparesSilentController && request.target != ipmi::address::bmc;
+    std::optional<std::uint32_t> count;
+    if (!spared || transport::transportState().satellites.admits(request.target)) {
+        count = transport::sendRequest(request, response, retries);
+        noteOutcome(request, count, response);
+    }
+    if (count || !spared)
+        return count;
+    response.completionCode = ipmi::completion::destinationUnavailable;
+    return 0;
 }
 
 } // namespace
@@ -115,8 +133,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     const BMC_REQUEST request = makeRequest(tokens, data);
     BMC_RESPONSE response;
     std::memset(&response, 0, sizeof response);
-    const std::optional<std::uint32_t> count = transport::sendRequest(request, response, options.retries);
-    noteOutcome(request, count, response);
+    const std::optional<std::uint32_t> count = ask(request, response, options.retries);
     if (!count)
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     listReply(response, *count, reply);

@@ -225,7 +225,7 @@ std::optional<std::uint32_t> transport::sendRequest(const BMC_REQUEST& request, 
     if (request.length > maxRequestData)
         return std::nullopt;
     Patience patience(request);
-    const Deadline deadline(patience.budget());
+    const Deadline deadline;
     BMC_MESSAGE message;
     copyRequest(message, request);
     BMC_MESSAGE answer;

@@ -15,9 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::nanoseconds longestPause = 500ms;
-constexpr auto lostFor = 1min;
-/// Of a satellite: one that is there answers in a fraction of it.
-constexpr std::chrono::nanoseconds bridgedBudget = 1s;
+/// Of a satellite that nobody meets on the bus: it is there within a fraction of it, or not at all.
+constexpr std::chrono::nanoseconds bridgedLimit = 1s;
 
 /// Enough to tell sensors and records apart, and nothing that could be secret.
 RequestKey keyOf(const BMC_REQUEST& request)
@@ -26,28 +25,18 @@ RequestKey keyOf(const BMC_REQUEST& request)
             request.length > 0 ? request.data[0] : std::uint8_t{0}};
 }
 
-LostRequest* findLost(const BMC_REQUEST& request)
+RequestKey* findLost(const BMC_REQUEST& request)
 {
     auto& all = transportState().lostRequests;
-    const auto place = std::ranges::find(all, keyOf(request), &LostRequest::key);
+    const auto place = std::ranges::find(all, keyOf(request));
     return place == all.end() ? nullptr : &*place;
-}
-
-bool isLost(const BMC_REQUEST& request)
-{
-    const LostRequest* const known = findLost(request);
-    return known && current<Clock>().steady() < known->until;
 }
 
 void remember(const BMC_REQUEST& request)
 {
     TransportState& state = transportState();
-    LostRequest* place = findLost(request);
-    if (!place) {
-        place = &state.lostRequests[state.nextLostRequest];
-        state.nextLostRequest = (state.nextLostRequest + 1) % state.lostRequests.size();
-    }
-    *place = {.key = keyOf(request), .until = current<Clock>().steady() + lostFor};
+    state.lostRequests[state.nextLostRequest] = keyOf(request);
+    state.nextLostRequest = (state.nextLostRequest + 1) % state.lostRequests.size();
 }
 
 bool isBridged(const BMC_REQUEST& request)
@@ -57,27 +46,21 @@ bool isBridged(const BMC_REQUEST& request)
 
 } // namespace
 
-Patience::Patience(const BMC_REQUEST& wanted) : request(wanted), lost(isLost(wanted)) {}
-
-std::chrono::nanoseconds Patience::budget() const
+bool isPassing(const BMC_REQUEST& request, std::uint8_t completionCode)
 {
-    const std::chrono::nanoseconds whole = common::policy().exchangeBudget;
-    return lost && isBridged(request) ? std::min(whole, bridgedBudget) : whole;
+    namespace completion = ipmi::completion;
+    return ipmi::isBusy(completionCode) || (isBridged(request) && (completionCode == completion::lostArbitration ||
+                                                                   completionCode == completion::nakOnWrite));
 }
 
-bool Patience::isPassing(std::uint8_t completionCode) const
-{
-    return ipmi::isBusy(completionCode) ||
-           (isBridged(request) &&
-            (completionCode == ipmi::completion::lostArbitration || completionCode == ipmi::completion::nakOnWrite));
-}
+Patience::Patience(const BMC_REQUEST& wanted) : request(wanted), lost(findLost(wanted)) {}
 
 bool Patience::asksAgain(std::uint8_t completionCode)
 {
-    if (!isPassing(completionCode) || lost || !common::policy().retriesBusyController)
+    if (!isPassing(request, completionCode) || lost || !common::policy().retriesBusyController)
         return false;
-    const bool busy = ipmi::isBusy(completionCode);
-    if (spent >= (busy ? budget() : std::min(budget(), bridgedBudget)))
+    const std::chrono::nanoseconds budget = common::policy().exchangeBudget;
+    if (spent >= (ipmi::isBusy(completionCode) ? budget : std::min(budget, bridgedLimit)))
         return false;
     const std::chrono::nanoseconds now = std::min(pause, Deadline::left());
     current<Clock>().sleepFor(now);
@@ -90,10 +73,10 @@ void Patience::note(bool answered, std::uint8_t completionCode) const
 {
     if (!common::policy().retriesBusyController)
         return;
-    const bool inVain = answered ? isPassing(completionCode) : Deadline::passed();
+    const bool inVain = answered ? isPassing(request, completionCode) : Deadline::passed();
     if (inVain && !lost)
         remember(request);
-    else if (LostRequest* const known = inVain ? nullptr : findLost(request))
+    else if (RequestKey* const known = inVain ? nullptr : findLost(request))
         *known = {};
 }
 

@@ -6,6 +6,7 @@
 #include "transport/BmcMessage.hpp"
 #include "transport/Deadline.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <ctime>
 #include <string>
@@ -31,6 +32,9 @@ bool probe()
     return InitilizeIPMB_Interface() == 0 && sendRequest(request, response, 0) &&
            response.completionCode == ipmi::completion::ok;
 }
+
+constexpr int satelliteFailures = 2;
+constexpr auto pauseBetweenSatelliteTries = 30s;
 
 std::string timeOfDay(Clock::TimePoint point)
 {
@@ -77,6 +81,29 @@ void SilenceWatch::noteReturn()
     if (told)
         common::report(common::Gravity::notice, "the BMC answers again");
     *this = {};
+}
+
+/// The place of a target; of more than there are places for, some share one.
+SatelliteWatch::Satellite& SatelliteWatch::find(std::uint8_t target)
+{
+    const auto place =
+        std::ranges::find_if(known, [=](const Satellite& each) { return each.target == target || each.target == 0; });
+    Satellite& satellite = place == known.end() ? known.back() : *place;
+    satellite.target = target;
+    return satellite;
+}
+
+bool SatelliteWatch::admits(std::uint8_t target)
+{
+    const Satellite& satellite = find(target);
+    return satellite.failures < satelliteFailures || current<Clock>().steady() >= satellite.nextTry;
+}
+
+void SatelliteWatch::note(std::uint8_t target, bool answered)
+{
+    Satellite& satellite = find(target);
+    satellite.failures = answered ? 0 : satellite.failures + 1;
+    satellite.nextTry = current<Clock>().steady() + pauseBetweenSatelliteTries;
 }
 
 } // namespace transport

@@ -23,12 +23,6 @@ private:
 /// What tells a request from others: target, network function, LUN, command, first data byte.
 using RequestKey = std::array<std::uint8_t, 5>;
 
-/// A request that used its time up in vain, and until when it gets no more of it.
-struct LostRequest {
-    RequestKey key{};
-    Clock::SteadyPoint until{};
-};
-
 /// Everything the transport remembers between calls. One per process, guarded by the callers' exchange lock.
 struct TransportState {
     int OpenIPMIPresence = 0; ///< 1 when the kernel driver's device opened
@@ -52,7 +46,8 @@ struct TransportState {
     std::uint8_t Status = 0; ///< last KCS state read
 
     SilenceWatch silence;
-    std::array<LostRequest, 64> lostRequests{}; ///< the oldest gives way
+    SatelliteWatch satellites;
+    std::array<RequestKey, 64> lostRequests{}; ///< that used their time up in vain; the oldest gives way
     std::size_t nextLostRequest = 0;
 
     void* hUsbSession = nullptr;

@@ -30,14 +30,14 @@ protected:
     }
     ~SilentController() override { transport::resetTransportForTests(); }
 
-    bool ask()
+    bool ask(const std::string& target = "20")
     {
         const std::size_t before = bmc.requests.size();
         const auto start = clock.steadyTime;
-        std::vector<std::string> reply;
+        reply.clear();
         bool answered = true;
         try {
-            Platform::exchangeIpmi({"20", "04", "00", "2D", std::to_string(sensor++)}, {}, reply);
+            Platform::exchangeIpmi({target, "04", "00", "2D", std::to_string(sensor++)}, {}, reply);
         } catch (const ResultStatus& status) {
             EXPECT_EQ(status.getval(), 1026);
             answered = false;
@@ -56,6 +56,7 @@ protected:
     common::ScopedPolicy practical{common::practicalPolicy()};
     bool silent = false;
     IpmiAnswer deviceId{0, 0x20}, reading{0, 1, 2};
+    std::vector<std::string> reply;
     int sensor = 10;
     std::size_t exchanges = 0;
     std::chrono::nanoseconds took{};
@@ -109,6 +110,25 @@ TEST_F(SilentController, IsAlsoOneThatIsBusyForAllRequests)
     reading = deviceId = {0, 1, 2};
     clock.advance(5s);
     EXPECT_TRUE(ask());
+}
+
+TEST_F(SilentController, BehindTheBmcIsOutOfReachAndDelaysNobody)
+{
+    silent = true;
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(ask("2C")) << "no failure of the interface";
+        EXPECT_EQ(reply, std::vector<std::string>{"211"});
+    }
+    EXPECT_TRUE(ask("2C"));
+    EXPECT_EQ(reply, std::vector<std::string>{"211"});
+    EXPECT_EQ(exchanges, 0U);
+    silent = false;
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(reply.size(), 3U);
+    EXPECT_TRUE(log.texts.empty());
+    clock.advance(30s);
+    EXPECT_TRUE(ask("2C"));
+    EXPECT_EQ(reply.size(), 3U);
 }
 
 TEST_F(SilentController, IsAskedEachTimeWithoutTheDecision)
