@@ -69,12 +69,18 @@ int ModelBmc::send(void* argument)
     const auto& req = *static_cast<const ipmi_req*>(argument);
     requests.push_back(readRequest(req));
     const IpmiRequest request = requests.back();
-    const auto found = handlers.find(commandKey(request.netFn, request.cmd));
-    IpmiAnswer answer = found == handlers.end() ? IpmiAnswer{invalidCommand} : found->second(request);
+    IpmiAnswer answer = answerTo(request);
     if (!answer.empty())
         replies.push_back({req.msgid, static_cast<std::uint8_t>(request.netFn + 1), request.cmd, std::move(answer),
                            clock ? clock->steadyTime + answerTime : Clock::SteadyPoint()});
     return 0;
+}
+
+IpmiAnswer ModelBmc::answerTo(const IpmiRequest& request) const
+{
+    if (const auto found = handlers.find(commandKey(request.netFn, request.cmd)); found != handlers.end())
+        return found->second(request);
+    return others ? others(request) : IpmiAnswer{invalidCommand};
 }
 
 int ModelBmc::receive(void* argument)

@@ -32,6 +32,8 @@ public:
     void on(std::uint8_t netFn, std::uint8_t cmd, Handler handler);
     /// The same with a fixed answer.
     void on(std::uint8_t netFn, std::uint8_t cmd, IpmiAnswer answer);
+    /// Answers for the commands without a handler.
+    void onOthers(Handler handler) { others = std::move(handler); }
 
     /// Every request so far, in order.
     std::vector<IpmiRequest> requests;
@@ -58,6 +60,9 @@ private:
     int send(void* argument);
     int receive(void* argument);
 
+    IpmiAnswer answerTo(const IpmiRequest& request) const;
+
     std::map<std::uint16_t, Handler> handlers;
+    Handler others;
     std::deque<Reply> replies;
 };

@@ -1,0 +1,51 @@
+"""The agent's memory: a start, a walk and a stop under valgrind."""
+
+import contextlib
+import os
+import signal
+import tempfile
+import unittest
+from pathlib import Path
+
+from hwtools.bench import ENTERPRISE, Agent, MasterAgent, Simulator, build_folder
+from hwtools.processes import is_running, wait_until
+from hwtools.tables import walk
+from lib.bench import QUICKSTART
+
+VALGRIND = ("valgrind", "--quiet", "--leak-check=full", "--show-leak-kinds=definite", "--errors-for-leak-kinds=definite")
+TREE = tuple(map(int, ENTERPRISE.split(".")))
+
+
+def under_valgrind(folder):
+    """An executable that runs the agent under valgrind, with a report for each process in `folder`."""
+    script = folder / "hwAgent"
+    command = (*VALGRIND, f"--log-file={folder}/report.%p", str(build_folder() / "api-netsnmp" / "hwAgent"))
+    script.write_text(f"#!/bin/sh\nexec {' '.join(command)}\n")
+    script.chmod(0o755)
+    return script
+
+
+def stopped(pid):
+    """Asks for a stop, again at each call, for one that comes before the agent's loop may be lost."""
+    with contextlib.suppress(ProcessLookupError):
+        os.kill(pid, signal.SIGTERM)
+    return not is_running(pid)
+
+
+class Memory(unittest.TestCase):
+    def test_nothing_is_used_out_of_place_and_nothing_is_lost(self):
+        folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
+        simulator = self.enterContext(Simulator(QUICKSTART, folder / "bmc"))
+        master = self.enterContext(MasterAgent(folder / "master"))
+        agent = self.enterContext(Agent(folder / "agent", simulator, master, executable=under_valgrind(folder)))
+        agent.wait_served(300)
+        self.assertGreater(len(walk(f"127.0.0.1:{master.port}", TREE, timeout=30)), 100)
+        daemon = agent.pid
+        wait_until(lambda: stopped(daemon), 60, "the daemon's end", step=1)
+        reports = {path.name: path.read_text() for path in folder.glob("report.*")}
+        self.assertEqual(reports.get(f"report.{daemon}"), "")
+        self.assertEqual("".join(reports.values()), "")
+
+
+if __name__ == "__main__":
+    unittest.main()
