@@ -9,15 +9,9 @@
 #include <optional>
 #include <string>
 
-/// The agent's one door to the SDK: every query of groups and events, with a result cache in front.
-///
-/// Places where the agent trades service for its plain behaviour, and where a more tolerant mode would decide
-/// otherwise:
-///  - CallQLInterface, miss: the calling thread waits for the BMC, also the thread that answers the master agent;
-///  - CallQLInterface, hit on an old cache: the caller waits for snmp_mtx, and so for a refresh that is under way;
-///  - refresh_cache: one failing query ends the pass, and in_refresh stays set for good;
-///  - readBoardModel: asked at each reading of a fan, however often it has failed;
-///  - HWAGENTLock: two seconds between attempts, for days.
+/// The agent's one door to the SDK: every query of groups and events, with a result cache in front. A miss makes the
+/// calling thread wait for the controller, and a hit on an old cache for the refresh that is under way; where the policy
+/// answers from what was published, neither waits.
 
 namespace client::query {
 
@@ -41,7 +35,8 @@ extern std::atomic<bool> bQLInitialized;
 void InitQL();
 
 /// Answers `query` from the cache, or asks the SDK and keeps the answer. Throws what the SDK throws, and keeps nothing
-/// then; a failure of another kind leaves `result` empty.
+/// then; a failure of another kind leaves `result` empty. Throws 1105 where the policy answers from what was published
+/// and there is nothing yet, on all threads but the one that reads (Publication.hpp).
 void CallQLInterface(const std::string& query, ResultMap& result);
 
 /// Queries with parameters; past the cache, one at a time in the process. Throws ResultStatus, 1001 when the lock was

@@ -27,7 +27,6 @@ constexpr bool Policy::*decisions[] = {
     &Policy::followsRepository,
     &Policy::answersFromPublished,
     &Policy::expiresReadings,
-    &Policy::keepsThresholds,
     &Policy::fillsBehindRegistration,
     &Policy::keepsMark,
     &Policy::pacesTrapsApart,

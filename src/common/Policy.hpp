@@ -29,7 +29,6 @@ struct Policy {
     // Readings and tables.
     bool answersFromPublished = false;    ///< QLInterface: only the reading thread asks, all others look up
     bool expiresReadings = false;         ///< QLInterface: an answer of more than three refresh periods is none
-    bool keepsThresholds = false;         ///< CacheRefresher: only readings are asked again at each pass
     bool fillsBehindRegistration = false; ///< smClient: the groups appear as they are read, behind the registration
     // Events.
     bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
