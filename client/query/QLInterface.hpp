@@ -10,8 +10,8 @@
 #include <string>
 
 /// The agent's one door to the SDK: every query of groups and events, with a result cache in front. A miss makes the
-/// calling thread wait for the controller, and a hit on an old cache for the refresh that is under way; where the policy
-/// answers from what was published, neither waits.
+/// calling thread wait for the controller, and a hit on an old cache for the refresh that is under way; where the
+/// policy answers from what was published, neither waits.
 
 namespace client::query {
 
