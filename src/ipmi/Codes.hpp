@@ -27,7 +27,8 @@ inline constexpr std::uint8_t setSensorThresholds = 0x26, getSensorThresholds = 
 
 // Application (20 and 22).
 inline constexpr std::uint8_t getDeviceId = 0x01, getSelfTestResults = 0x04, getAcpiPowerState = 0x07,
-                              getMessage = 0x33, sendMessage = 0x34, getSystemGuid = 0x37, masterWriteRead = 0x52;
+                              getMessage = 0x33, sendMessage = 0x34, getSystemGuid = 0x37, setChannelAccess = 0x40,
+                              getChannelAccess = 0x41, getChannelInfo = 0x42, masterWriteRead = 0x52;
 
 // Storage: inventory (34), sensor data repository (33), event log (31).
 inline constexpr std::uint8_t getFruInventoryAreaInfo = 0x10, readFruData = 0x11, writeFruData = 0x12;
@@ -47,6 +48,7 @@ inline constexpr std::uint8_t extendedSelInfo = 0x20, smbiosRegionStatus = 0x20,
                               extendedSelEntry = 0x23, readSmbiosRegion = 0x23, getAdvancedSupport = 0x5A,
                               getAddInSupport = 0x5B, getBufferSize = 0x5C, controlSdrConfiguration = 0x70,
                               writeSdrConfiguration = 0x71, readSdrConfiguration = 0x72, manageSdrConfiguration = 0x73,
+                              setLanFailoverMode = 0x67, getLanFailoverMode = 0x68, resolveMacAddress = 0x69,
                               getLedStatus = 0xB0;
 
 } // namespace cmd

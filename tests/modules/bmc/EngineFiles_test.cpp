@@ -216,7 +216,8 @@ std::string keyOf(const Query& query)
 {
     std::string key = (query.kind.starts_with("set") ? "SET:/" : "GET:/") + query.path;
     for (std::size_t at = 0; (at = key.find('[', at)) != std::string::npos; ++at)
-        key.erase(at + 1, key.find(']', at) - at - 1);
+        if (key.compare(at, 2, "[@") != 0)
+            key.erase(at + 1, key.find(']', at) - at - 1);
     return key.substr(0, key.find("/@children"));
 }
 

@@ -48,6 +48,11 @@ BmcConfig::BmcConfig(Stores& stores)
         .pairs = {{"0", "IDLE"}, {"1", "IN_PROGRESS"}, {"2", "SUCCESS"}, {"3", "FAILED"}, {"FF", "NOT_SUPPORTED"}},
     }};
     addTables(stores, tables);
+    const TablePair words[] = {
+        {"GET://BMC/FLAG", "SET://BMC/FLAG", {{"0", "DISABLE"}, {"1", "ENABLE"}}},
+        {"GET://BMC/FLAG_OFF", "SET://BMC/FLAG_OFF", {{"0", "ENABLE"}, {"1", "DISABLE"}}}, // bits that switch off
+    };
+    addTables(stores, words);
     addReads(stores, reads);
 
     addTemplate(stores, "GET://BMC", branch({"INFO", "SDR", "CHASSIS", "FRU", "SEL"}));

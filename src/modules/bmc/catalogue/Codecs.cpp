@@ -52,13 +52,7 @@ Steps assertBytes(const std::string& symbol)
 
 Steps encodeRaw(const std::string& symbol, const Field& field)
 {
-    return script({
-        Split(symbol, " ,", symbol),
-        requireCount(symbol, field.count),
-        Map(symbol, "HEX2DEC", symbol),
-        assertBytes(symbol),
-        Map(symbol, "DEC2HEX", symbol),
-    });
+    return script({encodeBytes(symbol), requireCount(symbol, field.count)});
 }
 
 Steps encodeNumber(const std::string& symbol, const Field& field)
@@ -70,8 +64,10 @@ Steps encodeNumber(const std::string& symbol, const Field& field)
                                                Copy(":NULL", symbol),
                                                Append("$LOW", "$HIGH", symbol),
                                            });
+    const std::string high = std::to_string(field.high);
     return script({
-        Assert(symbol, "RANGE_CHECK", std::to_string(field.low), std::to_string(field.high), "$ASSERT_VALUE"),
+        field.rangeError ? If(symbol + " > " + high, {Throw(field.rangeError)}) : Steps{},
+        Assert(symbol, "RANGE_CHECK", std::to_string(field.low), high, "$ASSERT_VALUE"),
         Map(symbol, "DEC2HEX", symbol),
         bytes,
     });
@@ -132,6 +128,16 @@ Steps encodeIpv6(const std::string& symbol)
 }
 
 } // namespace
+
+Steps encodeBytes(const std::string& symbol)
+{
+    return script({
+        Split(symbol, " ,", symbol),
+        Map(symbol, "HEX2DEC", symbol),
+        assertBytes(symbol),
+        Map(symbol, "DEC2HEX", symbol),
+    });
+}
 
 Steps decode(const Field& field)
 {

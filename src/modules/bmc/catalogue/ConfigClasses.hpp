@@ -10,6 +10,7 @@ namespace Module::BMCConfig {
         explicit name(Stores& stores);                                                                                 \
     };
 HW_CONFIG_CLASS(BmcConfig)
+HW_CONFIG_CLASS(ChannelConfig)
 HW_CONFIG_CLASS(ChassisConfig)
 HW_CONFIG_CLASS(FruConfig)
 HW_CONFIG_CLASS(InfoConfig)

@@ -51,9 +51,10 @@ struct Field {
     Access access = Access::readWrite;
     const char* getError = "$COMPLETION_CODE";
     const char* setError = "$COMPLETION_CODE";
-    unsigned marks = 0;              ///< bits that a write sets in the byte beside the value
-    bool inPlace = false;            ///< the table's texts are not shifted down to bit 0
-    const char* parameter = nullptr; ///< the parameter's name where it is not `name`
+    const char* rangeError = nullptr; ///< thrown for a number above `high` in place of 1091
+    unsigned marks = 0;               ///< bits that a write sets in the byte beside the value
+    bool inPlace = false;             ///< the table's texts are not shifted down to bit 0
+    const char* parameter = nullptr;  ///< the parameter's name where it is not `name`
 };
 
 /// Adds the templates of all fields. A field that fills its record is written as it is; for any other one the record is
@@ -106,6 +107,8 @@ namespace steps {
 
 /// Turns the caller's text in `symbol` into the bytes of a request, in place; throws 1089, 1091 or 1092 if it cannot.
 Steps encode(const std::string& symbol, const Field& field);
+/// The same for any number of hexadecimal bytes, parted by blanks or commas.
+Steps encodeBytes(const std::string& symbol);
 /// Turns the bytes in $FIELD into text in $RESULT.
 Steps decode(const Field& field);
 /// The steps before an exchange: subscripts checked, `given` symbols set.

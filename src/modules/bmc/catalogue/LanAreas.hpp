@@ -15,7 +15,13 @@ inline constexpr ParameterFamily lanParameters = {
     .assertion = "LAN[]/ASSERT",
 };
 
+/// Where alerts go.
+void addLanAlerts(Stores& stores);
 /// Who may log in by which means.
 void addLanAuthentication(Stores& stores);
+/// IPv6 addresses.
+void addLanIpv6(Stores& stores);
+/// The manufacturer's own.
+void addLanOem(Stores& stores);
 
 } // namespace Module::BMCConfig
