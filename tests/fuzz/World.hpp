@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Policy.hpp"
+#include "common/Report.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
@@ -11,23 +13,26 @@
 
 #include <string>
 
-/// No file of the machine, and no program of it.
-class Nowhere : public SystemRoot, public CommandRunner {
+/// No file of the machine, no program of it, and nobody who reads its log.
+class Nowhere : public SystemRoot, public CommandRunner, public common::SystemLog {
 public:
     std::string resolve(const std::string& absolutePath) override { return "/nowhere" + absolutePath; }
     int run(const std::vector<std::string>&, int) override { return 127; }
+    void write(common::Gravity, const std::string&) override {}
 
 private:
     ScopedSeam<SystemRoot> useRoot{*this};
     ScopedSeam<CommandRunner> useRunner{*this};
+    ScopedSeam<common::SystemLog> useLog{*this};
 };
 
 /// One run's machine: nothing real but a BMC that the target scripts, a clock that nobody waits for, and the engine as
-/// a start of the process finds it.
+/// a start of the process finds it. The first byte of the input, when odd, puts the practical policy in force.
 class World {
 public:
-    World()
+    explicit World(Input& input) : usePolicy(input.byte() & 1 ? common::practicalPolicy() : common::Policy())
     {
+        clock.perReading = std::chrono::microseconds(20);
         transport::resetTransportForTests();
         Module::BMCConfig::Cache::instance().Clear();
         bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
@@ -55,6 +60,7 @@ public:
     FakeClock clock;
 
 private:
+    common::ScopedPolicy usePolicy;
     Nowhere nowhere;
     ScopedSeam<transport::DeviceFile> useBmc{bmc};
     ScopedSeam<Clock> useClock{clock};

@@ -1,5 +1,6 @@
-#include "client/groups/ConfigFile.hpp"
 #include "client/groups/clSystemManagement.hpp"
+#include "common/ConfigFile.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "tests/fuzz/MemoryFile.hpp"
 
@@ -9,7 +10,7 @@
 
 namespace {
 
-using namespace client::groups;
+using namespace common;
 
 struct OneFile : SystemRoot {
     explicit OneFile(const std::string& contents) : file(contents) {}
@@ -37,6 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const OneFile root(input.restAsText() + keepMessages);
     require(readConfigFile(root.file.path(), checkEntry));
+    loadPolicy();
+    require(policy().trapQueue > 0 && policy().refreshPeriod.count() > 0);
     systemManagement settings;
     require(settings.init() == CLIENT_SUCCESS);
     return 0;

@@ -22,7 +22,7 @@ public:
 
     int open(const char*, int) override { return 1000; }
     int close(int) override { return 0; }
-    int waitReadable(int, unsigned) override { return input.byte() & NOT_READY ? -1 : 1; }
+    int waitReadable(int, std::chrono::milliseconds) override { return input.byte() & NOT_READY ? -1 : 1; }
 
     int ioctl(int, unsigned long request, void* argument) override
     {
@@ -71,8 +71,8 @@ void checkReply(const std::vector<std::string>& reply)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    World world;
     Input input(data, size);
+    World world(input);
     InputDriver driver(input);
     const ScopedSeam<transport::DeviceFile> useDriver(driver);
     const std::vector<std::string> requests[] = {

@@ -89,8 +89,8 @@ void checkText(const std::string& text)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    World world;
     Input input(data, size);
+    World world(input);
     const Device device(input);
     world.bmc.on(0x0A, 0x10, device.tellSize());
     world.bmc.on(0x0A, 0x11, [&](const IpmiRequest& request) { return device.read(request); });

@@ -65,9 +65,9 @@ void exchange(unsigned choice)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    World world;
-    world.clock.perReading = std::chrono::milliseconds(500);
     Input input(data, size);
+    World world(input);
+    world.clock.perReading = std::chrono::milliseconds(500);
     const std::uint8_t choice = input.byte(), faults = input.byte();
     FakeKcs machine;
     makeFaulty(machine, faults);

@@ -130,8 +130,8 @@ void runQuery(Input& input, ModelBmc& bmc, bool set)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     enum Kind : std::uint8_t { SCRIPTS, GET, SET, KINDS };
-    World world;
     Input input(data, size);
+    World world(input);
     try {
         const unsigned kind = input.byte() % KINDS;
         if (kind == SCRIPTS)

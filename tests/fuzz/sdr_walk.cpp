@@ -4,8 +4,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    World world;
     Input input(data, size);
+    World world(input);
     answerFrom(input, world.bmc);
     for (const char* query : {"/BMC/SDR", "/BMC/SDR/RECORD_TYPE[1]", "/BMC/SDR/SENSOR_TYPE[2]", "/BMC/SDR/ENTITY_ID[7]",
                               "/BMC/SDR/VERSION", "/BMC/SDR[1]/DECODED"})

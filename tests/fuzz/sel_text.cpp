@@ -46,8 +46,8 @@ void translate(Translator& file, const Input::Bytes& record)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static Files files;
-    World world;
     Input input(data, size);
+    World world(input);
     const std::uint8_t choice = input.byte();
     Translator& file = files.choose(choice);
     file.setPlatformID(platforms[choice / 3 % std::size(platforms)]);

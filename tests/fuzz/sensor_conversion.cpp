@@ -48,8 +48,8 @@ void checkNumber(const ResultMap& answer, const std::string& query)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    World world;
     Input input(data, size);
+    World world(input);
     const Input::Bytes record = recordOf(input);
     const IpmiAnswer reading = input.part(), thresholds = input.part(), factors = input.part();
     const std::string raw = std::to_string(input.byte());
