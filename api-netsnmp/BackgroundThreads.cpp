@@ -15,7 +15,6 @@
 namespace {
 using namespace std::chrono_literals;
 
-constexpr auto pollPeriod = 10s;
 // The default stack of a thread follows the limit that the process was started with, not the raised one.
 constexpr std::size_t stackBytes = 20'971'520;
 
@@ -64,6 +63,7 @@ void pollEvents()
     if (!common::policy().answersFromPublished)
         CheckForNewSELEntry();
     processEvent();
+    client::events::keepMark();
 }
 
 void refresh()
@@ -101,7 +101,7 @@ void* CheckTrap(void*)
     const Attendance attendance("CheckTrap");
     for (;;) {
         survive("CheckTrap", pollEvents);
-        survive("CheckTrap", [] { agent::pauseServingDoorbell(pollPeriod); });
+        survive("CheckTrap", [] { agent::pauseServingDoorbell(client::door::pauseBeforeTraps()); });
     }
 }
 

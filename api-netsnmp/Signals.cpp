@@ -22,6 +22,7 @@ constexpr std::size_t asctimeBytes = 26;
 
 std::atomic<bool> pipeBroken = false;
 std::atomic<bool> doorbellRung = false;
+std::atomic<bool> eventThreadIsWoken = false;
 std::atomic<int> keep_running = 0;
 common::Bell eventBell;
 
@@ -164,15 +165,23 @@ bool isRunning()
     return keep_running;
 }
 
-void pauseServingDoorbell(std::chrono::seconds duration)
+void pauseServingDoorbell(std::chrono::milliseconds duration)
 {
     const common::Stopwatch watch;
-    for (auto left = duration - watch.elapsed(); left.count() > 0; left = duration - watch.elapsed()) {
+    for (auto left = duration - watch.elapsed(); left.count() > 0 && !eventThreadIsWoken;
+         left = duration - watch.elapsed()) {
         waitCancellably(eventBell, std::chrono::ceil<std::chrono::milliseconds>(left));
         eventBell.clear();
         if (doorbellRung.exchange(false))
             serveDoorbell();
     }
+    eventThreadIsWoken = false;
+}
+
+void wakeEventThread()
+{
+    eventThreadIsWoken = true;
+    eventBell.ring();
 }
 
 } // namespace agent

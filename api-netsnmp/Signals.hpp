@@ -33,9 +33,11 @@ void serveSignals();
 void startRunning();
 bool isRunning();
 
-/// Waits for `duration`, draining the event queue whenever the doorbell rings in it. The wait, and nothing else, can be
-/// cancelled by pthread_cancel. Event thread.
-void pauseServingDoorbell(std::chrono::seconds duration);
+/// Waits for `duration` or until wakeEventThread, draining the event queue whenever the doorbell rings in it. The wait,
+/// and nothing else, can be cancelled by pthread_cancel. Event thread.
+void pauseServingDoorbell(std::chrono::milliseconds duration);
+/// Ends that wait, or the next one if there is none. Any thread.
+void wakeEventThread();
 
 /// Prints `prefix` and the local time in asctime's form to stderr. False, and nothing printed, without a local time.
 bool printLocalTime(const char* prefix);

@@ -5,6 +5,7 @@
 #include "api-netsnmp/Signals.hpp"
 #include "api-netsnmp/TrapSender.hpp"
 #include "client/door/Functions.hpp"
+#include "client/events/SelWatcher.hpp"
 #include "client/query/CacheState.hpp"
 #include "common/Bell.hpp"
 
@@ -85,6 +86,7 @@ int agentx_loop()
     }
     const bool alone = agent::endThreads(threadPatience);
     mib::sendQueuedTraps();
+    client::events::keepMark();
     snmp_shutdown(applicationName);
     if (!alone)
         _exit(0); // a thread that waits for the controller still uses the client

@@ -1,6 +1,8 @@
 #include "api-netsnmp/TrapSender.hpp"
 
+#include "api-netsnmp/Signals.hpp"
 #include "client/traps/TrapQueue.hpp"
+#include "common/Policy.hpp"
 
 #include <cstdio>
 
@@ -28,6 +30,7 @@ int noteSession(int, int event, void*, void*)
     hasSession = event == SNMPD_CALLBACK_INDEX_START;
     if (hasSession)
         lossIsTold = false;
+    client::traps::sessionIs(hasSession);
     return 0;
 }
 
@@ -79,16 +82,23 @@ void startTrapSender()
 {
     for (const int event : {SNMPD_CALLBACK_INDEX_START, SNMPD_CALLBACK_INDEX_STOP})
         snmp_register_callback(SNMP_CALLBACK_APPLICATION, event, noteSession, nullptr);
+    client::traps::sessionIs(false);
 }
 
 void sendQueuedTraps()
 {
-    for (const client::traps::Trap& trap : client::traps::takeTraps()) {
+    const std::deque<Trap> taken = takeTraps();
+    for (const Trap& trap : taken) {
         if (!hasSession)
             tellLoss();
         send(trap);
     }
     std::fflush(stderr);
+    if (taken.empty())
+        return;
+    trapsAreSent();
+    if (common::policy().pacesTrapsApart)
+        agent::wakeEventThread(); // for the next trap's turn, and to note that these are told
 }
 
 } // namespace mib

@@ -8,7 +8,7 @@ namespace mib {
 void startTrapSender();
 
 /// Sends everything queued, in order, as SNMPv2 notifications (RFC 3416, 4.2.6). Without a session to the master agent
-/// traps are lost; that is said once for each time the session is gone.
+/// traps are lost; that is said once for each time the session is gone. Paced traps wait for the session instead.
 void sendQueuedTraps();
 
 } // namespace mib

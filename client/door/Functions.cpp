@@ -1,6 +1,7 @@
 #include "client/door/Functions.hpp"
 
 #include "client/door/smClient.hpp"
+#include "client/traps/TrapQueue.hpp"
 #include "client/words/Trace.hpp"
 #include "common/Waits.hpp"
 
@@ -161,6 +162,19 @@ bool readUnreadFigures(const std::function<bool()>& goOn)
 int addShownEvent(const eventData& event, const std::string& shown)
 {
     return forward(noGroup, &smClient::addShownEvent, event, shown);
+}
+
+std::chrono::milliseconds pauseBeforeTraps()
+{
+    constexpr std::chrono::milliseconds pollPeriod = std::chrono::seconds(10);
+    return traps::untilNextTrap(pollPeriod);
+}
+
+void tellingOldEvents(bool old)
+{
+    smClient* const client = gSubagent;
+    if (eventHandler* const handler = client ? client->getEventHandler() : nullptr)
+        handler->holdHealth(old);
 }
 
 } // namespace client::door

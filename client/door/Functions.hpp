@@ -3,6 +3,7 @@
 #include "client/traps/EventData.hpp"
 #include "client/words/Entities.hpp"
 
+#include <chrono>
 #include <string>
 
 /// The flat functions between the C-callable MIB handlers and the world of objects. Each goes through the one client to
@@ -54,6 +55,12 @@ std::string configuredLocale();
 /// One-based row of the device of an event, 0 if no row is surely its own: by device id, and a memory module by the
 /// name of its sensor.
 int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);
+
+/// How long the event thread may sleep: until the turn of the next trap that waits, at most ten seconds.
+std::chrono::milliseconds pauseBeforeTraps();
+
+/// Whether events of the log are old ones, which are told again; see eventHandler::holdHealth.
+void tellingOldEvents(bool old);
 
 /// addEvent for an event whose trap says `shown`; its own text if that is empty.
 int addShownEvent(const eventData& event, const std::string& shown);

@@ -6,6 +6,7 @@
 #include "client/query/Answers.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 #include "common/Waits.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
@@ -196,11 +197,12 @@ int deliver(CEventWrapper& wrapper, int group)
 {
     const CObjectSmartPointer receiver(std::make_unique<SNMP_EventInterface>());
     int status = 0;
-    for (int attempt = 0; attempt < mostAttempts && status == 0; ++attempt) {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         status = receiver->HandleEvent(wrapper, group);
         trace("\n Inside the trap function the value of status is %d:", status);
-        if (status == 0)
-            common::waitInterruptibly(pauseBetweenAttempts);
+        if (status != 0 || common::policy().neverWaitsForRecords)
+            break;
+        common::waitInterruptibly(pauseBetweenAttempts);
     }
     return status;
 }

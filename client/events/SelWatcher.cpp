@@ -2,10 +2,12 @@
 
 #include "client/door/Functions.hpp"
 #include "client/events/SNMP_RouteEvent.hpp"
+#include "client/events/SelFollower.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/words/CheckedCopy.hpp"
 #include "client/words/Trace.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SelView.hpp"
@@ -31,8 +33,7 @@ CSelWrapper aSelWrapper;
 
 namespace {
 
-constexpr char translatedLog[] = "/BMC/SEL/TRANSLATED";
-constexpr char mostRecords[] = "3000";
+constexpr int mostRecords = 3000;
 constexpr unsigned char systemEventRecord = 2;
 
 /// Places of the bytes in a record's text (IPMI 2.0, 32.1).
@@ -109,11 +110,13 @@ void moveMark(const Tokens& tokens)
         m_iLastRecordID = id;
 }
 
-ResultMap askForRecords()
+} // namespace
+
+ResultMap client::events::readLog(unsigned first, int most)
 {
     char mark[10];
-    std::snprintf(mark, sizeof mark, "%x", static_cast<unsigned>(m_iLastRecordID));
-    SDK::Parameters parameters = {{"RECORD_ID", mark}, {"RANGE", mostRecords}};
+    std::snprintf(mark, sizeof mark, "%x", first);
+    SDK::Parameters parameters = {{"RECORD_ID", mark}, {"RANGE", std::to_string(most)}};
     if (const std::string locale = client::door::configuredLocale(); !locale.empty())
         parameters["LOCALE"] = locale;
     ResultMap result;
@@ -122,6 +125,8 @@ ResultMap askForRecords()
     return result;
 }
 
+namespace {
+
 const std::string& firstValue(const _XNode& node)
 {
     return node.mXNodeList.at(0);
@@ -129,9 +134,7 @@ const std::string& firstValue(const _XNode& node)
 
 const std::string& textOfLast(const ResultMap& result, std::size_t count)
 {
-    char key[512];
-    std::snprintf(key, sizeof key, "%s[%d]/RAW", translatedLog, static_cast<int>(count) - 1);
-    return firstValue(result.at(key));
+    return firstValue(result.at(std::string(translatedLog) + "[" + std::to_string(count - 1) + "]" + rawField));
 }
 
 void takeRaw(const std::string& text)
@@ -193,7 +196,9 @@ void fillWrapper()
     info.m_cSensorType.SetString(std::to_string(t_SelData.ucSensorType).c_str());
 }
 
-void handleRecord(const ResultMap& result, const _XNode& keys)
+} // namespace
+
+void client::events::handleRecord(const ResultMap& result, const _XNode& keys)
 {
     localDescription.clear();
     for (const std::string& key : keys.mXNodeList)
@@ -205,6 +210,8 @@ void handleRecord(const ResultMap& result, const _XNode& keys)
     t_LastSelData = t_SelData;
     sLastSelEntry = sSelEntry;
 }
+
+namespace {
 
 /// The first record is the one that an earlier pass handled last.
 void handleNewRecords(const ResultMap& result, const std::vector<std::string>& records)
@@ -219,7 +226,7 @@ void handleNewRecords(const ResultMap& result, const std::vector<std::string>& r
 
 int poll()
 {
-    const ResultMap result = askForRecords();
+    const ResultMap result = readLog(static_cast<unsigned>(m_iLastRecordID), mostRecords);
     const auto log = result.find(translatedLog);
     if (log == result.end() || log->second.mXNodeList.empty()) {
         trace("No SEL record found!");
@@ -259,7 +266,7 @@ void traceRefusal(const ResultStatus& failure)
 int CheckForNewSELEntry()
 {
     try {
-        return poll();
+        return common::policy().keepsMark ? logFollower().turn() : poll();
     } catch (const ResultStatus& failure) {
         traceRefusal(failure);
     } catch (const abi::__forced_unwind&) {
@@ -280,6 +287,11 @@ void DecodeSELQuery()
     } catch (...) {
         trace("\nDeclode SEL failed\n");
     }
+}
+
+void client::events::keepMark()
+{
+    logFollower().keep();
 }
 
 ipmi::Bytes client::events::bytesOf(const EVENT_DATA_STRUCT& record)

@@ -1,30 +1,193 @@
 #include "client/traps/TrapQueue.hpp"
 
 #include "common/Bell.hpp"
+#include "common/Policy.hpp"
+#include "common/Report.hpp"
+#include "common/Seams.hpp"
 
+#include <algorithm>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace client::traps {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+constexpr unsigned long noRecord = std::numeric_limits<unsigned long>::max();
+
+struct Waiting {
+    Trap trap;
+    unsigned long record;
+    bool isPaced;
+};
+
+/// Holds as many permissions to leave as a burst has, and gets new ones at the policy's rate.
+class Bucket {
+public:
+    bool hasOne()
+    {
+        fill();
+        return permissions >= 1;
+    }
+    void takeOne() { permissions -= 1; }
+    std::chrono::milliseconds untilOne()
+    {
+        fill();
+        const std::chrono::duration<double> rest((1 - permissions) / common::policy().trapsPerSecond);
+        return std::chrono::ceil<std::chrono::milliseconds>(rest);
+    }
+
+private:
+    void fill()
+    {
+        const auto now = current<Clock>().steady();
+        const double most = common::policy().trapBurst;
+        if (!isFilled)
+            permissions = most;
+        else
+            permissions += std::chrono::duration<double>(now - filled).count() * common::policy().trapsPerSecond;
+        permissions = std::min(permissions, most);
+        filled = now;
+        isFilled = true;
+    }
+
+    double permissions = 0;
+    Clock::SteadyPoint filled;
+    bool isFilled = false;
+};
+
+struct Queue {
+    std::deque<Waiting> waiting;
+    Bucket bucket;
+    bool isOpen = true;
+    unsigned long record = 0;            ///< that traps are queued for
+    unsigned long lastQueued = 0;        ///< that one was queued for
+    unsigned long onTheirWay = noRecord; ///< the oldest of the traps that were taken
+    unsigned long dropped = 0;
+
+    bool frontMayLeave() { return !waiting.empty() && (!waiting.front().isPaced || (isOpen && bucket.hasOne())); }
+    std::size_t mostWaiting() const { return static_cast<std::size_t>(common::policy().trapQueue); }
+
+    void add(Trap trap, bool isPaced)
+    {
+        waiting.push_back({std::move(trap), record, isPaced});
+        lastQueued = record;
+    }
+};
+
 std::mutex guard;
-std::deque<Trap> waiting;
+Queue queue;
+
+/// Of those that begin to be dropped.
+std::string overflowText()
+{
+    return "more than " + std::to_string(common::policy().trapQueue) +
+           " traps wait for the master agent: new ones are dropped";
+}
 
 } // namespace
 
 void queueTrap(Trap trap)
 {
     const std::scoped_lock lock(guard);
-    waiting.push_back(std::move(trap));
+    queue.add(std::move(trap), false);
     common::loopBell().ring();
+}
+
+void queuePacedTrap(Trap trap)
+{
+    bool isFirstDropped = false;
+    {
+        const std::scoped_lock lock(guard);
+        if (queue.waiting.size() < queue.mostWaiting())
+            queue.add(std::move(trap), true);
+        else
+            isFirstDropped = ++queue.dropped == 1;
+    }
+    if (isFirstDropped)
+        common::report(common::Gravity::error, overflowText());
+    callForTraps();
 }
 
 std::deque<Trap> takeTraps()
 {
+    std::deque<Trap> taken;
+    unsigned long dropped = 0;
+    {
+        const std::scoped_lock lock(guard);
+        while (queue.frontMayLeave()) {
+            Waiting& front = queue.waiting.front();
+            if (front.isPaced)
+                queue.bucket.takeOne();
+            queue.onTheirWay = std::min(queue.onTheirWay, front.record);
+            taken.push_back(std::move(front.trap));
+            queue.waiting.pop_front();
+        }
+        // not at the first free place: that one is taken again at once
+        if (queue.waiting.size() <= queue.mostWaiting() / 2)
+            dropped = std::exchange(queue.dropped, 0);
+    }
+    if (dropped > 0)
+        common::report(common::Gravity::warning, std::to_string(dropped) + " traps were dropped; there is room again");
+    return taken;
+}
+
+void trapsAreSent()
+{
     const std::scoped_lock lock(guard);
-    return std::exchange(waiting, {});
+    queue.onTheirWay = noRecord;
+}
+
+void sessionIs(bool open)
+{
+    {
+        const std::scoped_lock lock(guard);
+        queue.isOpen = open;
+    }
+    callForTraps();
+}
+
+std::chrono::milliseconds untilNextTrap(std::chrono::milliseconds otherwise)
+{
+    constexpr std::chrono::milliseconds shortest = 100ms;
+    const std::scoped_lock lock(guard);
+    if (queue.waiting.empty() || !queue.waiting.front().isPaced || !queue.isOpen)
+        return otherwise;
+    return std::clamp(queue.bucket.untilOne(), shortest, std::max(shortest, otherwise));
+}
+
+void callForTraps()
+{
+    const std::scoped_lock lock(guard);
+    if (queue.frontMayLeave())
+        common::loopBell().ring();
+}
+
+void beginRecord(unsigned long number)
+{
+    const std::scoped_lock lock(guard);
+    queue.record = number;
+}
+
+unsigned long lastQueuedRecord()
+{
+    const std::scoped_lock lock(guard);
+    return queue.lastQueued;
+}
+
+unsigned long oldestUntoldRecord()
+{
+    const std::scoped_lock lock(guard);
+    return std::min(queue.onTheirWay, queue.waiting.empty() ? noRecord : queue.waiting.front().record);
+}
+
+void emptyTrapQueue()
+{
+    const std::scoped_lock lock(guard);
+    queue = {};
 }
 
 } // namespace client::traps

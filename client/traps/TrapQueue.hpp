@@ -2,7 +2,9 @@
 
 #include "client/traps/TrapFunctions.hpp"
 
+#include <chrono>
 #include <deque>
+#include <limits>
 
 namespace client::traps {
 
@@ -11,8 +13,31 @@ namespace client::traps {
 
 /// Puts the trap at the end and rings the loop's bell. Any thread.
 void queueTrap(Trap trap);
+/// Likewise for a trap that waits for its turn: for a session to the master agent, and for the pace that the policy
+/// sets. Dropped, which is reported, when too many wait.
+void queuePacedTrap(Trap trap);
 
-/// Everything queued so far, in order.
+/// Everything queued so far, in order; of the paced ones those whose turn it is. They count as on their way until
+/// trapsAreSent.
 std::deque<Trap> takeTraps();
+void trapsAreSent();
+
+/// Whether there is a session to the master agent; there is one until something else is said.
+void sessionIs(bool open);
+
+/// How long it is until a paced trap may leave, a tenth of a second at least; `otherwise` if none waits or none may.
+std::chrono::milliseconds untilNextTrap(std::chrono::milliseconds otherwise);
+/// Rings the loop's bell if a paced trap may leave.
+void callForTraps();
+
+/// The traps queued from here on belong to the record of that number, which only grows. Numbers start at 1.
+void beginRecord(unsigned long number);
+/// The record of the trap queued last.
+unsigned long lastQueuedRecord();
+/// The oldest record with a trap that waits or is on its way; the greatest number if there is none.
+unsigned long oldestUntoldRecord();
+
+/// Forgets all traps and what is known of records, session and pace. For tests.
+void emptyTrapQueue();
 
 } // namespace client::traps

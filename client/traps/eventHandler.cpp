@@ -3,11 +3,13 @@
 #include "client/status/StatusWords.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 #include "common/Waits.hpp"
 
 #include <algorithm>
 #include <cstdio>
 #include <pthread.h>
+#include <utility>
 
 using namespace client::traps;
 using namespace client::words;
@@ -35,6 +37,20 @@ const TrapOid* chooseOid(const TrapGroup* group, const eventData& event, const c
     else
         printOID(oid->data(), static_cast<int>(oid->size()), "trap");
     return oid;
+}
+
+/// The way of a trap to the main thread, and the pause before it. In the plain mode the pause is a sleep of the event
+/// thread, with all that waits for it; else traps are paced where they wait.
+struct TrapWay {
+    void (*pause)();
+    void (*queue)(Trap trap);
+};
+constexpr TrapWay withPauses = {[] { common::waitInterruptibly(pauseBeforeTrap); }, queueTrap};
+constexpr TrapWay pacedApart = {[] {}, queuePacedTrap};
+
+const TrapWay& trapWay()
+{
+    return common::policy().pacesTrapsApart ? pacedApart : withPauses;
 }
 
 /// The trap with another text, unless that is empty.
@@ -108,11 +124,12 @@ int eventHandler::processEvent()
         mEventQueue.pop_front();
         mShownTexts.pop_front();
         if (agent.isTrapEnabled() && findTrapGroup(event.nEventGroup)) {
-            common::waitInterruptibly(pauseBeforeTrap);
+            trapWay().pause();
             result = sendEvent(event, shown);
         }
         checkEventLists(event);
     }
+    callForTraps();
     return result;
 }
 
@@ -133,7 +150,7 @@ int eventHandler::send2ObjEvent(const eventData& event, const std::string& shown
         "CLIENT_ERROR_NOSUCHNAME.\n");
     if (!oid)
         return CLIENT_ERROR_NOSUCHNAME;
-    queueTrap(saying(shown, TrapMaker::makeTwoObjects(event, *oid)));
+    trapWay().queue(saying(shown, TrapMaker::makeTwoObjects(event, *oid)));
     return CLIENT_SUCCESS;
 }
 
@@ -146,7 +163,7 @@ int eventHandler::send4ObjEvent(const eventData& event, const std::string& shown
     const TrapOid* const oid = chooseOid(group, event, complaint, complaint);
     if (!oid)
         return CLIENT_ERROR_NOSUCHNAME;
-    queueTrap(saying(shown, traps.makeFourObjects(*group, event, *oid)));
+    trapWay().queue(saying(shown, traps.makeFourObjects(*group, event, *oid)));
     return CLIENT_SUCCESS;
 }
 
@@ -160,13 +177,25 @@ void eventHandler::checkEventLists(const eventData& event)
     if (event.nSeverity > ENUM_STATUS_OK)
         insertElement(event);
     int newHealth = 0;
-    if (!needHealthEvent(event.nSeverity, &newHealth))
-        return;
+    if (!m_bHealthHeld && needHealthEvent(event.nSeverity, &newHealth))
+        changeHealth(newHealth);
+}
+
+void eventHandler::changeHealth(int newHealth)
+{
     if (agent.isTrapEnabled())
         sendHealthEvent(newHealth);
     trace("checkEventLists:: Update System Health old=%d new m_nHealthStatus=%d\n", m_nHealthStatus, newHealth);
     agent.setHealthStatus(getNewHealthEnum(newHealth));
     m_nHealthStatus = newHealth;
+}
+
+void eventHandler::holdHealth(bool hold)
+{
+    const std::scoped_lock lock(SyncMutex);
+    int newHealth = 0;
+    if (std::exchange(m_bHealthHeld, hold) && !hold && needHealthEvent(0, &newHealth))
+        changeHealth(newHealth);
 }
 
 bool eventHandler::needHealthEvent(int severity, int* newHealth) const
@@ -201,7 +230,7 @@ int eventHandler::sendHealthEvent(int newHealth)
                   after);
     event.nSeverity = newHealth;
     event.nEventGroup = healthGroup;
-    common::waitInterruptibly(pauseBeforeTrap);
+    trapWay().pause();
     return send2ObjEvent(event);
 }
 

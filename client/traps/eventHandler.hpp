@@ -31,8 +31,9 @@ public:
     virtual int addEvent(const eventData& event);
     /// The same with another text for the trap to say: the event's own still chooses it.
     int addShownEvent(const eventData& event, const std::string& shown);
-    /// Empties the queue: a trap for each event, if traps are enabled, three seconds after the one before; then lists
-    /// and health. The queue is locked meanwhile. Result of the last send.
+    /// Empties the queue: a trap for each event, if traps are enabled, three seconds after the one before or, where the
+    /// policy paces traps apart, at once into their own queue; then lists and health. The queue is locked meanwhile.
+    /// Result of the last send.
     virtual int processEvent();
 
     /// The lock of the queue, for others.
@@ -48,6 +49,8 @@ public:
     void checkEventLists(const eventData& event);
     /// Whether an event of `severity` changes the system's health, and to what. The lists hold the event already.
     bool needHealthEvent(int severity, int* newHealth) const;
+    /// While old events are told again their lists follow, but the health does not: it follows when they are over.
+    void holdHealth(bool hold);
     /// 1, and no trap, if there is no word for the old or the new health.
     int sendHealthEvent(int newHealth);
 
@@ -57,9 +60,11 @@ public:
     std::deque<eventData> mEventQueue;   ///< under SyncMutex
     std::deque<std::string> mShownTexts; ///< in step with it
     int m_nHealthStatus = 0;             ///< HEALTH_STATUS
+    bool m_bHealthHeld = false;          ///< under SyncMutex
 
 private:
     int sendEvent(const eventData& event, const std::string& shown);
+    void changeHealth(int newHealth);
 
     client::traps::AgentState& agent;
     std::mutex SyncMutex;

@@ -4,8 +4,8 @@
 
 namespace client::words {
 
-/// Called with a text that does not fit where it is to go. By default the process ends, and its watcher starts it
-/// afresh; were this to return, the text would be cut.
+/// Called with a text that does not fit where it is to go. The process ends, and its watcher starts it afresh; or it
+/// returns, by the policy, and the text is cut.
 void refuseLongText(std::string_view text, std::size_t room);
 
 /// Copies `text` into a fixed field with NUL; see refuseLongText for a text that is too long.

@@ -32,6 +32,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::pacesTrapsApart,
     &Policy::cutsLongTexts,
     &Policy::neverWaitsForRecords,
+    &Policy::givesUpUnreadRecords,
     &Policy::stopsDuringStart,
     &Policy::refusesSecondAgent,
     &Policy::backsOffCrashes,

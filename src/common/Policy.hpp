@@ -35,9 +35,10 @@ struct Policy {
     bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue
     bool cutsLongTexts = false;        ///< CheckedCopy: a text that does not fit is cut
     bool neverWaitsForRecords = false; ///< Classifiers: no record of any kind makes the event thread wait
+    bool givesUpUnreadRecords = false; ///< Sel: a record of the log is asked for 3 times, not 1,000
     // The process.
     bool stopsDuringStart = false;     ///< Process: a stop signal ends a start that is under way
-    bool refusesSecondAgent = false;   ///< Process: the lock on the pid file is held for the daemon's life
+    bool refusesSecondAgent = false;   ///< Process: a lock that only root can take is held for the daemon's life
     bool backsOffCrashes = false;      ///< Process: growing pauses between starts after crashes; also after SIGKILL
     bool endsWithoutResources = false; ///< Process: too few descriptors or semaphores end the start with a message
 

@@ -81,8 +81,9 @@ std::optional<std::string> readStateFile(const std::string& name, const char* fo
 
 bool writeStateFile(const std::string& name, std::string_view contents, const char* folder)
 {
-    mkdir(systemPath(folder).c_str(), folderMode);
-    const Descriptor place = openFolder(folder);
+    Descriptor place = openFolder(folder);
+    if (!place && mkdir(systemPath(folder).c_str(), folderMode) == 0)
+        place = openFolder(folder);
     if (!place)
         return false;
     const std::string fresh = name + ".new";

@@ -75,6 +75,11 @@ int CheckForNewSELEntry()
 }
 void client::reader::Reader::turn() {}
 
+void client::events::keepMark() {}
+std::chrono::milliseconds client::door::pauseBeforeTraps()
+{
+    return std::chrono::seconds(10);
+}
 int initSMClient()
 {
     return 0;

@@ -4,6 +4,7 @@
 #include "client/events/SNMP_EventClones.hpp"
 #include "client/events/SNMP_RouteEvent.hpp"
 #include "client/words/Text.hpp"
+#include "common/Policy.hpp"
 #include "tests/client/EventFixture.hpp"
 
 #include <gmock/gmock.h>
@@ -130,12 +131,16 @@ TEST_F(Classifying, TheFirmwaresOwnProcessorRecordsSayThemselvesHowGraveTheyAre)
     }
 }
 
-TEST_F(Classifying, GroupsWithoutACloneAreAskedFiveTimesWithHoursBetween)
+TEST_F(Classifying, GroupsWithoutACloneAreAskedFiveTimesWithHoursBetweenUnlessNothingMayWait)
 {
     for (const int sensorType : {0x06, 0x11, 0x23}) {
         clock.sleeps.clear();
         EXPECT_THAT(route(sensorType, 0x6F, 0), IsEmpty());
         EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(5, 30'000s)) << sensorType;
+        clock.sleeps.clear();
+        const common::ScopedPolicy practical({.neverWaitsForRecords = true});
+        EXPECT_THAT(route(sensorType, 0x6F, 0), IsEmpty());
+        EXPECT_THAT(clock.sleeps, IsEmpty()) << sensorType;
     }
 }
 

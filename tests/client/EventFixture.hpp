@@ -13,7 +13,7 @@ class EventFixture : public ClientFixture {
 protected:
     EventFixture()
     {
-        takeTraps();
+        emptyTrapQueue();
         resetWatcher();
         gSubagent = &client;
         client.mSystemManagement = std::make_unique<systemManagement>();

@@ -1,6 +1,8 @@
 #include "client/door/Functions.hpp"
 #include "client/words/Text.hpp"
+#include "common/Policy.hpp"
 #include "tests/client/EventFixture.hpp"
+#include "tests/support/CaughtLog.hpp"
 
 #include <gmock/gmock.h>
 
@@ -114,6 +116,77 @@ TEST_F(Events, NothingIsSentBeforeTheGroupsAreFilled)
     const ScopedSeam<Clock> use(filling);
     happen(14, 7, 3);
     EXPECT_EQ(filling.sleeps, (std::vector<std::chrono::nanoseconds>{1s, 1s, 3s}));
+}
+
+/// Traps with a pace of their own: a burst of three, then two a second, at most six waiting.
+class PacedEvents : public Events {
+protected:
+    /// `count` events of a group without any say in the health; the trap's text is the number.
+    void happenTimes(int count)
+    {
+        for (int time = 0; time < count; ++time)
+            happen(2, 0, 0, ("undetermined system hardware failure " + std::to_string(++number)).c_str());
+    }
+
+    /// Numbers of the traps that the main thread gets.
+    static std::string taken()
+    {
+        std::string numbers;
+        for (const std::string& trap : trapsSent())
+            numbers += trap.substr(trap.rfind(' '));
+        trapsAreSent();
+        return numbers;
+    }
+
+    common::ScopedPolicy paced{
+        {.practical = true, .pacesTrapsApart = true, .trapBurst = 3, .trapsPerSecond = 2, .trapQueue = 6}};
+    CaughtLog log;
+    ScopedSeam<common::SystemLog> useLog{log};
+    int number = 0;
+};
+
+TEST_F(PacedEvents, HealthFollowsAtOnceWhileTrapsLeaveInTheirOrderAndPace)
+{
+    happen(14, 7, 5);
+    happen(14, 7, 3);
+    happen(14, 8, 5);
+    EXPECT_EQ(getHealthStatus(), 4);
+    EXPECT_THAT(clock.sleeps, IsEmpty());
+    EXPECT_THAT(trapsSent(),
+                ElementsAre(testing::StartsWith("70.18"), testing::StartsWith("20.5"), testing::StartsWith("70.16")));
+    EXPECT_EQ(client::door::pauseBeforeTraps(), 500ms);
+    clock.advance(499ms);
+    EXPECT_THAT(trapsSent(), IsEmpty());
+    clock.advance(1ms);
+    EXPECT_THAT(trapsSent(), ElementsAre(testing::StartsWith("20.3")));
+    clock.advance(1h);
+    EXPECT_THAT(trapsSent(), ElementsAre(testing::StartsWith("70.18"), testing::StartsWith("20.5")));
+    EXPECT_EQ(client::door::pauseBeforeTraps(), 10s);
+}
+
+TEST_F(PacedEvents, WhatFindsNoRoomIsDroppedAndSaidToBe)
+{
+    happenTimes(9);
+    EXPECT_EQ(log.lines, "more than 6 traps wait for the master agent: new ones are dropped\n");
+    log.lines.clear();
+    EXPECT_EQ(taken(), " 1 2 3");
+    EXPECT_EQ(log.lines, "3 traps were dropped; there is room again\n");
+    happenTimes(1);
+    clock.advance(1500ms);
+    EXPECT_EQ(taken(), " 4 5 6");
+    clock.advance(1h);
+    EXPECT_EQ(taken(), " 10");
+}
+
+TEST_F(PacedEvents, WithoutASessionTheyWait)
+{
+    sessionIs(false);
+    happenTimes(4);
+    EXPECT_EQ(taken(), "");
+    EXPECT_EQ(client::door::pauseBeforeTraps(), 10s);
+    sessionIs(true);
+    EXPECT_EQ(client::door::pauseBeforeTraps(), 100ms);
+    EXPECT_EQ(taken(), " 1 2 3");
 }
 
 } // namespace

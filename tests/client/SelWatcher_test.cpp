@@ -1,3 +1,4 @@
+#include "common/Policy.hpp"
 #include "tests/client/EventFixture.hpp"
 
 #include <gmock/gmock.h>
@@ -268,12 +269,15 @@ TEST_F(Watcher, AnotherLanguageIsShownWhileEnglishChoosesTheTrap)
                                          "60.3 Parity Error. Status is Critical"));
 }
 
-TEST_F(Watcher, ATextThatDoesNotFitEndsTheProcess)
+TEST_F(Watcher, ATextThatDoesNotFitEndsTheProcessOrIsCut)
 {
     addTemperature(1);
     CheckForNewSELEntry();
     log.add(2, 0x77, 0x01, "52 00 00", std::string(1024, 'd'));
     EXPECT_DEATH(CheckForNewSELEntry(), "a text of 1024 bytes does not fit into 1023");
+    const common::ScopedPolicy practical({.cutsLongTexts = true});
+    EXPECT_EQ(CheckForNewSELEntry(), 1);
+    EXPECT_EQ(std::string(t_LastSelData.sEventDiscription), std::string(1023, 'd'));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "common/Seams.hpp"
+#include "tests/support/CaughtLog.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/TempRoot.hpp"
 
@@ -10,11 +11,6 @@
 namespace {
 
 using namespace std::chrono_literals;
-
-struct CaughtLog : common::SystemLog {
-    void write(common::Gravity, const std::string& text) override { lines += text + "\n"; }
-    std::string lines;
-};
 
 const common::Policy& loadFrom(TempRoot& root, const std::string& text)
 {

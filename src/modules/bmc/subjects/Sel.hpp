@@ -19,7 +19,7 @@ namespace Module::BMCConfig {
 /// cleared, 1026 when a record cannot be read. A record that cannot be translated is answered all the same.
 class Sel : public Handler {
 public:
-    /// A record that does not read is asked for again so often.
+    /// A record that does not read is asked for again so often, unless the policy gives it up earlier.
     static constexpr int mostRepetitions = 1000;
     /// What the readers of translated records have room for, in bytes.
     static constexpr std::size_t longestDescription = 1023, longestSeverity = 19;

@@ -1,6 +1,7 @@
 #include "modules/bmc/subjects/Sel.hpp"
 
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
@@ -18,6 +19,7 @@ constexpr char readQuery[] = "GET://BMC/SEL/RECORD", extendedQuery[] = "GET://BM
 constexpr char noRecords[] = "No SEL Records Found!";
 constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, behind the completion code
 constexpr std::size_t selIds = 0x10000;
+constexpr int fewFailures = 3; ///< where the policy gives a record up; a lost reservation is none
 
 /// Completion codes (IPMI 2.0, table 5-2) in the decimal text of replies. A BMC that knows no record of an id says so
 /// by the first of the three, or finds fault with the request.
@@ -68,8 +70,9 @@ std::optional<SelRecord> Sel::sel_record(unsigned id, const std::string& read)
     SymbolTable& symbols = interpreter->symbolTable();
     symbols["$/SEL/GET_SEL_ENTRY_LS"] = byteText(id);
     symbols["$/SEL/GET_SEL_ENTRY_MS"] = byteText(id >> 8);
+    const int mostFailures = common::policy().givesUpUnreadRecords ? fewFailures : mostRepetitions + 1;
     Items items;
-    for (int repeat = 0; repeat <= mostRepetitions; ++repeat) {
+    for (int repeat = 0, failures = 0; repeat <= mostRepetitions && failures < mostFailures; ++repeat) {
         SymbolMap local;
         run(read, local);
         items = itemsOf(local[read]);
@@ -79,6 +82,8 @@ std::optional<SelRecord> Sel::sel_record(unsigned id, const std::string& read)
             return std::nullopt;
         if (!items.empty() && items.front() == reservationLost)
             takeReservation();
+        else
+            ++failures;
     }
     giveUp(id, items);
 }

@@ -1,0 +1,399 @@
+#include "client/events/SelFollower.hpp"
+#include "common/Policy.hpp"
+#include "ipmi/Hex.hpp"
+#include "tests/client/EventFixture.hpp"
+#include "tests/support/TempRoot.hpp"
+
+#include <gmock/gmock.h>
+#include <sstream>
+
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+/// A controller's event log as far as a reader can tell: records with ids, refused ids, stamps of erasures. `word`
+/// names a record: what its trap says.
+class ModelLog : public ScriptedBackend {
+public:
+    using ScriptedBackend::get;
+    void get(SDK::QueryMap queries, ResultMap& results) override
+    {
+        const auto& [query, parameters] = *queries.begin();
+        clock->advance(perExchange);
+        ++exchanges;
+        if (isSilent)
+            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no answer", query, COMMAND_GET);
+        if (query == "/BMC/SEL/TRANSLATED")
+            read(std::stoul(parameters.at("RECORD_ID"), nullptr, 16), std::stoul(parameters.at("RANGE")), results);
+        else
+            results[query] = leaf({std::to_string(erased)});
+    }
+
+    void add(const std::string& word)
+    {
+        const bool isTimeless = word.starts_with('~');
+        const unsigned seconds = isTimeless ? 5 : ++time;
+        records.push_back({nextId, word, seconds});
+        nextId = nextId == 0xFFFE ? 1 : nextId + 1;
+        if (records.size() > room)
+            records.pop_front();
+    }
+    void clear(bool idsBeginAgain = true)
+    {
+        records.clear();
+        erased = ++time;
+        if (idsBeginAgain)
+            nextId = 1;
+    }
+    void remove(const std::string& word)
+    {
+        std::erase_if(records, [&](const Record& record) { return record.word == word; });
+        erased = ++time;
+    }
+
+    static inline const std::string prefix = "a correctable ECC error ";
+
+    struct Record {
+        unsigned id;
+        std::string word;
+        unsigned seconds;
+    };
+    std::deque<Record> records;
+    unsigned nextId = 1;
+    std::size_t room = 5000;
+    unsigned time = 0x50000000;
+    unsigned erased = 0x4FFFFFFF;
+    bool isSilent = false;
+    std::string unreadable;
+    long exchanges = 0;
+    FakeClock* clock = nullptr;
+    std::chrono::nanoseconds perExchange{0};
+
+private:
+    static std::string raw(const Record& record)
+    {
+        ipmi::Bytes bytes(16);
+        bytes[0] = static_cast<std::uint8_t>(record.id);
+        bytes[1] = static_cast<std::uint8_t>(record.id >> 8);
+        bytes[2] = 2;
+        for (int byte = 0; byte < 4; ++byte)
+            bytes[3 + static_cast<std::size_t>(byte)] = static_cast<std::uint8_t>(record.seconds >> 8 * byte);
+        bytes[10] = 0x0C;
+        bytes[11] = 0x30;
+        bytes[12] = 0x6F;
+        return ipmi::hexBytes(bytes);
+    }
+
+    std::size_t placeOf(unsigned long id) const
+    {
+        if (id == 0)
+            return 0;
+        if (id == 0xFFFF && !records.empty())
+            return records.size() - 1;
+        const auto found = std::ranges::find(records, id, &Record::id);
+        return static_cast<std::size_t>(found - records.begin());
+    }
+
+    void read(unsigned long id, std::size_t range, ResultMap& results)
+    {
+        const std::size_t first = placeOf(id);
+        if (first >= records.size() && id != 0 && id != 0xFFFF)
+            throw ResultStatus(ERROR_INVALID_DATAVAL, "no such record", "SEL", COMMAND_GET);
+        _XNode& list = results["/BMC/SEL/TRANSLATED"];
+        list.mType = NODE_NONLEAF;
+        for (std::size_t place = first; place < std::min(records.size(), first + range); ++place) {
+            if (records[place].word == unreadable)
+                throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "unreadable", "SEL", COMMAND_GET);
+            if (place > first) {
+                clock->advance(perExchange);
+                ++exchanges;
+            }
+            answerOne(results, list, place);
+        }
+    }
+
+    void answerOne(ResultMap& results, _XNode& list, std::size_t place)
+    {
+        char next[8];
+        std::snprintf(next, sizeof next, "%04X", place + 1 == records.size() ? 0xFFFF : records[place + 1].id);
+        const std::string key = "/BMC/SEL/TRANSLATED[" + std::to_string(list.mXNodeList.size()) + "]";
+        list.mXNodeList.push_back(key);
+        for (const auto& [field, value] : {std::pair<std::string, std::string>{"/RAW", raw(records[place])},
+                                           {"/NEXT_SEL_RECORD_ID", next},
+                                           {"/DESCR", prefix + records[place].word}}) {
+            results[key].mXNodeList.push_back(key + field);
+            results[key + field] = leaf({value});
+        }
+    }
+};
+
+/// Follows the log as the agent does: turns until nothing is left, traps taken and noted as told.
+class Follower : public EventFixture {
+protected:
+    Follower()
+    {
+        addSensor({.number = 0x30, .type = 0x0C});
+        log.answers = sdk.answers;
+        std::filesystem::create_directories(root.resolve("/var/lib"));
+        log.clock = &clock;
+        restart();
+    }
+
+    void restart()
+    {
+        emptyTrapQueue();
+        handler().holdHealth(false);
+        follower = std::make_unique<SelFollower>();
+    }
+
+    void poll()
+    {
+        clock.advance(1h);
+        while (follower->turn() == 1)
+            ;
+    }
+
+    /// What the master agent is handed: all that is queued.
+    void send()
+    {
+        for (std::deque<Trap> some; !(some = takeTraps()).empty(); clock.advance(1h)) {
+            for (const Trap& trap : some)
+                told.push_back(std::get<std::string>(trap[1].value).substr(ModelLog::prefix.size()));
+            trapsAreSent();
+        }
+    }
+
+    void obey(const std::string& line)
+    {
+        std::istringstream words(line);
+        for (std::string word; words >> word;) {
+            if (word == "poll") {
+                poll();
+                send();
+                follower->keep();
+            } else if (word == "restart") {
+                restart();
+            } else if (word == "clear") {
+                log.clear();
+            } else if (word == "clearKeepingIds") {
+                log.clear(false);
+            } else if (word.starts_with('-')) {
+                log.remove(word.substr(1));
+            } else {
+                log.add(word);
+            }
+        }
+    }
+
+    TempRoot root;
+    common::ScopedPolicy practical{{.practical = true, .keepsMark = true, .pacesTrapsApart = true}};
+    ModelLog log;
+    ScopedSeam<QueryBackend> useLog{log};
+    std::unique_ptr<SelFollower> follower;
+    std::vector<std::string> told;
+};
+
+/// What happens, in order, and what has to be told in all. "poll" also hands the traps over and keeps the mark; a word
+/// is a new record with a time, "~word" one without, "-word" its deletion. Where only records without a time stand and
+/// something was erased, they are told again.
+struct History {
+    const char* events;
+    const char* told;
+};
+
+constexpr History histories[] = {
+    {"old older poll a poll poll b c poll", "a b c"},
+    {"poll a poll b poll", "a b"},
+    {"old poll clear poll a poll b c d poll e f g poll", "a b c d e f g"},
+    {"o1 o2 o3 poll clear a poll b poll", "a b"},
+    {"o1 o2 o3 poll clear a b c poll d poll", "a b c d"},
+    {"o1 o2 o3 poll clear a b c d e f g poll", "a b c d e f g"},
+    {"o1 poll clearKeepingIds a poll clearKeepingIds poll b poll", "a b"},
+    {"o1 o2 o3 poll a -a b poll", "b"},
+    {"o1 o2 o3 poll -o3 poll a poll -o1 -o2 b poll -a -b poll c poll", "a b c"},
+    {"o1 o2 poll -o1 -o2 poll a poll", "a"},
+    {"o1 poll restart poll a poll restart b poll restart poll", "a b"},
+    {"o1 poll a b restart poll restart poll c poll", "a b c"},
+    {"o1 poll clear a b restart poll", "a b"},
+    {"o1 poll clear poll restart poll a poll restart b poll", "a b"},
+    {"poll restart a poll", "a"},
+    {"~x poll ~y poll poll ~z poll restart poll a poll", "~y ~z a"},
+    {"o1 ~x poll -o1 poll a poll", "~x a"},
+    {"o1 o2 ~x ~y poll -o1 poll ~z poll", "~z"},
+    {"~x poll clear ~x poll", "~x"},
+    {"o1 o2 poll ~x ~y ~z ~u ~v poll -o1 poll ~w poll poll", "~x ~y ~z ~u ~v ~w"},
+};
+
+TEST_F(Follower, EachRecordIsToldOnce)
+{
+    for (const History& history : histories) {
+        SCOPED_TRACE(history.events);
+        std::filesystem::remove_all(root.resolve("/var/lib/hwagent"));
+        log.records.clear();
+        log.nextId = 1;
+        told.clear();
+        restart();
+        obey(history.events);
+        std::string all;
+        for (const std::string& word : told)
+            all += (all.empty() ? "" : " ") + word;
+        EXPECT_EQ(all, history.told);
+    }
+}
+
+std::vector<std::string> numbered(int first, int last)
+{
+    std::vector<std::string> words;
+    for (int number = first; number <= last; ++number)
+        words.push_back(std::to_string(number));
+    return words;
+}
+
+TEST_F(Follower, IdsThatBeginAgainAndALogThatComesRoundLoseNothing)
+{
+    log.room = 500;
+    log.nextId = 0xFFF0;
+    obey("old poll");
+    for (int number = 1; number <= 2000; ++number) {
+        log.add(std::to_string(number));
+        if (number % 400 == 0)
+            obey("poll");
+        if (number == 1000)
+            obey("restart");
+    }
+    EXPECT_EQ(told, numbered(1, 2000));
+    for (int number = 2001; number <= 3000; ++number)
+        log.add(std::to_string(number));
+    told.clear();
+    obey("poll");
+    EXPECT_EQ(told, numbered(2501, 3000));
+}
+
+TEST_F(Follower, WhatWaitsAsATrapAtACrashIsToldByTheNextProcess)
+{
+    obey("old poll");
+    for (const std::string& word : numbered(1, 3000))
+        log.add(word);
+    poll();
+    for (int second = 0; second < 20; ++second) {
+        for (const Trap& trap : takeTraps())
+            told.push_back(std::get<std::string>(trap[1].value).substr(ModelLog::prefix.size()));
+        trapsAreSent();
+        follower->keep();
+        clock.advance(1s);
+    }
+    EXPECT_EQ(told, numbered(1, 39));
+    obey("restart poll restart poll");
+    EXPECT_EQ(told, numbered(1, 3000));
+}
+
+TEST_F(Follower, WhatHappensBetweenSendingAndKeepingIsToldTwiceAndNotLost)
+{
+    obey("old poll a");
+    poll();
+    send();
+    obey("restart poll");
+    EXPECT_THAT(told, testing::ElementsAre("a", "a"));
+}
+
+TEST_F(Follower, AnIdlePollIsOneExchangeAndATurnHasAnEnd)
+{
+    obey("o1 o2 poll a poll");
+    log.exchanges = 0;
+    follower->turn();
+    EXPECT_EQ(log.exchanges, 1);
+    obey("clear poll");
+    log.exchanges = 0;
+    follower->turn();
+    EXPECT_EQ(log.exchanges, 1);
+
+    log.perExchange = 1s;
+    for (const std::string& word : numbered(1, 50))
+        log.add(word);
+    for (int turn = 0; turn < 30; ++turn) {
+        const auto before = clock.steadyTime;
+        follower->turn();
+        EXPECT_LE(clock.steadyTime - before, 10s);
+    }
+    told.clear();
+    send();
+    EXPECT_EQ(told, numbered(1, 50));
+}
+
+TEST_F(Follower, AControllerThatIsSilentOrForgetsItsLogForAWhileCostsNothing)
+{
+    obey("o1 o2 poll a");
+    log.isSilent = true;
+    for (int turn = 0; turn < 10; ++turn)
+        EXPECT_THROW(follower->turn(), ResultStatus);
+    log.isSilent = false;
+    obey("b poll");
+    const auto before = std::exchange(log.records, {});
+    obey("poll poll");
+    log.records = before;
+    obey("poll c poll");
+    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Follower, ARecordThatNeverReadsHidesThoseBehindItForAWhileOnly)
+{
+    obey("o1 poll a bad b c");
+    log.unreadable = "bad";
+    for (int turn = 0; turn < 9; ++turn) {
+        try {
+            follower->turn();
+        } catch (const ResultStatus&) {
+        }
+    }
+    send();
+    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Follower, WhileOldRecordsAreToldTheHealthWaits)
+{
+    obey("o1 poll");
+    log.clear();
+    log.add("x. Status is Critical");
+    log.add("x. Status is OK");
+    restart();
+    handler().m_nHealthStatus = 3;
+    poll();
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+    log.add("x. Status is Critical");
+    restart();
+    poll();
+    EXPECT_EQ(handler().m_nHealthStatus, 5);
+    log.add("x. Status is OK");
+    poll();
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+}
+
+/// Texts of a mark and whether they are one.
+struct Kept {
+    const char* text;
+    bool isMark;
+};
+
+TEST(SelTrail, OnlyWhatItWroteIsTakenBack)
+{
+    SelTrail trail;
+    for (int record = 0; record < 20; ++record)
+        trail.add("01 00 02 78 56 34 12 20 00 04 01 30 01 52 00 " + ipmi::hexByte(static_cast<std::uint8_t>(record)));
+    trail.erased = "123";
+    const std::optional<SelTrail> again = SelTrail::parse(trail.text());
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->text(), trail.text());
+    EXPECT_EQ(again->back(SelTrail::longest), nullptr);
+    EXPECT_TRUE(again->back(0)->ends_with("13"));
+    constexpr Kept texts[] = {{"", false},
+                              {"event log mark 1\n", false},
+                              {"event log mark 1\n\n", true},
+                              {"event log mark 2\n\n", false},
+                              {"event log mark 1\n\n01 02\n", false},
+                              {"event log mark 1\n5\n01 00 02 78 56 34 12 20 00 04 01 30 01 52 00 zz\n", false}};
+    for (const Kept& kept : texts)
+        EXPECT_EQ(SelTrail::parse(kept.text).has_value(), kept.isMark) << kept.text;
+}
+
+} // namespace
