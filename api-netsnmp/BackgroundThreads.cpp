@@ -1,6 +1,7 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 
 #include "api-netsnmp/Signals.hpp"
+#include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/CacheRefresher.hpp"
@@ -57,12 +58,25 @@ void survive(const char* thread, Turn turn)
     }
 }
 
+/// Each look is one at every row, so not at each turn.
+void followReadings()
+{
+    constexpr auto pauseBetweenLooks = 5s;
+    static Clock::SteadyPoint nextLook;
+    const auto now = current<Clock>().steady();
+    if (!common::policy().fillsBehindRegistration || now < nextLook)
+        return;
+    nextLook = now + pauseBetweenLooks;
+    client::door::followReadings();
+}
+
 /// With a thread that alone talks with the controller, the log is polled there.
 void pollEvents()
 {
     if (!common::policy().answersFromPublished)
         CheckForNewSELEntry();
     processEvent();
+    followReadings();
     client::events::keepMark();
 }
 

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-/// Filling the groups while the agent serves: all of it on the reading thread.
+/// Filling the groups while the agent serves: on the reading thread, but for the last.
 
 namespace client::door {
 
@@ -20,5 +20,9 @@ bool fillGroups(Sources sources);
 /// Reads the bounds and figures of sensors that lack them, as long as `goOn`, called before each, says so. False if the
 /// controller's interface failed.
 bool readUnreadFigures(const std::function<bool()>& goOn);
+
+/// Brings the lists of devices in trouble and the system's health in line with what the sensors say now. Waits for
+/// nobody; any thread.
+void followReadings();
 
 } // namespace client::door

@@ -3,6 +3,7 @@
 #include "client/door/smClient.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 #include "common/Waits.hpp"
 
 #include <cxxabi.h>
@@ -159,6 +160,11 @@ bool readUnreadFigures(const std::function<bool()>& goOn)
     return forward(false, &smClient::readUnreadFigures, goOn);
 }
 
+void followReadings()
+{
+    forward(0, &smClient::followReadings);
+}
+
 int addShownEvent(const eventData& event, const std::string& shown)
 {
     return forward(noGroup, &smClient::addShownEvent, event, shown);
@@ -166,8 +172,10 @@ int addShownEvent(const eventData& event, const std::string& shown)
 
 std::chrono::milliseconds pauseBeforeTraps()
 {
-    constexpr std::chrono::milliseconds pollPeriod = std::chrono::seconds(10);
-    return traps::untilNextTrap(pollPeriod);
+    using namespace std::chrono_literals;
+    constexpr std::chrono::milliseconds pollPeriod = 10s;
+    constexpr std::chrono::milliseconds lookPeriod = 1s; // the log is polled by another thread
+    return traps::untilNextTrap(common::policy().answersFromPublished ? lookPeriod : pollPeriod);
 }
 
 void tellingOldEvents(bool old)

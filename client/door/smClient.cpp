@@ -178,6 +178,23 @@ bool smClient::readUnreadFigures(const std::function<bool()>& goOn)
     return true;
 }
 
+int smClient::followReadings()
+{
+    std::vector<client::status::DeviceStatus> present;
+    {
+        const auto hold = holdGroups();
+        for (const Group& group : groups) {
+            BaseAccessor* const rows = group.find(*this);
+            for (int row = 0; rows && row < rows->getCount(); ++row)
+                if (const auto status = rows->presentStatus(row))
+                    present.push_back(*status);
+        }
+    }
+    if (mEventHandler)
+        mEventHandler->followReadings(present, 2 * client::query::refreshPeriod());
+    return CLIENT_SUCCESS;
+}
+
 void smClient::shutdown()
 {
     if (m_bInitComplete == 0)

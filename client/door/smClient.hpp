@@ -43,9 +43,10 @@ public:
     int findRow(_SMEntity entity, int deviceId, const std::string& sensorName);
     int addShownEvent(const eventData& event, const std::string& shown);
 
-    /// See client::door::fillGroups and readUnreadFigures.
+    /// See Filling.hpp.
     bool fillGroups(client::door::Sources sources);
     bool readUnreadFigures(const std::function<bool()>& goOn);
+    int followReadings();
 
     std::unique_ptr<systemManagement> mSystemManagement;
     std::unique_ptr<chassisInfo> mChassisInfo;

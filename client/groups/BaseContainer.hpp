@@ -40,8 +40,8 @@ public:
     /// Reads bounds and figures of the row, if they are still to be read; what others see changes under `guard`. False
     /// if the controller's interface failed.
     virtual bool readUnread(int, std::mutex&) { return true; }
-    /// What the row's sensor says now, as an event's status (HEALTH_STATUS); nothing for rows without a sensor.
-    virtual std::optional<int> presentStatus(int) { return std::nullopt; }
+    /// What the row's sensor says now; nothing for rows without a sensor.
+    virtual std::optional<client::status::DeviceStatus> presentStatus(int) { return std::nullopt; }
 
     virtual ~BaseAccessor() = default;
 };

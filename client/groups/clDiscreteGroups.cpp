@@ -197,11 +197,12 @@ std::string DiscreteGroup<Row>::readText(int row)
 }
 
 template<class Row>
-std::optional<int> DiscreteGroup<Row>::presentStatus(int row)
+std::optional<DeviceStatus> DiscreteGroup<Row>::presentStatus(int row)
 {
-    if (!this->getAddress(row))
+    const Row* const stored = this->getAddress(row);
+    if (!stored)
         return std::nullopt;
-    return eventStatusOf(mapValueToStatus(readText(row), *traits.words));
+    return DeviceStatus{stored->nDeviceId, eventStatusOf(mapValueToStatus(readText(row), *traits.words))};
 }
 
 template<class Row>

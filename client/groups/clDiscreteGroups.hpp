@@ -42,7 +42,7 @@ public:
     int getIntData(_SMAttribute attribute, int row, long& out) override;
     int getStrData(_SMAttribute attribute, int row, char*& out) override;
     void goLive() override { sensors.goLive(); }
-    std::optional<int> presentStatus(int row) override;
+    std::optional<status::DeviceStatus> presentStatus(int row) override;
 
 private:
     void readDatabase();

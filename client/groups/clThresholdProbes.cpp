@@ -9,6 +9,7 @@ using namespace client::groups;
 using namespace client::words;
 using client::readings::SensorDatabase;
 using client::status::Bounds;
+using client::status::DeviceStatus;
 
 std::unique_ptr<SensorDatabase> pVoltageProbeWrapper;
 std::unique_ptr<SensorDatabase> pCurrentProbeWrapper;
@@ -255,9 +256,12 @@ bool ThresholdProbe::readUnread(int row, std::mutex& guard)
     return answered;
 }
 
-std::optional<int> ThresholdProbe::presentStatus(int row)
+std::optional<DeviceStatus> ThresholdProbe::presentStatus(int row)
 {
-    return getAddress(row) ? std::optional(client::status::eventStatusOf(statusWhenRead(readLive(row)))) : std::nullopt;
+    const ThresholdRow* const stored = getAddress(row);
+    if (!stored)
+        return std::nullopt;
+    return DeviceStatus{stored->nDeviceId, status::eventStatusOf(statusWhenRead(readLive(row)))};
 }
 
 int ThresholdProbe::convertUnit(int unitType, int value) const

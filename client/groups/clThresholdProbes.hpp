@@ -64,7 +64,7 @@ public:
     int setIntData(_SMAttribute attribute, int row, long value) override;
     void goLive() override { sensors.goLive(); }
     bool readUnread(int row, std::mutex& guard) override;
-    std::optional<int> presentStatus(int row) override;
+    std::optional<status::DeviceStatus> presentStatus(int row) override;
 
 private:
     void removeNonLinear();

@@ -268,6 +268,12 @@ unsigned long interfaceFailures()
     return interfaceFailed;
 }
 
+std::chrono::nanoseconds refreshPeriod()
+{
+    const std::scoped_lock lock(ql_initialized_flag_mtx);
+    return presentPeriod();
+}
+
 void forgetAll()
 {
     const std::scoped_lock lock(ql_initialized_flag_mtx);

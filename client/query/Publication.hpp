@@ -50,6 +50,7 @@ PassEnd readWanted(const std::function<bool()>& goOn);
 /// What a pass took bears on how long a reading holds: a controller may be slower than the configured period.
 /// `length` runs from the beginning of a pass to the beginning of the next.
 void setRefreshPeriod(std::chrono::nanoseconds length);
+std::chrono::nanoseconds refreshPeriod();
 
 /// Whether somebody has looked up what nobody wanted before, since the last call.
 bool takeNewlyWanted();

@@ -2,6 +2,12 @@
 
 namespace client::status {
 
+/// What a sensor says now: the number of its device as rows and events have it, and its HEALTH_STATUS.
+struct DeviceStatus {
+    int deviceId;
+    int status;
+};
+
 /// Where a group tells which of its rows are in trouble.
 struct TroubleLists {
     virtual ~TroubleLists() = default;

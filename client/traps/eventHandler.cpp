@@ -172,6 +172,7 @@ void eventHandler::checkEventLists(const eventData& event)
     const TrapGroup* const group = findTrapGroup(event.nEventGroup);
     if (!group || !group->countsForHealth)
         return;
+    lastEvents[event.nDeviceId] = current<Clock>().steady();
     if (event.nSeverity >= ENUM_STATUS_OK)
         removeElement(event.nDeviceId);
     if (event.nSeverity > ENUM_STATUS_OK)
@@ -196,6 +197,48 @@ void eventHandler::holdHealth(bool hold)
     int newHealth = 0;
     if (std::exchange(m_bHealthHeld, hold) && !hold && needHealthEvent(0, &newHealth))
         changeHealth(newHealth);
+}
+
+/// False if no sensor has a status.
+bool eventHandler::takeStatuses(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age)
+{
+    bool isAnyKnown = false;
+    for (const auto& [deviceId, status] : present) {
+        if (status < ENUM_STATUS_OK)
+            continue;
+        isAnyKnown = true;
+        if (hasEventWithin(deviceId, age))
+            continue;
+        removeElement(deviceId);
+        insertElementByDeviceId(deviceId, status);
+    }
+    return isAnyKnown;
+}
+
+bool eventHandler::hasEventWithin(int deviceId, std::chrono::nanoseconds age)
+{
+    const auto event = lastEvents.find(deviceId);
+    if (event == lastEvents.end())
+        return false;
+    if (current<Clock>().steady() - event->second <= age)
+        return true;
+    lastEvents.erase(event);
+    return false;
+}
+
+void eventHandler::followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age)
+{
+    const std::scoped_lock lock(SyncMutex);
+    const bool isAnyKnown = takeStatuses(present, age);
+    const bool wasKnown = m_nHealthStatus >= ENUM_STATUS_OK;
+    int health = ENUM_STATUS_OK;
+    const bool changes = needHealthEvent(0, &health);
+    if (isAnyKnown && wasKnown && changes)
+        changeHealth(health);
+    else if (isAnyKnown != wasKnown) {
+        m_nHealthStatus = isAnyKnown ? health : ENUM_STATUS_UNKNOWN;
+        agent.setHealthStatus(getNewHealthEnum(m_nHealthStatus));
+    }
 }
 
 bool eventHandler::needHealthEvent(int severity, int* newHealth) const

@@ -4,10 +4,13 @@
 #include "client/traps/AgentState.hpp"
 #include "client/traps/EventData.hpp"
 #include "client/traps/TrapFunctions.hpp"
+#include "common/Seams.hpp"
 
 #include <deque>
 #include <list>
+#include <map>
 #include <mutex>
+#include <span>
 
 /// The agent's end of the event road: the queue of events, the lists of devices in trouble, and the system's health
 /// that follows from them, whose change is a trap too. Events are handled on the event thread; finished traps go to
@@ -51,6 +54,10 @@ public:
     bool needHealthEvent(int severity, int* newHealth) const;
     /// While old events are told again their lists follow, but the health does not: it follows when they are over.
     void holdHealth(bool hold);
+    /// Brings lists and health in line with what sensors say now; those without a status change nothing. Nor do devices
+    /// of which an event came within `age`: their readings may be older than it. As long as no sensor has a status, the
+    /// health is unavailable. Its first value is no change, and no trap.
+    void followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age);
     /// 1, and no trap, if there is no word for the old or the new health.
     int sendHealthEvent(int newHealth);
 
@@ -65,10 +72,13 @@ public:
 private:
     int sendEvent(const eventData& event, const std::string& shown);
     void changeHealth(int newHealth);
+    bool takeStatuses(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age);
+    bool hasEventWithin(int deviceId, std::chrono::nanoseconds age);
 
     client::traps::AgentState& agent;
     std::mutex SyncMutex;
     client::traps::TrapMaker traps;
+    std::map<int, Clock::SteadyPoint> lastEvents; ///< of devices whose readings may be older; under SyncMutex
 };
 
 /// Writes an event, or a name with `title`, to the diagnostics.

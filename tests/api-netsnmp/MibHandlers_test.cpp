@@ -1,5 +1,6 @@
 #include "api-netsnmp/MibObjects.hpp"
 #include "api-netsnmp/ThresholdWrites.hpp"
+#include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/reader/Reader.hpp"
@@ -74,6 +75,8 @@ int CheckForNewSELEntry()
     return 0;
 }
 void client::reader::Reader::turn() {}
+
+void client::door::followReadings() {}
 
 void client::events::keepMark() {}
 std::chrono::milliseconds client::door::pauseBeforeTraps()

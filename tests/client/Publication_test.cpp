@@ -192,6 +192,33 @@ TEST_F(FilledBehind, ASilentControllerAtStartIsReadWhenItComesBack)
     EXPECT_EQ(voltage(VOLTAGE_STATUS), ENUM_STATUS_UNAVAILABLE);
 }
 
+TEST_F(FilledBehind, HealthIsTheWorstOfWhatTheSensorsSayAndUnavailableWithoutThem)
+{
+    Sensor hot{.number = 1, .type = 1, .value = "20", .unit = 1};
+    addSensor(hot);
+    start();
+    const auto healthAfter = [this](int count) {
+        turns(count);
+        client::door::followReadings();
+        return getHealthStatus();
+    };
+    EXPECT_EQ(healthAfter(0), ENUM_STATUS_UNAVAILABLE);
+    EXPECT_EQ(healthAfter(1), ENUM_STATUS_CRITIC);            // beyond 14, from the first reading on
+    sdk.answer(hot.path() + "/INTERPRET_SENSOR_VALUE", "14"); // a bound is inside
+    EXPECT_EQ(healthAfter(20), ENUM_STATUS_WARNING);
+    sdk.answer(hot.path() + "/INTERPRET_SENSOR_VALUE", "12");
+    EXPECT_EQ(healthAfter(20), ENUM_STATUS_HEALTHY);
+    eventData event;
+    event.nDeviceId = client.mTemperatureProbe->getAddress(0)->nDeviceId;
+    event.nEventGroup = 14;
+    event.nSeverity = ENUM_STATUS_CRITICAL;
+    client.mEventHandler->checkEventLists(event);
+    EXPECT_EQ(healthAfter(1), ENUM_STATUS_CRITIC); // the reading may be older than the event
+    EXPECT_EQ(healthAfter(40), ENUM_STATUS_HEALTHY);
+    failInterface();
+    EXPECT_EQ(healthAfter(60), ENUM_STATUS_UNAVAILABLE);
+}
+
 TEST_F(FilledBehind, RowsKeepTheirNumbersWhenTheRepositoryChanges)
 {
     for (const int number : {1, 2, 3})

@@ -1,7 +1,6 @@
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/catalogue/Fields.hpp"
 
-#include <algorithm>
 #include <bit>
 
 // The two ways between a setting's text and its bytes.
@@ -65,8 +64,7 @@ Steps encodeNumber(const std::string& symbol, const Field& field)
                                                Copy(":NULL", symbol),
                                                Append("$LOW", "$HIGH", symbol),
                                            });
-    const unsigned most = field.count == 1 ? field.mask >> std::countr_zero(field.mask) : field.high;
-    const std::string high = std::to_string(std::min(field.high, most));
+    const std::string high = std::to_string(field.high);
     return script({
         field.rangeError ? If(symbol + " > " + high, {Throw(field.rangeError)}) : Steps{},
         Assert(symbol, "RANGE_CHECK", std::to_string(field.low), high, "$ASSERT_VALUE"),
