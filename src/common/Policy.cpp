@@ -22,6 +22,8 @@ constexpr bool Policy::*decisions[] = {
     &Policy::sparesSilentController,
     &Policy::locksWithinProcess,
     &Policy::readsLargePieces,
+    &Policy::limitsSdrRepeats,
+    &Policy::keepsPartialRepository,
     &Policy::remembersUnreadRepository,
     &Policy::keepsRepositoryOnDisk,
     &Policy::followsRepository,

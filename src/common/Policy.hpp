@@ -23,6 +23,8 @@ struct Policy {
     bool locksWithinProcess = false;     ///< CMySemLock, HWAGENTLock: mutexes instead of named semaphores
     // The repository of sensor data records.
     bool readsLargePieces = false;          ///< SdrRead: pieces as large as the controller takes
+    bool limitsSdrRepeats = false;          ///< SdrRead: a hundred repeats a reading, none of a refusal that will last
+    bool keepsPartialRepository = false;    ///< SdrRead: the records that could be read stand until the rest can be
     bool remembersUnreadRepository = false; ///< SdrRead: one that could not be read is left alone for a while
     bool keepsRepositoryOnDisk = false;     ///< SdrRead: a copy between starts, checked against time stamps and id
     bool followsRepository = false;         ///< Sdr: read again when its time stamps change

@@ -3,6 +3,7 @@
 #include "common/CMySemLock.hpp"
 #include "common/Logger.hpp"
 #include "modules/XDirectorImpl.hpp"
+#include "modules/bmc/BMCConfigModule.hpp"
 
 namespace SDK {
 
@@ -44,6 +45,11 @@ void System::Set(std::map<std::string, std::string>& values)
 void System::Set(QueryMap& queries)
 {
     XDirectorImpl::CreateInstance()->ProcessXQuery(queries);
+}
+
+bool System::repositoryChanged()
+{
+    return Module::BMCConfig::BMCConfigModule::repositoryChanged();
 }
 
 void System::SetFlags(unsigned char flags)

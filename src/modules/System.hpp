@@ -28,6 +28,9 @@ public:
     void Set(std::map<std::string, std::string>& values);
     /// SET of each query with named parameters.
     void Set(QueryMap& queries);
+    /// Whether the BMC has other sensor data records than those that queries are answered from, or the rest of them can
+    /// be had by now. The next query reads them anew. One exchange; false without Policy::followsRepository.
+    bool repositoryChanged();
     /// Start-up word: bit 0 locks, bits 1, 2, 3 log categories, bit 5 logging off.
     void SetFlags(unsigned char flags);
 };

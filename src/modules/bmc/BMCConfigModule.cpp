@@ -6,6 +6,7 @@
 #include "common/Seams.hpp"
 #include "modules/bmc/HandlerTable.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
+#include "modules/bmc/subjects/SdrRepository.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -190,6 +191,11 @@ void BMCConfigModule::retryFru(SymbolMap& answers, const std::string& key,
     } catch (const ResultStatus&) {
         throwError(ERROR_READING_SYSTEM_FRU, fruQuery, COMMAND_GET);
     }
+}
+
+bool BMCConfigModule::repositoryChanged()
+{
+    return SdrRepository::changed(BMC_EXEC_LOCAL);
 }
 
 void BMCConfigModule::GetIPMI(const std::string& request, std::vector<std::string>& reply)

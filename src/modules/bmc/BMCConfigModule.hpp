@@ -32,6 +32,10 @@ public:
     void ProcessXQuery(const std::string& query, const std::map<std::string, std::string>& parameters,
                        ResultMap& results, unsigned flags);
 
+    /// Whether the BMC's sensor data records are to be read anew, which the next query does; see
+    /// SdrRepository::changed.
+    static bool repositoryChanged();
+
     void GetIPMI(const std::string& request, std::vector<std::string>& reply);
     bool SelectIPMIInterface(int interface);
     int Reinit_OpenIPMI();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modules/bmc/engine/Interpreter.hpp"
+#include "modules/bmc/subjects/SdrFile.hpp"
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
 #include <chrono>
@@ -17,6 +18,9 @@ namespace Module::BMCConfig {
 /// ("/BMC/SDR[3]"), a decoded field decimal text; what is not there is an empty value. A repository that cannot be read
 /// at the time leaves an empty list, and the next query reads it anew; a record that is shorter than it says is left
 /// out. Errors of the message layer pass through as ResultStatus.
+///
+/// In the practical mode a record is read in one piece where the controller gives it, a repository that cannot be read
+/// is left alone for a while, what could be read of it stands, and it is read anew when it changes (see Policy.hpp).
 class Sdr : public Handler {
 public:
     /// Records beyond this one are kept, but the list queries do not walk them.
@@ -62,22 +66,46 @@ private:
     void answerCached(const std::string& query, const std::string& plain, const SdrRepository* repository,
                       SymbolMap& result);
 
+    bool isToBeReadAnew(bool hasOne) const;
+    /// A repository that is there stands when the reading fails.
+    void readAnew(bool hasOne);
+    /// read_with_lock, or the copy on the disk.
+    void readOrLoad(const std::string& query, SymbolMap& result);
+
     struct Record {
         unsigned id = 0;
-        unsigned next = 0;
+        unsigned next = 0xFFFF; ///< which is none
         Items bytes;
     };
     enum class Outcome { whole, unreadable, end, givenUp };
+    struct Reading {
+        SdrTexts records;
+        bool isWhole = true;
+    };
 
+    /// `most`: records after which a walk that has not come to an end is given up.
+    Reading walk(std::size_t most);
     bool reserve();
     /// `id` 0 is the first record's; another record in the answer's place ends the walk.
     Outcome readRecord(unsigned id, Record& record);
+    /// readRecord; once there are `others` a failing interface costs this record only.
+    Outcome tryRecord(unsigned id, Record& record, bool others);
+    /// The record from its start: whole or as much as the controller gives at once, or its header.
+    Items fetchStart(unsigned recordId);
+    Items fetchWhole(unsigned recordId);
     /// Appends `length` bytes behind the header to `bytes`.
     Outcome readBody(unsigned recordId, std::size_t length, Items& bytes);
     /// The answer to Get SDR; it is no success after a hundred repeats.
     Items fetch(unsigned recordId, std::size_t offset, std::size_t length);
+    bool isWorthARepeat(const Items& answer);
     void pauseBefore(int repeat);
-    void keepList(const std::string& query, std::vector<std::string> names, SymbolMap& result, bool lock);
+    /// Goes on with pieces smaller than one that was refused; false if there are none.
+    bool stepDown(std::size_t refused);
+    std::size_t rememberedPiece() const;
+    void rememberPiece();
+    void keep(const Reading& got, const std::string& query, SymbolMap& result, bool lock);
+    void keepRecords(const SdrTexts& records, const std::string& query, SymbolMap& result, bool lock);
+    void leaveAlone(std::chrono::nanoseconds duration);
     void setCache(const std::string& key, const Symbol& value, bool lock);
 
     /// A subscript of the query, -1 if it was not given.
@@ -90,7 +118,10 @@ private:
 
     Interpreter* interpreter;
     _BMC_EXEC exec;
-    std::chrono::nanoseconds patience{}; ///< what is left of it for the reading under way
+    // Of the reading under way.
+    std::chrono::nanoseconds patience{}; ///< what is left of it
+    int repeatsLeft = 0;
+    std::size_t piece = 0; ///< which of the sizes of pieces is in use
 };
 
 } // namespace Module::BMCConfig

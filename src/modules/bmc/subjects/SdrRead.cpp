@@ -1,6 +1,8 @@
 #include "modules/bmc/subjects/Sdr.hpp"
 
 #include "common/Logger.hpp"
+#include "common/Policy.hpp"
+#include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Codes.hpp"
@@ -10,10 +12,9 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <mutex>
 #include <span>
 
-// Reading the BMC's repository into the cache.
+// Reading the BMC's repository.
 
 namespace Module::BMCConfig {
 
@@ -21,7 +22,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t pieceSize = 16; ///< below what every transport takes
+/// As bytes to read, this stands for the whole record (33.12).
+constexpr std::size_t wholeRecord = 0xFF;
+/// What is tried, one after the other; every transport and controller takes the last.
+constexpr std::size_t pieces[] = {wholeRecord, 64, 32, 16};
+constexpr std::size_t largestPart = 1, smallestPiece = std::size(pieces) - 1;
 constexpr std::size_t headerSize = ipmi::sdr::headerSize, recordLimit = 1024;
 constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, behind the completion code
 constexpr int repeatLimit = 100;
@@ -35,23 +40,30 @@ constexpr std::chrono::nanoseconds pauseStep = 198us, longestPatience = 1s;
 constexpr int lengthRefusals[] = {ipmi::completion::requestLengthInvalid, ipmi::completion::fieldLengthExceeded,
                                   ipmi::completion::parameterOutOfRange, ipmi::completion::tooManyBytesRequested};
 
+/// Of a controller that does not give so much at once.
+constexpr int pieceRefusals[] = {ipmi::completion::requestLengthInvalid, ipmi::completion::fieldLengthExceeded,
+                                 ipmi::completion::parameterOutOfRange,  ipmi::completion::tooManyBytesRequested,
+                                 ipmi::completion::invalidDataField,     ipmi::completion::unspecified};
+
 /// Of a controller that may give another answer a moment later. An empty repository, say, has nothing to wait for.
 constexpr int passingRefusals[] = {ipmi::completion::nodeBusy,        ipmi::completion::timeout,
                                    ipmi::completion::reservationLost, ipmi::completion::noResponse,
                                    ipmi::completion::sdrUpdating,     ipmi::completion::firmwareUpdating,
                                    ipmi::completion::initializing};
 
-/// The reservation, and the symbols that say what to read, serve one reading at a time.
-std::mutex reading;
-
 bool succeeded(const std::vector<std::string>& items)
 {
     return items.size() > 2 && items.front() == "0";
 }
 
+int codeOf(const std::vector<std::string>& items)
+{
+    return items.empty() ? 0 : static_cast<int>(Util::string_to_long(items.front(), 10));
+}
+
 bool isRefusedBy(std::span<const int> codes, const std::vector<std::string>& items)
 {
-    return !items.empty() && std::ranges::find(codes, Util::string_to_long(items.front(), 10)) != codes.end();
+    return !items.empty() && std::ranges::find(codes, codeOf(items)) != codes.end();
 }
 
 unsigned toRecordId(const std::string& low, const std::string& high)
@@ -66,72 +78,98 @@ std::string toHex(std::size_t value)
 
 } // namespace
 
-std::shared_ptr<const SdrRepository> Sdr::fill()
-{
-    if (auto repository = SdrRepository::current(exec))
-        return repository;
-    const std::lock_guard hold(reading);
-    if (auto repository = SdrRepository::current(exec)) // another thread has read it meanwhile
-        return repository;
-    SymbolMap local;
-    read_with_lock(sdrListKey, local);
-    return SdrRepository::current(exec);
-}
-
 void Sdr::read(const std::string& query, SymbolMap& result, bool lock)
 {
-    std::vector<std::string> names;
+    keep(walk(recordIds), query, result, lock);
+}
+
+Sdr::Reading Sdr::walk(std::size_t most)
+{
+    const bool keepsPart = common::policy().keepsPartialRepository;
     std::vector<bool> asked(recordIds);
     patience = longestPatience;
+    repeatsLeft = repeatLimit;
+    piece = rememberedPiece();
     bool more = reserve();
-    for (unsigned id = 0; more && !asked[id];) {
+    Reading got{.records = {}, .isWhole = more || !keepsPart};
+    for (unsigned id = 0; more && !asked[id] && got.records.size() < most;) {
         asked[id] = true;
         Record record;
-        const Outcome outcome = readRecord(id, record);
-        if (outcome == Outcome::givenUp) { // nothing goes to the cache: the next query reads anew
-            result[query] = Symbol(NODE_NONLEAF, {});
-            return;
-        }
+        const Outcome outcome = tryRecord(id, record, !got.records.empty());
         if (outcome == Outcome::end)
             break;
+        got.isWhole = got.isWhole && outcome != Outcome::givenUp;
+        if (outcome == Outcome::givenUp && !keepsPart)
+            break;
         asked[record.id] = true; // the first record goes by the id 0 too; a walk that comes back to it has come round
-        if (outcome == Outcome::whole) {
-            names.push_back(sdrPath(names.size() + 1));
-            setCache("GET:/" + names.back(), Symbol(" " + ipmi::hexBytes(ipmi::parseBytes(record.bytes))), lock);
-        }
+        if (outcome == Outcome::whole)
+            got.records.push_back(" " + ipmi::hexBytes(ipmi::parseBytes(record.bytes)));
         id = record.next;
         more = id != lastRecord;
     }
-    keepList(query, std::move(names), result, lock);
+    return got;
 }
 
-void Sdr::keepList(const std::string& query, std::vector<std::string> names, SymbolMap& result, bool lock)
+Sdr::Outcome Sdr::tryRecord(unsigned id, Record& record, bool others)
 {
-    const Symbol list(NODE_NONLEAF, std::move(names));
-    const Symbol count(std::to_string(list.size()));
-    setCache(sdrStampKey, Symbol(), lock);
-    setCache(sdrCountKey, count, lock);
-    setCache(query, list, lock); // last: whoever finds the list may rely on all else
-    result[sdrCountKey] = count;
-    result[query] = list;
+    try {
+        return readRecord(id, record);
+    } catch (const ResultStatus&) {
+        if (!others || !common::policy().keepsPartialRepository)
+            throw;
+        return Outcome::givenUp;
+    }
 }
 
 Sdr::Outcome Sdr::readRecord(unsigned id, Record& record)
 {
-    const Items header = fetch(id, 0, headerSize);
-    if (!succeeded(header))
+    const Items start = fetchStart(id);
+    if (!succeeded(start))
         return Outcome::givenUp;
-    if (header.size() < dataItem + headerSize)
+    if (start.size() < dataItem + headerSize)
         return Outcome::end;
-    record.bytes.assign(header.begin() + dataItem, header.begin() + dataItem + headerSize);
+    record.bytes.assign(start.begin() + dataItem, start.end());
     record.id = toRecordId(record.bytes[ipmi::sdr::id], record.bytes[ipmi::sdr::id + 1]);
-    record.next = toRecordId(header[nextIdItem], header[nextIdItem + 1]);
+    record.next = toRecordId(start[nextIdItem], start[nextIdItem + 1]);
     if (id != 0 && record.id != id)
         return Outcome::end;
-    const Outcome outcome = readBody(id, ipmi::parseByte(record.bytes[ipmi::sdr::length]), record.bytes);
+    const std::size_t length = ipmi::parseByte(record.bytes[ipmi::sdr::length]);
+    const std::size_t asked = pieces[piece] == wholeRecord ? headerSize + length : headerSize;
+    record.bytes.resize(std::min(record.bytes.size(), asked));
+    const Outcome outcome = readBody(id, length, record.bytes);
     if (outcome == Outcome::unreadable)
         HW_LOG(LOGGER::Category::First, "SDR %04X is not as long as it says, and is left out", id);
+    if (outcome == Outcome::whole)
+        rememberPiece();
     return outcome;
+}
+
+Sdr::Items Sdr::fetchStart(unsigned recordId)
+{
+    const std::size_t before = piece;
+    if (pieces[piece] == wholeRecord) {
+        Items whole = fetchWhole(recordId);
+        const bool tooShort = succeeded(whole) && whole.size() < dataItem + headerSize;
+        if (!whole.empty() && !tooShort && !isRefusedBy(pieceRefusals, whole))
+            return whole;
+        ++piece;
+    }
+    Items header = fetch(recordId, 0, headerSize);
+    if (!succeeded(header))
+        piece = before;
+    return header;
+}
+
+/// Nothing from a controller whose interface fails over its first whole record: smaller pieces may do.
+Sdr::Items Sdr::fetchWhole(unsigned recordId)
+{
+    try {
+        return fetch(recordId, 0, wholeRecord);
+    } catch (const ResultStatus&) {
+        if (Cache::instance().Get(sdrPieceKey, exec).size() > 0)
+            throw;
+        return {};
+    }
 }
 
 bool Sdr::reserve()
@@ -150,13 +188,21 @@ Sdr::Items Sdr::fetch(unsigned recordId, std::size_t offset, std::size_t length)
     symbols[$("/SDR/LEN")] = toHex(length);
     Items items;
     ipmi("GET://BMC/SDR/READ", items);
-    for (int repeat = 1; repeat <= repeatLimit && !succeeded(items); ++repeat) {
+    for (int repeat = 1; repeat <= repeatLimit && !succeeded(items) && isWorthARepeat(items); ++repeat) {
         if (isRefusedBy(passingRefusals, items))
             pauseBefore(repeat);
         reserve();
         ipmi("GET://BMC/SDR/READ", items);
     }
     return items;
+}
+
+/// A controller that is busy has been asked again on the road already.
+bool Sdr::isWorthARepeat(const Items& answer)
+{
+    if (!common::policy().limitsSdrRepeats)
+        return true;
+    return isRefusedBy(passingRefusals, answer) && !ipmi::isBusy(codeOf(answer)) && repeatsLeft-- > 0;
 }
 
 void Sdr::pauseBefore(int repeat)
@@ -169,14 +215,19 @@ void Sdr::pauseBefore(int repeat)
 
 Sdr::Outcome Sdr::readBody(unsigned recordId, std::size_t length, Items& bytes)
 {
+    const std::size_t before = piece;
     const std::size_t wanted = headerSize + std::min(length, recordLimit - headerSize);
     while (bytes.size() < wanted) {
-        const std::size_t piece = std::min(pieceSize, wanted - bytes.size());
-        const Items items = fetch(recordId, bytes.size(), piece);
-        if (!succeeded(items))
+        const std::size_t size = std::min(pieces[std::max(piece, largestPart)], wanted - bytes.size());
+        const Items items = fetch(recordId, bytes.size(), size);
+        if (!succeeded(items) && isRefusedBy(pieceRefusals, items) && stepDown(size))
+            continue;
+        if (!succeeded(items)) {
+            piece = before;
             return isRefusedBy(lengthRefusals, items) ? Outcome::unreadable : Outcome::givenUp;
+        }
         // A piece may come short: the next begins where it ends. An empty one ends the record.
-        const std::size_t got = std::min(piece, items.size() - dataItem);
+        const std::size_t got = std::min(size, items.size() - dataItem);
         if (got == 0)
             break;
         bytes.insert(bytes.end(), items.begin() + dataItem,
@@ -185,10 +236,28 @@ Sdr::Outcome Sdr::readBody(unsigned recordId, std::size_t length, Items& bytes)
     return Outcome::whole;
 }
 
-void Sdr::setCache(const std::string& key, const Symbol& value, bool lock)
+bool Sdr::stepDown(std::size_t refused)
 {
-    HW_LOG(LOGGER::Category::Third, "Calling cHSet from %s @%d", __func__, __LINE__);
-    Cache::instance().Set(key, value, exec, lock);
+    const auto smaller = std::find_if(std::begin(pieces) + static_cast<std::ptrdiff_t>(piece), std::end(pieces),
+                                      [=](std::size_t size) { return size < refused; });
+    if (smaller == std::end(pieces))
+        return false;
+    piece = static_cast<std::size_t>(smaller - std::begin(pieces));
+    return true;
+}
+
+std::size_t Sdr::rememberedPiece() const
+{
+    if (!common::policy().readsLargePieces)
+        return smallestPiece;
+    const Symbol known = Cache::instance().Get(sdrPieceKey, exec);
+    return known.size() == 0 ? 0 : static_cast<std::size_t>(Util::string_to_long(known.text(), 10));
+}
+
+void Sdr::rememberPiece()
+{
+    if (common::policy().readsLargePieces && Cache::instance().Get(sdrPieceKey, exec).text() != std::to_string(piece))
+        setCache(sdrPieceKey, Symbol(std::to_string(piece)), true);
 }
 
 } // namespace Module::BMCConfig

@@ -1,8 +1,11 @@
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
 #include "common/Logger.hpp"
+#include "common/Policy.hpp"
+#include "common/Seams.hpp"
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
+#include "modules/bmc/subjects/SdrState.hpp"
 
 #include <map>
 #include <mutex>
@@ -44,6 +47,11 @@ std::shared_ptr<const SdrRepository> decode(_BMC_EXEC exec, std::string stamp)
 
 } // namespace
 
+bool hasCome(const std::string& moment)
+{
+    return std::chrono::nanoseconds(::current<Clock>().steady().time_since_epoch()).count() >= std::stoll(moment);
+}
+
 std::string sdrPath(std::size_t number)
 {
     return "/BMC/SDR[" + std::to_string(number) + "]";
@@ -72,6 +80,22 @@ std::shared_ptr<const SdrRepository> SdrRepository::current(_BMC_EXEC exec)
     last = decode(exec, std::to_string(++memory.made));
     Cache::instance().Set(sdrStampKey, Symbol(last->stamp), exec, true);
     return last;
+}
+
+bool SdrRepository::changed(_BMC_EXEC exec)
+{
+    if (!common::policy().followsRepository || look(sdrListKey, exec).size() == 0)
+        return false;
+    const std::string due = look(sdrRetryKey, exec).text(), mark = look(sdrMarkKey, exec).text();
+    if (!due.empty() ? !hasCome(due) : mark.empty())
+        return false;
+    if (due.empty()) {
+        const std::optional<SdrState> state = readSdrState();
+        if (!state || state->mark == mark)
+            return false;
+    }
+    Cache::instance().Set(sdrAnewKey, Symbol("1"), exec, true);
+    return true;
 }
 
 } // namespace Module::BMCConfig
