@@ -28,7 +28,9 @@ inline constexpr std::uint8_t setSensorThresholds = 0x26, getSensorThresholds = 
 // Application (20 and 22).
 inline constexpr std::uint8_t getDeviceId = 0x01, getSelfTestResults = 0x04, getAcpiPowerState = 0x07,
                               getMessage = 0x33, sendMessage = 0x34, getSystemGuid = 0x37, setChannelAccess = 0x40,
-                              getChannelAccess = 0x41, getChannelInfo = 0x42, masterWriteRead = 0x52;
+                              getChannelAccess = 0x41, getChannelInfo = 0x42, setUserAccess = 0x43,
+                              getUserAccess = 0x44, setUserName = 0x45, getUserName = 0x46, setUserPassword = 0x47,
+                              setUserPayloadAccess = 0x4C, getUserPayloadAccess = 0x4D, masterWriteRead = 0x52;
 
 // Storage: inventory (34), sensor data repository (33), event log (31).
 inline constexpr std::uint8_t getFruInventoryAreaInfo = 0x10, readFruData = 0x11, writeFruData = 0x12;
@@ -39,7 +41,8 @@ inline constexpr std::uint8_t getSelInfo = 0x40, reserveSel = 0x42, getSelEntry 
                               getSelTime = 0x48;
 
 // LAN and serial over LAN (23 and 26).
-inline constexpr std::uint8_t setLanConfiguration = 0x01, getLanConfiguration = 0x02;
+inline constexpr std::uint8_t setLanConfiguration = 0x01, getLanConfiguration = 0x02, setSolConfiguration = 0x21,
+                              getSolConfiguration = 0x22;
 
 // The manufacturer's own, under `firmware` (1 to 0Fh) and the two OEM functions.
 inline constexpr std::uint8_t programData = 0x01, satelliteReset = 0x04, programSegment = 0x05,

@@ -21,10 +21,11 @@ void fill(Stores& stores)
 }
 
 constexpr ConfigClass configClasses[] = {
-    {BMC_CONFIG, fill<BmcConfig>},       {LAN_CONFIG, fill<LanConfig>},         {CHANNEL_CONFIG, fill<ChannelConfig>},
-    {SMBIOS_CONFIG, fill<SmbiosConfig>}, {IPMI_CONFIG, fill<IpmiConfig>},       {INFO_CONFIG, fill<InfoConfig>},
-    {SDR_CONFIG, fill<SdrConfig>},       {CHASSIS_CONFIG, fill<ChassisConfig>}, {FRU_CONFIG, fill<FruConfig>},
-    {SEL_CONFIG, fill<SelConfig>},       {SENSOR_CONFIG, fill<SensorConfig>},
+    {BMC_CONFIG, fill<BmcConfig>},         {SOL_CONFIG, fill<SolConfig>},         {USER_CONFIG, fill<UserConfig>},
+    {LAN_CONFIG, fill<LanConfig>},         {CHANNEL_CONFIG, fill<ChannelConfig>}, {SMBIOS_CONFIG, fill<SmbiosConfig>},
+    {IPMI_CONFIG, fill<IpmiConfig>},       {INFO_CONFIG, fill<InfoConfig>},       {SDR_CONFIG, fill<SdrConfig>},
+    {CHASSIS_CONFIG, fill<ChassisConfig>}, {FRU_CONFIG, fill<FruConfig>},         {SEL_CONFIG, fill<SelConfig>},
+    {SENSOR_CONFIG, fill<SensorConfig>},
 };
 
 std::shared_ptr<const Stores> build(unsigned long mask)

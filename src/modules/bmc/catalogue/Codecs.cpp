@@ -1,6 +1,7 @@
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/catalogue/Fields.hpp"
 
+#include <algorithm>
 #include <bit>
 
 // The two ways between a setting's text and its bytes.
@@ -64,7 +65,8 @@ Steps encodeNumber(const std::string& symbol, const Field& field)
                                                Copy(":NULL", symbol),
                                                Append("$LOW", "$HIGH", symbol),
                                            });
-    const std::string high = std::to_string(field.high);
+    const unsigned most = field.count == 1 ? field.mask >> std::countr_zero(field.mask) : field.high;
+    const std::string high = std::to_string(std::min(field.high, most));
     return script({
         field.rangeError ? If(symbol + " > " + high, {Throw(field.rangeError)}) : Steps{},
         Assert(symbol, "RANGE_CHECK", std::to_string(field.low), high, "$ASSERT_VALUE"),

@@ -20,6 +20,8 @@ HW_CONFIG_CLASS(SdrConfig)
 HW_CONFIG_CLASS(SelConfig)
 HW_CONFIG_CLASS(SensorConfig)
 HW_CONFIG_CLASS(SmbiosConfig)
+HW_CONFIG_CLASS(SolConfig)
+HW_CONFIG_CLASS(UserConfig)
 #undef HW_CONFIG_CLASS
 
 } // namespace Module::BMCConfig

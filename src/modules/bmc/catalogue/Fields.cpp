@@ -32,6 +32,11 @@ std::string symbolOf(const Field& field)
     return std::string("$") + (field.parameter ? field.parameter : field.name);
 }
 
+std::string lastToken(const std::string& path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
 bool fills(const Record& record, const Field& field)
 {
     return field.count == record.size && field.mask == wholeByte;
@@ -170,6 +175,7 @@ Script writeScript(const Stores& stores, const Record& record, const Field& fiel
         begin,
         readRecord(record, field.setError),
         replace(field),
+        record.finish ? record.finish() : Steps{},
         sendOrThrow(setKey(record.set), field.setError),
     });
 }
@@ -286,8 +292,9 @@ void addConfigure(Stores& stores, const char* parent, const char* path, const ch
     std::vector<std::string> all;
     Steps write;
     for (const std::string& name : Util::split(names, " ")) {
-        all.push_back("$" + name);
-        write = script({write, String_Length("$" + name, "$LENGTH"),
+        const std::string value = "$" + lastToken(name);
+        all.push_back(value);
+        write = script({write, String_Length(value, "$LENGTH"),
                         If("$LENGTH > 0", {Template(setKey(std::string(parent) + "/" + name))})});
     }
     all.emplace_back("$GIVEN");
@@ -302,7 +309,7 @@ void addProfile(Stores& stores, const char* parent, const char* path, const char
     for (const std::string& name : Util::split(names, " "))
         read = script({read, Template_with_Catch(getKey(std::string(parent) + "/" + name)),
                        If("$RESULT != FAILURE AND $RESULT != NOT_SUPPORTED",
-                          {FormatString(name + "=", "$RESULT", "$ITEM"), Append("$ITEM", "$ITEMS")})});
+                          {FormatString(lastToken(name) + "=", "$RESULT", "$ITEM"), Append("$ITEM", "$ITEMS")})});
     addTemplate(stores, getKey(path),
                 script({read, Size("$ITEMS", "$SIZE"), If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
                         Join("$ITEMS", ";", "$RESULT"), Return("$RESULT")}));

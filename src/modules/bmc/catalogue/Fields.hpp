@@ -37,7 +37,8 @@ struct Record {
                                       ///< "NOT_SUPPORTED", as do commands that it does not know at all
     const char* kind = nullptr; ///< of a record of several layouts "BYTE MASK VALUE", as in "1 F0 0": what has another
                                 ///< value there reads as "NONE", and is not written over
-    bool mayEndEarly = false;   ///< a reply that ends before a field reads as "NOT_SUPPORTED"
+    steps::Steps (*finish)() = nullptr; ///< makes the write packet's own operands of $RECORD
+    bool mayEndEarly = false;           ///< a reply that ends before a field reads as "NOT_SUPPORTED"
 };
 
 /// A part of a record.
@@ -47,7 +48,7 @@ struct Field {
     Codec codec = Codec::raw;
     unsigned mask = 0xFF;         ///< of a single byte; what lies beside it stays as it is
     const char* table = "FLAG";   ///< of words: DISABLE and ENABLE unless given
-    unsigned low = 0, high = 255; ///< of numbers
+    unsigned low = 0, high = 255; ///< of numbers; no more than the mask holds
     Access access = Access::readWrite;
     const char* getError = "$COMPLETION_CODE";
     const char* setError = "$COMPLETION_CODE";
@@ -97,7 +98,8 @@ void addParameterPackets(Stores& stores, const ParameterFamily& family, const ch
                          const char* set);
 
 /// Templates of two further paths over a list of settings below `parent`, names separated by blanks. SET of `path`
-/// writes, in the list's order, those that the caller gives as parameters; each checks its value before it is sent.
+/// writes, in the list's order, those whose last token the caller gives as a parameter; each checks its value before it
+/// is sent.
 void addConfigure(Stores& stores, const char* parent, const char* path, const char* names);
 /// The same, and a GET of `path` that reads them all as one text "NAME=VALUE;NAME=VALUE", those left out that the
 /// machine lacks.

@@ -66,6 +66,12 @@ std::string nameOfCompletion(const std::string& code)
     return "IPMI_RESPONSE_ERROR";
 }
 
+/// Packets that carry a password say so in their names.
+bool holdsSecret(const std::string& packet)
+{
+    return packet.find("PASSWORD") != std::string::npos;
+}
+
 bool isSatellite(const Texts& tokens)
 {
     const long address = tokens.empty() ? 0 : std::strtol(tokens.front().c_str(), nullptr, 16);
@@ -105,7 +111,7 @@ int Interpreter::Evaluate_IPMI(const Function& function)
 void Interpreter::logRequest(const std::string& packet, const std::string& request)
 {
     HW_LOG(LOGGER::Category::First, "Query = %s", packet.c_str());
-    if (packet.find("PASSWORD") == std::string::npos)
+    if (!holdsSecret(packet))
         HW_LOG(LOGGER::Category::First, "\tIPMI Request = %s", request.c_str());
 }
 
@@ -114,7 +120,14 @@ std::string Interpreter::exchange(const std::string& packet, const std::string& 
     logRequest(packet, request);
     const common::Stopwatch watch;
     Texts reply;
-    execIPMICommand(request, reply);
+    try {
+        execIPMICommand(request, reply);
+    } catch (const ResultStatus& status) {
+        // the detail of a failed exchange is the request
+        if (holdsSecret(packet))
+            throwError(static_cast<unsigned short>(status.begin()->mErrorCode), packet, COMMAND_SET);
+        throw;
+    }
     std::string text = Util::upcase(Util::join(reply, " "));
     HW_LOG(LOGGER::Category::First, "\tIPMI Response = %s, %d msec", text.c_str(), watch.milliseconds());
     return text;
