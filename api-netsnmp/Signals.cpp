@@ -2,6 +2,7 @@
 
 #include "client/door/Functions.hpp"
 #include "common/Bell.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "common/Stopwatch.hpp"
 
@@ -24,6 +25,9 @@ std::atomic<bool> pipeBroken = false;
 std::atomic<bool> doorbellRung = false;
 std::atomic<bool> eventThreadIsWoken = false;
 std::atomic<int> keep_running = 0;
+std::atomic<bool> anyStopCaught = false;
+std::atomic<bool> stopEndsStart = false;
+bool stopsAreQuick = false;
 common::Bell eventBell;
 
 // A stop that hangs in the controller or in a master agent that does not answer must not keep the process: this much
@@ -107,8 +111,11 @@ void stop_server(int sig)
     for (StopSignal& stop : stopSignals)
         if (stop.number == sig)
             stop.caught = true;
+    anyStopCaught = true;
     if (keep_running)
         startStopTimer();
+    else if (stopEndsStart)
+        leaveAtOnce(sig);
     common::loopBell().ring();
 }
 
@@ -154,10 +161,30 @@ void serveSignals()
         printLocalTime("SIGPIPE signal received at: ");
 }
 
+void beginStart()
+{
+    stopsAreQuick = common::policy().stopsDuringStart;
+    stopEndsStart = stopsAreQuick;
+    if (stopEndsStart && anyStopCaught)
+        leaveAtOnce(SIGTERM);
+}
+
+std::chrono::milliseconds stopPatience()
+{
+    using namespace std::chrono_literals;
+    return stopsAreQuick ? 500ms : 3000ms;
+}
+
+bool stopWasCaught()
+{
+    return anyStopCaught;
+}
+
 void startRunning()
 {
     serveSignals();
     keep_running = 1;
+    stopEndsStart = false;
 }
 
 bool isRunning()

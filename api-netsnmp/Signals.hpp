@@ -29,6 +29,17 @@ void openBells();
 /// Does what the stop signals and SIGPIPE ask for, with their messages to stderr. Main thread.
 void serveSignals();
 
+/// Where the policy lets a stop signal end a start: from now on it does so, with status 0, until the loop runs; as one
+/// does that has come already. Called in the daemon.
+void beginStart();
+
+/// How long a stop waits for threads that may be in an exchange with the controller. Short where a stop may come while
+/// the hardware is read for the first time.
+std::chrono::milliseconds stopPatience();
+
+/// Whether a stop signal ever came to this process.
+bool stopWasCaught();
+
 /// Lets the loop run. What was caught before is served and then forgotten: only a stop signal that comes later counts.
 void startRunning();
 bool isRunning();

@@ -13,10 +13,7 @@
 #include <unistd.h>
 
 namespace {
-using namespace std::chrono_literals;
-
 constexpr char applicationName[] = "hwAgent";
-constexpr auto threadPatience = 3s;
 
 constexpr void (*registrations[])() = {
     init_systemManagementSoftwareGroup,
@@ -84,7 +81,7 @@ int agentx_loop()
         agent_check_and_process(1);
         agent::serveSignals();
     }
-    const bool alone = agent::endThreads(threadPatience);
+    const bool alone = agent::endThreads(agent::stopPatience());
     mib::sendQueuedTraps();
     client::events::keepMark();
     snmp_shutdown(applicationName);

@@ -9,10 +9,12 @@ int main()
 {
     agent::openStandardDescriptors();
     common::loadPolicy();
-    agent::tellExhaustion();
+    agent::checkResources();
+    agent::refuseSecondAgent();
     agent::raiseStackLimit();
     agent::installSignalHandlers();
     daemonize();
+    agent::beginStart();
     agent::openBells();
     snmp_enable_stderrlog();
     agent::openLogFile();

@@ -1,5 +1,7 @@
 #include "api-netsnmp/Process.hpp"
 #include "api-netsnmp/Signals.hpp"
+#include "common/Policy.hpp"
+#include "tests/support/FakeClock.hpp"
 #include "tests/support/TempRoot.hpp"
 
 #include <gmock/gmock.h>
@@ -17,6 +19,7 @@
 
 namespace {
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 std::string contents(const fs::path& path)
 {
@@ -88,6 +91,56 @@ TEST(Process, WhatTheAgentWillLackIsSaid)
     EXPECT_THAT(exhaustionUnder(RLIMIT_FSIZE, 0), testing::StartsWith("hwAgent: no named semaphores"));
 }
 
+TEST(Process, WhatTheAgentWillLackEndsItByThePolicyAlone)
+{
+    for (const bool ends : {false, true}) {
+        const common::ScopedPolicy policy({.endsWithoutResources = ends});
+        for (const rlim_t descriptors : {10, 1024})
+            EXPECT_EQ(exitStatusOf([descriptors] {
+                          rlimit limit{};
+                          getrlimit(RLIMIT_NOFILE, &limit);
+                          limit.rlim_cur = descriptors;
+                          setrlimit(RLIMIT_NOFILE, &limit);
+                          close(STDERR_FILENO);
+                          agent::checkResources();
+                          return 7;
+                      }),
+                      ends && descriptors == 10 ? 1 : 7);
+    }
+}
+
+TEST(Process, ASecondAgentIsRefusedByALockThatNobodyElseCanTake)
+{
+    TempRoot root;
+    const fs::path path = root.write(agent::lockFile, "");
+    fs::remove(path);
+    const auto statusOfAgent = [] {
+        return exitStatusOf([] {
+            close(STDERR_FILENO);
+            agent::refuseSecondAgent();
+            return 7;
+        });
+    };
+    const auto lock = [&] {
+        const int holder = open(path.c_str(), O_RDWR | O_CREAT, 0600);
+        flock(holder, LOCK_EX);
+        return holder;
+    };
+    int holder = lock();
+    EXPECT_EQ(statusOfAgent(), 7);
+    close(holder);
+    fs::remove(path);
+    const common::ScopedPolicy policy({.refusesSecondAgent = true});
+    EXPECT_EQ(statusOfAgent(), 7);
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0600));
+    holder = lock();
+    EXPECT_EQ(statusOfAgent(), 1);
+    close(holder);
+    EXPECT_EQ(statusOfAgent(), 7);
+    fs::remove_all(path.parent_path());
+    EXPECT_EQ(statusOfAgent(), 7);
+}
+
 TEST(Process, PidFileIsMadeReadableForAll)
 {
     TempRoot root;
@@ -140,6 +193,56 @@ TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
     const fs::path stranger = root.write(agent::agentExecutable, "#!/bin/sh\nexit 42\n");
     fs::permissions(stranger, fs::perms(0755));
     EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
+}
+
+/// What the watcher before said, how long the daemon ran, and the pause until the agent starts again.
+struct Crash {
+    const char* pauseBefore;
+    std::chrono::seconds life;
+    int pause;
+};
+
+TEST(ProcessDeathTest, ByThePolicyPausesGrowFromCrashToCrash)
+{
+    TempRoot root;
+    FakeClock clock;
+    const ScopedSeam<Clock> useClock(clock);
+    const common::ScopedPolicy policy({.backsOffCrashes = true});
+    const fs::path stranger = root.write(agent::agentExecutable, "#!/bin/sh\nexit $HWAGENT_CRASH_PAUSE\n");
+    fs::permissions(stranger, fs::perms(0755));
+    constexpr Crash crashes[] = {{nullptr, 5s, 1}, {"1", 5s, 2},   {"2", 5s, 4},  {"32", 59s, 60},
+                                 {"60", 0s, 60},   {"60", 61s, 1}, {"-7", 1s, 1}, {"99999999999999", 1s, 60}};
+    for (const Crash& crash : crashes) {
+        if (crash.pauseBefore)
+            setenv(agent::crashPauseVariable, crash.pauseBefore, 1);
+        for (const int sig : {SIGSEGV, SIGKILL, SIGFPE})
+            EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, sig), crash.life), testing::ExitedWithCode(crash.pause),
+                        "ended by signal " + std::to_string(sig) + ", starts again in " + std::to_string(crash.pause) +
+                            " s");
+    }
+    unsetenv(agent::crashPauseVariable);
+    EXPECT_EXIT(agent::endWatch(W_EXITCODE(3, 0)), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT((stop_server(SIGTERM), agent::endWatch(W_EXITCODE(0, SIGSEGV))), testing::ExitedWithCode(0), "");
+}
+
+TEST(Signals, ByThePolicyAStopEndsAStart)
+{
+    const auto startWith = [](auto signal) {
+        return exitStatusOf([&] {
+            close(STDERR_FILENO);
+            signal();
+            return 7;
+        });
+    };
+    const auto inStart = [] { agent::beginStart(), stop_server(SIGTERM); };
+    const auto beforeStart = [] { stop_server(SIGHUP), agent::beginStart(); };
+    const auto behindStart = [] { agent::beginStart(), agent::startRunning(), stop_server(SIGTERM); };
+    EXPECT_EQ(startWith(inStart), 7);
+    EXPECT_EQ(startWith(beforeStart), 7);
+    const common::ScopedPolicy policy({.stopsDuringStart = true});
+    EXPECT_EQ(startWith(inStart), 0);
+    EXPECT_EQ(startWith(beforeStart), 0);
+    EXPECT_EQ(startWith(behindStart), 7);
 }
 
 TEST(Signals, StopCountsOnlyOnceTheLoopMayRun)

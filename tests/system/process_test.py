@@ -12,6 +12,7 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import COMMUNITY, ENTERPRISE, PID_FILE, ROOT, Agent, MasterAgent, Simulator
+from hwtools.faultline import Fault, FaultLine
 from hwtools.mibtable import OBJECTS, dotted
 from hwtools.processes import is_running, tail, wait_until
 
@@ -57,8 +58,10 @@ class Bench(unittest.TestCase):
             cls.master = bench.enter_context(MasterAgent(cls.folder / "master"))
             cls.addClassCleanup(bench.pop_all().close)
 
+    CONFIGURATION = None  # the shipped one
+
     def start_agent(self, name="agent", served=True):
-        agent = Agent(self.folder / f"{self._testMethodName}-{name}", self.simulator, self.master)
+        agent = Agent(self.folder / f"{self._testMethodName}-{name}", self.simulator, self.master, self.CONFIGURATION)
         agent.folder.mkdir()
         agent.prepare()
         self.addCleanup(agent.stop)
@@ -129,7 +132,9 @@ class Requests(Bench):
 
 
 class Life(Bench):
-    """Starts and ends of the process."""
+    """Starts and ends of the process, plainly."""
+
+    CONFIGURATION = "practical = 0\n"
 
     def test_a_stop_signal_ends_daemon_and_watcher_with_status_zero(self):
         for sign in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
@@ -176,6 +181,70 @@ class Life(Bench):
         subprocess.run(["sh", "-c", f"exec {agent.executable} <&- >&- 2>&-"], env=agent.environment(), check=True)
         agent.wait_served()
         self.assertEqual((agent.root / PID_FILE.lstrip("/")).read_text(), f"{agent.pid}\n")
+
+
+class PracticalLife(Bench):
+    """Starts and ends where the agent is to serve, whatever happens."""
+
+    CONFIGURATION = "practical = 1\ndebugEnabled = 1\n"
+
+    def run_again(self, agent, *prefix):
+        """Starts the same agent another time; (status, what it says)."""
+        done = subprocess.run([*prefix, str(agent.executable)], env=agent.environment(), stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, timeout=20)
+        return done.returncode, done.stderr
+
+    def log(self, agent):
+        return (agent.folder / "agent.log").read_text(encoding="latin-1")
+
+    def test_a_stop_at_any_moment_of_a_start_ends_it_within_a_second(self):
+        with FaultLine(self.simulator) as line:
+            for delay in (0, 0.5):
+                for moment in (0, 0.01, 0.05, 0.2, 1):
+                    with self.subTest(delay=delay, moment=moment), line.faulty(Fault(delay=delay)):
+                        agent = Agent(self.folder / f"stopped-{delay}-{moment}", line, self.master, self.CONFIGURATION)
+                        agent.folder.mkdir()
+                        agent.prepare()
+                        self.addCleanup(agent.stop)
+                        agent.start()
+                        time.sleep(moment)
+                        self.assertEqual(end_by(agent, signal.SIGTERM, 1.5), 0)
+
+    def test_a_second_agent_leaves_with_a_message(self):
+        agent = self.start_agent()
+        daemon = agent.pid
+        status, said = self.run_again(agent)
+        self.assertEqual((status, said), (1, "hwAgent: another agent runs already\n"))
+        self.assertEqual(agent.pid, daemon)
+        self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
+        self.assertEqual(end_by(agent, signal.SIGTERM), 0)
+        agent.start()
+        agent.wait_served()
+
+    def test_crashes_and_kills_are_answered_with_growing_pauses_that_a_stop_ends(self):
+        agent = self.start_agent()
+        for sign, pause in ((signal.SIGKILL, 1), (signal.SIGSEGV, 2)):
+            old = agent.pid
+            os.kill(old, sign)
+            wait_until(lambda: agent.pid != old, pause + 5, "a new pid", 0.02)
+            self.assertIn(f"ended by signal {sign}, starts again in {pause} s", self.log(agent))
+            agent.wait_served()
+        watcher = agent.watcher
+        os.kill(agent.pid, signal.SIGABRT)
+        wait_until(lambda: "starts again in 4 s" in self.log(agent), 5, "the pause", 0.02)
+        os.kill(watcher, signal.SIGTERM)
+        wait_until(lambda: not is_running(watcher), 1, "the watcher's end", 0.02)
+        self.assertEqual(agent.processes(), [])
+
+    def test_what_is_missing_ends_the_start_with_a_message(self):
+        agent = self.start_agent()
+        end_by(agent, signal.SIGTERM)
+        for limit, said in (("--nofile=8", "too few file descriptors"), ("--as=80000000", "too little memory")):
+            with self.subTest(limit):
+                status, text = self.run_again(agent, "prlimit", limit)
+                self.assertEqual(status, 1)
+                self.assertIn(f"hwAgent: {said}: ", text)
+                self.assertEqual(agent.processes(), [])
 
 
 class MasterFaults(Bench):

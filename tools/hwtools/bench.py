@@ -19,6 +19,7 @@ ROOT = Path(__file__).resolve().parents[2]
 AGENT_HOME = "/usr/local/hwagent"
 TRANSLATIONS = "/usr/local/share/morvandale"
 PID_FILE = "/var/run/hwagentd.pid"
+LOCK_FILE = "/var/run/hwagentd.lock"
 STATE_FOLDER = "/var/lib/hwagent"
 COMMUNITY = "public"
 ENTERPRISE = "1.3.6.1.4.1.44444"
@@ -155,6 +156,7 @@ class Agent:
 
         place(AGENT_HOME + "/conf/hwagent.conf", self.configuration.encode())
         place(PID_FILE, b"")
+        place(LOCK_FILE, b"")
         place("/dev/mem", self.simulator.board.smbios.image())
         state = self.root / STATE_FOLDER.lstrip("/")
         state.mkdir(parents=True, exist_ok=True)
