@@ -21,9 +21,11 @@ inline constexpr std::uint8_t getChassisCapabilities = 0x00, getChassisStatus = 
                               chassisIdentify = 0x04, setPowerRestorePolicy = 0x06, getSystemRestartCause = 0x07,
                               setSystemBootOptions = 0x08, getSystemBootOptions = 0x09, setFrontPanelEnables = 0x0A;
 
-// Sensor and event (35).
-inline constexpr std::uint8_t setSensorThresholds = 0x26, getSensorThresholds = 0x27, setSensorEventEnable = 0x28,
-                              getSensorEventEnable = 0x29, rearmSensorEvents = 0x2A, getSensorReading = 0x2D;
+// Sensor and event (35), event filtering (30).
+inline constexpr std::uint8_t getPefCapabilities = 0x10, setPefConfiguration = 0x12, getPefConfiguration = 0x13,
+                              alertImmediate = 0x16, petAcknowledge = 0x17, setSensorThresholds = 0x26,
+                              getSensorThresholds = 0x27, setSensorEventEnable = 0x28, getSensorEventEnable = 0x29,
+                              rearmSensorEvents = 0x2A, getSensorReading = 0x2D;
 
 // Application (20 and 22).
 inline constexpr std::uint8_t getDeviceId = 0x01, getSelfTestResults = 0x04, getAcpiPowerState = 0x07,
@@ -45,8 +47,9 @@ inline constexpr std::uint8_t setLanConfiguration = 0x01, getLanConfiguration = 
                               getSolConfiguration = 0x22;
 
 // The manufacturer's own, under `firmware` (1 to 0Fh) and the two OEM functions.
-inline constexpr std::uint8_t programData = 0x01, satelliteReset = 0x04, programSegment = 0x05,
-                              getFirmwareUpdateStatus = 0x0F, writeToArea = 0xA2;
+inline constexpr std::uint8_t enterFirmwareTransfer = 0x00, programData = 0x01, satelliteReset = 0x04,
+                              programSegment = 0x05, exitFirmwareTransfer = 0x03, getFirmwareUpdateStatus = 0x0F,
+                              writeToArea = 0xA2;
 inline constexpr std::uint8_t extendedSelInfo = 0x20, smbiosRegionStatus = 0x20, extendedSelAllocationInfo = 0x21,
                               extendedSelEntry = 0x23, readSmbiosRegion = 0x23, getAdvancedSupport = 0x5A,
                               getAddInSupport = 0x5B, getBufferSize = 0x5C, controlSdrConfiguration = 0x70,

@@ -63,6 +63,7 @@ const std::map<std::string, std::string> parameters = {
     {"GET://BMC/LAN/DHCP_HOSTNAME", "$CHANNEL $HOSTNAME_PARAMETER"},
     {"GET://BMC/LAN/RESOLVE_MAC_ADDRESS", "$IP"},
     {"GET://BMC/LAN/SMTPCONFIG", "$CHANNEL $SMTP_PARAMETER"},
+    {"GET://BMC/PEF/DATA", "$SELECTOR $SET $BLOCK"},
     {"GET://BMC/SDR/CFG_READ", "$CONTROL $FILE_OFFSET $FILE_LENGTH"},
     {"GET://BMC/SMBIOS/READ", "$DATA_REGION $READ_COUNT $OFFSET_LS $OFFSET_MS"},
     {"GET://BMC/SMBIOS/REGION_STATUS", "$DATA_REGION"},
@@ -78,6 +79,12 @@ const std::map<std::string, std::string> parameters = {
                                     "$SENDTHRESHOLD $COUNT $INTERVAL $BAUDRATESERIAL"},
     {"SET://BMC/USER[]/CHANNEL[]/SCF", "$PRIVILEGE $CALLBACK $IPMI_AUTHENTICATION"},
     {"SET://BMC/USER[]/SCF", "$NAME $STATUS"},
+    {"SET://BMC/CONTROLLER[]/MODE", "$FORCE"},
+    {"SET://BMC/PEF/FILTER[]",
+     "$STATUS $ACTION $POLICY_NUMBER $EVENT_SEVERITY $GENID1 $GENID2 $SENSOR_TYPE $SENSOR_NUMBER $TRIGGER $EVENT_MASK0 "
+     "$EVENT_MASK1 $EVENT_ANDMASK $MISC"},
+    {"SET://BMC/PEF/POLICY[]",
+     "$NUMBER $STATUS $POLICY_TYPE $CHANNEL_NUMBER $DESTINATION_NUMBER $ALERT $ALERT_STRING_KEY"},
     {"SET://BMC/SDR/ADD_PARTIAL", "$RECORD_LS $RECORD_MS $RECORD_OFFSET $PARTIAL_ADD_PROGRESS $DATA"},
     {"SET://BMC/SDR/CFG_CONTROL", "$CONTROL"},
     {"SET://BMC/SDR/CFG_MANAGEMENT", "$CONTROL"},
@@ -297,7 +304,7 @@ bool isConstant(const std::string& name)
 /// Whether the packet reads: target, network function, LUN, command, data.
 bool hasTheShapeOfARequest(const std::vector<std::string>& packet)
 {
-    const Names targets = {"$DEVICE_ID_NUMBER", "$/BMC/SENSOR_OWNER"}; // beside the constants
+    const Names targets = {"$CONTROLLER_NUMBER", "$DEVICE_ID_NUMBER", "$/BMC/SENSOR_OWNER"}; // beside the constants
     if (packet.size() < 4)
         return false;
     const bool head = (targets.contains(packet[0]) || packet[0].ends_with("_ADDRESS")) &&
@@ -389,6 +396,11 @@ TEST(Catalogue, EveryBranchNamesAllItsChildren)
         "GET://BMC/LAN[]/ALERT/DESTINATION[]/INFO",
         "GET://BMC/LAN[]/ALERT/DESTINATION[]/SCF",
         "GET://BMC/LAN[]/ALERT/IP",
+        "GET://BMC/PEF/CAPABILITIES",
+        "GET://BMC/PEF/DATA",
+        "GET://BMC/PEF/FILTER[]/RAW",
+        "GET://BMC/PEF/INFO_CAPABILITIES",
+        "GET://BMC/PEF/POLICY[]/RAW",
         "GET://BMC/SOL/CHANNEL[]/SCF",
         "GET://BMC/USER[]/CHANNEL[]/SCF",
         "GET://BMC/USER[]/NAPX_INFO",
@@ -550,7 +562,8 @@ TEST(Catalogue, NoLocalIsReadBeforeItIsWritten)
         for (const Function& step : *program) {
             const Effect effect = effectOf(step);
             for (const std::string& name : effect.reads)
-                if (isSymbol(name) && !name.starts_with("$/") && !written.contains(name) && !ofHandlers.contains(name))
+                if (isSymbol(name) && !name.starts_with("$/") && !isConstant(name) && !written.contains(name) &&
+                    !ofHandlers.contains(name))
                     findings.insert(key + " reads " + name);
             written.insert(effect.writes.begin(), effect.writes.end());
             if (isCall(step))

@@ -21,11 +21,14 @@ void fill(Stores& stores)
 }
 
 constexpr ConfigClass configClasses[] = {
-    {BMC_CONFIG, fill<BmcConfig>},         {SOL_CONFIG, fill<SolConfig>},         {USER_CONFIG, fill<UserConfig>},
-    {LAN_CONFIG, fill<LanConfig>},         {CHANNEL_CONFIG, fill<ChannelConfig>}, {SMBIOS_CONFIG, fill<SmbiosConfig>},
-    {IPMI_CONFIG, fill<IpmiConfig>},       {INFO_CONFIG, fill<InfoConfig>},       {SDR_CONFIG, fill<SdrConfig>},
-    {CHASSIS_CONFIG, fill<ChassisConfig>}, {FRU_CONFIG, fill<FruConfig>},         {SEL_CONFIG, fill<SelConfig>},
-    {SENSOR_CONFIG, fill<SensorConfig>},
+    {BMC_CONFIG, fill<BmcConfig>},         {LAN_CONFIG, fill<LanConfig>},
+    {SMBIOS_CONFIG, fill<SmbiosConfig>},   {IPMI_CONFIG, fill<IpmiConfig>},
+    {CHANNEL_CONFIG, fill<ChannelConfig>}, {INFO_CONFIG, fill<InfoConfig>},
+    {SDR_CONFIG, fill<SdrConfig>},         {CHASSIS_CONFIG, fill<ChassisConfig>},
+    {FRU_CONFIG, fill<FruConfig>},         {SEL_CONFIG, fill<SelConfig>},
+    {USER_CONFIG, fill<UserConfig>},       {SOL_CONFIG, fill<SolConfig>},
+    {SENSOR_CONFIG, fill<SensorConfig>},   {PEF_CONFIG, fill<PefConfig>},
+    {BOOT_CONFIG, fill<BootConfig>},       {CONTROLLER_CONFIG, fill<ControllerConfig>},
 };
 
 std::shared_ptr<const Stores> build(unsigned long mask)

@@ -10,12 +10,15 @@ namespace Module::BMCConfig {
         explicit name(Stores& stores);                                                                                 \
     };
 HW_CONFIG_CLASS(BmcConfig)
+HW_CONFIG_CLASS(BootConfig)
 HW_CONFIG_CLASS(ChannelConfig)
 HW_CONFIG_CLASS(ChassisConfig)
+HW_CONFIG_CLASS(ControllerConfig)
 HW_CONFIG_CLASS(FruConfig)
 HW_CONFIG_CLASS(InfoConfig)
 HW_CONFIG_CLASS(IpmiConfig)
 HW_CONFIG_CLASS(LanConfig)
+HW_CONFIG_CLASS(PefConfig)
 HW_CONFIG_CLASS(SdrConfig)
 HW_CONFIG_CLASS(SelConfig)
 HW_CONFIG_CLASS(SensorConfig)

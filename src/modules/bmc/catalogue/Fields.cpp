@@ -119,6 +119,12 @@ Script readScript(const Record& record, const Field& field)
     });
 }
 
+/// Records of several sizes may share a packet.
+std::string recordFilter(const Record& record)
+{
+    return setKey(record.set) + "/" + std::to_string(record.size);
+}
+
 /// The record as the BMC has it, in $RECORD.
 Steps readRecord(const Record& record, const char* error)
 {
@@ -126,7 +132,7 @@ Steps readRecord(const Record& record, const char* error)
         send(getKey(record.get)),
         If("$COMPLETION_CODE != 0", {Throw(error)}),
         checkKind(record, error, Throw(error)),
-        readField(setKey(record.set), "$RECORD", error),
+        readField(recordFilter(record), "$RECORD", error),
     });
 }
 
@@ -189,7 +195,7 @@ void addFilterOnce(Stores& stores, const std::string& key, const std::string& fi
 /// What a write sends back of a record that it has read.
 void addRecordFilter(Stores& stores, const Record& record)
 {
-    addFilterOnce(stores, setKey(record.set), places(record.first, record.size, false));
+    addFilterOnce(stores, recordFilter(record), places(record.first, record.size, false));
 }
 
 void addKindFilter(Stores& stores, const Record& record)
