@@ -20,7 +20,7 @@ AGENT_HOME = "/usr/local/hwagent"
 TRANSLATIONS = "/usr/local/share/morvandale"
 PID_FILE = "/var/run/hwagentd.pid"
 LOCK_FILE = "/var/run/hwagentd.lock"
-STATE_FOLDER = "/var/lib/hwagent"
+STATE_FOLDERS = ("/var/lib/hwagent", "/var/cache/hwagent")
 COMMUNITY = "public"
 ENTERPRISE = "1.3.6.1.4.1.44444"
 
@@ -158,9 +158,10 @@ class Agent:
         place(PID_FILE, b"")
         place(LOCK_FILE, b"")
         place("/dev/mem", self.simulator.board.smbios.image())
-        state = self.root / STATE_FOLDER.lstrip("/")
-        state.mkdir(parents=True, exist_ok=True)
-        state.chmod(0o700)
+        for folder in STATE_FOLDERS:
+            state = self.root / folder.lstrip("/")
+            state.mkdir(parents=True, exist_ok=True)
+            state.chmod(0o700)
         binary = self.root / (AGENT_HOME + "/bin/hwAgent").lstrip("/")
         binary.parent.mkdir(parents=True, exist_ok=True)
         binary.unlink(missing_ok=True)
