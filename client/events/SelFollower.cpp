@@ -49,13 +49,6 @@ bool isEnd(unsigned next)
     return next == ipmi::lastSelId || next == ipmi::firstSelId;
 }
 
-std::string lastErasure()
-{
-    ResultMap answer;
-    CallQLGetMapInterface({{eraseTime, {}}}, answer);
-    return answer.at(eraseTime).mXNodeList.at(0);
-}
-
 } // namespace
 
 /// Part of the log: the records with their fields, and the id behind the last.
@@ -104,6 +97,18 @@ int SelFollower::turn()
     if (std::exchange(tellsOld, false))
         door::tellingOldEvents(false);
     return 0;
+}
+
+/// By the controller's clock; one that does not tell has erased nothing as far as we know.
+std::string SelFollower::lastErasure() const
+{
+    try {
+        ResultMap answer;
+        CallQLGetMapInterface({{eraseTime, {}}}, answer);
+        return answer.at(eraseTime).mXNodeList.at(0);
+    } catch (const ResultStatus&) {
+        return trail.erased;
+    }
 }
 
 /// The log's last record and, where ids are dense, some before it: one of them may be deleted next.

@@ -21,6 +21,7 @@ private:
 
     static Page readPage(unsigned first, int most);
     static std::vector<std::string> newestRecords();
+    std::string lastErasure() const;
     void begin();
     bool readOn();
     Step step(int most);

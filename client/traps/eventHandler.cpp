@@ -172,7 +172,8 @@ void eventHandler::checkEventLists(const eventData& event)
     const TrapGroup* const group = findTrapGroup(event.nEventGroup);
     if (!group || !group->countsForHealth)
         return;
-    lastEvents[event.nDeviceId] = current<Clock>().steady();
+    if (!m_bHealthHeld) // an old event is older than any reading
+        lastEvents[event.nDeviceId] = current<Clock>().steady();
     if (event.nSeverity >= ENUM_STATUS_OK)
         removeElement(event.nDeviceId);
     if (event.nSeverity > ENUM_STATUS_OK)

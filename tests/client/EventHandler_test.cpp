@@ -178,6 +178,20 @@ TEST_F(PacedEvents, WhatFindsNoRoomIsDroppedAndSaidToBe)
     EXPECT_EQ(taken(), " 10");
 }
 
+TEST_F(PacedEvents, OldEventsGiveWayToReadingsAndNewOnesDoNot)
+{
+    const client::status::DeviceStatus sound[] = {{7, 3}};
+    handler().holdHealth(true);
+    happen(14, 7, 5);
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+    handler().followReadings(sound, 20s);
+    handler().holdHealth(false);
+    EXPECT_EQ(handler().m_nHealthStatus, 3);
+    happen(14, 7, 5);
+    handler().followReadings(sound, 20s);
+    EXPECT_EQ(handler().m_nHealthStatus, 5);
+}
+
 TEST_F(PacedEvents, WithoutASessionTheyWait)
 {
     sessionIs(false);

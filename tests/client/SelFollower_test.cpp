@@ -26,8 +26,10 @@ public:
             throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no answer", query, COMMAND_GET);
         if (query == "/BMC/SEL/TRANSLATED")
             read(std::stoul(parameters.at("RECORD_ID"), nullptr, 16), std::stoul(parameters.at("RANGE")), results);
-        else
+        else if (givesInfo)
             results[query] = leaf({std::to_string(erased)});
+        else
+            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no info", query, COMMAND_GET);
     }
 
     void add(const std::string& word)
@@ -65,6 +67,7 @@ public:
     unsigned time = 0x50000000;
     unsigned erased = 0x4FFFFFFF;
     bool isSilent = false;
+    bool givesInfo = true;
     std::string unreadable;
     long exchanges = 0;
     FakeClock* clock = nullptr;
@@ -334,6 +337,31 @@ TEST_F(Follower, AControllerThatIsSilentOrForgetsItsLogForAWhileCostsNothing)
     log.records = before;
     obey("poll c poll");
     EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Follower, WhatIsThrownInATurnAndAClockThatJumpsCostThatTurnOnly)
+{
+    obey("o1 poll a");
+    struct Exhausted : ScriptedBackend {
+        using ScriptedBackend::get;
+        void get(SDK::QueryMap, ResultMap&) override { throw std::bad_alloc(); }
+    } exhausted;
+    {
+        const ScopedSeam<QueryBackend> use(exhausted);
+        EXPECT_THROW(follower->turn(), ResultStatus);
+    }
+    clock.time -= 1h;
+    obey("b poll");
+    clock.time += 2h;
+    obey("c poll");
+    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Follower, AControllerThatTellsNothingOfItsLogIsFollowedAllTheSame)
+{
+    log.givesInfo = false;
+    obey("~x poll ~y a poll ~z poll restart ~u poll");
+    EXPECT_THAT(told, testing::ElementsAre("~y", "a", "~z", "~u"));
 }
 
 TEST_F(Follower, ARecordThatNeverReadsHidesThoseBehindItForAWhileOnly)

@@ -3,13 +3,14 @@
 import contextlib
 import os
 import re
+import signal
 import subprocess
 import tempfile
 import time
 import unittest
 from pathlib import Path
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, Agent, MasterAgent, Simulator
+from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, STATE_FOLDER, Agent, MasterAgent, Simulator
 from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import wait_until
 from lib.traps import TrapReceiver
@@ -41,17 +42,24 @@ def health(before, after, severity):
     return [(TEXT, f"System health was changed from {before} to {after}."), (SYSTEM_SEVERITY, severity)]
 
 
-class Traps(unittest.TestCase):
+class Bench(unittest.TestCase):
+    """A manager, a simulator, a master agent, and an agent that follows the event log."""
+
+    CONFIGURATION = CONFIGURATION
+
     def setUp(self):
         with contextlib.ExitStack() as bench:
             folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
             self.receiver = bench.enter_context(TrapReceiver(folder / "manager"))
             self.simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", folder / "bmc"))
             self.master = bench.enter_context(MasterAgent(folder / "master", self.receiver.sink))
-            self.agent = bench.enter_context(Agent(folder / "agent", self.simulator, self.master, CONFIGURATION))
+            self.agent = bench.enter_context(Agent(folder / "agent", self.simulator, self.master, self.CONFIGURATION))
             self.agent.wait_served()
-            wait_until(lambda: "Structures related to SEL are initialized" in self.diagnostics(), 30, "the first poll")
+            wait_until(self.has_polled, 30, "the first poll")
             self.addCleanup(bench.pop_all().close)
+
+    def has_polled(self):
+        return "Structures related to SEL are initialized" in self.diagnostics()
 
     def diagnostics(self):
         return (self.agent.folder / "agent.log").read_text(encoding="latin-1")
@@ -70,6 +78,8 @@ class Traps(unittest.TestCase):
                                  f"{BASE}.{table}.1.2"], capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout
         return next(line.split()[0].rsplit(".", 1)[1] for line in walked.splitlines() if line.split()[1] == device_id(sensor))
 
+
+class Traps(Bench):
     def test_events_become_traps_and_the_health_follows_them(self):
         hot, cold = self.row_of("600.40", SOCKET_0_DIE), self.row_of("600.40", SOCKET_1_DIE)
         unit = self.row_of("400.10", SUPPLY_REDUND)
@@ -144,6 +154,71 @@ class Traps(unittest.TestCase):
         self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
         self.log(TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)
         self.assertEqual([name for name, _ in self.receiver.wait_for(1, POLL_SECONDS + TRAP_SECONDS * 2)], ["70.16"])
+
+
+class PracticalTraps(Bench):
+    """The log is followed over whatever happens to it and to the agent; a record is told once."""
+
+    CONFIGURATION = CONFIGURATION + "practical = 1\ntrapBurst = 5\n"
+
+    def has_polled(self):
+        return (self.agent.root / STATE_FOLDER.lstrip("/") / "sel-mark").exists()
+
+    def add(self, *errors):
+        """Correctable errors of a module, which have no say in the health; what tells them apart is their first byte."""
+        for number in errors:
+            self.log(MEMORY, SLOT_B0, 0x6F, 0x00, 0xFF, number)
+
+    def told(self):
+        return [name for name, _ in self.receiver.traps()].count("60.1")
+
+    def expect(self, count, seconds=3 * POLL_SECONDS):
+        """Waits for so many traps about modules in all; a moment later there are no more."""
+        wait_until(lambda: self.told() >= count, seconds, f"{count} traps, not {self.told()}", 0.1)
+        time.sleep(1)
+        self.assertEqual(self.told(), count)
+
+    def test_a_cleared_log_a_restart_and_a_master_that_is_gone_or_stalled_cost_nothing(self):
+        self.add(1)
+        self.expect(1)
+        self.simulator.ipmitool("sel", "clear")
+        self.add(2)
+        self.expect(2)
+        self.simulator.ipmitool("sel", "clear")
+        self.add(3, 4, 5)
+        self.expect(5)
+        self.agent.stop()
+        self.add(6)
+        self.agent.start()
+        self.agent.wait_served()
+        self.expect(6)
+        self.agent.stop()
+        self.simulator.ipmitool("sel", "clear")
+        self.add(7, 8)
+        self.agent.start()
+        self.agent.wait_served()
+        self.expect(8)
+        self.master.process.kill()
+        self.master.process.wait()
+        self.add(9, 10)
+        time.sleep(POLL_SECONDS + 2)
+        self.master.start()
+        self.agent.wait_served(30)
+        self.expect(10)
+        self.master.process.send_signal(signal.SIGSTOP)
+        self.add(11, 12)
+        time.sleep(POLL_SECONDS + 5)
+        self.master.process.send_signal(signal.SIGCONT)
+        self.agent.wait_served(20)
+        wait_until(lambda: self.told() >= 12, 2 * POLL_SECONDS, "the traps of the stall", 0.1)
+
+    def test_what_a_killed_agent_had_not_told_is_told_by_the_next(self):
+        self.add(*range(30))
+        wait_until(lambda: len(self.receiver.traps()) >= 10, 3 * POLL_SECONDS, "the first of the traps", 0.02)
+        os.kill(self.agent.pid, signal.SIGKILL)
+        self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
+        wait_until(lambda: self.get(SYSTEM_SEVERITY) == CRITICAL, 3 * POLL_SECONDS, "the health", 0.2)
+        self.expect(30, 60)
 
 
 if __name__ == "__main__":
