@@ -57,6 +57,17 @@ const Names ofHandlers = {
 const std::map<std::string, std::string> parameters = {
     {"GET://BMC/CHASSIS/BOOTOPTION_GETTABLE", "$SET_SELECTOR $BLOCK_SELECTOR"},
     {"GET://BMC/CHASSIS/BOOT_OPTION", "$PARAMETER_SELECTOR $SET_SELECTOR $BLOCK_SELECTOR"},
+    {"GET://BMC/FIRMWARE/CONTROL_SOL_LOG", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/PLDB_READ", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/PLDB_STATUS/LOG_FILE_SIZE", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/PLDB_STATUS/TRANSFER_STATUS", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/RANGE_CHECKSUM", "$RANGE"},
+    {"GET://BMC/FIRMWARE/READ", "$OFFSET $LENGTH"},
+    {"GET://BMC/FIRMWARE/READ_SOL_LOG", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/SOL_LOG_STATUS/FILE_SIZE", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/SOL_LOG_STATUS/STATUS", "$COMMAND $DATA"},
+    {"GET://BMC/FIRMWARE/STATUS_PLATFORM_DEBUG_LOG", "$COMMAND $DATA"},
+    {"GET://BMC/GET_VOLTAGE_SENSOR_NAME", "$COMMAND $DATA $/BMC/VOLTAGE_SENSOR_OFFSET"},
     {"GET://BMC/INFO/LOCAL/PRODUCT", "$/LOCAL_ID"},
     {"GET://BMC/INFO/MASTER_READ_WRITE", "$BUS_ID $SLAVE_ADDRESS $READ_COUNT $WRITE_DATA"},
     {"GET://BMC/CHANNEL[]/ACCESS", "$MEMORY"},
@@ -64,9 +75,33 @@ const std::map<std::string, std::string> parameters = {
     {"GET://BMC/LAN/RESOLVE_MAC_ADDRESS", "$IP"},
     {"GET://BMC/LAN/SMTPCONFIG", "$CHANNEL $SMTP_PARAMETER"},
     {"GET://BMC/PEF/DATA", "$SELECTOR $SET $BLOCK"},
+    {"GET://BMC/OEM[]/GET_PROC_TDC", "$COMMAND $DATA"},
+    {"GET://BMC/OEM[]/GET_SM_SIGNAL", "$SIGNAL_INSTANCE"},
+    {"GET://BMC/PG/DATA", "$COMMAND $DOMAIN $SUBJECT"},
     {"GET://BMC/SDR/CFG_READ", "$CONTROL $FILE_OFFSET $FILE_LENGTH"},
     {"GET://BMC/SMBIOS/READ", "$DATA_REGION $READ_COUNT $OFFSET_LS $OFFSET_MS"},
     {"GET://BMC/SMBIOS/REGION_STATUS", "$DATA_REGION"},
+    {"GET://BMC/VLN_INFO/RECOVERY/BKC_VERSION", "$COMMAND $DATA"},
+    {"GET://BMC/VLN_INFO/RECOVERY/BMC_VERSION", "$COMMAND $DATA"},
+    {"GET://BMC/VLN_INFO/RECOVERY/REGION", "$COMMAND $DATA"},
+    {"GET://BMC/VLN_INFO/RECOVERY/SDR_VERSION", "$COMMAND $DATA"},
+    {"GET://BMC/VLN_INFO/RECOVERY/VLN_SECURITY_VERSION", "$COMMAND $DATA"},
+    {"SET://BMC/FIRMWARE/CLOSE_AREA", "$FORCE"},
+    {"SET://BMC/FIRMWARE/CONTROL_SOL_LOG", "$COMMAND $DATA $FORCE"},
+    {"SET://BMC/FIRMWARE/ENTER_SOL_LOG_TRANSFER_MODE", "$COMMAND $DATA $FORCE"},
+    {"SET://BMC/FIRMWARE/EXIT_SOL_LOG_TRANSFER_MODE", "$COMMAND $DATA $FORCE"},
+    {"SET://BMC/FIRMWARE/FORCE_PX_RECOVERY", "$FORCE"},
+    {"SET://BMC/FIRMWARE/OPEN_AREA", "$FORCE"},
+    {"SET://BMC/FIRMWARE/PLDB_ENTER_TRANSFER_MODE", "$COMMAND $DATA $FORCE"},
+    {"SET://BMC/FIRMWARE/PLDB_EXIT_TRANSFER_MODE", "$COMMAND $DATA $FORCE"},
+    {"SET://BMC/FIRMWARE/PROGRAM", "$FORCE"},
+    {"SET://BMC/FIRMWARE/PROGRAM_SEGMENT", "$FORCE"},
+    {"SET://BMC/FIRMWARE/REGISTER_AREA", "$FORCE"},
+    {"SET://BMC/FIRMWARE/RESTORE_CONFIGURATION", "$FORCE"},
+    {"SET://BMC/FIRMWARE/RESTORE_PX_CONFIGURATION", "$FORCE"},
+    {"SET://BMC/FIRMWARE/SECURE_MODE_OPTIONS", "$FORCE"},
+    {"SET://BMC/FIRMWARE/WRITE_AREA", "$FORCE"},
+    {"SET://BMC/FIRMWARE/XFERMODE", "$FORCE"},
     {"SET://BMC/FRU/WRITE", "$/FRU/INVENTORY/WRITE_OFFSET_LS $/FRU/INVENTORY/WRITE_OFFSET_MS $/FRU/MODIFIED_DATA"},
     {"SET://BMC/LAN/DHCP_HOSTNAME", "$CHANNEL $HOSTNAME_PARAMETER $FORCE"},
     {"SET://BMC/LAN/FAILOVERMODE", "$FORCE"},
@@ -85,6 +120,22 @@ const std::map<std::string, std::string> parameters = {
      "$EVENT_MASK1 $EVENT_ANDMASK $MISC"},
     {"SET://BMC/PEF/POLICY[]",
      "$NUMBER $STATUS $POLICY_TYPE $CHANNEL_NUMBER $DESTINATION_NUMBER $ALERT $ALERT_STRING_KEY"},
+    {"SET://BMC/OEM/BMCSERVICE", "$KVM $RMCP $SSH $WEB $FORCE"},
+    {"SET://BMC/OEM/CR_RANK_ORDER", "$FORCE"},
+    {"SET://BMC/OEM/SET_CR_CONFIGURATION", "$FORCE"},
+    {"SET://BMC/OEM/TIMEOUT_FOR_ROTATION_PERIOD", "$FORCE"},
+    {"SET://BMC/PG/ALERT_DESTINATION", "$ALERT_STRING_SELECTOR $CHANNEL_NUMBER $DESTINATION_INFO $VALID"},
+    {"SET://BMC/PG/DOMAIN[]/POLICY[]/POLICY_PARAMETERS",
+     "$CORRECTION_TIPX_LIMIT $POLICY_ENABLED $POLICY_EXCEPTION_ACTION $POLICY_TRIGGER_LIMIT $POLICY_TYPE $POWER_LIMIT "
+     "$STATISTIC_REPORTING_PERIOD"},
+    {"SET://BMC/PG/DOMAIN[]/POWER_DRAW_RANGE", "$MAXIMUM $MINIMUM"},
+    {"SET://BMC/PREPARE_AREA", "$FORCE"},
+    {"SET://BMC/SCF/PEF",
+     "$ALERT_STARTUP_DELAY $ALERT_STARTUP_DELAY_STATUS $EVENT_MESSAGES_STATUS $GLOBAL_ACTION $GUID "
+     "$GUID_STATUS $STARTUP_DELAY $STARTUP_DELAY_STATUS $STATUS"},
+    {"SET://BMC/SCF/POWER", "$RESTOREPOLICY"},
+    {"SET://BMC/SCF/SOL", "$CHANNEL"},
+    {"SET://BMC/SCF/USER", "$CHANNEL"},
     {"SET://BMC/SDR/ADD_PARTIAL", "$RECORD_LS $RECORD_MS $RECORD_OFFSET $PARTIAL_ADD_PROGRESS $DATA"},
     {"SET://BMC/SDR/CFG_CONTROL", "$CONTROL"},
     {"SET://BMC/SDR/CFG_MANAGEMENT", "$CONTROL"},
@@ -96,6 +147,8 @@ const std::map<std::string, std::string> parameters = {
      "$UPPER_DEASSERTION_STATUS"},
     {"SET://BMC/SENSOR[]/THRESHOLD", "$LOWER_CRITICAL $LOWER_NONCRITICAL $LOWER_NONRECOVERABLE $UPPER_CRITICAL "
                                      "$UPPER_NONCRITICAL $UPPER_NONRECOVERABLE"},
+    {"SET://HSC/FIRMWARE/XFERMODE", "$FORCE"},
+    {"SET://LCP_BOOTCODE/FIRMWARE/XFERMODE", "$FORCE"},
 };
 
 Names parametersOf(const std::string& key)
@@ -106,9 +159,6 @@ Names parametersOf(const std::string& key)
     const std::vector<std::string> names = Util::split(found->second, " ");
     return {names.begin(), names.end()};
 }
-
-/// A command that no script sends yet.
-const Names standingReady = {"$/SDR/REPOSITORY_ALLOCATION_INFO"};
 
 bool isSymbol(const std::string& text)
 {
@@ -256,7 +306,7 @@ Findings unused(const Entries& entries, const std::set<Opcode>& opcodes, std::si
     });
     Findings findings;
     for (const auto& [name, entry] : entries)
-        if (!used.contains(name) && !ofHandlers.contains(name) && !standingReady.contains(name))
+        if (!used.contains(name) && !ofHandlers.contains(name))
             findings.insert(name);
     return findings;
 }
@@ -266,8 +316,7 @@ Names symbolsRead()
 {
     Names read;
     for (const auto& [key, packet] : stores().packets)
-        if (!standingReady.contains(key))
-            read.insert(packet.values.begin(), packet.values.end());
+        read.insert(packet.values.begin(), packet.values.end());
     forEachStep([&](const std::string&, const Function& step) {
         const Effect effect = effectOf(step);
         read.insert(effect.reads.begin(), effect.reads.end());
@@ -430,8 +479,9 @@ TEST(Catalogue, NoWordIsAnotherWithALetterWrong)
     const std::set<std::pair<std::string, std::string>> wellMeant = {
         {"BLOCK", "CLOCK"},       {"GETBOOTTABLE", "SETBOOTTABLE"},
         {"GETTABLE", "SETTABLE"}, {"INSUFFICENT", "INSUFFICIENT"}, // a word that callers know as it is
-        {"INTERNAL", "INTERVAL"}, {"LOWER", "POWER"},
-        {"PMBUS", "SMBUS"},       {"STATES", "STATUS"}};
+        {"ENABLED", "ENABLES"},   {"INTERNAL", "INTERVAL"},
+        {"LOWER", "POWER"},       {"PMBUS", "SMBUS"},
+        {"STATES", "STATUS"}};
     const Names words = allWords();
     std::set<std::pair<std::string, std::string>> findings;
     for (auto one = words.begin(); one != words.end(); ++one)
@@ -543,7 +593,7 @@ TEST(Catalogue, EveryEntryIsUsed)
     const Names read = symbolsRead();
     Findings constants;
     for (const auto& [name, value] : stores().symbols)
-        if (!read.contains(name) && !ofHandlers.contains(name) && !standingReady.contains(name))
+        if (!read.contains(name) && !ofHandlers.contains(name))
             constants.insert(name);
     EXPECT_THAT(constants, IsEmpty());
 }

@@ -21,14 +21,17 @@ void fill(Stores& stores)
 }
 
 constexpr ConfigClass configClasses[] = {
-    {BMC_CONFIG, fill<BmcConfig>},         {LAN_CONFIG, fill<LanConfig>},
-    {SMBIOS_CONFIG, fill<SmbiosConfig>},   {IPMI_CONFIG, fill<IpmiConfig>},
-    {CHANNEL_CONFIG, fill<ChannelConfig>}, {INFO_CONFIG, fill<InfoConfig>},
-    {SDR_CONFIG, fill<SdrConfig>},         {CHASSIS_CONFIG, fill<ChassisConfig>},
-    {FRU_CONFIG, fill<FruConfig>},         {SEL_CONFIG, fill<SelConfig>},
-    {USER_CONFIG, fill<UserConfig>},       {SOL_CONFIG, fill<SolConfig>},
-    {SENSOR_CONFIG, fill<SensorConfig>},   {PEF_CONFIG, fill<PefConfig>},
-    {BOOT_CONFIG, fill<BootConfig>},       {CONTROLLER_CONFIG, fill<ControllerConfig>},
+    {BMC_CONFIG, fill<BmcConfig>},           {LAN_CONFIG, fill<LanConfig>},
+    {SMBIOS_CONFIG, fill<SmbiosConfig>},     {IPMI_CONFIG, fill<IpmiConfig>},
+    {CHANNEL_CONFIG, fill<ChannelConfig>},   {INFO_CONFIG, fill<InfoConfig>},
+    {SDR_CONFIG, fill<SdrConfig>},           {CHASSIS_CONFIG, fill<ChassisConfig>},
+    {FRU_CONFIG, fill<FruConfig>},           {SEL_CONFIG, fill<SelConfig>},
+    {USER_CONFIG, fill<UserConfig>},         {SOL_CONFIG, fill<SolConfig>},
+    {SENSOR_CONFIG, fill<SensorConfig>},     {PEF_CONFIG, fill<PefConfig>},
+    {BOOT_CONFIG, fill<BootConfig>},         {CONTROLLER_CONFIG, fill<ControllerConfig>},
+    {SERIAL_CONFIG, fill<SerialConfig>},     {PG_CONFIG, fill<PgConfig>},
+    {FIRMWARE_CONFIG, fill<FirmwareConfig>}, {OEM_CONFIG, fill<OemConfig>},
+    {SCF_CONFIG, fill<ScfConfig>},
 };
 
 std::shared_ptr<const Stores> build(unsigned long mask)

@@ -1,5 +1,6 @@
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/catalogue/Fields.hpp"
+#include "modules/bmc/engine/Text.hpp"
 
 #include <algorithm>
 #include <bit>
@@ -56,15 +57,25 @@ Steps encodeRaw(const std::string& symbol, const Field& field)
     return script({encodeBytes(symbol), requireCount(symbol, field.count)});
 }
 
+/// The hexadecimal number in `symbol` as a list of bytes, low one first.
+Steps cutIntoBytes(const std::string& symbol, unsigned count)
+{
+    constexpr unsigned bitsOfByte = 8;
+    Steps cut = Copy(":NULL", "$BYTES");
+    for (unsigned at = 0; at < count; ++at)
+        cut = script({
+            cut,
+            at == 0 ? Copy(symbol, "$BYTE") : Map(symbol, "RIGHT_SHIFT", hexText(at * bitsOfByte), "$BYTE"),
+            Map("$BYTE", "MASK", "FF", "$BYTE"),
+            Append("$BYTE", "$BYTES"),
+        });
+    return script({cut, Copy("$BYTES", symbol)});
+}
+
 Steps encodeNumber(const std::string& symbol, const Field& field)
 {
-    const Steps bytes = field.count == 1 ? Map(symbol, "LEFT_SHIFT", lowestBit(field), symbol)
-                                         : script({
-                                               Map(symbol, "MASK", "FF", "$LOW"),
-                                               Map(symbol, "RIGHT_SHIFT", "8", "$HIGH"),
-                                               Copy(":NULL", symbol),
-                                               Append("$LOW", "$HIGH", symbol),
-                                           });
+    const Steps bytes =
+        field.count == 1 ? Map(symbol, "LEFT_SHIFT", lowestBit(field), symbol) : cutIntoBytes(symbol, field.count);
     const unsigned most = field.count == 1 ? field.mask >> std::countr_zero(field.mask) : field.high;
     const std::string high = std::to_string(std::min(field.high, most));
     return script({

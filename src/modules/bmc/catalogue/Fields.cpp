@@ -29,7 +29,8 @@ std::string pathOf(const Record& record, const Field& field)
 
 std::string symbolOf(const Field& field)
 {
-    return std::string("$") + (field.parameter ? field.parameter : field.name);
+    const std::string name = field.parameter ? field.parameter : field.name;
+    return "$" + name.substr(name.rfind('/') + 1);
 }
 
 std::string lastToken(const std::string& path)
@@ -65,7 +66,8 @@ Steps prepare(const Record& record)
     }
     for (const std::string& text : Util::split(record.given, ",")) {
         const std::vector<std::string> words = Util::split(text, " ");
-        all = script({all, Copy(words.at(1), words.at(0))});
+        all =
+            script({all, words.size() > 3 ? Map(words[1], words[2], words[3], words[0]) : Copy(words.at(1), words[0])});
     }
     return all;
 }

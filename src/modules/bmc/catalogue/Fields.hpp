@@ -13,7 +13,7 @@ namespace Module::BMCConfig {
 /// How bytes read, and what a caller writes for them.
 enum class Codec {
     raw,    ///< each byte as two hexadecimal digits, parted by blanks; a caller may part them by commas too
-    number, ///< decimal; of several bytes the low one comes first on the wire
+    number, ///< decimal, up to four bytes, of which the low one comes first on the wire
     word,   ///< a word of the row's table
     text,   ///< printable characters, filled up with zeros
     ip,     ///< "10.0.0.5"
@@ -30,7 +30,8 @@ struct Record {
     unsigned size = 1;                ///< in bytes
     const char* set = nullptr;        ///< packet that writes it; its data hold "$RECORD", or a whole field's own symbol
     unsigned first = 1;               ///< field of the reply where it begins: 2 behind a parameter's revision
-    const char* given = "";           ///< what both packets find set: "$/PEF/SELECTOR 01, $/PEF/BLOCK 00"
+    const char* given = "";           ///< what both packets find set: "$/PEF/SELECTOR 01, $/PEF/BLOCK 00", or by a
+                                      ///< function of Map's "$/PG/SUBJECT $POLICY_TYPE_NUMBER BIT_OR 10"
     const char* subscripts = "";      ///< what the query's subscripts may be: "USER 1 63, CHANNEL 0 15"
     const char* assertion = nullptr;  ///< or the template that checks them: "LAN[]/ASSERT"
     const char* absentCode = nullptr; ///< decimal completion code by which a BMC that lacks it says so: reads as
@@ -43,7 +44,7 @@ struct Record {
 
 /// A part of a record.
 struct Field {
-    const char* name; ///< last token of its path, and the parameter's name of a write of several
+    const char* name; ///< its path below the record's; the last token is the parameter's name of a write of several
     unsigned byte = 0, count = 1;
     Codec codec = Codec::raw;
     unsigned mask = 0xFF;         ///< of a single byte; what lies beside it stays as it is
