@@ -24,6 +24,10 @@ constexpr char nextField[] = "/NEXT_SEL_RECORD_ID";
 constexpr char eraseTime[] = "/BMC/SEL/INFO/RECENT_ERASE_TIME_RAW";
 constexpr char troubleKey[] = "event log";
 
+constexpr char repository[] = "/BMC/SDR";
+/// Turns: some minutes.
+constexpr int patienceForSensors = 20;
+
 /// So long a turn may last: the thread reads the sensors too.
 constexpr auto turnBudget = 5s;
 /// Records asked for at a time, and where more than a few would take long.
@@ -88,6 +92,8 @@ int SelFollower::turn()
     try {
         if (!hasBegun)
             begin();
+        if (!mayTell())
+            return 0;
         if (readOn())
             return 1;
     } catch (const ResultStatus&) {
@@ -97,6 +103,19 @@ int SelFollower::turn()
     if (std::exchange(tellsOld, false))
         door::tellingOldEvents(false);
     return 0;
+}
+
+/// An event without its sensor's record is none, and would be lost. So it waits for the records, but not for good:
+/// there are controllers that have none.
+bool SelFollower::mayTell()
+{
+    const auto answer = query::tryQuery(repository, "\nNo sensor data records for events\n");
+    const auto list = answer ? answer->find(repository) : ResultMap::const_iterator();
+    if (answer && list != answer->end() && !list->second.mXNodeList.empty())
+        turnsWithoutSensors = 0;
+    else
+        ++turnsWithoutSensors;
+    return turnsWithoutSensors == 0 || turnsWithoutSensors > patienceForSensors;
 }
 
 /// By the controller's clock; one that does not tell has erased nothing as far as we know.

@@ -23,6 +23,7 @@ private:
     static std::vector<std::string> newestRecords();
     std::string lastErasure() const;
     void begin();
+    bool mayTell();
     bool readOn();
     Step step(int most);
     Step lookIntoEmptyLog();
@@ -37,6 +38,7 @@ private:
     unsigned long number = 0; ///< of the record handled last
     std::size_t back = 0;     ///< how far from the trail's end the log is found again
     int turnsInTrouble = 0;
+    int turnsWithoutSensors = 0;
     bool hasBegun = false;
     bool isEmpty = false; ///< the log, when it was last read
     bool tellsOld = false;

@@ -140,6 +140,7 @@ protected:
         log.answers = sdk.answers;
         std::filesystem::create_directories(root.resolve("/var/lib"));
         log.clock = &clock;
+        log.answer("/BMC/SDR", "/BMC/SDR[1]");
         restart();
     }
 
@@ -362,6 +363,21 @@ TEST_F(Follower, AControllerThatTellsNothingOfItsLogIsFollowedAllTheSame)
     log.givesInfo = false;
     obey("~x poll ~y a poll ~z poll restart ~u poll");
     EXPECT_THAT(told, testing::ElementsAre("~y", "a", "~z", "~u"));
+}
+
+TEST_F(Follower, EventsWaitForTheRecordsOfTheirSensorsButNotForGood)
+{
+    const auto sensors = log.answers;
+    log.answers.clear();
+    obey("o1 poll a poll poll");
+    log.answers = sensors;
+    obey("poll");
+    EXPECT_THAT(told, testing::ElementsAre("a"));
+    log.answers.erase("/BMC/SDR");
+    obey("b");
+    for (int turn = 0; turn < 21; ++turn)
+        obey("poll");
+    EXPECT_THAT(told, testing::ElementsAre("a", "b"));
 }
 
 TEST_F(Follower, ARecordThatNeverReadsHidesThoseBehindItForAWhileOnly)
