@@ -27,6 +27,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::remembersUnreadRepository,
     &Policy::keepsRepositoryOnDisk,
     &Policy::followsRepository,
+    &Policy::refusesShortReadings,
     &Policy::answersFromPublished,
     &Policy::expiresReadings,
     &Policy::fillsBehindRegistration,

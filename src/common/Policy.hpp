@@ -29,6 +29,7 @@ struct Policy {
     bool keepsRepositoryOnDisk = false;     ///< SdrRead: a copy between starts, checked against time stamps and id
     bool followsRepository = false;         ///< Sdr: read again when its time stamps change
     // Readings and tables.
+    bool refusesShortReadings = false;    ///< Sensor: an answer without its flags is no reading
     bool answersFromPublished = false;    ///< QLInterface: only the reading thread asks, all others look up
     bool expiresReadings = false;         ///< QLInterface: an answer of more than three refresh periods is none
     bool fillsBehindRegistration = false; ///< smClient: the groups appear as they are read, behind the registration

@@ -1,3 +1,4 @@
+#include "common/Policy.hpp"
 #include "tests/modules/bmc/SdrFixture.hpp"
 #include "tests/transport/FakeKcs.hpp"
 
@@ -52,6 +53,22 @@ TEST_F(Sensor, DisplayListsEachSensorOnceAndGoesOnAfterFailures)
     EXPECT_THAT(shown.at("/BMC/SENSOR[5]/THRESHOLD/UPPER_CRITICAL").mXNodeList, ElementsAre("NOT SUPPORTED"));
     EXPECT_THAT(shown.at("/BMC/SENSOR[6]/NUMBER").mXNodeList, ElementsAre("6"));
     EXPECT_THAT(shown.at("/BMC/SENSOR[5]/OWNER[36]/LUN[0]/OWNER").mXNodeList, ElementsAre("36"));
+}
+
+TEST_F(Sensor, ReadingWithoutItsFlagsIsFilledUpOrNone)
+{
+    records = {full(1, 1, 1, {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0})};
+    const auto read = [this](IpmiAnswer answer) {
+        bmc.on(0x04, 0x2D, std::move(answer));
+        return text("/BMC/SENSOR[1]/INTERPRET_SENSOR_VALUE");
+    };
+    const std::string filledUp = read({0, 7});
+    EXPECT_EQ(filledUp, read({0, 7, 0xC0, 0}));
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_EQ(read({0, 7}), "READING_UNAVAILABLE");
+    EXPECT_EQ(read({0}), "READING_UNAVAILABLE");
+    EXPECT_EQ(read({0, 7, 0xC0}), filledUp) << "the states are optional";
+    EXPECT_EQ(read({0, 7, 0x20}), "READING_UNAVAILABLE");
 }
 
 TEST_F(Sensor, EventOnlyRecordHasNoUnits)

@@ -25,6 +25,7 @@ using Texts = std::vector<std::string>;
 namespace completion = ipmi::completion;
 
 constexpr char completionCodeName[] = "$BMC_COMPLETION_CODE";
+constexpr char replyBytesName[] = "$BMC_REPLY_BYTES"; ///< data bytes of the last reply
 constexpr char noReply[] = "CC";
 
 /// Slave addresses of the satellite controllers, which answer at once or not at all.
@@ -145,6 +146,7 @@ void Interpreter::execIPMICommand(const std::string& request, std::vector<std::s
         return;
     interfaceReady = true;
     table[completionCodeName] = reply.front();
+    table[replyBytesName] = std::to_string(reply.size() - 1);
 }
 
 void Interpreter::GetIPMI(const std::string& request, std::vector<std::string>& reply)

@@ -1,6 +1,7 @@
 #include "modules/bmc/subjects/Sensor.hpp"
 
 #include "common/Logger.hpp"
+#include "common/Policy.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/Sdr.hpp"
@@ -164,8 +165,18 @@ bool Sensor::loadReading(const Address& sensor)
     if (items.size() < ipmi::SensorReading::size)
         return false;
     reading = ipmi::parseBytes(items);
+    if (isWithoutFlags())
+        reading[ipmi::SensorReading::flagsAt] |= ipmi::SensorReading::unavailableFlag;
     raw = ipmi::SensorReading(reading).raw();
     return true;
+}
+
+/// Of an answer too short for its flags the rest was filled up.
+bool Sensor::isWithoutFlags()
+{
+    const std::string count = interpreter->symbolTable().read("$BMC_REPLY_BYTES").text();
+    return common::policy().refusesShortReadings &&
+           Util::string_to_long(count, 10) <= static_cast<long>(ipmi::SensorReading::flagsAt);
 }
 
 bool Sensor::isNumeric() const

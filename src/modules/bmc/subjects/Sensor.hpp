@@ -54,6 +54,7 @@ private:
     Address address(const std::string& plain);
     bool loadRecord(const Address& sensor);
     bool loadReading(const Address& sensor);
+    bool isWithoutFlags();
     bool isNumeric() const;
     ipmi::SdrView record() const { return ipmi::SdrView(sdr); }
     void answer(const std::string& query, const std::string& plain, const Address& sensor, SymbolMap& result);
