@@ -39,6 +39,13 @@ void remember(const BMC_REQUEST& request)
     state.nextLostRequest = (state.nextLostRequest + 1) % state.lostRequests.size();
 }
 
+/// After a time-out nobody knows whether the host was switched, and a repeat might switch it twice.
+bool mayHaveActed(const BMC_REQUEST& request, std::uint8_t completionCode)
+{
+    return completionCode == ipmi::completion::timeout && request.netFn == ipmi::netfn::chassis &&
+           request.cmd == ipmi::cmd::chassisControl;
+}
+
 bool isBridged(const BMC_REQUEST& request)
 {
     return request.target != ipmi::address::bmc;
@@ -57,7 +64,8 @@ Patience::Patience(const BMC_REQUEST& wanted) : request(wanted), lost(findLost(w
 
 bool Patience::asksAgain(std::uint8_t completionCode)
 {
-    if (!isPassing(request, completionCode) || lost || !common::policy().retriesBusyController)
+    if (!isPassing(request, completionCode) || mayHaveActed(request, completionCode) || lost ||
+        !common::policy().retriesBusyController)
         return false;
     const std::chrono::nanoseconds budget = common::policy().exchangeBudget;
     if (spent >= (ipmi::isBusy(completionCode) ? budget : std::min(budget, bridgedLimit)))

@@ -158,6 +158,20 @@ TEST_F(DriverFaults, RequestThatIsAlwaysBusyIsAskedOnceUntilItIsAnswered)
     EXPECT_EQ(ask(1).value, 0x42);
 }
 
+TEST_F(DriverFaults, SwitchingOfTheHostIsNotRepeatedAfterATimeout)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    BMC_RESPONSE response{};
+    for (const auto& [code, repeated] : {std::pair{0xC3, false}, {0xC0, true}}) {
+        const std::uint8_t action = code == 0xC3 ? 2 : 3;
+        const BMC_REQUEST request{0x20, 0x02, 0x00, 0, 1, &action};
+        driver.requests.clear();
+        driver.on(0x00, 0x02, IpmiAnswer{static_cast<std::uint8_t>(code)});
+        EXPECT_TRUE(sendRequest(request, response, 3));
+        EXPECT_EQ(driver.requests.size() > 1, repeated) << code;
+    }
+}
+
 TEST_F(DriverFaults, SlowControllerIsWaitedForAndOneThatCannotMakeItIsNot)
 {
     driver.answerTime = 2s;
