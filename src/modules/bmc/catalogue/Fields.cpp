@@ -294,33 +294,43 @@ void addParameters(Stores& stores, const ParameterFamily& family, std::span<cons
     }
 }
 
-void addConfigure(Stores& stores, const char* parent, const char* path, const char* names)
+namespace steps {
+
+Steps readProfile(const std::string& parent, const std::string& names)
 {
-    using namespace steps;
+    Steps read = Copy(":NULL", "$ITEMS");
+    for (const std::string& name : Util::split(names, " "))
+        read = script({read, Template_with_Catch(getKey(parent + "/" + name)),
+                       If("$RESULT != FAILURE AND $RESULT != NOT_SUPPORTED",
+                          {FormatString(lastToken(name) + "=", "$RESULT", "$ITEM"), Append("$ITEM", "$ITEMS")})});
+    return script({read, Size("$ITEMS", "$SIZE"), If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
+                   Join("$ITEMS", ";", "$RESULT")});
+}
+
+Steps writeProfile(const std::string& parent, const std::string& names)
+{
     std::vector<std::string> all;
     Steps write;
     for (const std::string& name : Util::split(names, " ")) {
-        const std::string value = "$" + lastToken(name);
-        all.push_back(value);
-        write = script({write, String_Length(value, "$LENGTH"),
-                        If("$LENGTH > 0", {Template(setKey(std::string(parent) + "/" + name))})});
+        const std::string symbol = "$" + lastToken(name);
+        all.push_back(symbol);
+        write = script(
+            {write, String_Length(symbol, "$LENGTH"), If("$LENGTH > 0", {Template(setKey(parent + "/" + name))})});
     }
     all.emplace_back("$GIVEN");
-    addTemplate(stores, setKey(path),
-                script({makeStep(Opcode::FormatString, all), require("$GIVEN"), write, returnText("SUCCESS")}));
+    return script({makeStep(Opcode::FormatString, all), require("$GIVEN"), write, returnText("SUCCESS")});
+}
+
+} // namespace steps
+
+void addConfigure(Stores& stores, const char* parent, const char* path, const char* names)
+{
+    addTemplate(stores, setKey(path), steps::writeProfile(parent, names));
 }
 
 void addProfile(Stores& stores, const char* parent, const char* path, const char* names)
 {
-    using namespace steps;
-    Steps read = Copy(":NULL", "$ITEMS");
-    for (const std::string& name : Util::split(names, " "))
-        read = script({read, Template_with_Catch(getKey(std::string(parent) + "/" + name)),
-                       If("$RESULT != FAILURE AND $RESULT != NOT_SUPPORTED",
-                          {FormatString(lastToken(name) + "=", "$RESULT", "$ITEM"), Append("$ITEM", "$ITEMS")})});
-    addTemplate(stores, getKey(path),
-                script({read, Size("$ITEMS", "$SIZE"), If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
-                        Join("$ITEMS", ";", "$RESULT"), Return("$RESULT")}));
+    addTemplate(stores, getKey(path), steps::script({steps::readProfile(parent, names), steps::Return("$RESULT")}));
     addConfigure(stores, parent, path, names);
 }
 

@@ -114,6 +114,9 @@ Steps encode(const std::string& symbol, const Field& field);
 Steps encodeBytes(const std::string& symbol);
 /// Turns the bytes in $FIELD into text in $RESULT.
 Steps decode(const Field& field);
+/// What addProfile reads, in $RESULT, and what it writes, which ends the script.
+Steps readProfile(const std::string& parent, const std::string& names);
+Steps writeProfile(const std::string& parent, const std::string& names);
 /// The steps before an exchange: subscripts checked, `given` symbols set.
 Steps prepare(const Record& record);
 

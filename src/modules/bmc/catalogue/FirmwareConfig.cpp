@@ -146,13 +146,18 @@ Script refreshScript()
 /// In the transfer mode the BMC takes new firmware and does nothing else; it starts anew when it leaves it.
 Script transferModeScript()
 {
+    const auto change = [](const char* packet) {
+        return script({
+            sendWithoutThrow(packet),
+            If("$COMPLETION_CODE != 0 AND $BUFFER != CC", {Throw("$COMPLETION_CODE")}),
+        });
+    };
     return script({
         requireForce(),
         LookupTable("$XFERMODE", "SET://BMC/FIRMWARE/XFERMODE", "$WANTED"),
         Map("ORVEL", "STR2HEX", "$/IPMI/FIRMWARE_SECRET_KEY"),
-        If("$WANTED == UPDATE", {sendWithoutThrow("SET://BMC/FIRMWARE/ENTERFWXFERMODE")}),
-        If("$WANTED == OPERATIONAL", {sendWithoutThrow("SET://BMC/FIRMWARE/EXITFWXFERMODE")}),
-        If("$COMPLETION_CODE != 0 AND $BUFFER != CC", {Throw("$COMPLETION_CODE")}),
+        If("$WANTED == UPDATE", {change("SET://BMC/FIRMWARE/ENTERFWXFERMODE")}),
+        If("$WANTED == OPERATIONAL", {change("SET://BMC/FIRMWARE/EXITFWXFERMODE")}),
         Poll("GET://BMC/INFO/MODE", "$WANTED", "3", "20", "$RESPONSE"),
         If("$RESPONSE != TRUE", {Throw("IPMI_RESPONSE_ERROR")}),
         returnText("SUCCESS"),

@@ -28,7 +28,7 @@ Steps addLine(const std::string& query, const std::string& name)
 {
     return script({
         Template_with_Catch(query),
-        If("$RESULT != FAILURE",
+        If("$RESULT != FAILURE AND $RESULT != NOT_SUPPORTED",
            {FormatString(name + "[", "$PLACE", "]:", "$RESULT", "$LINE"), Append("$LINE", "$LINES")}),
     });
 }
@@ -58,12 +58,12 @@ Steps addMembers(const std::string& query, const std::string& name)
 {
     return script({
         Copy("1", "$PLACE"),
-        While("$PLACE < 64",
+        While("$PLACE < 128",
               {
                   Map("$PLACE", "DEC2HEX", "$" + name + "_NUMBER"),
                   addLine(query, name),
                   Expression("$PLACE", "+", "1", "$PLACE"),
-                  If("$RESULT == FAILURE", {Copy("64", "$PLACE")}),
+                  If("$RESULT == FAILURE OR $RESULT == NOT_SUPPORTED", {Copy("128", "$PLACE")}),
               }),
     });
 }
@@ -81,6 +81,28 @@ Steps writeMember(const std::string& name, const std::string& query)
 
 constexpr char pefNames[] = "ALERT_STARTUP_DELAY ALERT_STARTUP_DELAY_STATUS EVENT_MESSAGES_STATUS GLOBAL_ACTION GUID "
                             "GUID_STATUS STARTUP_DELAY STARTUP_DELAY_STATUS STATUS";
+
+/// The settings of event filtering, and each filter and alert policy by its bytes (RAW).
+void addFilters(Stores& stores)
+{
+    const auto writeGiven = [](const std::string& name) {
+        return script({
+            String_Length("$" + name, "$SIZE"),
+            If("$SIZE > 0", {writeMember(name, "SET://BMC/PEF/" + name + "[]/RAW")}),
+        });
+    };
+    addTemplate(stores, "GET://BMC/SCF/PEF",
+                script({
+                    readProfile("PEF", pefNames),
+                    Copy(":NULL", "$LINES"),
+                    Append("$RESULT", "$LINES"),
+                    addMembers("GET://BMC/PEF/FILTER[]/RAW", "FILTER"),
+                    addMembers("GET://BMC/PEF/POLICY[]/RAW", "POLICY"),
+                    returnLines(),
+                }));
+    addTemplate(stores, "SET://BMC/SCF/PEF",
+                script({writeGiven("FILTER"), writeGiven("POLICY"), writeProfile("PEF", pefNames)}));
+}
 
 /// Which machine and firmware a file is of; it is not for others.
 void addHeader(Stores& stores)
@@ -107,7 +129,7 @@ void addHeader(Stores& stores)
 ScfConfig::ScfConfig(Stores& stores)
 {
     addHeader(stores);
-    addProfile(stores, "PEF", "SCF/PEF", pefNames);
+    addFilters(stores);
     addProfile(stores, "CHASSIS/STATUS/POWERSTATE", "SCF/POWER", "RESTOREPOLICY");
     addTemplate(stores, "GET://BMC/SCF/LAN", channelsScript("GET://BMC/LAN/CHANNELS", "LAN", "GET://BMC/LAN[]/SCF"));
     addTemplate(stores, "GET://BMC/SCF/SOL",
