@@ -216,7 +216,6 @@ class PracticalTraps(Bench):
         self.add(*range(30))
         wait_until(lambda: len(self.receiver.traps()) >= 10, 3 * POLL_SECONDS, "the first of the traps", 0.02)
         os.kill(self.agent.pid, signal.SIGKILL)
-        self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
         wait_until(lambda: self.get(SYSTEM_SEVERITY) == CRITICAL, 3 * POLL_SECONDS, "the health", 0.2)
         self.expect(30, 60)
 
