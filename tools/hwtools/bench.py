@@ -20,7 +20,8 @@ AGENT_HOME = "/usr/local/hwagent"
 TRANSLATIONS = "/usr/local/share/morvandale"
 PID_FILE = "/var/run/hwagentd.pid"
 LOCK_FILE = "/var/run/hwagentd.lock"
-STATE_FOLDERS = ("/var/lib/hwagent", "/var/cache/hwagent")
+STATE_FOLDER = "/var/lib/hwagent"
+CACHE_FOLDER = "/var/cache/hwagent"
 COMMUNITY = "public"
 ENTERPRISE = "1.3.6.1.4.1.44444"
 
@@ -158,7 +159,7 @@ class Agent:
         place(PID_FILE, b"")
         place(LOCK_FILE, b"")
         place("/dev/mem", self.simulator.board.smbios.image())
-        for folder in STATE_FOLDERS:
+        for folder in (STATE_FOLDER, CACHE_FOLDER):
             state = self.root / folder.lstrip("/")
             state.mkdir(parents=True, exist_ok=True)
             state.chmod(0o700)
