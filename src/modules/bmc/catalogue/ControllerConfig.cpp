@@ -35,6 +35,11 @@ Steps makeKey()
     return Map("ORVEL", "STR2HEX", "$/IPMI/FIRMWARE_SECRET_KEY");
 }
 
+Steps sendOrFail(const char* packet)
+{
+    return script({send(packet), If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")})});
+}
+
 Script writeMode()
 {
     return script({
@@ -42,9 +47,8 @@ Script writeMode()
         requireAddress(target),
         LookupTable("$MODE", "SET://BMC/CONTROLLER[]/MODE", "$WANTED"),
         makeKey(),
-        If("$WANTED == UPDATE", {send("SET://BMC/CONTROLLER/ENTERFWXFERMODE")}),
-        If("$WANTED == OPERATIONAL", {send("SET://BMC/CONTROLLER/EXITFWXFERMODE")}),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        If("$WANTED == UPDATE", {sendOrFail("SET://BMC/CONTROLLER/ENTERFWXFERMODE")}),
+        If("$WANTED == OPERATIONAL", {sendOrFail("SET://BMC/CONTROLLER/EXITFWXFERMODE")}),
         Map(target, "HEX2DEC", "$CONTROLLER_NUMBER_IN_DEC"),
         FormatString("GET://BMC/CONTROLLER[", "$CONTROLLER_NUMBER_IN_DEC", "]/MODE", "$QUERY"),
         // a controller that starts anew takes its time
