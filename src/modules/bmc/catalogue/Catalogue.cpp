@@ -43,18 +43,39 @@ std::shared_ptr<const Stores> build(unsigned long mask)
     return stores;
 }
 
+/// The rest and the LAN's part beside it: the scripts of the rest are not built again, both hold the same ones.
+std::shared_ptr<const Stores> withLan(const Stores& rest)
+{
+    auto stores = std::make_shared<Stores>(rest);
+    LanConfig{*stores};
+    return stores;
+}
+
+using Built = std::map<unsigned long, std::shared_ptr<const Stores>>;
+
+std::shared_ptr<const Stores> sharedOf(Built& built, unsigned long mask)
+{
+    std::shared_ptr<const Stores>& stores = built[mask];
+    if (!stores)
+        stores = build(mask);
+    return stores;
+}
+
 } // namespace
 
 std::shared_ptr<const Stores> catalogue(unsigned long mask, bool lanWanted)
 {
     static std::mutex guard;
-    static std::map<unsigned long, std::shared_ptr<const Stores>> built;
+    static Built built;
 
-    const unsigned long wanted = mask ? mask : lanWanted ? ~0UL : ~0UL & ~static_cast<unsigned long>(LAN_CONFIG);
+    constexpr unsigned long all = ~0UL, butLan = all & ~static_cast<unsigned long>(LAN_CONFIG);
+    const unsigned long wanted = mask ? mask : lanWanted ? all : butLan;
     const std::lock_guard hold(guard);
-    std::shared_ptr<const Stores>& stores = built[wanted];
+    if (wanted != all)
+        return sharedOf(built, wanted);
+    std::shared_ptr<const Stores>& stores = built[all];
     if (!stores)
-        stores = build(wanted);
+        stores = withLan(*sharedOf(built, butLan));
     return stores;
 }
 
