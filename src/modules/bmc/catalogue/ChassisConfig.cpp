@@ -1,4 +1,5 @@
 #include "modules/bmc/catalogue/ConfigClasses.hpp"
+#include "modules/bmc/catalogue/Fields.hpp"
 #include "modules/bmc/catalogue/Rows.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 
@@ -39,123 +40,76 @@ constexpr PacketRow packets[] = {
     {"SET://BMC/CHASSIS/POWERRESTOREPOLICY", "SET_POWER_RESTORE_POLICY", "$RESTOREPOLICY"},
 };
 
-constexpr TextRow filters[] = {
-    {"GET://BMC/CHASSIS/CAPABILITIES", "1"},
-    {"GET://BMC/CHASSIS/CAPABILITIES/BRIDGEDEVADDRESS", "6"},
-    {"GET://BMC/CHASSIS/CAPABILITIES/FRUDEVADDRESS", "2"},
-    {"GET://BMC/CHASSIS/CAPABILITIES/SELDEVADDRESS", "4"},
-    {"GET://BMC/CHASSIS/CAPABILITIES/SYSMGMTDEVADDRESS", "5"},
-    {"GET://BMC/CHASSIS/STATUS/FPBCAPABILITIES", "4"},
-    {"GET://BMC/CHASSIS/STATUS/LASTPOWEREVENT", "2"},
-    {"GET://BMC/CHASSIS/STATUS/MISCSTATE", "3"},
-    {"GET://BMC/CHASSIS/STATUS/POWERSTATE", "1"},
-    {"GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE", "1"},
-};
-
-constexpr char flagTable[] = "GET://BMC/CHASSIS/FLAG", powerTable[] = "GET://BMC/CHASSIS/POWER",
-               policyTable[] = "GET://BMC/CHASSIS/STATUS/POWERSTATE/RESTOREPOLICY",
-               causeTable[] = "GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE",
-               setPolicyTable[] = "SET://BMC/CHASSIS/STATUS/POWERSTATE/RESTOREPOLICY",
+constexpr char setPolicyTable[] = "SET://BMC/CHASSIS/STATUS/POWERSTATE/RESTOREPOLICY",
                setControlTable[] = "SET://BMC/CHASSIS/CONTROL", setPanelTable[] = "SET://BMC/CHASSIS/FRONT_PANEL";
+constexpr char powerTable[] = "CHASSIS/POWER", policyTable[] = "CHASSIS/STATUS/POWERSTATE/RESTOREPOLICY";
 
-/// What stands in some bits of a byte, as a word.
-struct BitField {
-    const char* name;
-    const char* shift; ///< where its lowest bit stands, hexadecimal as Map takes it
-    const char* mask = "1";
-    const char* table = flagTable;
+/// Bytes at the end of these answers are optional, as are the commands.
+constexpr Record recordOf(const char* path, const char* packet)
+{
+    return {.path = path, .get = packet, .absentCode = "193", .mayEndEarly = true};
+}
+
+constexpr Field bits(const char* name, unsigned byte, unsigned mask, const char* table = "CHASSIS/FLAG")
+{
+    return {.name = name, .byte = byte, .codec = Codec::word, .mask = mask, .table = table};
+}
+
+constexpr Field powerState[] = {
+    bits("SYSPOWER", 0, 0x01, powerTable), bits("POWEROVERLOAD", 0, 0x02), bits("INTERLOCK", 0, 0x04),
+    bits("POWERFAULT", 0, 0x08),           bits("CONTROLFAULT", 0, 0x10),  bits("RESTOREPOLICY", 0, 0x60, policyTable),
 };
-
-/// A branch whose leaves are all in one byte of an answer, the one that the filter of the branch's key names.
-struct Byte {
-    const char* key;
-    const char* packet;
-    std::vector<BitField> fields;
+constexpr Field lastPowerEvent[] = {
+    bits("ACFAILED", 1, 0x01),         bits("DOWNBYPOWEROVERLOAD", 1, 0x02), bits("DOWNBYILACTIVATION", 1, 0x04),
+    bits("DOWNBYPOWERFAULT", 1, 0x08), bits("ONVIAIPMI", 1, 0x10),
 };
-
-const Byte bytes[] = {
-    {.key = "GET://BMC/CHASSIS/STATUS/POWERSTATE",
-     .packet = "GET://BMC/CHASSIS/STATUS",
-     .fields = {{"SYSPOWER", "0", "1", powerTable},
-                {"POWEROVERLOAD", "1"},
-                {"INTERLOCK", "2"},
-                {"POWERFAULT", "3"},
-                {"CONTROLFAULT", "4"},
-                {"RESTOREPOLICY", "5", "3", policyTable}}},
-    {.key = "GET://BMC/CHASSIS/STATUS/LASTPOWEREVENT",
-     .packet = "GET://BMC/CHASSIS/STATUS",
-     .fields = {{"ACFAILED", "0"},
-                {"DOWNBYPOWEROVERLOAD", "1"},
-                {"DOWNBYILACTIVATION", "2"},
-                {"DOWNBYPOWERFAULT", "3"},
-                {"ONVIAIPMI", "4"}}},
-    {.key = "GET://BMC/CHASSIS/STATUS/MISCSTATE",
-     .packet = "GET://BMC/CHASSIS/STATUS",
-     .fields = {{"INTRUSIONACTIVE", "0"}, {"FPLACTIVE", "1"}, {"DRIVEFAULT", "2"}, {"FANFAULT", "3"}}},
-    {.key = "GET://BMC/CHASSIS/STATUS/FPBCAPABILITIES",
-     .packet = "GET://BMC/CHASSIS/STATUS",
-     .fields = {{"POWEROFFDISABLED", "0"},
-                {"RESETDISABLED", "1"},
-                {"DIAGINTERRUPTDISABLED", "2"},
-                {"STANDBYDISABLED", "3"},
-                {"POWEROFFDISABLEALLOWED", "4"},
-                {"RESETDISABLEALLOWED", "5"},
-                {"DIAGINTERRUPTDISABLEALLOWED", "6"},
-                {"STANDBYDISABLEALLOWED", "7"}}},
-    {.key = "GET://BMC/CHASSIS/CAPABILITIES",
-     .packet = "GET://BMC/CHASSIS/CAPABILITIES",
-     .fields = {{"INTRUSIONSENSOR", "0"}, {"FPLOCKOUT", "1"}, {"DIAGINTERRUPT", "2"}, {"POWERINTERLOCK", "3"}}},
+constexpr Field miscState[] = {
+    bits("INTRUSIONACTIVE", 2, 0x01),
+    bits("FPLACTIVE", 2, 0x02),
+    bits("DRIVEFAULT", 2, 0x04),
+    bits("FANFAULT", 2, 0x08),
 };
-
-constexpr const char* addresses[] = {"FRUDEVADDRESS", "SELDEVADDRESS", "SYSMGMTDEVADDRESS", "BRIDGEDEVADDRESS"};
-
-/// The field that the filter names, in $FIELD. Bytes at the end of these answers are optional, as are commands.
-Steps readOptional(const char* packet, const std::string& filter)
-{
-    return script({
-        send(packet),
-        answerIfAbsent("NOT_SUPPORTED"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        IPMIResponse("$BUFFER", filter, "$FIELD"),
-        If("$FIELD == ERROR", {returnText("NOT_SUPPORTED")}),
-    });
-}
-
-Script readBits(const Byte& byte, const BitField& field)
-{
-    return script({
-        readOptional(byte.packet, byte.key),
-        Map("$FIELD", "RIGHT_SHIFT", field.shift, "$FIELD"),
-        Map("$FIELD", "MASK", field.mask, "$FIELD"),
-        LookupTable("$FIELD", field.table, "$RESULT"),
-        Return("$RESULT"),
-    });
-}
-
-/// A slave address in the 8-bit form, hexadecimal as the BMC gave it.
-Script readAddress(const std::string& key)
-{
-    return script({readOptional("GET://BMC/CHASSIS/CAPABILITIES", key), Return("$FIELD")});
-}
-
-Script readRestartCause()
-{
-    return script({
-        readOptional("GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE", causeTable),
-        Map("$FIELD", "MASK", "F", "$FIELD"),
-        LookupTable("$FIELD", causeTable, "$RESULT"),
-        Return("$RESULT"),
-    });
-}
-
+constexpr Field buttons[] = {
+    bits("POWEROFFDISABLED", 3, 0x01),
+    bits("RESETDISABLED", 3, 0x02),
+    bits("DIAGINTERRUPTDISABLED", 3, 0x04),
+    bits("STANDBYDISABLED", 3, 0x08),
+    bits("POWEROFFDISABLEALLOWED", 3, 0x10),
+    bits("RESETDISABLEALLOWED", 3, 0x20),
+    bits("DIAGINTERRUPTDISABLEALLOWED", 3, 0x40),
+    bits("STANDBYDISABLEALLOWED", 3, 0x80),
+};
+/// Behind the flags slave addresses in the 8-bit form, hexadecimal.
+constexpr Field capabilities[] = {
+    bits("INTRUSIONSENSOR", 0, 0x01),         bits("FPLOCKOUT", 0, 0x02),
+    bits("DIAGINTERRUPT", 0, 0x04),           bits("POWERINTERLOCK", 0, 0x08),
+    {.name = "FRUDEVADDRESS", .byte = 1},     {.name = "SELDEVADDRESS", .byte = 3},
+    {.name = "SYSMGMTDEVADDRESS", .byte = 4}, {.name = "BRIDGEDEVADDRESS", .byte = 5},
+};
+constexpr Field restartCause[] = {bits("SYSTEMRESTARTCAUSE", 0, 0x0F, "CHASSIS/SYSTEMRESTARTCAUSE")};
 /// The buttons that are disabled, as the bits in which SET "FRONT_PANEL_ENABLES" takes them.
 Script readFrontPanel()
 {
     return script({
-        readOptional("GET://BMC/CHASSIS/FRONT_PANEL", "GET://BMC/CHASSIS/STATUS/FPBCAPABILITIES"),
+        send("GET://BMC/CHASSIS/FRONT_PANEL"),
+        answerIfAbsent("NOT_SUPPORTED"),
+        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        IPMIResponse("$BUFFER", "GET://BMC/CHASSIS/FRONT_PANEL", "$FIELD"),
+        If("$FIELD == ERROR", {returnText("NOT_SUPPORTED")}),
         Map("$FIELD", "MASK", "F", "$RESULT"),
         Return("$RESULT"),
     });
+}
+
+void addBytes(Stores& stores)
+{
+    constexpr char status[] = "CHASSIS/STATUS";
+    addFieldBranch(stores, recordOf("CHASSIS/STATUS/POWERSTATE", status), powerState);
+    addFieldBranch(stores, recordOf("CHASSIS/STATUS/LASTPOWEREVENT", status), lastPowerEvent);
+    addFieldBranch(stores, recordOf("CHASSIS/STATUS/MISCSTATE", status), miscState);
+    addFieldBranch(stores, recordOf("CHASSIS/STATUS/FPBCAPABILITIES", status), buttons);
+    addFieldBranch(stores, recordOf("CHASSIS/CAPABILITIES", "CHASSIS/CAPABILITIES"), capabilities);
+    addFields(stores, recordOf("CHASSIS", "CHASSIS/SYSTEMRESTARTCAUSE"), restartCause);
 }
 
 /// Sets what `table` has for the word that the caller gave under `name`.
@@ -170,37 +124,14 @@ Script setBytes(const char* packet, const char* name)
     return script({Split(name, " ,", name), sendOrThrow(packet, "$COMPLETION_CODE")});
 }
 
-void addBranch(Stores& stores, const char* key, std::vector<std::string> names)
-{
-    names.emplace_back("$RESULT");
-    addTemplate(stores, key, makeStep(Opcode::Append, std::move(names)));
-}
-
-void addBytes(Stores& stores)
-{
-    for (const Byte& byte : bytes) {
-        std::vector<std::string> names;
-        for (const BitField& field : byte.fields) {
-            names.emplace_back(field.name);
-            addTemplate(stores, std::string(byte.key) + "/" + field.name, readBits(byte, field));
-        }
-        if (byte.key == byte.packet) // its answer goes on with addresses
-            names.insert(names.end(), std::begin(addresses), std::end(addresses));
-        addBranch(stores, byte.key, std::move(names));
-    }
-    for (const char* name : addresses) {
-        const std::string key = std::string("GET://BMC/CHASSIS/CAPABILITIES/") + name;
-        addTemplate(stores, key, readAddress(key));
-    }
-}
-
 void addWords(Stores& stores)
 {
     const TableRow tables[] = {
-        {.key = flagTable, .pairs = {{"0", "FALSE"}, {"1", "TRUE"}}},
-        {.key = powerTable, .pairs = {{"0", "OFF"}, {"1", "ON"}}},
-        {.key = policyTable, .pairs = {{"0", "ALWAYS_OFF"}, {"1", "PREVIOUS"}, {"2", "ALWAYS_ON"}, {"3", "UNKNOWN"}}},
-        {.key = causeTable,
+        {.key = "GET://BMC/CHASSIS/FLAG", .pairs = {{"0", "FALSE"}, {"1", "TRUE"}}},
+        {.key = "GET://BMC/CHASSIS/POWER", .pairs = {{"0", "OFF"}, {"1", "ON"}}},
+        {.key = "GET://BMC/CHASSIS/STATUS/POWERSTATE/RESTOREPOLICY",
+         .pairs = {{"0", "ALWAYS_OFF"}, {"1", "PREVIOUS"}, {"2", "ALWAYS_ON"}, {"3", "UNKNOWN"}}},
+        {.key = "GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE",
          .pairs = {{"0", "UNKNOWN"},
                    {"1", "CHASSIS_CONTROL"},
                    {"2", "RESET_BUTTON"},
@@ -256,13 +187,12 @@ ChassisConfig::ChassisConfig(Stores& stores)
 {
     addConstants(stores, constants);
     addPackets(stores, packets);
-    addFilters(stores, filters);
+    addFilter(stores, "GET://BMC/CHASSIS/FRONT_PANEL", "4");
     addWords(stores);
     addBytes(stores);
     addTemplate(stores, "GET://BMC/CHASSIS", branch({"CAPABILITIES", "STATUS", "SYSTEMRESTARTCAUSE"}));
     addTemplate(stores, "GET://BMC/CHASSIS/STATUS",
                 branch({"POWERSTATE", "LASTPOWEREVENT", "MISCSTATE", "FPBCAPABILITIES"}));
-    addTemplate(stores, "GET://BMC/CHASSIS/SYSTEMRESTARTCAUSE", readRestartCause());
     addTemplate(stores, "GET://BMC/CHASSIS/FRONT_PANEL", readFrontPanel());
     addTemplate(stores, "GET://BMC/CHASSIS/LEDSTATUS", returnData("GET://BMC/CHASSIS/LEDSTATUS"));
     addTemplate(stores, "GET://BMC/CHASSIS/BOOT_OPTION",
