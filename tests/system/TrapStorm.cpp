@@ -1,7 +1,7 @@
-// hw_trap_storm COUNT: the agent's loop, served as ever, while another thread turns COUNT pairs of events into traps as
-// fast as a manager can take them. Each pair is a temperature record on its way through classifier and clone, and an
-// event that carries its number. The controller is a script. Runs until it is told to stop; a sanitizer's finding shows
-// in the exit status.
+// hw_trap_storm COUNT [paced]: the agent's loop, served as ever, while another thread turns COUNT pairs of events into
+// traps as fast as a manager can take them. Each pair is a temperature record on its way through classifier and clone,
+// and an event that carries its number. Paced, the traps wait in their own queue, and the agent's threads run beside.
+// The controller is a script. Runs until it is told to stop; a sanitizer's finding shows in the exit status.
 
 #include "api-netsnmp/BackgroundThreads.hpp"
 #include "api-netsnmp/Signals.hpp"
@@ -11,9 +11,11 @@
 #include "client/events/SNMP_RouteEvent.hpp"
 #include "client/words/Text.hpp"
 #include "common/Bell.hpp"
+#include "common/Policy.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -80,22 +82,34 @@ void storm(int count)
     // The loop hears of the end, so that what it deletes when it stops is seen to be nobody's any longer.
     common::loopBell().ring();
 }
+
+common::Policy policyOf(bool isPaced)
+{
+    common::Policy policy;
+    policy.pacesTrapsApart = isPaced;
+    policy.trapsPerSecond = 500;
+    return policy;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     const int count = argc > 1 ? std::atoi(argv[1]) : 1000;
+    const common::ScopedPolicy policy(policyOf(argc > 2));
     traceWanted = false;
     SharedBackend sdk;
     describeController(sdk);
-    HastyClock clock;
+    HastyClock& clock = *std::make_unique<HastyClock>().release(); // read by threads to the last
     const ScopedSeam<QueryBackend> useSdk(sdk);
     const ScopedSeam<Clock> useClock(clock);
     agent::installSignalHandlers();
     agent::openBells();
     init_subagent(1);
     gSubagent.load()->mSystemManagement->m_nTrapsEnabled = 1;
-    std::jthread thread(storm, count);
+    const std::jthread thread(storm, count);
+    if (argc > 2)
+        agent::startThreads();
     agent::startRunning();
     return agentx_loop();
 }

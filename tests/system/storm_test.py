@@ -15,11 +15,16 @@ SYSTEM_SEVERITY = BASE + ".100.1.0"
 
 
 class Storm(unittest.TestCase):
-    """A thousand events while managers walk, with the pauses between traps cut short."""
+    """A thousand events while managers walk, with the pauses between traps cut short, and with a pace instead."""
 
     EVENTS, WALKERS = 1000, 3
 
     def test_traps_and_walks_do_not_disturb_each_other(self):
+        for mode in ((), ("paced",)):
+            with self.subTest(mode):
+                self.check(*mode)
+
+    def check(self, *mode):
         with contextlib.ExitStack() as bench:
             folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
             receiver = bench.enter_context(TrapReceiver(folder / "manager"))
@@ -27,7 +32,7 @@ class Storm(unittest.TestCase):
             (folder / "hwAgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
             (folder / "hwSubgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
             environment = dict(os.environ, MIBS="", SNMPCONFPATH=str(folder), SNMP_PERSISTENT_DIR=str(folder))
-            storm = spawn([build_folder() / "tests" / "system" / "hw_trap_storm", str(self.EVENTS)], folder / "storm.log",
+            storm = spawn([build_folder() / "tests" / "system" / "hw_trap_storm", str(self.EVENTS), *mode], folder / "storm.log",
                           env=environment)
             bench.callback(end, storm)
             walkers = [bench.enter_context(self.walker(master, folder / f"walk{n}.log")) for n in range(self.WALKERS)]
