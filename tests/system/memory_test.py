@@ -1,18 +1,20 @@
-"""The agent's memory: a start, a walk and a stop under valgrind."""
+"""The agent's memory: a start, a walk and a stop under valgrind, in both modes."""
 
 import contextlib
 import os
+import re
 import signal
 import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ENTERPRISE, Agent, MasterAgent, Simulator, build_folder
+from hwtools.bench import ENTERPRISE, ROOT, Agent, MasterAgent, Simulator, build_folder
 from hwtools.processes import is_running, wait_until
 from hwtools.tables import walk
 from lib.bench import QUICKSTART
 
 VALGRIND = ("valgrind", "--quiet", "--leak-check=full", "--show-leak-kinds=definite", "--errors-for-leak-kinds=definite")
+SHIPPED = ROOT / "packaging" / "hwagent.conf"
 TREE = tuple(map(int, ENTERPRISE.split(".")))
 
 
@@ -33,18 +35,26 @@ def stopped(pid):
 
 
 class Memory(unittest.TestCase):
-    def test_nothing_is_used_out_of_place_and_nothing_is_lost(self):
+    def check(self, practical):
+        """Runs the agent in the mode, and fails for what valgrind has to say."""
         folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         simulator = self.enterContext(Simulator(QUICKSTART, folder / "bmc"))
         master = self.enterContext(MasterAgent(folder / "master"))
-        agent = self.enterContext(Agent(folder / "agent", simulator, master, executable=under_valgrind(folder)))
+        configuration = re.sub("^practical = .*", f"practical = {practical}", SHIPPED.read_text(), flags=re.M)
+        agent = self.enterContext(Agent(folder / "agent", simulator, master, configuration, under_valgrind(folder)))
         agent.wait_served(300)
-        self.assertGreater(len(walk(f"127.0.0.1:{master.port}", TREE, timeout=30)), 100)
+        wait_until(lambda: len(walk(f"127.0.0.1:{master.port}", TREE, timeout=30)) > 400, 120, "the tables", step=1)
         daemon = agent.pid
         wait_until(lambda: stopped(daemon), 60, "the daemon's end", step=1)
         reports = {path.name: path.read_text() for path in folder.glob("report.*")}
         self.assertEqual(reports.get(f"report.{daemon}"), "")
         self.assertEqual("".join(reports.values()), "")
+
+    def test_nothing_is_used_out_of_place_or_lost_in_the_practical_mode(self):
+        self.check(practical=1)
+
+    def test_nothing_is_used_out_of_place_or_lost_without_it(self):
+        self.check(practical=0)
 
 
 if __name__ == "__main__":
