@@ -11,7 +11,7 @@ namespace {
 
 using namespace Module::BMCConfig;
 
-constexpr std::uint64_t mostSteps = 300;
+constexpr std::uint64_t mostSteps = 100; ///< each may copy a value of the greatest size
 
 /// Operands from a list that holds what instructions look for, so that an input need not spell it.
 std::string operandOf(Input& input)
