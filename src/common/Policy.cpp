@@ -15,6 +15,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::limitsExchanges,
     &Policy::retriesBusyController,
     &Policy::sleepsInPortWaits,
+    &Policy::recoversFailedSends,
     &Policy::keepsUndummiedFrames,
     &Policy::checksDriverAnswers,
     &Policy::reportsDriverErrors,

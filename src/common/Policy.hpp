@@ -15,6 +15,7 @@ struct Policy {
     bool limitsExchanges = false;        ///< sendRequest: all tries, bridging and waits end within exchangeBudget
     bool retriesBusyController = false;  ///< sendRequest: C0h, C3h, D2h are asked again, with growing pauses
     bool sleepsInPortWaits = false;      ///< Kcs: a wait for the port sleeps after its first hundred microseconds
+    bool recoversFailedSends = false;    ///< Kcs: a wrong state while sending is left by an abort, as while reading
     bool keepsUndummiedFrames = false;   ///< Kcs: a frame is whole without the dummy byte that should follow it
     bool checksDriverAnswers = false;    ///< OpenIpmi: each message has its own number, and answers are compared
     bool reportsDriverErrors = false;    ///< ProcessMessage: an error of the driver is one, not an empty answer

@@ -115,6 +115,26 @@ int finishWrite()
     return kcsDone;
 }
 
+int sendFrame(const unsigned char* frame, unsigned length)
+{
+    if (length == 0 || WaitWhileIbf(waitLimit))
+        return kcsBusy;
+    drainOutput();
+    writeCommand(kcsWriteStart);
+    if (const int result = finishWrite())
+        return result;
+    for (unsigned i = 0; i + 1 < length; ++i) {
+        writeData(frame[i]);
+        if (const int result = finishWrite())
+            return result;
+    }
+    writeCommand(kcsWriteEnd);
+    if (const int result = finishWrite())
+        return result;
+    writeData(frame[length - 1]);
+    return kcsDone;
+}
+
 /// Second half of a recovery try: takes the BMC's error status and looks whether it is idle then.
 int leaveErrorState()
 {
@@ -163,22 +183,11 @@ int finishRead()
 
 int KCSSendMessage(const unsigned char* frame, unsigned length)
 {
-    if (length == 0 || WaitWhileIbf(waitLimit))
-        return kcsBusy;
-    drainOutput();
-    writeCommand(kcsWriteStart);
-    if (const int result = finishWrite())
-        return result;
-    for (unsigned i = 0; i + 1 < length; ++i) {
-        writeData(frame[i]);
-        if (const int result = finishWrite())
-            return result;
-    }
-    writeCommand(kcsWriteEnd);
-    if (const int result = finishWrite())
-        return result;
-    writeData(frame[length - 1]);
-    return kcsDone;
+    const int result = sendFrame(frame, length);
+    // A controller that was left in the middle of an exchange may take no new one before an abort.
+    if (result == kcsWrongState && common::policy().recoversFailedSends && KCSBMCErrorHandler() == kcsDone)
+        return sendFrame(frame, length);
+    return result;
 }
 
 int KCSReadBMCData(unsigned char* buffer, unsigned size, unsigned* count)

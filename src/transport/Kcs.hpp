@@ -39,6 +39,7 @@ inline constexpr int kcsBufferFull = 4; ///< KCSReadBMCData only
 } // namespace transport
 
 /// Sends a frame of `length` bytes, at least 1. A wrong state is reported without recovery; the read side recovers.
+/// With Policy::recoversFailedSends this one does too, and sends once more.
 int KCSSendMessage(const unsigned char* frame, unsigned length);
 /// Reads a frame into `buffer` and its length into `count`. A frame that fills the buffer exactly counts as too long. A
 /// wrong state runs KCSBMCErrorHandler and gives kcsWrongState.

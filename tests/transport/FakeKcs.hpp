@@ -28,6 +28,7 @@ public:
     int errorAtWrite = -1;        ///< goes into the ERROR state at this write to the ports, counted from 0
     bool errorInRead = false;     ///< goes into the ERROR state instead of offering the second byte
     int failedRecoveries = 0;     ///< so many aborts are answered with the ERROR state again
+    bool startsWhenIdle = false;  ///< goes into the ERROR state at a WRITE_START in any other state
     bool leaveByteBehind = false; ///< a byte of an old exchange waits in the output register
 
     int acquired = 0;
@@ -105,6 +106,8 @@ private:
         if (code == transport::kcsGetStatusAbort) {
             state = transport::kcsErrorState;
             aborting = true;
+        } else if (code == transport::kcsWriteStart && startsWhenIdle && state != transport::kcsIdleState) {
+            enterError();
         } else if (code == transport::kcsWriteStart) {
             state = transport::kcsWriteState;
             request.clear();

@@ -81,6 +81,23 @@ TEST_F(KcsFaults, ControllerThatHangsCostsFiveSecondsInsteadOfFourTimesFifteen)
     }
 }
 
+TEST_F(KcsFaults, ControllerThatTakesARequestOnlyWhenIdleIsFreedFromTheOneThatWasGivenUp)
+{
+    bmc.startsWhenIdle = true;
+    bmc.stuckObf = true;
+    EXPECT_FALSE(ask());
+    bmc.stuckObf = false;
+    EXPECT_FALSE(ask()) << "plainly for good";
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_TRUE(ask());
+    EXPECT_LT(took, 10ms);
+    bmc.answerTime = 6s;
+    EXPECT_FALSE(ask());
+    EXPECT_FALSE(ask()) << "still at the old one, for a second";
+    bmc.answerTime = 0s;
+    EXPECT_TRUE(ask());
+}
+
 TEST_F(KcsFaults, WaitForASlowControllerLeavesTheProcessorToOthers)
 {
     const common::ScopedPolicy practical(common::practicalPolicy());
