@@ -1,6 +1,7 @@
 #include "client/groups/clChassisInfo.hpp"
 
 #include "client/query/Answers.hpp"
+#include "client/query/Publication.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/readings/InventoryWords.hpp"
 #include "common/Policy.hpp"
@@ -231,6 +232,7 @@ void chassisInfo::findIntrusionSensor()
         if (const unsigned* const state = openStateOf(sensor)) {
             m_intrusionQuery = "/BMC/SENSOR[" + std::to_string(sensor.number()) + "]/VALUE";
             m_openState = *state;
+            want(m_intrusionQuery);
             return;
         }
     }
@@ -246,7 +248,10 @@ int chassisInfo::readStatus() const
 {
     if (m_intrusionQuery.empty())
         return ENUM_STATUS_OK;
-    const ipmi::Bytes answer = ipmi::parseBytes(askText(m_intrusionQuery));
+    const std::string text = askText(m_intrusionQuery);
+    if (text.empty() && common::policy().expiresReadings)
+        return ENUM_STATUS_UNKNOWN;
+    const ipmi::Bytes answer = ipmi::parseBytes(text);
     const ipmi::SensorReading reading(answer);
     const bool isOpen = !reading.isUnavailable() && reading.isSet(m_openState);
     return isOpen ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;

@@ -72,7 +72,7 @@ void noteWanted(const std::string& query, Note& note)
 {
     if (note.wanted)
         return;
-    note.wanted = true;
+    note.wanted = newlyWanted = true;
     refresh_map.try_emplace(query);
 }
 
@@ -187,8 +187,6 @@ bool lookUp(const std::string& query, ResultMap& result)
     Note& note = noteOf(query);
     if (!mayAsk()) {
         note.lookedUp = now;
-        if (!note.wanted)
-            newlyWanted = true;
         noteWanted(query, note);
     }
     if (!holds(note, now))
@@ -261,6 +259,14 @@ void setRefreshPeriod(std::chrono::nanoseconds length)
 bool takeNewlyWanted()
 {
     return newlyWanted.exchange(false);
+}
+
+bool repositoryChanged()
+try {
+    return current<QueryBackend>().repositoryChanged();
+} catch (const ResultStatus& failure) {
+    interfaceFailed += isOfInterface(failure);
+    return false;
 }
 
 unsigned long interfaceFailures()

@@ -52,8 +52,11 @@ PassEnd readWanted(const std::function<bool()>& goOn);
 void setRefreshPeriod(std::chrono::nanoseconds length);
 std::chrono::nanoseconds refreshPeriod();
 
-/// Whether somebody has looked up what nobody wanted before, since the last call.
+/// Whether something has come to be wanted since the last call.
 bool takeNewlyWanted();
+
+/// Whether the repository of sensor data records has changed since it was read; false when it cannot be asked.
+bool repositoryChanged();
 
 /// How often the controller's interface has failed the calling thread since the process began.
 unsigned long interfaceFailures();

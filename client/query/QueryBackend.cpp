@@ -11,6 +11,7 @@ struct SdkBackend final : QueryBackend {
     void get(const std::string& query, ResultMap& results) override { bios.Get(query, results); }
     void get(SDK::QueryMap queries, ResultMap& results) override { bios.Get(queries, results); }
     void setFlags(unsigned char flags) override { bios.SetFlags(flags); }
+    bool repositoryChanged() override { return bios.repositoryChanged(); }
 };
 
 } // namespace

@@ -10,6 +10,8 @@ struct QueryBackend {
     virtual void get(const std::string& query, ResultMap& results) = 0;
     virtual void get(SDK::QueryMap queries, ResultMap& results) = 0;
     virtual void setFlags(unsigned char flags) = 0;
+    /// See SDK::System.
+    virtual bool repositoryChanged() = 0;
     static QueryBackend& real();
 };
 

@@ -8,6 +8,7 @@
 #include "common/Waits.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace client::reader {
 
@@ -21,6 +22,7 @@ constexpr auto pollPeriod = 10s;
 constexpr auto pauseOfSilence = 1s; ///< before a silent controller is tried again
 constexpr auto longestFillPause = 60s;
 constexpr auto longestRest = 60s;
+constexpr auto repositoryPeriod = 30s;
 constexpr auto longestNap = 1s; ///< what is looked up for the first time is read soon
 
 auto now()
@@ -43,6 +45,7 @@ void Reader::fillWhenDue()
 {
     if (!firmwareRead)
         firmwareRead = door::fillGroups(Sources::firmware);
+    followRepository();
     if (!repositoryRead && now() >= nextFill)
         fillFromRepository();
 }
@@ -57,12 +60,28 @@ void Reader::fillFromRepository()
     fillPause = std::min<Duration>(2 * fillPause, longestFillPause);
 }
 
+/// Whatever it told of by then is read anew.
+void Reader::followRepository()
+{
+    if (!repositoryRead || now() < nextRepositoryLook)
+        return;
+    nextRepositoryLook = now() + repositoryPeriod;
+    if (!query::repositoryChanged())
+        return;
+    common::report(common::Gravity::notice, "the BMC's sensor data records have changed: read anew");
+    repositoryRead = inventoryRead = false;
+    nextFill = now();
+}
+
+/// What the log tells of is read soon, so that rows do not contradict it for long.
 void Reader::pollWhenDue()
 {
     if (now() < nextPoll)
         return;
+    const std::string last = sLastSelEntry;
     const bool moreWaits = CheckForNewSELEntry() != 0;
     nextPoll = moreWaits ? now() : now() + pollPeriod;
+    eventsCame = eventsCame || sLastSelEntry != last;
 }
 
 /// Between two queries.
@@ -78,6 +97,7 @@ void Reader::readWhenDue()
     const Moment began = now();
     if (began < nextPass)
         return;
+    query::takeNewlyWanted();
     const PassEnd end = query::readWanted([this] { return goOn(); });
     if (end == PassEnd::silent || !readFiguresFor(now() - began)) {
         nextPass = now() + pauseOfSilence;
@@ -107,7 +127,7 @@ void Reader::endPass(Moment began)
 
 void Reader::nap()
 {
-    if (query::takeNewlyWanted())
+    if (query::takeNewlyWanted() || std::exchange(eventsCame, false))
         nextPass = now();
     else if (const Duration left = std::min(nextPoll, nextPass) - now(); left > 0ns)
         common::waitInterruptibly(std::min<Duration>(left, longestNap));

@@ -18,6 +18,7 @@ private:
 
     void fillWhenDue();
     void fillFromRepository();
+    void followRepository();
     void pollWhenDue();
     void readWhenDue();
     bool readFiguresFor(Duration readings);
@@ -28,8 +29,10 @@ private:
     bool firmwareRead = false;
     bool repositoryRead = false;
     bool inventoryRead = false;
+    bool eventsCame = false;                      ///< since the last pass
     Duration fillPause = std::chrono::seconds(5); ///< grows while there is no repository
     Moment nextFill{};
+    Moment nextRepositoryLook{};
     Moment nextPoll{};
     Moment nextPass{};
 };

@@ -36,6 +36,7 @@ public:
             get(query, results);
     }
     void setFlags(unsigned char flags) override { flagsSet.push_back(flags); }
+    bool repositoryChanged() override { return std::exchange(changed, false); }
 
     /// `query` answers itself with one value.
     void answer(const std::string& query, const std::string& value) { answers[query] = {{query, leaf({value})}}; }
@@ -51,6 +52,7 @@ public:
     std::function<void(const std::string&)> onGet;
     std::vector<std::string> asked;
     std::vector<int> flagsSet;
+    bool changed = false; ///< the repository
 };
 
 /// What a test says of one sensor; it becomes an SDR in text and the answers to the sensor's queries.

@@ -228,8 +228,8 @@ TEST_F(FilledBehind, RowsKeepTheirNumbersWhenTheRepositoryChanges)
     sdk.answers.erase("/BMC/SDR/SENSOR_TYPE[2]");
     for (const int number : {3, 4, 1})
         addSensor({.number = number, .name = "S" + std::to_string(number)});
-    const ReadingScope reads;
-    EXPECT_TRUE(client::door::fillGroups(client::door::Sources::repository));
+    sdk.changed = true;
+    turns(40);
     EXPECT_EQ(getCount(VOLTAGE), 3);
     for (const char* name : {"S1", "S4", "S3"})
         EXPECT_EQ(strInfo(*client.mVoltageProbe, VOLTAGE_DESCRIPTION, name[1] == '4' ? 1 : name[1] - '1'), name);
