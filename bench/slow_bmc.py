@@ -19,7 +19,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tools"))
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, Agent, MasterAgent, Simulator  # noqa: E402
+from hwtools.bench import COMMUNITY, ENTERPRISE, Agent, MasterAgent, Simulator, settings  # noqa: E402
 from hwtools.faultline import Fault, FaultLine  # noqa: E402
 from hwtools.processes import BenchError  # noqa: E402
 
@@ -89,8 +89,7 @@ def run(sensors, delay, seconds, practical):
         fault = Fault(drop=True) if delay is None else Fault(delay=delay)
         stack.enter_context(line.faulty(fault))
         master = stack.enter_context(MasterAgent(folder / "master"))
-        text = (ROOT / "packaging" / "hwagent.conf").read_text()
-        agent = Agent(folder / "agent", line, master, configuration=f"{text}\npractical = {int(practical)}\n")
+        agent = Agent(folder / "agent", line, master, settings(practical=int(practical)))
         manager = Manager(master.port)
         stack.enter_context(agent)
         served = None

@@ -10,7 +10,7 @@ import time
 import unittest
 from pathlib import Path
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, STATE_FOLDER, Agent, MasterAgent, Simulator
+from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, SEL_MARK, Agent, MasterAgent, Simulator, settings
 from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import wait_until
 from lib.traps import TrapReceiver
@@ -24,7 +24,7 @@ TEMPERATURE, INTRUSION, SUPPLY, POWER_UNIT, COOLING_UNIT, PROCESSOR, MEMORY = 0x
 # sensors of the quick start's board
 SOCKET_0_DIE, SOCKET_1_DIE, BLOWER_REDUND, SUPPLY_A, SUPPLY_REDUND, LID = 0x03, 0x04, 0x29, 0x30, 0x32, 0x33
 SOCKET_1, SLOT_B0 = 0x35, 0x37
-CONFIGURATION = "trapsEnabled = 1\ndebugEnabled = 1\n"
+CONFIGURATION = settings(trapsEnabled=1, debugEnabled=1)
 POLL_SECONDS, TRAP_SECONDS = 10, 3
 
 
@@ -162,7 +162,7 @@ class PracticalTraps(Bench):
     CONFIGURATION = CONFIGURATION + "practical = 1\ntrapBurst = 5\n"
 
     def has_polled(self):
-        return (self.agent.root / STATE_FOLDER.lstrip("/") / "sel-mark").exists()
+        return (self.agent.root / SEL_MARK.lstrip("/")).exists()
 
     def add(self, *errors):
         """Correctable errors of a module, which have no say in the health; what tells them apart is their first byte."""

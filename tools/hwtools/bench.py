@@ -3,6 +3,7 @@
 Each part is a context manager that keeps all its files in the folder it is given and binds 127.0.0.1 only."""
 
 import os
+import re
 import shutil
 import signal
 import socket
@@ -22,13 +23,26 @@ PID_FILE = "/var/run/hwagentd.pid"
 LOCK_FILE = "/var/run/hwagentd.lock"
 STATE_FOLDER = "/var/lib/hwagent"
 CACHE_FOLDER = "/var/cache/hwagent"
+SEL_MARK = STATE_FOLDER + "/sel-mark"
 COMMUNITY = "public"
+UNAVAILABLE = "1"  # systemHealthStatus
 ENTERPRISE = "1.3.6.1.4.1.44444"
 
 
 def build_folder():
     """Where the executables under test are: HWAGENT_BUILD, or the release build."""
     return Path(os.environ.get("HWAGENT_BUILD", ROOT / "build" / "release"))
+
+
+def settings(**keys):
+    """The shipped hwagent.conf with other values for some keys. Without `practical` among them the plain mode, or what
+    HWAGENT_PRACTICAL says: the tests that hold for both modes run in both."""
+    text = (ROOT / "packaging" / "hwagent.conf").read_text()
+    for key, value in {"practical": os.environ.get("HWAGENT_PRACTICAL", "0"), **keys}.items():
+        text, found = re.subn(rf"^{key} = .*$", f"{key} = {value}", text, flags=re.MULTILINE)
+        if found != 1:
+            raise BenchError(f"no key {key} in hwagent.conf")
+    return text
 
 
 class Simulator:
@@ -133,7 +147,7 @@ class Agent:
     def __init__(self, folder, simulator, master, configuration=None, executable=None):
         self.folder, self.simulator, self.master = Path(folder), simulator, master
         self.root = self.folder / "root"
-        self.configuration = configuration or (ROOT / "packaging" / "hwagent.conf").read_text()
+        self.configuration = configuration or settings()
         self.executable = executable or build_folder() / "api-netsnmp" / "hwAgent"
 
     def __enter__(self):
@@ -206,13 +220,29 @@ class Agent:
         return find_by_environment(f"HWAGENT_PRELOAD_ROOT={self.root}")
 
     def wait_served(self, seconds=60):
-        """Waits until it answers, which it does once all objects are registered."""
+        """Waits until it answers, which it does once all objects are registered, and for the first readings where the mode
+        reads behind the registration."""
         wait_until(lambda: self.master_knows(ENTERPRISE + ".2.10.3.5.100.4.0"), seconds, "the agent's registration", 0.2)
+        if re.search("^practical = [^0]", self.configuration, re.MULTILINE):
+            wait_until(lambda: self.health() != UNAVAILABLE, seconds, "the first readings", 0.2)
+
+    def health(self):
+        """The system's health as a number, None without an answer."""
+        return self.ask(ENTERPRISE + ".2.10.3.5.100.1.0")
+
+    def knows_log(self):
+        """Whether it has taken its place in the event log; the mode tells where."""
+        return ((self.root / SEL_MARK.lstrip("/")).exists() or
+                "Structures related to SEL are initialized" in (self.folder / "agent.log").read_text(encoding="latin-1"))
 
     def master_knows(self, oid):
-        answer = subprocess.run(["snmpget", "-v2c", "-c", COMMUNITY, "-r1", "-t1", "-On", f"127.0.0.1:{self.master.port}",
+        return self.ask(oid) is not None
+
+    def ask(self, oid):
+        """The value of an object as text, None without one."""
+        answer = subprocess.run(["snmpget", "-v2c", "-c", COMMUNITY, "-r1", "-t1", "-Oqv", f"127.0.0.1:{self.master.port}",
                                  oid], capture_output=True, text=True, env=dict(os.environ, MIBS=""))
-        return answer.returncode == 0 and "No Such" not in answer.stdout
+        return answer.stdout.strip() if answer.returncode == 0 and "No Such" not in answer.stdout else None
 
     def stop(self, patience=5):
         """Ends daemon and watcher, as gently as they let it be done."""
