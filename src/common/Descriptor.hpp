@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace common {
 
@@ -39,6 +42,9 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 
 /// The file opened for reading, closed in programs that are run; null if that fails.
 File openToRead(const std::string& path);
+/// All bytes of the file, which may come in pieces; none if there is no file, it has more than `most`, or reading
+/// fails. Does not wait, whatever stands at the path.
+std::vector<std::uint8_t> readSmallFile(const std::string& path, std::size_t most);
 /// A stream over the descriptor, which it then owns; null, and the descriptor closed, if there is none.
 File streamOver(Descriptor descriptor, const char* mode);
 

@@ -34,6 +34,11 @@ struct Policy {
     bool answersFromPublished = false;    ///< QLInterface: only the reading thread asks, all others look up
     bool expiresReadings = false;         ///< QLInterface: an answer of more than three refresh periods is none
     bool fillsBehindRegistration = false; ///< smClient: the groups appear as they are read, behind the registration
+    // The firmware's tables.
+    bool readsKernelTables = false;  ///< SmbiosLocate: the kernel's copies first, memory where it offers none
+    bool takesWideEntries = false;   ///< SmbiosLocate: entry points of 64 bits as well
+    bool knowsNewerFirmware = false; ///< SMBIOSProtocolImpl: words and fields up to SMBIOS 3.7, from 2.6 on
+    bool keepsFirmwareWords = false; ///< SMBIOSConfigMgr: no word is replaced, so no controller is asked
     // Events.
     bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
     bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue

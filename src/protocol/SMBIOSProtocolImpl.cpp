@@ -1,5 +1,7 @@
 #include "protocol/SMBIOSProtocolImpl.hpp"
 
+#include "common/Policy.hpp"
+#include "common/Report.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Stopwatch.hpp"
 #include "protocol/SmbiosCatalogue.hpp"
@@ -18,6 +20,7 @@ namespace {
 const std::string rootPath = "/SMBIOS";
 
 constexpr std::chrono::seconds pauseAfterFailure{10};
+constexpr const char* reportKey = "firmware tables";
 
 /// The one instance, or why there is none.
 struct Instance {
@@ -30,6 +33,13 @@ Instance& theInstance()
 {
     static Instance instance;
     return instance;
+}
+
+void tellFailure(const ResultStatus& status)
+{
+    const std::string why = status.size() > 0 ? status.begin()->mErrorString : std::string();
+    common::reportLimited(common::Gravity::warning, reportKey,
+                          "the firmware tells of no processors and memory: " + why);
 }
 
 std::string subscripted(const std::string& path, std::size_t index)
@@ -72,9 +82,11 @@ std::shared_ptr<const ISMBIOSProtocol> SMBIOSProtocolImpl::CreateInstance()
     try {
         if (!one.reader)
             one.reader = std::make_shared<const SMBIOSProtocolImpl>();
+        common::reportEnded(reportKey);
     } catch (const ResultStatus& status) {
         one.failure = status;
         one.sinceFailure = {};
+        tellFailure(status);
         throw;
     }
     return one.reader;
@@ -128,7 +140,10 @@ void SMBIOSProtocolImpl::DefineSMBiosTable()
         {"2.8", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_27},
         {"3.0", &SMBIOSProtocolImpl::FillStaticInfoSMBIOSSpec_27},
     };
-    const auto row = std::ranges::find(versions, versionText, &VersionRow::version);
+    constexpr std::pair<int, int> swapsUuid{2, 6}; // which goes by the catalogue
+    if (common::policy().knowsNewerFirmware && std::pair<int, int>(entryPoint.major, entryPoint.minor) >= swapsUuid)
+        return FillStaticInfoSMBIOSSpec_37();
+    const auto row = std::ranges::find(versions, Version(), &VersionRow::version);
     if (row == std::end(versions))
         FillStaticInfoSMBIOSSpec_23();
     else
@@ -148,7 +163,7 @@ void SMBIOSProtocolImpl::DefineValidSubTypes()
 
 void SMBIOSProtocolImpl::ParseSMBiosTable()
 {
-    records = parseStructures(table, structureCount);
+    records = parseStructures(table, entryPoint.structureCount);
     for (std::size_t i = 0; i < records.size(); ++i) {
         recordsByHandle.try_emplace(records[i].handle, i);
         recordsByType[records[i].type].push_back(i);

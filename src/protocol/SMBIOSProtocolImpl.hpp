@@ -37,8 +37,8 @@ public:
     /// Lets go of the instance, so that the next use reads the table anew.
     static void DeleteInstance();
 
-    /// Reads the firmware's table, through "/dev/mem". Error 1013 without an entry point, 1024 when it does not sum to
-    /// 0, 1007 and 1009 when memory cannot be reached.
+    /// Reads the firmware's table, through "/dev/mem"; by the policy out of the kernel's copies, where it has them.
+    /// Error 1013 without an entry point, 1024 when it does not sum to 0, 1007 and 1009 when memory cannot be reached.
     SMBIOSProtocolImpl();
     /// For other callers of the SDK, who have no firmware to ask: reads a saved image: an entry point anywhere in it,
     /// whose table address counts from the image's start. Error 1013 without an entry point or with a table outside the
@@ -52,7 +52,7 @@ public:
 
     // For other callers of the SDK: the agent asks by path only.
 
-    const std::string& Version() const { return versionText; }
+    std::string Version() const { return entryPoint.version(); }
     /// The catalogue that the version selects.
     const SMBCatalogue& Tables() const { return catalogue; }
     /// The structure of `handle`, the first if several bear it; null without one.
@@ -83,13 +83,14 @@ private:
     void InitSMBiosTable();
     void GetSMBiosEntryPtr();
     void GetSMBiosEntryPtr(const unsigned char* image, unsigned length);
-    void acceptEntryPoint(const EntryPoint& entry);
+    bool takeKernelTables();
     void DefineSMBiosTable();
     void FillStaticInfoSMBIOSSpec_23() { useCatalogue(v2_3); }
     void FillStaticInfoSMBIOSSpec_24() { useCatalogue(v2_4); }
     void FillStaticInfoSMBIOSSpec_25() { useCatalogue(v2_5); }
     void FillStaticInfoSMBIOSSpec_26() { useCatalogue(v2_6); }
     void FillStaticInfoSMBIOSSpec_27() { useCatalogue(v2_7); }
+    void FillStaticInfoSMBIOSSpec_37() { useCatalogue(v3_7); }
     void useCatalogue(Catalogue version);
     void DefineValidSubTypes();
     void ParseSMBiosTable();
@@ -109,8 +110,7 @@ private:
     std::vector<std::size_t> recordsOfType(std::uint8_t type) const;
 
     std::vector<std::uint8_t> table; ///< a copy: the firmware may change its own under the walk
-    std::size_t structureCount = 0;
-    std::string versionText;
+    EntryPoint entryPoint;
     Catalogue catalogueVersion = v2_3;
     SMBCatalogue catalogue;
     std::vector<SMBRecordInfo> records;

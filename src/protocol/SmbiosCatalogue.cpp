@@ -133,6 +133,11 @@ constexpr FieldRow rows[] = {
     {4, v2_5, bits(0x26, FIELD_WORD, "ProcessorCharacteristics", processorCharacteristics)},
     {4, v2_6, words(0x28, "ProcessorFamily2", processorFamilies, FIELD_WORD)},
 
+    {4, v3_7, plain(0x2A, FIELD_WORD, "CoreCount2")},
+    {4, v3_7, plain(0x2C, FIELD_WORD, "CoreEnabled2")},
+    {4, v3_7, plain(0x2E, FIELD_WORD, "ThreadCount2")},
+    {4, v3_7, plain(0x30, FIELD_WORD, "ThreadEnabled")},
+
     // Cache Information (7.8)
     {7, v2_3, text(0x04, "SocketDesignation")},
     {7, v2_3, special(0x05, FIELD_WORD, "CacheConfiguration", CalculateCacheConfiguration)},
@@ -164,6 +169,9 @@ constexpr FieldRow rows[] = {
     {9, v2_6, plain(0x0D, FIELD_WORD, "SegmentGroupNumber")},
     {9, v2_6, plain(0x0F, FIELD_BYTE, "BusNumber")},
     {9, v2_6, plain(0x10, FIELD_BYTE, "DeviceFunctionNumber")},
+
+    {9, v3_7, plain(0x11, FIELD_BYTE, "BaseDataBusWidth")},
+    {9, v3_7, plain(0x12, FIELD_BYTE, "PeerGroupCount")},
 
     // On Board Devices Information (7.11)
     {10, v2_3, special(0x04, FIELD_BYTE, "DeviceType", RenderOnBoardTypes, onBoardDeviceTypes)},
@@ -205,6 +213,25 @@ constexpr FieldRow rows[] = {
     {17, v2_3, text(0x1A, "PartNumber")},
     {17, v2_6, plain(0x1B, FIELD_BYTE, "Attributes")},
 
+    {17, v3_7, plain(0x22, FIELD_WORD, "MinimumVoltage")},
+    {17, v3_7, plain(0x24, FIELD_WORD, "MaximumVoltage")},
+    {17, v3_7, plain(0x26, FIELD_WORD, "ConfiguredVoltage")},
+    {17, v3_7, words(0x28, "MemoryTechnology", memoryTechnologies)},
+    {17, v3_7, bits(0x29, FIELD_WORD, "OperatingModes", operatingModes)},
+    {17, v3_7, text(0x2B, "FirmwareVersion")},
+    {17, v3_7, run(0x2C, FIELD_WORD, "ModuleManufacturerID")},
+    {17, v3_7, run(0x2E, FIELD_WORD, "ModuleProductID")},
+    {17, v3_7, run(0x30, FIELD_WORD, "ControllerManufacturerID")},
+    {17, v3_7, run(0x32, FIELD_WORD, "ControllerProductID")},
+    {17, v3_7, special(0x34, FIELD_QWORD, "NonVolatileSize", RenderPortionSize)},
+    {17, v3_7, special(0x3C, FIELD_QWORD, "VolatileSize", RenderPortionSize)},
+    {17, v3_7, special(0x44, FIELD_QWORD, "CacheSize", RenderPortionSize)},
+    {17, v3_7, special(0x4C, FIELD_QWORD, "LogicalSize", RenderPortionSize)},
+    {17, v3_7, run(0x5C, FIELD_WORD, "PMIC0ManufacturerID")},
+    {17, v3_7, run(0x5E, FIELD_WORD, "PMIC0Revision")},
+    {17, v3_7, run(0x60, FIELD_WORD, "RCDManufacturerID")},
+    {17, v3_7, run(0x62, FIELD_WORD, "RCDRevision")},
+
     // 32-bit Memory Error Information (7.19)
     {18, v2_3, words(0x04, "ErrorType", memoryErrorTypes)},
     {18, v2_3, words(0x05, "ErrorGranularity", errorGranularities)},
@@ -237,14 +264,22 @@ constexpr FieldRow rows[] = {
     {133, v2_7, plain(0x08, FIELD_DWORD, "Size")},
 };
 
-/// A processor whose family does not fit into the byte, memory that does not fit into its fields, and what firmware
-/// of SMBIOS 2.7 and later appends.
+/// What does not fit into its field, whose highest value then points to a longer one, and what firmware of SMBIOS 2.7
+/// and later appends.
 constexpr SubTypeRow subTypeRows[] = {
+    {0, v3_7, {0x09, 1, 0xFF, special(0x18, FIELD_WORD, "BIOSRomSize", CalculateExtendedRomSize)}},
     {3, v2_7, {0, 0, 0, special(0x15, FIELD_BYTE, "SKUNumber", RenderChassisSku)}},
     {4, v2_6, {0x06, 1, 0xFE, words(0x28, "ProcessorFamily", processorFamilies, FIELD_WORD)}},
+    {4, v3_7, {0x23, 1, 0xFF, special(0x2A, FIELD_WORD, "CoreCount", RenderWideCount)}},
+    {4, v3_7, {0x24, 1, 0xFF, special(0x2C, FIELD_WORD, "CoreEnabled", RenderWideCount)}},
+    {4, v3_7, {0x25, 1, 0xFF, special(0x2E, FIELD_WORD, "ThreadCount", RenderWideCount)}},
+    {7, v3_7, {0x07, 2, 0xFFFF, special(0x13, FIELD_DWORD, "MaximumCacheSize", CalculateWideCacheSize)}},
+    {7, v3_7, {0x09, 2, 0xFFFF, special(0x17, FIELD_DWORD, "InstalledSize", CalculateWideCacheSize)}},
     {16, v2_7, {0x07, 4, 0x80000000, plain(0x0F, FIELD_QWORD, "ExtendedMaximumCapacity")}},
     {17, v2_7, {0x0C, 2, 0x7FFF, plain(0x1C, FIELD_DWORD, "ExtendedSize")}},
     {17, v2_7, {0, 0, 0, plain(0x20, FIELD_WORD, "ConfiguredMemoryClockSpeed")}},
+    {17, v3_7, {0x15, 2, 0xFFFF, special(0x54, FIELD_DWORD, "Speed", RenderWideSpeed)}},
+    {17, v3_7, {0x20, 2, 0xFFFF, special(0x58, FIELD_DWORD, "ConfiguredMemoryClockSpeed", RenderWideSpeed)}},
     {19, v2_7, {0x04, 4, 0xFFFFFFFF, plain(0x0F, FIELD_QWORD, "ExtendedStartingAddress")}},
     {19, v2_7, {0x04, 4, 0xFFFFFFFF, plain(0x17, FIELD_QWORD, "ExtendedEndingAddress")}},
 };

@@ -1,13 +1,16 @@
 #include "common/CMySemLock.hpp"
 #include "common/Descriptor.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
 #include "protocol/MemMapDriverImpl.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace Protocol::SMBIOS {
 
@@ -24,6 +27,12 @@ constexpr std::size_t paragraph = 16;
 
 constexpr const char* systemTables[] = {"/sys/firmware/efi/systab", "/proc/efi/systab"};
 constexpr std::size_t longestLine = 63;
+
+constexpr const char* kernelEntryPoint = "/sys/firmware/dmi/tables/smbios_entry_point";
+constexpr const char* kernelTable = "/sys/firmware/dmi/tables/DMI";
+/// Far more than any firmware's table has.
+constexpr std::size_t longestTable = 4 << 20;
+constexpr std::size_t longestEntryPoint = 0xFF;
 
 /// Maps from the page's start on: a window that begins within a page would stay mapped.
 std::vector<std::uint8_t> readMemory(MemMapDriverImpl& memory, unsigned address, unsigned length)
@@ -66,55 +75,79 @@ std::uint32_t findEfiAddress()
     throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
 }
 
-EntryPoint requireEntryPoint(Bytes bytes)
+/// The forms that are known, in the order in which they are looked for.
+std::span<const EntryForm> knownForms()
 {
-    const auto entry = decodeEntryPoint(bytes);
+    static constexpr EntryForm forms[] = {EntryForm::bits64, EntryForm::bits32};
+    return common::policy().takesWideEntries ? forms : std::span(forms).last(1);
+}
+
+/// Looked for at every `step` bytes; nothing without an anchor. Error 1024 where the first cannot be trusted.
+std::optional<EntryPoint> findEntryPoint(Bytes memory, std::size_t step)
+{
+    for (const EntryForm form : knownForms())
+        if (const auto found = findAnchor(memory, step, form)) {
+            const auto entry = decodeEntryPoint(*found, form);
+            if (!entry)
+                throwError(ERROR_CHECKSUM_INCORRECT, errorDetail, COMMAND_GET);
+            return entry;
+        }
+    return std::nullopt;
+}
+
+EntryPoint requireEntryPoint(Bytes memory, std::size_t step)
+{
+    const auto entry = findEntryPoint(memory, step);
     if (!entry)
-        throwError(ERROR_CHECKSUM_INCORRECT, errorDetail, COMMAND_GET);
+        throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
     return *entry;
 }
 
 EntryPoint locateEntryPoint(MemMapDriverImpl& memory)
 {
     const std::vector<std::uint8_t> segment = readMemory(memory, biosSegment, biosSegmentLength);
-    if (const auto low = findAnchor(segment, paragraph))
-        return requireEntryPoint(*low);
+    if (const auto low = findEntryPoint(segment, paragraph))
+        return *low;
     const std::vector<std::uint8_t> efi = readMemory(memory, findEfiAddress(), entryPointLength);
-    if (!hasAnchor(efi))
-        throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
-    return requireEntryPoint(efi);
+    return requireEntryPoint(efi, efi.size());
 }
 
 } // namespace
 
 void SMBIOSProtocolImpl::GetSMBiosEntryPtr()
 {
+    if (common::policy().readsKernelTables && takeKernelTables())
+        return;
     MemMapDriverImpl memory;
-    const EntryPoint entry = locateEntryPoint(memory);
-    acceptEntryPoint(entry);
-    if (entry.tableLength > 0)
-        table = readMemory(memory, entry.tableAddress, entry.tableLength);
+    entryPoint = locateEntryPoint(memory);
+    if (entryPoint.tableAddress > std::numeric_limits<unsigned>::max())
+        throwError(ERROR_PHY_VIRT_MAPPING, errorDetail, COMMAND_GET);
+    if (entryPoint.tableLength > 0)
+        table = readMemory(memory, static_cast<unsigned>(entryPoint.tableAddress), entryPoint.tableLength);
+}
+
+/// The kernel offers the firmware's tables as files also where memory is out of reach. False if it has none.
+bool SMBIOSProtocolImpl::takeKernelTables()
+{
+    const auto entry = common::readSmallFile(systemPath(kernelEntryPoint), longestEntryPoint);
+    if (entry.empty())
+        return false;
+    entryPoint = requireEntryPoint(entry, entry.size());
+    table = common::readSmallFile(systemPath(kernelTable), std::min<std::size_t>(entryPoint.tableLength, longestTable));
+    if (table.empty())
+        throwError(ERROR_NO_SMBIOS_ENTRY_PTR, kernelTable, COMMAND_GET);
+    return true;
 }
 
 void SMBIOSProtocolImpl::GetSMBiosEntryPtr(const unsigned char* image, unsigned length)
 {
     const Bytes bytes(image, length);
-    const auto found = findAnchor(bytes, 1);
-    if (!found)
+    entryPoint = requireEntryPoint(bytes, 1);
+    if (entryPoint.tableAddress > length)
         throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
-    const EntryPoint entry = requireEntryPoint(*found);
-    if (entry.tableAddress > length)
-        throwError(ERROR_NO_SMBIOS_ENTRY_PTR, errorDetail, COMMAND_GET);
-    acceptEntryPoint(entry);
-    const Bytes rest = bytes.subspan(entry.tableAddress);
-    const Bytes wanted = rest.first(std::min<std::size_t>(entry.tableLength, rest.size()));
+    const Bytes rest = bytes.subspan(entryPoint.tableAddress);
+    const Bytes wanted = rest.first(std::min<std::size_t>(entryPoint.tableLength, rest.size()));
     table.assign(wanted.begin(), wanted.end());
-}
-
-void SMBIOSProtocolImpl::acceptEntryPoint(const EntryPoint& entry)
-{
-    versionText = entry.version();
-    structureCount = entry.structureCount;
 }
 
 } // namespace Protocol::SMBIOS

@@ -199,6 +199,43 @@ void CalculateProcessorVoltage(const FieldInfo& field, const SMBRecordInfo& reco
     add(values, field, list.empty() ? "Unknown" : list);
 }
 
+void CalculateExtendedRomSize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    constexpr std::uint64_t reservedBit = 0x8000;
+    constexpr std::uint64_t gigabytesBit = 0x4000;
+    constexpr std::uint64_t sizeBits = 0x3FFF;
+    const std::uint64_t size = numberOf(field, record);
+    if (size & reservedBit)
+        return add(values, field, "Unknown");
+    add(values, field, inKilobytes((size & sizeBits) << (size & gigabytesBit ? 20 : 10)));
+}
+
+void CalculateWideCacheSize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    constexpr std::uint64_t coarseBit = 0x80000000;
+    const std::uint64_t size = numberOf(field, record);
+    add(values, field, inKilobytes(size & coarseBit ? (size & ~coarseBit) * 64 : size));
+}
+
+void RenderWideCount(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    constexpr std::uint64_t reserved = 0xFFFF;
+    const std::uint64_t count = numberOf(field, record);
+    add(values, field, count == reserved ? "Unknown" : std::to_string(count));
+}
+
+void RenderWideSpeed(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    add(values, field, std::to_string(numberOf(field, record) & 0x7FFFFFFF));
+}
+
+void RenderPortionSize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    constexpr int megabyte = 20;
+    const std::uint64_t size = numberOf(field, record);
+    add(values, field, ~size == 0 ? "Unknown" : std::to_string(size >> megabyte));
+}
+
 void CalculateCacheSize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
 {
     constexpr std::uint64_t coarseBit = 0x8000;

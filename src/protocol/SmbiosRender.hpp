@@ -22,6 +22,8 @@ void FillFieldInterpretation(const FieldInfo& field, const SMBRecordInfo& record
 void RenderBits(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// "1024 KB" (7.1, ROM size in pieces of 64 KB).
 void CalculateBIOSRomSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// "32768 KB" (7.1, extended ROM size in MB or GB).
+void CalculateExtendedRomSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// The word of the low seven bits, and beside it "ChassisLock" of the highest (7.4.1).
 void RenderChassisType(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// The contained elements of a chassis, one hexadecimal run each, blank-separated (7.4.4).
@@ -34,6 +36,14 @@ void CalculateProcessorStatus(const FieldInfo&, const SMBRecordInfo&, Catalogue,
 void CalculateProcessorVoltage(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// "256 KB" (7.8, sizes in units of 1 or 64 KB).
 void CalculateCacheSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// The same of the longer field (7.8, cache size 2).
+void CalculateWideCacheSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// A count of cores or threads in the longer field, whose FFFFh is no number (7.5.6).
+void RenderWideCount(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// MT/s in the longer field, whose highest bit is reserved (7.18.4).
+void RenderWideSpeed(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// Megabytes of a portion of a module; all bits set are no number (7.18.8).
+void RenderPortionSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Level, socket, location, state and mode, one entry each (7.8, cache configuration).
 void CalculateCacheConfiguration(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// "Long" or "Abbreviated" (7.14, format of language names).

@@ -22,8 +22,8 @@ enum : std::uint8_t {
     TYPE_BIOS_RESERVED_MEMORY = 133
 };
 
-/// The catalogues, by minor version of SMBIOS 2.
-enum Catalogue : std::uint8_t { v2_3 = 3, v2_4 = 4, v2_5 = 5, v2_6 = 6, v2_7 = 7 };
+/// The catalogues, by minor version of SMBIOS 2, and the newest, which only the policy selects.
+enum Catalogue : std::uint8_t { v2_3 = 3, v2_4 = 4, v2_5 = 5, v2_6 = 6, v2_7 = 7, v3_7 = 17 };
 
 /// Storage form of a field: the number of its bytes, or the index of a string.
 enum FieldType : std::uint8_t {

@@ -289,6 +289,7 @@ inline constexpr ValueText processorFamilies[] = {
     {0xFB, "i960"},
     {0x100, "ARMv7", v2_7},
     {0x101, "ARMv8", v2_7},
+    {0x102, "ARMv9", v3_7},
     {0x104, "SH-3", v2_7},
     {0x105, "SH-4", v2_7},
     {0x118, "ARM"},
@@ -302,6 +303,23 @@ inline constexpr ValueText processorFamilies[] = {
     {0x200, "RV32", v2_7},
     {0x201, "RV64", v2_7},
     {0x202, "RV128", v2_7},
+    {0x258, "LoongArch", v3_7},
+    {0x259, "Loongson 1", v3_7},
+    {0x25A, "Loongson 2", v3_7},
+    {0x25B, "Loongson 3", v3_7},
+    {0x25C, "Loongson 2K", v3_7},
+    {0x25D, "Loongson 3A", v3_7},
+    {0x25E, "Loongson 3B", v3_7},
+    {0x25F, "Loongson 3C", v3_7},
+    {0x260, "Loongson 3D", v3_7},
+    {0x261, "Loongson 3E", v3_7},
+    {0x262, "Dual-Core Loongson 2K", v3_7},
+    {0x26C, "Quad-Core Loongson 3A", v3_7},
+    {0x26D, "Multi-Core Loongson 3A", v3_7},
+    {0x26E, "Quad-Core Loongson 3B", v3_7},
+    {0x26F, "Multi-Core Loongson 3B", v3_7},
+    {0x270, "Multi-Core Loongson 3C", v3_7},
+    {0x271, "Multi-Core Loongson 3D", v3_7},
 };
 
 /// Processor upgrades (7.5.5), the first 24 in the words that the inventory asks for.
@@ -369,6 +387,30 @@ inline constexpr ValueText processorUpgrades[] = {
     {0x3D, "Socket LGA4189", v2_7},
     {0x3E, "Socket LGA1200", v2_7},
     {0x3F, "Socket LGA4677", v2_7},
+    {0x40, "Socket LGA1700", v3_7},
+    {0x41, "Socket BGA1744", v3_7},
+    {0x42, "Socket BGA1781", v3_7},
+    {0x43, "Socket BGA1211", v3_7},
+    {0x44, "Socket BGA2422", v3_7},
+    {0x45, "Socket LGA1211", v3_7},
+    {0x46, "Socket LGA2422", v3_7},
+    {0x47, "Socket LGA5773", v3_7},
+    {0x48, "Socket BGA5773", v3_7},
+    {0x49, "Socket AM5", v3_7},
+    {0x4A, "Socket SP5", v3_7},
+    {0x4B, "Socket SP6", v3_7},
+    {0x4C, "Socket BGA883", v3_7},
+    {0x4D, "Socket BGA1190", v3_7},
+    {0x4E, "Socket BGA4129", v3_7},
+    {0x4F, "Socket LGA4710", v3_7},
+    {0x50, "Socket LGA7529", v3_7},
+    {0x51, "Socket BGA1964", v3_7},
+    {0x52, "Socket BGA1792", v3_7},
+    {0x53, "Socket BGA2049", v3_7},
+    {0x54, "Socket BGA2551", v3_7},
+    {0x55, "Socket LGA1851", v3_7},
+    {0x56, "Socket BGA2114", v3_7},
+    {0x57, "Socket BGA2833", v3_7},
 };
 
 /// Error correction of a cache (7.8.3).
@@ -482,6 +524,8 @@ inline constexpr ValueText portTypes[] = {
     {0x1F, "Network Port"},
     {0x20, "SATA", v2_6},
     {0x21, "SAS", v2_6},
+    {0x22, "Multi-Function Display Port", v3_7},
+    {0x23, "Thunderbolt", v3_7},
     {0xA0, "8251 Compatible"},
     {0xA1, "8251 FIFO Compatible"},
     {0xFF, "Other"},
@@ -663,10 +707,11 @@ inline constexpr ValueText arrayErrorCorrections[] = {
 
 /// Form factors of a memory device (7.18.1).
 inline constexpr ValueText formFactors[] = {
-    {0x01, "Other"},  {0x02, "Unknown"}, {0x03, "SIMM"},          {0x04, "SIP"},
-    {0x05, "Chip"},   {0x06, "DIP"},     {0x07, "ZIP"},           {0x08, "ProprietaryCard"},
-    {0x09, "DIMM"},   {0x0A, "TSOP"},    {0x0B, "RowOfChips"},    {0x0C, "RIMM"},
-    {0x0D, "SODIMM"}, {0x0E, "SRIMM"},   {0x0F, "FB-DIMM", v2_5}, {0x10, "Die", v2_7},
+    {0x01, "Other"},      {0x02, "Unknown"}, {0x03, "SIMM"},          {0x04, "SIP"},
+    {0x05, "Chip"},       {0x06, "DIP"},     {0x07, "ZIP"},           {0x08, "ProprietaryCard"},
+    {0x09, "DIMM"},       {0x0A, "TSOP"},    {0x0B, "RowOfChips"},    {0x0C, "RIMM"},
+    {0x0D, "SODIMM"},     {0x0E, "SRIMM"},   {0x0F, "FB-DIMM", v2_5}, {0x10, "Die", v2_7},
+    {0x11, "CAMM", v3_7},
 };
 
 /// Memory types (7.18.2).
@@ -706,6 +751,7 @@ inline constexpr ValueText memoryTypes[] = {
     {0x21, "HBM2", v2_7},
     {0x22, "DDR5", v2_7},
     {0x23, "LPDDR5", v2_7},
+    {0x24, "HBM3", v3_7},
 };
 
 /// Memory error types (7.19.1).
@@ -809,17 +855,42 @@ inline constexpr ValueText biosExtension2[] = {
     {3, "Targeted content distribution is enabled", v2_4},
     {4, "UEFI Specification is supported", v2_7},
     {5, "SMBIOS table describes a virtual machine", v2_7},
+    {6, "Manufacturing mode is supported", v3_7},
+    {7, "Manufacturing mode is enabled", v3_7},
+};
+
+/// Technologies of a memory device (7.18.6).
+inline constexpr ValueText memoryTechnologies[] = {
+    {0x01, "Other"},
+    {0x02, "Unknown"},
+    {0x03, "DRAM"},
+    {0x04, "NVDIMM-N"},
+    {0x05, "NVDIMM-F"},
+    {0x06, "NVDIMM-P"},
+    {0x07, "Intel Optane persistent memory"},
+};
+
+/// Operating modes that a memory device has (7.18.7).
+inline constexpr ValueText operatingModes[] = {
+    {0, "0111110000000000"},
+    {2, "Other"},
+    {3, "Unknown"},
+    {4, "Volatile memory"},
+    {5, "Byte-accessible persistent memory"},
+    {6, "Block-accessible persistent memory"},
 };
 
 /// Processor characteristics (7.5.9).
 inline constexpr ValueText processorCharacteristics[] = {
-    {0, "0011111100000000"},
+    {0, "0011111111000000"},
     {3, "64-bit Capable"},
     {4, "Multi-Core"},
     {5, "Hardware Thread"},
     {6, "Execute Protection"},
     {7, "Enhanced Virtualization"},
     {8, "Power and Performance Control"},
+    {9, "128-bit Capable", v3_7},
+    {10, "Arm64 SoC ID", v3_7},
 };
 
 /// SRAM types of a cache (7.8.2).
@@ -841,6 +912,11 @@ inline constexpr ValueText slotCharacteristics2[] = {
     {1, "PME signal is supported"},
     {2, "Hot-plug devices are supported"},
     {3, "SMBus signal is supported"},
+    {4, "PCIe slot bifurcation is supported", v3_7},
+    {5, "Async/surprise removal is supported", v3_7},
+    {6, "Flexbus slot, CXL 1.0 capable", v3_7},
+    {7, "Flexbus slot, CXL 2.0 capable", v3_7},
+    {8, "Flexbus slot, CXL 3.0 capable", v3_7},
 };
 
 /// Type details of a memory device (7.18.3), in the words that the inventory asks for.

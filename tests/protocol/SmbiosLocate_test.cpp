@@ -1,7 +1,9 @@
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "protocol/MemMapDriverImpl.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
+#include "tests/support/CaughtLog.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/SmbiosImage.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -131,6 +133,57 @@ TEST_F(SmbiosLocate, DefectiveLowEntryPointIsNotReplacedByTheEfiOne)
     ++spoilt[8];
     root.writeAt("/dev/mem", 0xF0000, spoilt);
     EXPECT_EQ(readMachine(), ERROR_CHECKSUM_INCORRECT);
+}
+
+TEST_F(SmbiosLocate, TheKernelsCopyComesBeforeMemory)
+{
+    constexpr const char* entryFile = "/sys/firmware/dmi/tables/smbios_entry_point";
+    constexpr const char* tableFile = "/sys/firmware/dmi/tables/DMI";
+    const std::string wide = image.wideEntryPoint(0), narrow = image.entryPoint(0);
+    const struct {
+        const char* name;
+        std::string entry, table;
+        int error;
+    } cases[] = {
+        {"32 bits", narrow, image.table, 0},
+        {"64 bits", wide, image.table, 0},
+        {"spoilt", std::string(wide).replace(7, 1, "x"), image.table, ERROR_CHECKSUM_INCORRECT},
+        {"cut off", wide.substr(0, 23), image.table, ERROR_CHECKSUM_INCORRECT},
+        {"length 0", std::string(wide).replace(6, 1, 1, '\0'), image.table, ERROR_CHECKSUM_INCORRECT},
+        {"no anchor", "_SM2_", image.table, ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"no table", wide, "", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"table longer than told", narrow, image.table + "more", ERROR_NO_SMBIOS_ENTRY_PTR},
+        {"nothing", "", image.table, ERROR_OPEN_DEVICE},
+    };
+    root.write(entryFile, narrow);
+    root.write(tableFile, image.table);
+    EXPECT_EQ(readMachine(), ERROR_OPEN_DEVICE) << "only the policy looks there";
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    for (const auto& one : cases) {
+        root.write(entryFile, one.entry);
+        root.write(tableFile, one.table);
+        EXPECT_EQ(readMachine(), one.error) << one.name;
+    }
+    root.writeAt("/dev/mem", 0x10FFFF, SmbiosImage::zeros(1));
+    root.writeAt("/dev/mem", 0xE0000, image.table);
+    root.writeAt("/dev/mem", 0xF0000, image.wideEntryPoint(0xE0000));
+    EXPECT_EQ(vendor(), "Firmware Maker") << "memory, where the kernel has no copy";
+}
+
+TEST_F(SmbiosLocate, WhyThereIsNoInventoryIsToldOnce)
+{
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    FakeClock clock;
+    ScopedSeam<Clock> use(clock);
+    CaughtLog log;
+    ScopedSeam<common::SystemLog> catchLog(log);
+    SMBIOSProtocolImpl::DeleteInstance();
+    for (int turn = 0; turn < 3; ++turn) {
+        errorOf([] { SMBIOSProtocolImpl::CreateInstance(); });
+        clock.advance(std::chrono::seconds(11));
+    }
+    SMBIOSProtocolImpl::DeleteInstance();
+    EXPECT_EQ(log.lines, "the firmware tells of no processors and memory: Error in opening device \"/dev/mem\"\n");
 }
 
 TEST_F(SmbiosLocate, EfiTableLeadsToTheEntryPoint)

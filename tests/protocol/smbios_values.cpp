@@ -1,9 +1,11 @@
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
 
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -23,10 +25,13 @@ void printBelow(const SMBIOSProtocolImpl& reader, const std::string& path)
 
 } // namespace
 
-/// smbios_values DUMP: each value of the dump as "path<TAB>value", a group as its path and a tab, or the error's code.
+/// smbios_values [practical] DUMP: each value of the dump as "path<TAB>value", a group as its path and a tab, or the
+/// error's code.
 int main(int argc, char** argv)
 {
-    std::ifstream file(argc == 2 ? argv[1] : "", std::ios::binary);
+    const bool practical = argc == 3 && std::string_view(argv[1]) == "practical";
+    const common::ScopedPolicy policy(practical ? common::practicalPolicy() : common::Policy());
+    std::ifstream file(argc > 1 ? argv[argc - 1] : "", std::ios::binary);
     const std::string image{std::istreambuf_iterator<char>(file), {}};
     try {
         const SMBIOSProtocolImpl reader(reinterpret_cast<const unsigned char*>(image.data()),

@@ -82,6 +82,14 @@ public:
         head[4] = static_cast<char>(-sum(head + tail));
         return head + tail;
     }
+    /// The entry point of 64 bits.
+    std::string wideEntryPoint(std::uint32_t tableAddress) const
+    {
+        Body rest;
+        rest.bytes({0x18, major, minor, 0, 1, 0}).dword(table.size()).qword(tableAddress);
+        const std::string bytes = "_SM3_" + zeros(1) + rest.data;
+        return std::string(bytes).replace(5, 1, 1, static_cast<char>(-sum(bytes)));
+    }
     std::string dump() const { return entryPoint(dumpTableAddress) + zeros(1) + table; }
     /// Puts both into the "/dev/mem" of `root`, a file of a mebibyte and what the table needs.
     void place(TempRoot& root, std::uint32_t entryAddress = 0xF0000, std::uint32_t tableAddress = 0xE0000) const

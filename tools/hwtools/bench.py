@@ -172,7 +172,8 @@ class Agent:
         place(AGENT_HOME + "/conf/hwagent.conf", self.configuration.encode())
         place(PID_FILE, b"")
         place(LOCK_FILE, b"")
-        place("/dev/mem", self.simulator.board.smbios.image())
+        for path, content in self.simulator.board.smbios.files().items():
+            place(path, content)
         for folder in (STATE_FOLDER, CACHE_FOLDER):
             state = self.root / folder.lstrip("/")
             state.mkdir(parents=True, exist_ok=True)

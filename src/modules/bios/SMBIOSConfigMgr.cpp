@@ -1,6 +1,7 @@
 #include "modules/bios/SMBIOSConfigMgr.hpp"
 
 #include "common/ErrorName.hpp"
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/XTokenizer.hpp"
 #include "platform/PlatformImpl.hpp"
@@ -53,6 +54,8 @@ void correctMemoryTypes(ResultMap& results)
 void SMBIOSConfigMgr::ResolveQuery(const std::string& query, ResultMap& results)
 {
     search(query, results);
+    if (common::policy().keepsFirmwareWords)
+        return;
     if (std::ranges::find(olderPlatforms, currentPlatform(query)) == std::end(olderPlatforms))
         correctMemoryTypes(results);
 }
