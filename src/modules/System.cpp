@@ -4,6 +4,7 @@
 #include "common/Logger.hpp"
 #include "modules/XDirectorImpl.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
+#include "platform/IpmiExchange.hpp"
 
 namespace SDK {
 
@@ -50,6 +51,11 @@ void System::Set(QueryMap& queries)
 bool System::repositoryChanged()
 {
     return Module::BMCConfig::BMCConfigModule::repositoryChanged();
+}
+
+unsigned long long System::exchanges()
+{
+    return Platform::exchangeCount();
 }
 
 void System::SetFlags(unsigned char flags)

@@ -31,6 +31,8 @@ public:
     /// Whether the BMC has other sensor data records than those that queries are answered from, or the rest of them can
     /// be had by now. The next query reads them anew. One exchange; false without Policy::followsRepository.
     bool repositoryChanged();
+    /// How many exchanges with a controller this process has begun.
+    static unsigned long long exchanges();
     /// Start-up word: bit 0 locks, bits 1, 2, 3 log categories, bit 5 logging off.
     void SetFlags(unsigned char flags);
 };

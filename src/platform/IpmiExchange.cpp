@@ -15,6 +15,7 @@
 #include "transport/Patience.hpp"
 #include "transport/TransportState.hpp"
 
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -34,6 +35,7 @@ constexpr long lastReservedAddress = 0x1F;
 /// The transport's state and the buffer below have one user at a time, even while the named locks are switched off or
 /// one was not got in time.
 std::mutex exchangeGuard;
+std::atomic<unsigned long long> begun;
 std::uint8_t requestData[mostRequestData];
 
 /// The request's bytes in `requestData`, wiped at the end of the scope: some requests carry passwords.
@@ -129,6 +131,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     if (options.initialise && InitilizeIPMB_Interface() != 0)
         refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
+    ++begun;
     const RequestData data(std::span<const std::string>(tokens).subspan(tokensOfHeader));
     const BMC_REQUEST request = makeRequest(tokens, data);
     BMC_RESPONSE response;
@@ -138,6 +141,11 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     listReply(response, *count, reply);
     SameAnswers::keep(tokens, reply);
+}
+
+unsigned long long exchangeCount()
+{
+    return begun;
 }
 
 bool selectInterface(int type)

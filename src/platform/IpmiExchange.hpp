@@ -19,6 +19,9 @@ struct ExchangeOptions {
 void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions& options,
                   std::vector<std::string>& reply);
 
+/// How many exchanges this process has begun.
+unsigned long long exchangeCount();
+
 /// SelectIPMIInterface of the message layer under the exchange lock: true when the interface is selected.
 bool selectInterface(int type);
 /// Reinitialize_OpenIPMI of the message layer under the exchange lock: 0 or -1.

@@ -71,7 +71,8 @@ class Controller(unittest.TestCase):
                               env=dict(os.environ, LD_PRELOAD=str(LIBRARY),
                                        HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}"))
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        return {name: " ".join(node) if isinstance(node, list) else node for name, node in json.loads(done.stdout).items()}
+        return {name: " ".join(node["values"]) if "values" in node else node
+                for name, node in json.loads(done.stdout)["nodes"].items()}
 
     def lines(self, *command):
         return dict(re.findall(r"^ *([^:\n]+?) *: (.*?) *$", self.simulator.ipmitool(*command).stdout, re.M))

@@ -1,140 +1,181 @@
-#include "tools/hwquery/Query.hpp"
+#include "tools/hwquery/Options.hpp"
 
-#include "common/Policy.hpp"
-#include "modules/System.hpp"
+#include <CLI/CLI.hpp>
 
-#include <unistd.h>
-
-#include <cstdio>
-#include <exception>
-#include <iterator>
-#include <optional>
+#include <functional>
+#include <initializer_list>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
 
-constexpr int exitFailed = 1; ///< a query failed
-constexpr int exitUsage = 2;
+using hwquery::Options;
 
-/// Locks on, log file off: the word with which the agent runs the SDK.
-constexpr unsigned char agentFlags = 33;
+constexpr char about[] =
+    "Asks and sets what a server's management controller and firmware tell, by path: /BMC/INFO/VERSION.\n"
+    "Answers go to standard output, failures with their code and words to standard error.\n";
+constexpr char after[] =
+    "The path / lists where to begin; one that ends in /@children lists a branch without visiting it.\n"
+    "hwquery /PATH is the same as hwquery get /PATH.\n\n"
+    "Exit status: 0 all was answered; 1 a query failed or had nothing in its answer; 2 wrong usage; 3 not done, "
+    "because\n"
+    "nobody agreed to it, --force was not given, or there was no password.\n";
 
-constexpr char usage[] =
-    "usage: hwquery get [--json] [--locale NAME] PATH...\n"
-    "\n"
-    "Asks the management SDK for each PATH, such as /BMC/INFO/VERSION, and prints the answer: one line a node,\n"
-    "\"path = values\" for a leaf and \"path: children\" for a branch.\n"
-    "\n"
-    "  --json         print one JSON object a PATH instead\n"
-    "  --locale NAME  the language of /BMC/SEL/TRANSLATED, such as de_DE; English without it\n"
-    "  --help         this text\n"
-    "\n"
-    "The PATH / lists where to begin; one that ends in /@children lists a branch without visiting it. Failures go to\n"
-    "standard error with their code, words and path; the exit status is then 1, as for an empty answer, and 2 for\n"
-    "wrong usage.\n";
+constexpr char aboutJson[] =
+    "print one JSON object: \"nodes\" by path with \"values\" or \"children\", or a list of\nobjects under the table's "
+    "name; and \"failures\" with path, code, words and detail";
+constexpr char aboutYes[] = "do what can cut off a remote administrator, or lose data, without asking";
+constexpr char aboutForce[] = "send a write whose effect only the manufacturer knows; it can harm the board";
+constexpr char aboutPassword[] = "the first line of this file is the password (- is standard input); without it a\n"
+                                 "password is asked for at the terminal, unseen, or read from standard input";
+constexpr char aboutLocale[] = "the language of the event log's records, such as de_DE; English without it";
 
-/// Where a tree begins, each a path that can be asked. The SDK has no list of its own: its root is a closed module.
-constexpr const char* roots[] = {"/BIOS/PlatformID", "/BMC", "/BMC/SENSOR/DISPLAY", "/ProductInfo", "/SMBIOS"};
-
-struct Arguments {
-    bool json = false;
-    SDK::Parameters parameters; ///< of each query
-    std::vector<std::string> paths;
+struct Words {
+    const char* name;
+    const char* about;
+    int fewest, most;
 };
 
-/// Standard output for answers alone: what the SDK itself prints there goes to standard error from now on.
-std::FILE* takeOutput()
-{
-    const int output = dup(STDOUT_FILENO);
-    if (output < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
-        return stdout;
-    std::FILE* const answers = fdopen(output, "w");
-    return answers != nullptr ? answers : stdout;
-}
+struct Command {
+    const char* name;
+    const char* about;
+    int (*run)(const Options&);
+    std::initializer_list<Words> words = {};
+    bool asks = false, forces = false; ///< takes --yes, --force
+};
 
-void ask(SDK::System& system, const std::string& path, const Arguments& arguments, ResultMap& results)
-{
-    if (path == "/") {
-        results[path].mType = NODE_NONLEAF;
-        results[path].mXNodeList.assign(std::begin(roots), std::end(roots));
-    } else if (arguments.parameters.empty()) {
-        system.Get(path, results);
-    } else {
-        SDK::QueryMap query{{path, arguments.parameters}};
-        system.Get(query, results);
+constexpr int any = 1 << 20;
+const Command commands[] = {
+    {"get",
+     "ask for paths: a line \"path = values\" for a leaf, \"path: children\" for a branch",
+     hwquery::runGet,
+     {{"PATH", "paths, and NAME=VALUE for what they take", 1, any}},
+     false,
+     true},
+    {"set",
+     "set a path to a value, or to several values by name",
+     hwquery::runSet,
+     {{"PATH", "hwquery list PATH tells what it takes", 1, 1},
+      {"VALUE", "a value or NAME=VALUE...; - reads a line of standard input", 0, any}},
+     true,
+     true},
+    {"raw",
+     "send a request as it is; bytes as C writes them, 0x2f or 47",
+     hwquery::runRaw,
+     {{"NETFN", "network function", 1, 1},
+      {"CMD", "command", 1, 1},
+      {"BYTES", "data; - reads them from a line of standard input", 0, any}},
+     true,
+     true},
+    {"sensors", "all sensors with their readings and thresholds", hwquery::runSensors},
+    {"fru",
+     "what a part says of itself: chassis, board, product",
+     hwquery::runFru,
+     {{"DEVICE", "0 unless given", 0, 1}}},
+    {"inventory", "system, processors and memory", hwquery::runInventory},
+};
+const Command selCommands[] = {
+    {"list", "the records in words", hwquery::runSelList},
+    {"info", "how full it is, and what it can do", hwquery::runSelInfo},
+    {"clear", "empty it", hwquery::runSelClear, {}, true},
+};
+
+/// "PATH..." where CLI11 would write "PATH(1x)".
+class Help : public CLI::Formatter {
+public:
+    std::string make_option_usage(const CLI::Option* option) const override
+    {
+        const std::string words = option->get_name(true) + (option->get_expected_max() > 1 ? "..." : "");
+        return option->get_required() ? words : "[" + words + "]";
     }
-}
+};
 
-/// Nothing when the query failed, which is then told.
-std::optional<ResultMap> tryAsk(SDK::System& system, const std::string& path, const Arguments& arguments)
-{
-    ResultMap results;
-    try {
-        ask(system, path, arguments, results);
-    } catch (const ResultStatus& status) {
-        std::fprintf(stderr, "%s: %s", path.c_str(), hwquery::listFailures(status).c_str());
-        return std::nullopt;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s: %s\n", path.c_str(), error.what());
-        return std::nullopt;
+class Line {
+public:
+    Line()
+    {
+        app.require_subcommand(1);
+        app.footer(after);
+        app.formatter(std::make_shared<Help>());
+        for (const Command& command : commands)
+            add(app, command);
+        CLI::App* const sel = app.add_subcommand("sel", "the event log; its records unless told otherwise");
+        sel->require_subcommand(0, 1);
+        sel->footer("");
+        sel->final_callback([this] { run = run ? run : hwquery::runSelList; });
+        for (const Command& command : selCommands)
+            add(*sel, command);
+        sel->add_flag("--json", options.json, aboutJson);
     }
-    if (!hwquery::isEmpty(results))
-        return results;
-    std::fprintf(stderr, "%s: an empty answer\n", path.c_str());
-    return std::nullopt;
-}
 
-int getAll(const Arguments& arguments)
-{
-    std::FILE* const output = takeOutput();
-    common::loadPolicy();
-    SDK::System system;
-    system.SetFlags(agentFlags);
-    bool answered = true;
-    for (const std::string& path : arguments.paths)
-        if (const auto results = tryAsk(system, path, arguments))
-            std::fputs((arguments.json ? hwquery::listJson(*results) : hwquery::listText(*results)).c_str(), output);
-        else
-            answered = false;
-    if (!answered && geteuid() != 0)
-        std::fputs("hwquery: run as root, whom alone the hardware answers\n", stderr);
-    std::fflush(output);
-    return answered ? 0 : exitFailed;
-}
-
-/// False for words that make no call.
-bool readArguments(const std::vector<std::string_view>& words, Arguments& arguments)
-{
-    if (words.empty() || words.front() != "get")
-        return false;
-    for (std::size_t at = 1; at < words.size(); ++at) {
-        if (words[at] == "--json")
-            arguments.json = true;
-        else if (words[at] == "--locale" && at + 1 < words.size())
-            arguments.parameters["LOCALE"] = words[++at];
-        else if (words[at].starts_with("--"))
-            return false;
-        else
-            arguments.paths.emplace_back(words[at]);
+    int parseAndRun(int argc, char** argv)
+    {
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return app.exit(error) == 0 ? hwquery::succeeded : hwquery::wrongUsage;
+        }
+        return run(options);
     }
-    return !arguments.paths.empty();
-}
+
+private:
+    void add(CLI::App& parent, const Command& command)
+    {
+        CLI::App* const added = parent.add_subcommand(command.name, command.about);
+        added->footer("");
+        added->callback([this, &command] { run = command.run; });
+        added->add_flag("--json", options.json, aboutJson);
+        for (const Words& words : command.words)
+            addWords(*added, words);
+        if (command.asks)
+            added->add_flag("--yes", options.yes, aboutYes);
+        if (command.forces)
+            added->add_flag("--force", options.force, aboutForce);
+        addOwn(*added, command);
+    }
+
+    void addWords(CLI::App& added, const Words& words)
+    {
+        std::vector<std::string>& all = options.words;
+        CLI::Option* const option =
+            words.most > 1
+                ? added.add_option_function<std::vector<std::string>>(
+                      words.name, [&all](const auto& given) { all.insert(all.end(), given.begin(), given.end()); },
+                      words.about)
+                : added.add_option_function<std::string>(
+                      words.name, [&all](const std::string& given) { all.push_back(given); }, words.about);
+        option->type_name("")->required(words.fewest > 0);
+        if (words.most > 1)
+            option->expected(words.fewest, words.most);
+    }
+
+    /// What only one of them takes.
+    void addOwn(CLI::App& added, const Command& command)
+    {
+        if (command.run == hwquery::runGet || command.run == hwquery::runSelList)
+            added.add_option("--locale", options.locale, aboutLocale)->option_text("NAME");
+        if (command.run == hwquery::runSet)
+            added.add_option("--password-file", options.passwordFile, aboutPassword)->option_text("FILE");
+        if (command.run == hwquery::runRaw) {
+            added.add_option("--target", options.target, "the controller's address, 0x20 unless given")
+                ->option_text("ADDRESS");
+            added.add_option("--lun", options.lun, "0 unless given")->option_text("LUN");
+        }
+    }
+
+    CLI::App app{about, "hwquery"};
+    Options options;
+    std::function<int(const Options&)> run;
+};
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string_view> words(argv + 1, argv + argc);
-    for (const std::string_view word : words)
-        if (word == "--help" || word == "-h") {
-            std::fputs(usage, stdout);
-            return 0;
-        }
-    Arguments arguments;
-    if (readArguments(words, arguments))
-        return getAll(arguments);
-    std::fputs(usage, stderr);
-    return exitUsage;
+    std::vector<char*> words(argv, argv + argc);
+    std::string get = "get";
+    if (argc > 1 && *argv[1] == '/')
+        words.insert(words.begin() + 1, get.data());
+    return Line().parseAndRun(static_cast<int>(words.size()), words.data());
 }

@@ -40,4 +40,4 @@ def ask(test, simulator, path, *options):
     done = subprocess.run([str(HWQUERY), "get", "--json", *options, path], capture_output=True, encoding="utf-8", timeout=60,
                           env=over_the_library(simulator, HRS_PATH_QL=str(build_folder() / "translations")))
     test.assertEqual((done.returncode, done.stderr), (0, ""))
-    return {name: [node] if isinstance(node, str) else node for name, node in json.loads(done.stdout).items()}
+    return {name: node.get("values", node) for name, node in json.loads(done.stdout)["nodes"].items()}

@@ -6,6 +6,7 @@
 #include "ipmi/Codes.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/engine/Text.hpp"
+#include "modules/bmc/engine/ThrowNames.hpp"
 #include "platform/IpmiExchange.hpp"
 #include "transport/BmcMessage.hpp"
 
@@ -22,7 +23,6 @@ namespace Module::BMCConfig {
 namespace {
 
 using Texts = std::vector<std::string>;
-namespace completion = ipmi::completion;
 
 constexpr char completionCodeName[] = "$BMC_COMPLETION_CODE";
 constexpr char replyBytesName[] = "$BMC_REPLY_BYTES"; ///< data bytes of the last reply
@@ -30,42 +30,6 @@ constexpr char noReply[] = "CC";
 
 /// Slave addresses of the satellite controllers, which answer at once or not at all.
 constexpr long satelliteAddresses[] = {ipmi::address::hotSwap, ipmi::address::secondHotSwap, ipmi::address::frontPanel};
-
-/// The name of a completion code, which stands as decimal text in a reply's field 0.
-struct CompletionName {
-    std::uint8_t code;
-    const char* name;
-};
-
-constexpr CompletionName completionNames[] = {
-    {completion::nodeBusy, "RESPONSE_ERROR_RESOURCE_UNAVAILABLE"},
-    {completion::invalidCommand, "RESPONSE_ERROR_INVALID_COMMAND"},
-    {completion::invalidForLun, "RESPONSE_ERROR_INVALID_COMMAND_FOR_GIVEN_LUN"},
-    {completion::timeout, "RESPONSE_ERROR_TIME_OUT"},
-    {completion::outOfSpace, "RESPONSE_ERROR_OUT_OF_SPACE"},
-    {completion::reservationLost, "RESPONSE_ERROR_INVALID_RESERVATION_ID"},
-    {completion::requestTruncated, "RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"},
-    {completion::requestLengthInvalid, "RESPONSE_ERROR_REQUEST_DATA_LENGTH_INVALID"},
-    {completion::fieldLengthExceeded, "RESPONSE_ERROR_REQUEST_DATA_FIELD_LENGTH_EXCEEDED"},
-    {completion::parameterOutOfRange, "RESPONSE_ERROR_PARAMETER_OUT_OF_RANGE"},
-    {completion::tooManyBytesRequested, "RESPONSE_ERROR_NO_OF_REQUESTED_BYTES"},
-    {completion::notPresent, "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT"},
-    {completion::invalidDataField, "RESPONSE_ERROR_INVALID_DATA_FIELD_IN_REQUEST"},
-};
-
-std::string nameOfCompletion(const std::string& code)
-{
-    constexpr std::size_t digits = 3;
-    if (code.size() == digits && test_for_integer(code)) {
-        const long number = std::strtol(code.c_str(), nullptr, 10);
-        const auto row = std::ranges::find(completionNames, number, &CompletionName::code);
-        if (row != std::end(completionNames))
-            return row->name;
-        if (number >= completion::illegalForType && number <= completion::subFunctionDisabled)
-            return "RESPONSE_ERROR_ILLEGAL_COMMAND";
-    }
-    return "IPMI_RESPONSE_ERROR";
-}
 
 /// Packets that carry a password say so in their names.
 bool holdsSecret(const std::string& packet)
@@ -179,7 +143,7 @@ int Interpreter::Evaluate_IPMIResponse(const Function& function)
     if (!fields.empty() && fields.front() == "0")
         store(operands[2], Symbol::ofList(pickFields(fields, indexes)));
     else
-        store(operands[2], Symbol(nameOfCompletion(fields.empty() ? std::string() : fields.front())));
+        store(operands[2], Symbol(completionName(fields.empty() ? std::string() : fields.front())));
     return 0;
 }
 

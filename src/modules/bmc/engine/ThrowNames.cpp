@@ -1,13 +1,18 @@
 #include "modules/bmc/engine/ThrowNames.hpp"
 
 #include "common/ErrorName.hpp"
+#include "ipmi/Codes.hpp"
+#include "modules/bmc/engine/Text.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 namespace Module::BMCConfig {
 
 namespace {
+
+namespace completion = ipmi::completion;
 
 struct ThrowName {
     std::string_view name;
@@ -36,7 +41,43 @@ constexpr ThrowName throwNames[] = {
     {"RESPONSE_ERROR_ILLEGAL_COMMAND", IPMI_ERROR_ILLEGAL_COMMAND},
 };
 
+/// The name of a completion code, which stands as decimal text in a reply's field 0.
+struct CompletionName {
+    std::uint8_t code;
+    const char* name;
+};
+
+constexpr CompletionName completionNames[] = {
+    {completion::nodeBusy, "RESPONSE_ERROR_RESOURCE_UNAVAILABLE"},
+    {completion::invalidCommand, "RESPONSE_ERROR_INVALID_COMMAND"},
+    {completion::invalidForLun, "RESPONSE_ERROR_INVALID_COMMAND_FOR_GIVEN_LUN"},
+    {completion::timeout, "RESPONSE_ERROR_TIME_OUT"},
+    {completion::outOfSpace, "RESPONSE_ERROR_OUT_OF_SPACE"},
+    {completion::reservationLost, "RESPONSE_ERROR_INVALID_RESERVATION_ID"},
+    {completion::requestTruncated, "RESPONSE_ERROR_REQUEST_DATA_TRUNCATED"},
+    {completion::requestLengthInvalid, "RESPONSE_ERROR_REQUEST_DATA_LENGTH_INVALID"},
+    {completion::fieldLengthExceeded, "RESPONSE_ERROR_REQUEST_DATA_FIELD_LENGTH_EXCEEDED"},
+    {completion::parameterOutOfRange, "RESPONSE_ERROR_PARAMETER_OUT_OF_RANGE"},
+    {completion::tooManyBytesRequested, "RESPONSE_ERROR_NO_OF_REQUESTED_BYTES"},
+    {completion::notPresent, "RESPONSE_ERROR_REQUESTED_SENSOR_DATA_NOT_PRESENT"},
+    {completion::invalidDataField, "RESPONSE_ERROR_INVALID_DATA_FIELD_IN_REQUEST"},
+};
+
 } // namespace
+
+std::string completionName(const std::string& code)
+{
+    constexpr std::size_t digits = 3;
+    if (code.size() == digits && test_for_integer(code)) {
+        const long number = std::strtol(code.c_str(), nullptr, 10);
+        const auto row = std::ranges::find(completionNames, number, &CompletionName::code);
+        if (row != std::end(completionNames))
+            return row->name;
+        if (number >= completion::illegalForType && number <= completion::subFunctionDisabled)
+            return "RESPONSE_ERROR_ILLEGAL_COMMAND";
+    }
+    return "IPMI_RESPONSE_ERROR";
+}
 
 int throwCode(std::string_view name)
 {
