@@ -1,6 +1,7 @@
 #include "client/groups/clInventory.hpp"
 
 #include "client/query/QLInterface.hpp"
+#include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
 #include "ipmi/SensorReading.hpp"
@@ -109,6 +110,30 @@ std::string reduced(std::string_view name)
     return letters;
 }
 
+std::string counted(int count, const char* what)
+{
+    return count > 0 ? std::to_string(count) + what : std::string();
+}
+
+/// Words that say more than that it is memory.
+std::string specialTechnology(const std::string& word)
+{
+    static constexpr std::string_view usual[] = {"", "Other", "Unknown", "DRAM"};
+    return std::ranges::find(usual, word) == std::end(usual) && !word.starts_with("0X") ? word : std::string();
+}
+
+/// The name, and behind it what the columns have no place or number for.
+std::string described(const std::string& name, std::initializer_list<std::string> notes)
+{
+    if (!common::policy().describesInventory)
+        return name;
+    std::string list;
+    for (const std::string& note : notes)
+        if (!note.empty())
+            list += (list.empty() ? "" : ", ") + note;
+    return list.empty() ? name : name + " (" + list + ")";
+}
+
 /// The tables have no live state: a row is healthy until an event says otherwise.
 template<class Row>
 void setHealthy(BaseContainer<Row>& group, Row& row)
@@ -140,7 +165,9 @@ void processorDevice::fillRow(int processor, ProcessorInfo& row)
         row.nDeviceId = sensors[std::min(sensors.size(), static_cast<std::size_t>(processor)) - 1].number;
     getProcessorPresentInfo(processor, m_processorInfo);
     setHealthy(*this, row);
-    copyText(row.stDescription, m_processorInfo.socketDesignation);
+    copyText(row.stDescription, described(m_processorInfo.socketDesignation,
+                                          {m_processorInfo.unnamed, counted(m_processorInfo.cores, " cores"),
+                                           counted(m_processorInfo.threads, " threads")}));
     copyText(row.stSocketDesignation, m_processorInfo.socketDesignation);
     copyText(row.stManufacturer, m_processorInfo.manufacturer);
     copyText(row.stVersionName, m_processorInfo.version);
@@ -251,7 +278,8 @@ void memoryDevice::fillRow(int array, int device, MemoryDeviceInfo& row)
     row.nMemoryType = m_deviceInfo.memoryType;
     row.nTypeDetail = m_deviceInfo.typeDetail;
     row.nSpeed = m_deviceInfo.speed;
-    copyText(row.stDescription, m_deviceInfo.deviceLocator);
+    copyText(row.stDescription,
+             described(m_deviceInfo.deviceLocator, {m_deviceInfo.unnamed, specialTechnology(m_deviceInfo.technology)}));
     copyText(row.stLocator, m_deviceInfo.deviceLocator);
     copyText(row.stBankLabel, m_deviceInfo.bankLocator);
     copyText(row.stManufacturer, m_deviceInfo.manufacturer);

@@ -58,7 +58,8 @@ constexpr TextField<Processor> processorTexts[] = {
 constexpr NumberField<Processor> processorNumbers[] = {
     {"/VoltageCapability", &Processor::voltage},  {"/ClockFrequency", &Processor::externalClock},
     {"/MaxSpeed", &Processor::maxSpeed},          {"/CurrentSpeed", &Processor::currentSpeed},
-    {"/ProcessorFamily_Raw", &Processor::family},
+    {"/ProcessorFamily_Raw", &Processor::family}, {"/CoreCount", &Processor::cores},
+    {"/ThreadCount", &Processor::threads},
 };
 
 /// A family that the table has no word for keeps the code that was read before it.
@@ -86,6 +87,7 @@ constexpr TextField<Device> deviceTexts[] = {
     {"/BankLocator", &Device::bankLocator},     {"/Manufacturer", &Device::manufacturer},
     {"/SerialNo", &Device::serialNumber},       {"/AssetTag", &Device::assetTag},
     {"/DeviceLocator", &Device::deviceLocator}, {"/PartNumber", &Device::partNumber},
+    {"/MemoryTechnology", &Device::technology},
 };
 constexpr NumberField<Device> deviceNumbers[] = {
     {"/TotalWidth", &Device::totalWidth},
@@ -106,6 +108,13 @@ void traceEntriesOfInventory(const ResultStatus& failure)
         trace("\n failed. %d", entry.mErrorCode);
         trace(": %s", entry.mErrorString.c_str());
     }
+}
+
+/// A code that has no word in the firmware's catalogue either is bytes.
+void addNote(InventoryText& notes, const std::string& word)
+{
+    if (!word.starts_with("0X"))
+        copyText(notes, notes[0] ? std::string(notes) + ", " + word : word);
 }
 
 /// All answers to `query`, none after a failure.
@@ -143,18 +152,20 @@ public:
     {
         for (const WordField<Info>& field : fields)
             if (const std::string* const word = find(field.suffix))
-                store(field, *word, info.*field.member);
+                store(field, *word, info);
     }
 
 private:
     template<class Info>
-    static void store(const WordField<Info>& field, const std::string& word, int& out)
+    static void store(const WordField<Info>& field, const std::string& word, Info& info)
     {
         const auto found = std::ranges::find(field.words, word, &WordNumber::word);
-        if (found != field.words.end())
-            out = found->number;
-        else if (field.otherwise != keep)
-            out = field.otherwise;
+        if (found != field.words.end()) {
+            info.*field.member = found->number;
+        } else if (field.otherwise != keep) {
+            info.*field.member = field.otherwise;
+            addNote(info.unnamed, word);
+        }
     }
 
     std::string prefix;

@@ -78,19 +78,23 @@ struct SMBIOS_PROCESSOR_INFO {
     client::readings::InventoryText version;
     client::readings::InventoryText partNumber;
     client::readings::InventoryText socketDesignation;
-    int type_;         ///< PROCESSOR_TYPE
-    int family;        ///< SMBIOS processor family (DSP0134, 7.5.2)
-    int maxSpeed;      ///< MHz
-    int currentSpeed;  ///< MHz
-    int externalClock; ///< MHz
-    int voltage;       ///< mV
-    int upgrade;       ///< SMBIOS processor upgrade (DSP0134, 7.5.5), up to 24
+    client::readings::InventoryText unnamed; ///< words that have no number here, with commas
+    int type_;                               ///< PROCESSOR_TYPE
+    int family;                              ///< SMBIOS processor family (DSP0134, 7.5.2)
+    int maxSpeed;                            ///< MHz
+    int currentSpeed;                        ///< MHz
+    int externalClock;                       ///< MHz
+    int voltage;                             ///< mV
+    int upgrade;                             ///< SMBIOS processor upgrade (DSP0134, 7.5.5), up to 24
+    int cores;
+    int threads;
 };
 
 struct SMBIOS_MEMORY_ARRAY_INFO {
-    int use;             ///< DSP0134, 7.17.2
-    int errorCorrection; ///< DSP0134, 7.17.3
-    int location;        ///< 3 for the system board, 0 for every other place
+    client::readings::InventoryText unnamed; ///< as of processors
+    int use;                                 ///< DSP0134, 7.17.2
+    int errorCorrection;                     ///< DSP0134, 7.17.3
+    int location;                            ///< 3 for the system board, 0 for every other place
     int errorInfoHandle;
     int numDevices;  ///< places, empty ones with them
     int maxCapacity; ///< KB
@@ -104,13 +108,15 @@ struct SMBIOS_MEMORY_DEVICE_INFO {
     client::readings::InventoryText assetTag;
     client::readings::InventoryText deviceLocator;
     client::readings::InventoryText partNumber;
-    int totalWidth; ///< bits
-    int dataWidth;  ///< bits
-    int size;       ///< MB
-    int speed;      ///< MHz
-    int formFactor; ///< MEMORY_FORM_FACTOR
-    int memoryType; ///< MEMORY_DEVICE_TYPE
-    int typeDetail; ///< bits of DSP0134, 7.18.3
+    client::readings::InventoryText technology; ///< as a word
+    client::readings::InventoryText unnamed;    ///< as of processors
+    int totalWidth;                             ///< bits
+    int dataWidth;                              ///< bits
+    int size;                                   ///< MB
+    int speed;                                  ///< MHz
+    int formFactor;                             ///< MEMORY_FORM_FACTOR
+    int memoryType;                             ///< MEMORY_DEVICE_TYPE
+    int typeDetail;                             ///< bits of DSP0134, 7.18.3
 };
 
 /// Reads the number that `query` answers; 0 without one.

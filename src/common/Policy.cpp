@@ -36,6 +36,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::takesWideEntries,
     &Policy::knowsNewerFirmware,
     &Policy::keepsFirmwareWords,
+    &Policy::describesInventory,
     &Policy::keepsMark,
     &Policy::pacesTrapsApart,
     &Policy::cutsLongTexts,

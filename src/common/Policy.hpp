@@ -39,6 +39,7 @@ struct Policy {
     bool takesWideEntries = false;   ///< SmbiosLocate: entry points of 64 bits as well
     bool knowsNewerFirmware = false; ///< SMBIOSProtocolImpl: words and fields up to SMBIOS 3.7, from 2.6 on
     bool keepsFirmwareWords = false; ///< SMBIOSConfigMgr: no word is replaced, so no controller is asked
+    bool describesInventory = false; ///< clInventory: names of processors and modules say what has no column or number
     // Events.
     bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
     bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue

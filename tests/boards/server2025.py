@@ -95,6 +95,22 @@ for slot in range(1, 9):
     if slot < 8:
         analog(TEMPERATURE, f"NVMe {slot} Temp", 35 + slot, "degrees C", HOT, (NVME, slot), owner=RISER)
 
+firmware = board.smbios
+firmware.version = (3, 7)
+firmware.firmware("Lakeside Works", "OS.7.25.1", "02/14/2025")
+firmware.system("Lakeside Works", "Osprey 225", "A1", "OS-P-4711", family="Osprey")
+firmware.board("Lakeside Works", "OS-MB-225", "A", "OS-B-0815")
+firmware.chassis(0x17, "Lakeside Works", "A1", "OS-C-7741", "RACK-09-U14")
+for socket in (1, 2):
+    firmware.processor(f"CPU {socket}", "Lakeside Silicon", "Lakeside K9 64C 2.4GHz", 0xBFEBFBFF000C06F2, family=0xB3,
+                       max_mhz=3800, mhz=2400, upgrade=0x3F, part="LK9-6424", cores=64, threads=128)
+array = firmware.memory_array(kilobytes=1 << 30, devices=32)
+for place in range(32):  # every second place is empty, the last module is not plain memory
+    firmware.memory_module(array, f"P{place // 16 + 1} DIMM {'ABCDEFGH'[place // 2 % 8]}{place % 2 + 1}", f"Node {place // 16}",
+                           0 if place % 2 else 65536, "Lakeside Memory", f"LM-{place:04}", part="LM-64G-5600", mhz=5600,
+                           kind=0x1F if place == 30 else 0x22, technology=6 if place == 30 else 3)
+firmware.hardware_security(0b10_10_10_10)
+
 board.fru(0, chassis=(0x17, "OS-CH-225", "OS-C-7741"),
           board=(15000000, "Lakeside Works", "OS-MB-225", "OS-B-0815", "OS-225-3", ""),
           product=("Lakeside Works", "Osprey 225", "OS-225", "A1", "OS-P-4711", "RACK-09-U14", ""))
