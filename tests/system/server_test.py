@@ -1,4 +1,5 @@
-"""The installed agent in a virtual server: over the kernel's driver, and over the bare KCS port with the driver hidden."""
+"""The installed agent in a virtual server: as shipped over the kernel's driver and over the bare KCS port with the driver
+hidden, and in the plain mode."""
 
 import contextlib
 import tempfile
@@ -6,7 +7,7 @@ import threading
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Simulator, build_folder
+from hwtools.bench import ROOT, SEL_MARK, Simulator, build_folder
 from hwtools.mibtable import BASE, dotted, find_object
 from hwtools.processes import wait_until
 from hwtools.tables import WALK_FORM, parse_walk, rows
@@ -18,7 +19,7 @@ from lib.traps import FORM, NUMBERS, parse_traps
 
 BOARD = ROOT / "tests" / "boards" / "full100.py"
 INTRUSION, PROCESSOR = 5, 7
-HEALTHY, CRITICAL = 2, 4
+HEALTHY, NON_CRITICAL, CRITICAL = 2, 3, 4
 SMBIOS = ("type=1,manufacturer=Lakeside Works,product=Grebe,serial=GR-1",
           "type=3,manufacturer=Lakeside Works,serial=GR-C-1,asset=RACK-9",
           "type=4,sock_pfx=SKT,manufacturer=Lakeside Silicon,version=Heron 2 GHz,max-speed=3000,current-speed=2000",
@@ -26,14 +27,15 @@ SMBIOS = ("type=1,manufacturer=Lakeside Works,product=Grebe,serial=GR-1",
 # records for the event log while the agent runs, and what traps tell of them: "Plain" passes its upper critical bound,
 # "Cooling Full" loses its redundancy
 EVENTS = ("0x20 2 0 0 0 0 0x20 0 4 0x01 0x01 0x01 0x59 95 90", "0x20 2 0 0 0 0 0x20 0 4 0x0a 0x77 0x0b 0x01 0xff 0xff")
-TRAPS = [("70.18", "Status is Upper Critical"), ("20.5", "System health was changed from nonCritical to critical."),
+HEALTH_TRAP = ("20.5", "System health was changed from nonCritical to critical.")
+TRAPS = [("70.18", "Status is Upper Critical"), HEALTH_TRAP,
          ("70.3", "Cooling Full reports its redundancy has been lost. Find the unit that has failed or is missing, and replace "
                   "it. Status is Critical")]
 
 GUEST = f"""
 set -e
 cmake --install {build_folder()} > /share/install.log
-sed -i -E 's/^(trapsEnabled|debugEnabled) = 0$/\\1 = 1/' /usr/local/hwagent/conf/hwagent.conf
+sed -i -E 's/^(trapsEnabled|debugEnabled) = 0$/\\1 = 1/; s/^practical = 1$/practical = '$PRACTICAL/ /usr/local/hwagent/conf/hwagent.conf
 printf 'master agentx\\nagentAddress udp:127.0.0.1:161\\nrocommunity public\\ntrap2sink 127.0.0.1:162 public\\n' > /tmp/snmpd.conf
 echo 'disableAuthorization yes' > /tmp/snmptrapd.conf
 export MIBS=
@@ -42,7 +44,7 @@ snmpd -C -c /tmp/snmpd.conf -I -smux -Lf /share/snmpd.log
 sleep 1
 /usr/local/hwagent/bin/hwAgent > /share/agent.log 2>&1
 i=0
-until snmpget -v2c -c public -r0 -t2 127.0.0.1 .{dotted(BASE)}.100.4.0 2> /dev/null | grep -q INTEGER; do
+until snmpget -v2c -c public -Oqv -r0 -t2 127.0.0.1 .{dotted(BASE)}.100.1.0 2> /dev/null | grep -q '[2-5]'; do
     i=$((i + 1))
     [ $i -lt 200 ]
     sleep 1
@@ -52,7 +54,7 @@ ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 dmidecode > /share/dmidecode.txt
 [ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
 i=0
-until grep -q 'Structures related to SEL are initialized' /share/agent.log; do
+until [ -e {SEL_MARK} ] || grep -q 'Structures related to SEL are initialized' /share/agent.log; do
     i=$((i + 1))
     [ $i -lt 60 ]
     sleep 0.5
@@ -94,12 +96,12 @@ def adding_events(simulator, share):
 
 
 class InstalledAgent(unittest.TestCase):
-    def check_server(self, driver):
+    def check_server(self, driver, practical=1):
         with tempfile.TemporaryDirectory() as name, Simulator(BOARD, Path(name) / "bmc") as simulator:
             share = Path(name) / "share"
             share.mkdir()
             with adding_events(simulator, share):
-                done = run_in_machine(GUEST, share, simulator.serial_port, driver, SMBIOS, timeout=280)
+                done = run_in_machine(f"PRACTICAL={practical}{GUEST}", share, simulator.serial_port, driver, SMBIOS, timeout=280)
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertEqual(bool((share / "device.txt").read_text()), driver)
             walk = parse_walk((share / "walk.txt").read_text(encoding="latin-1"), BASE)
@@ -112,7 +114,10 @@ class InstalledAgent(unittest.TestCase):
             compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows)
             compare_states(self, simulator.board, simulator.ipmitool("sdr", "elist").stdout, read_rows)
             traps = parse_traps((share / "traps.txt").read_text(encoding="latin-1"))
-            self.assertEqual([(name, objects[0][1]) for name, objects in traps], TRAPS)
+            # a sensor of the board is beyond critical from the start, which only the practical mode's health tells
+            self.assertEqual([(name, objects[0][1]) for name, objects in traps],
+                             [trap for trap in TRAPS if not practical or trap != HEALTH_TRAP])
+            self.assertEqual(walk[(100, 1, 0)], CRITICAL if practical else NON_CRITICAL)
             fru = (share / "fru.txt").read_text() if driver else simulator.ipmitool("fru", "print", "0").stdout
             sensors = {kind: [s for s in simulator.board.sensors if s["type"] == kind] for kind in (INTRUSION, PROCESSOR)}
             compare_inventory(self, parse_dmidecode((share / "dmidecode.txt").read_text()), fru,
@@ -124,6 +129,9 @@ class InstalledAgent(unittest.TestCase):
 
     def test_over_the_kcs_port_without_the_driver(self):
         self.check_server(driver=False)
+
+    def test_in_the_plain_mode(self):
+        self.check_server(driver=True, practical=0)
 
 
 if __name__ == "__main__":
