@@ -20,3 +20,5 @@ install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION /usr/local/sha
         FILES_MATCHING PATTERN "*.ini")
 install(DIRECTORY share/mibs/ DESTINATION ${HWAGENT_HOME}/mibs)
 install(FILES packaging/hwagent.service DESTINATION /usr/local/lib/systemd/system)
+# Where bash-completion looks for what is not a distribution's.
+install(FILES packaging/hwquery.bash DESTINATION /usr/local/share/bash-completion/completions RENAME hwquery)

@@ -129,6 +129,10 @@ class Queries(unittest.TestCase):
                 self.assertRegex(shown, rf"\A{answer}\n?\Z")
                 self.assertRegex(told, rf"\A{said}\n?\Z")
 
+    def test_the_page_of_queries_is_current(self):
+        made = subprocess.run([HWQUERY, "list", "--markdown"], capture_output=True, text=True)
+        self.assertEqual(made.stdout, (ROOT / "docs" / "queries.md").read_text(), "hwquery list --markdown > docs/queries.md")
+
     def test_numbers_in_paths_are_in_their_order(self):
         paths = list(json.loads(self.run_get("--json", "/BMC/SENSOR/DISPLAY")[1])["nodes"])
         numbers = [int(number) for path in paths for number in re.findall(r"\[(\d+)\]$", path)]

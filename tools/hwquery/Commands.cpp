@@ -66,6 +66,17 @@ SDK::Parameters valuesOf(const std::string& path, std::span<const std::string> w
     return parameters;
 }
 
+/// What a write takes, in words; empty if its value does not count.
+std::string formsOf(const std::string& path)
+{
+    std::vector<std::string> forms;
+    const std::vector<catalogue::Takes> taken = catalogue::takenBy("SET:/" + path);
+    for (const catalogue::Takes& value : taken)
+        if (!value.form.empty())
+            forms.push_back((&value == &taken.front() ? "" : value.name + "=") + value.form);
+    return Util::join(forms, "; ");
+}
+
 /// A number as C writes it, 0 to 255.
 bool readByte(const std::string& word, std::string& token)
 {
@@ -170,6 +181,8 @@ int runSet(const Options& options)
     } else if (values == std::vector<std::string>{"-"}) {
         takeFromInput(values);
     }
+    if (const std::string missing = values.empty() ? formsOf(path) : ""; !missing.empty())
+        return refuseUsage(path + " takes " + missing);
     if (!mayGoOn("SET:/" + path, path, options))
         return refused;
     Session session(options);

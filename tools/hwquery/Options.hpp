@@ -10,6 +10,7 @@ struct Options {
     bool json = false;
     bool yes = false;                       ///< do what can cut someone off without asking
     bool force = false;                     ///< send what only the manufacturer knows the effect of
+    bool markdown = false;                  ///< list as a page of documentation
     std::string locale;                     ///< of the event log's words, "de_DE"; English if empty
     std::string passwordFile;               ///< where a secret stands; "-" is standard input
     std::string target = "0x20", lun = "0"; ///< of a raw request
@@ -23,6 +24,9 @@ enum Exit : int { succeeded = 0, failed = 1, wrongUsage = 2, refused = 3 };
 int runGet(const Options& options);
 int runSet(const Options& options);
 int runRaw(const Options& options);
+int runList(const Options& options);
+/// The words: "get" or "set", and the beginning of a path.
+int runComplete(const Options& options);
 int runSensors(const Options& options);
 int runSelList(const Options& options);
 int runSelInfo(const Options& options);

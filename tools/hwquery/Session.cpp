@@ -95,10 +95,15 @@ void Session::fail(Failure failure)
     answer.failures.push_back(std::move(failure));
 }
 
+void Session::say(const std::string& text)
+{
+    std::fputs(text.c_str(), output);
+    std::fflush(output);
+}
+
 int Session::finish()
 {
-    std::fputs((options.json ? jsonOf(answer) : textOf(answer)).c_str(), output);
-    std::fflush(output);
+    say(options.json ? jsonOf(answer) : textOf(answer));
     for (const Failure& failure : answer.failures)
         std::fputs(lineOf(failure).c_str(), stderr);
     if (answer.failures.empty())

@@ -22,6 +22,8 @@ public:
     /// SET with the parameters of the path. False for a failure, which is noted.
     bool set(const std::string& path, const SDK::Parameters& parameters);
     void fail(Failure failure);
+    /// Prints to standard output.
+    void say(const std::string& text);
 
     /// Prints the answer and tells the failures. Returns the exit status.
     int finish();

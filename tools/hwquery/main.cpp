@@ -51,7 +51,7 @@ const Command commands[] = {
      "ask for paths: a line \"path = values\" for a leaf, \"path: children\" for a branch",
      hwquery::runGet,
      {{"PATH", "paths, and NAME=VALUE for what they take", 1, any}},
-     false,
+     true,
      true},
     {"set",
      "set a path to a value, or to several values by name",
@@ -60,6 +60,10 @@ const Command commands[] = {
       {"VALUE", "a value or NAME=VALUE...; - reads a line of standard input", 0, any}},
      true,
      true},
+    {"list",
+     "the paths that can be asked and set, what they give and take, and what they need",
+     hwquery::runList,
+     {{"PREFIX", "the paths that begin so; all without it", 0, 1}}},
     {"raw",
      "send a request as it is; bytes as C writes them, 0x2f or 47",
      hwquery::runRaw,
@@ -80,6 +84,9 @@ const Command selCommands[] = {
     {"info", "how full it is, and what it can do", hwquery::runSelInfo},
     {"clear", "empty it", hwquery::runSelClear, {}, true},
 };
+
+/// For the shell.
+const Command completion = {"complete", "", hwquery::runComplete, {{"COMMAND", "", 1, 1}, {"WORD", "", 1, 1}}};
 
 /// "PATH..." where CLI11 would write "PATH(1x)".
 class Help : public CLI::Formatter {
@@ -106,6 +113,8 @@ public:
         sel->final_callback([this] { run = run ? run : hwquery::runSelList; });
         for (const Command& command : selCommands)
             add(*sel, command);
+        add(app, completion);
+        app.get_subcommand(completion.name)->group("");
         sel->add_flag("--json", options.json, aboutJson);
     }
 
@@ -157,6 +166,8 @@ private:
             added.add_option("--locale", options.locale, aboutLocale)->option_text("NAME");
         if (command.run == hwquery::runSet)
             added.add_option("--password-file", options.passwordFile, aboutPassword)->option_text("FILE");
+        if (command.run == hwquery::runList)
+            added.add_flag("--markdown", options.markdown, "as the page docs/queries.md");
         if (command.run == hwquery::runRaw) {
             added.add_option("--target", options.target, "the controller's address, 0x20 unless given")
                 ->option_text("ADDRESS");

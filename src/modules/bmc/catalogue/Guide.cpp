@@ -85,14 +85,17 @@ bool isOfManufacturer(unsigned long netFunction)
     return netFunction == 0x08 || netFunction == 0x2E || netFunction >= 0x30;
 }
 
-/// Whether the catalogue knows a command as one that only reads.
+/// How the names of commands begin that only read.
+constexpr const char* readers[] = {"GET_",          "READ_", "RESOLVE_", "EXTENDED_SEL_", "SMBIOS_REGION_STATUS",
+                                   "$/SDR/CFG_READ"};
+
 bool onlyReads(const std::string& netFunction, const std::string& command)
 {
     return std::ranges::any_of(commands(), [&](const Command& row) {
-        const std::string_view name = row.name;
-        return (name.starts_with("GET_") || name.starts_with("READ_")) &&
+        const std::string name = row.name;
+        return std::ranges::any_of(readers, [&](const char* begin) { return name.starts_with(begin); }) &&
                numberOf(std::string("$/IPMI/") + row.netFunction) == netFunction &&
-               numberOf("$/IPMI/" + std::string(name)) == command;
+               numberOf(name.starts_with('$') ? name : "$/IPMI/" + name) == command;
     });
 }
 
@@ -103,16 +106,15 @@ std::vector<std::string> namesOf(const char* names)
 
 void describe(Entry& entry, const Script& script)
 {
+    entry.subscripts = subscriptsOf(stores(), entry.key);
     if (static_cast<Opcode>(script.front().opcode) == Opcode::Append && script.size() == 1) {
         entry.children = script.front().arguments.values;
         entry.children.pop_back();
         return;
     }
-    entry.subscripts = subscriptsOf(stores(), entry.key);
     if (!entry.writes)
         entry.gives = formOfAnswer(stores(), entry.key);
-    for (const std::string& name : parameterNames(entry.key))
-        entry.takes.push_back({name, formOfValue(stores(), entry.key, "$" + name)});
+    entry.takes = takenBy(entry.key);
 }
 
 Entry entryOf(const std::string& key, const Script& script)
@@ -132,6 +134,7 @@ Entry entryOf(const SubjectRow& row)
     entry.path = row.path;
     entry.key = "GET:/" + entry.path;
     entry.gives = row.gives;
+    entry.subscripts = subscriptsOf(stores(), entry.key);
     for (const std::string& name : namesOf(row.parameters))
         entry.takes.push_back({name, "text"});
     return entry;
@@ -157,7 +160,9 @@ Advice adviceFor(const std::string& query)
 
 Advice adviceForRaw(const std::string& netFunction, const std::string& command)
 {
-    if (isOfManufacturer(std::strtoul(netFunction.c_str(), nullptr, 16)) && !onlyReads(netFunction, command))
+    if (onlyReads(netFunction, command))
+        return {};
+    if (isOfManufacturer(std::strtoul(netFunction.c_str(), nullptr, 16)))
         return {Need::force, unknownEffect};
     for (const auto& [key, script] : stores().templates)
         if (isWrite(key) && sends(key, *script, netFunction, command))
@@ -183,14 +188,24 @@ std::vector<std::string> parameterNames(const std::string& query)
     return names;
 }
 
+std::vector<Takes> takenBy(const std::string& query)
+{
+    const std::string key = keyOf(query);
+    std::vector<Takes> values;
+    for (const std::string& name : parameterNames(key))
+        values.push_back({name, formOfValue(stores(), key, "$" + name)});
+    return values;
+}
+
 std::vector<Entry> entries()
 {
     std::vector<Entry> all;
     for (const auto& [key, script] : stores().templates)
-        all.push_back(entryOf(key, *script));
+        if (isWrite(key) ||
+            std::ranges::find(subjectRows(), key.substr(key.find('/') + 1), &SubjectRow::path) == subjectRows().end())
+            all.push_back(entryOf(key, *script));
     for (const SubjectRow& row : subjectRows())
-        if (!scriptOf(std::string("GET:/") + row.path))
-            all.push_back(entryOf(row));
+        all.push_back(entryOf(row));
     std::ranges::sort(all, {}, [](const Entry& entry) { return std::pair(entry.path, entry.writes); });
     return all;
 }

@@ -56,11 +56,12 @@ Advice adviceForRaw(const std::string& netFunction, const std::string& command);
 /// first.
 std::vector<std::string> parameterNames(const std::string& query);
 
-/// A value that a query takes, or none that counts.
+/// A value that a query takes.
 struct Takes {
     std::string name;
-    std::string form; ///< "DISABLE or ENABLE"; empty for a write whose value does not count
+    std::string form; ///< "DISABLE or ENABLE"; empty if the value does not count
 };
+std::vector<Takes> takenBy(const std::string& query);
 
 /// One key of the catalogue in words.
 struct Entry {

@@ -14,7 +14,7 @@ namespace {
 using Texts = std::vector<std::string>;
 using Words = std::set<std::string>;
 
-constexpr char anyText[] = "text", bytes[] = "hexadecimal bytes", number[] = "number";
+constexpr char anyText[] = "text", bytes[] = "hexadecimal bytes", oneByte[] = "hexadecimal byte", number[] = "number";
 
 bool isSymbol(const std::string& text)
 {
@@ -51,8 +51,9 @@ public:
     std::string form() const
     {
         Words all = words;
+        all.insert(compared.begin(), compared.end());
         if (!shape.empty())
-            all.insert(count.empty() ? shape : count + " " + shape);
+            all.insert(count.empty() ? shape : count == "1" ? oneByte : count + " " + shape);
         if (!all.empty())
             return listed(all);
         return isUsed ? anyText : "";
@@ -88,6 +89,8 @@ private:
     {
         if (opcode == Opcode::If || opcode == Opcode::While)
             return lookAtTest(operands);
+        if (opcode == Opcode::IPMI || opcode == Opcode::IPMI_Without_Throw)
+            return lookAtPacket(operands.front());
         if (!isIt(operands, 0))
             return;
         switch (opcode) {
@@ -137,6 +140,15 @@ private:
         isCounted = isCounted && shape == bytes;
     }
 
+    /// What stands in a request as it came is bytes.
+    void lookAtPacket(const std::string& name)
+    {
+        const auto packet = stores.packets.find(name);
+        if (packet != stores.packets.end() &&
+            std::ranges::find_first_of(packet->second.values, names) != packet->second.values.end())
+            is(bytes);
+    }
+
     static bool isWord(const std::string& text)
     {
         return text != "ERROR" && text != "FAILURE" && text.find_first_not_of("0123456789") != std::string::npos;
@@ -165,7 +177,7 @@ class AnswerTrail {
 public:
     AnswerTrail(const Stores& stores_, const std::string& key) : stores(stores_) { follow(key); }
 
-    std::string form() const { return listed(answers); }
+    std::string form() const { return answers.empty() ? bytes : listed(answers); }
 
 private:
     void follow(const std::string& key)
@@ -179,48 +191,51 @@ private:
 
     void look(Opcode opcode, const Texts& operands)
     {
-        if (opcode == Opcode::Return) {
+        if (opcode == Opcode::If || opcode == Opcode::While || opcode == Opcode::For) {
+            ++depth;
+        } else if (opcode == Opcode::End) {
+            --depth;
+        } else if (opcode == Opcode::Return) {
             const Words& made = forms[operands.front()];
             answers.insert(made.begin(), made.end());
         } else if (isCall(opcode)) {
-            const AnswerTrail called(stores, operands.front());
-            forms["$RESULT"] = called.answers;
+            write("$RESULT", AnswerTrail(stores, operands.front()).answers);
         } else if (operands.size() > 1) {
-            made(opcode, operands, forms[operands.back()]);
+            write(operands.back(), made(opcode, operands));
         }
     }
 
-    void made(Opcode opcode, const Texts& operands, Words& form)
+    /// Within a block what was there before may stand.
+    void write(const std::string& symbol, Words form)
+    {
+        form.erase("");
+        if (depth > 0)
+            form.merge(forms[symbol]);
+        forms[symbol] = std::move(form);
+    }
+
+    Words made(Opcode opcode, const Texts& operands)
     {
         switch (opcode) {
         case Opcode::LookupTable:
-            form = wordsOf(operands[1]);
-            return;
+            return wordsOf(operands[1]);
         case Opcode::Copy:
-            form = isSymbol(operands[0]) ? forms[operands[0]] : Words{operands[0] == ":NULL" ? "" : operands[0]};
-            return;
+            return isSymbol(operands[0]) ? forms[operands[0]] : Words{operands[0] == ":NULL" ? "" : operands[0]};
         case Opcode::Map:
-            form = {operands[1] == "HEX2DEC" ? number : operands[1] == "HEX2STR" ? anyText : bytes};
-            return;
-        case Opcode::Flatten:
-            form = forms[operands[0]];
-            return;
+            return {operands[1] == "HEX2DEC" ? number : operands[1] == "HEX2STR" ? anyText : bytes};
         case Opcode::Join:
-            form = {joined(operands)};
-            return;
+            return {joined(operands)};
         case Opcode::Append:
-            form = {"a list"};
-            return;
+            return {"the members of the array"};
         case Opcode::FormatString:
-            form = {anyText};
-            return;
+            return {anyText};
         case Opcode::IPMIResponse:
         case Opcode::IPMI:
-        case Opcode::Filter:
-            form = {bytes};
-            return;
+        case Opcode::IPMI_Without_Throw:
+        case Opcode::Exclude:
+            return {bytes};
         default:
-            return;
+            return forms[operands.front()];
         }
     }
 
@@ -247,6 +262,7 @@ private:
     std::set<std::string> visited;
     std::map<std::string, Words> forms; ///< of each symbol, as it was written last
     Words answers;
+    int depth = 0;
 };
 
 /// The bounds that a script sets a subscript, " 1 to 14"; empty without any.

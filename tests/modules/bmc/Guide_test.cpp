@@ -1,0 +1,98 @@
+// What the catalogue's guide says against the catalogue itself.
+
+#include "modules/bmc/catalogue/Catalogue.hpp"
+#include "modules/bmc/catalogue/Guide.hpp"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Module::BMCConfig;
+using testing::IsEmpty;
+
+namespace {
+
+using Findings = std::set<std::string>;
+
+const Stores& stores()
+{
+    static const std::shared_ptr<const Stores> all = catalogue(0, true);
+    return *all;
+}
+
+std::string constant(const std::string& name)
+{
+    const auto found = stores().symbols.find(name);
+    return found == stores().symbols.end() ? name : found->second.text();
+}
+
+std::map<std::string, Entry> entriesByKey()
+{
+    std::map<std::string, Entry> all;
+    for (Entry& entry : entries())
+        all.emplace(entry.key, std::move(entry));
+    return all;
+}
+
+} // namespace
+
+TEST(Guide, EveryRowIsSortedAndNamesWhatIsThere)
+{
+    const auto isSorted = [](auto rows, auto key) {
+        return std::ranges::is_sorted(rows, {}, [&](const auto& row) { return std::string((row.*key)); });
+    };
+    EXPECT_TRUE(isSorted(parameterRows(), &ParameterRow::key));
+    EXPECT_TRUE(isSorted(cautionRows(), &CautionRow::key));
+    Findings findings;
+    const std::map<std::string, Entry> all = entriesByKey();
+    for (const CautionRow& row : cautionRows())
+        if (const auto from = all.lower_bound(row.key); from == all.end() || !from->first.starts_with(row.key))
+            findings.insert(row.key);
+    for (const ParameterRow& row : parameterRows())
+        if (const auto found = all.find(row.key); found == all.end())
+            findings.insert(row.key);
+        else
+            for (const Takes& value : found->second.takes)
+                if (value.form.empty() && &value != &found->second.takes.front())
+                    findings.insert(found->first + " " + value.name);
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+/// A path is not the way round what a raw request of the same command would be refused for.
+TEST(Guide, EveryQueryNeedsWhatItsRequestsNeed)
+{
+    const std::string onlyTests = "SET://BMC/USER[]/TEST_PASSWORD"; // by the command that sets one
+    Findings findings;
+    for (const auto& [key, script] : stores().templates)
+        for (const Function& step : *script)
+            if (static_cast<Opcode>(step.opcode) == Opcode::IPMI && adviceFor(key).need == Need::nothing) {
+                const std::vector<std::string>& packet = stores().packets.at(step.arguments.values.front()).values;
+                if (packet.size() > 3 && key != onlyTests &&
+                    adviceForRaw(constant(packet[1]), constant(packet[3])).need != Need::nothing)
+                    findings.insert(key + " sends " + packet[3]);
+            }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Guide, AdviceForWhatIsAskedAndSent)
+{
+    using enum Need;
+    const std::pair<const char*, Need> queries[] = {{"SET://BMC/LAN[1]/IP", consent},
+                                                    {"GET://BMC/LAN[1]/IP", nothing},
+                                                    {"SET://BMC/USER[12]/PASSWORD", consent},
+                                                    {"SET://BMC/USER[2]/TEST_PASSWORD", nothing},
+                                                    {"SET://BMC/FIRMWARE/PROGRAM", force},
+                                                    {"SET://BMC/OEM/BMCSERVICE", force},
+                                                    {"SET://BMC/NO_SUCH", nothing}};
+    for (const auto& [query, need] : queries)
+        EXPECT_EQ(adviceFor(query).need, need) << query;
+    const std::tuple<const char*, const char*, Need> requests[] = {
+        {"06", "01", nothing}, {"0C", "01", consent}, {"0C", "02", nothing}, {"30", "99", force},
+        {"2E", "C9", nothing}, {"2E", "C1", force},   {"2C", "01", nothing}, {"00", "02", consent}};
+    for (const auto& [netFunction, command, need] : requests)
+        EXPECT_EQ(adviceForRaw(netFunction, command).need, need) << netFunction << " " << command;
+}
