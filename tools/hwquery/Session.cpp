@@ -17,6 +17,9 @@ namespace {
 /// Locks on, log file off: the word with which the agent runs the SDK.
 constexpr unsigned char agentFlags = 33;
 
+/// For the one error that has no text: a completion code with a meaning of its own for the command.
+constexpr char noWords[] = "the controller refused it";
+
 /// Where a tree begins, each a path that can be asked. The SDK has no list of its own: its root is a closed module.
 constexpr const char* roots[] = {"/BIOS/PlatformID", "/BMC", "/BMC/SENSOR/DISPLAY", "/ProductInfo", "/SMBIOS"};
 
@@ -45,7 +48,7 @@ bool Session::attempt(const std::string& path, Work work)
         return true;
     } catch (const ResultStatus& status) {
         for (const RStatus& entry : status)
-            fail({path, entry.mErrorCode, entry.mErrorString, entry.mXQuery});
+            fail({path, entry.mErrorCode, entry.mErrorString.empty() ? noWords : entry.mErrorString, entry.mXQuery});
     } catch (const std::exception& error) {
         fail({path, 0, error.what(), {}});
     }

@@ -46,9 +46,11 @@ def settings(**keys):
 
 
 class Simulator:
-    """ipmi_sim playing a board. `lan_port` is for ipmitool, `serial_port` for the preload library or QEMU."""
+    """ipmi_sim playing a board. `lan_port` is for ipmitool, `serial_port` for the preload library or QEMU; `more` are
+    further lines of its configuration (man ipmi_lan)."""
 
-    def __init__(self, board, folder):
+    def __init__(self, board, folder, more=""):
+        self.more = more
         self.board = load_board(board)
         self.folder = Path(folder)
         self.process = None
@@ -57,7 +59,7 @@ class Simulator:
         self.folder.mkdir(parents=True, exist_ok=True)
         simfiles.write_board(self.board, self.folder)
         self.lan_port, self.serial_port = free_port(socket.SOCK_DGRAM), free_port()
-        (self.folder / "lan.conf").write_text(simfiles.lan_conf(self.board.name, self.lan_port, self.serial_port))
+        (self.folder / "lan.conf").write_text(simfiles.lan_conf(self.board.name, self.lan_port, self.serial_port, self.more))
         try:
             self.start()
         except BaseException:

@@ -39,10 +39,10 @@ def write_board(board, folder):
         (state / f"sel.{BMC_ADDRESS:x}").write_text("\n".join(lines) + "\n")
 
 
-def lan_conf(name, lan_port, serial_port):
-    """Text of ipmi_sim's -c file: a LAN interface and a VM serial line, both on loopback."""
+def lan_conf(name, lan_port, serial_port, more=""):
+    """Text of ipmi_sim's -c file: a LAN interface and a VM serial line, both on loopback; `more` lines of it."""
     return LAN_CONF.format(name=name, bmc=BMC_ADDRESS, lan_port=lan_port, serial_port=serial_port, user=LAN_USER,
-                           password=LAN_PASSWORD)
+                           password=LAN_PASSWORD) + more
 
 
 def emulator_lines(board):
