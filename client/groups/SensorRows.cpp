@@ -1,5 +1,6 @@
 #include "client/groups/SensorRows.hpp"
 
+#include "client/groups/RowNames.hpp"
 #include "common/Policy.hpp"
 
 #include <algorithm>
@@ -32,6 +33,19 @@ bool takeFirst(Sensors& sensors, CSensorWrapper& out)
     return true;
 }
 
+std::string nameOf(const CSensorWrapper& sensor, const char* defaultName)
+{
+    const CString& name = sensor.m_cInfo.m_cDescription;
+    return name.isEmpty() ? defaultName : name.narrow();
+}
+
+/// The entity's id and instance, as "7.4"; and the device id, which no other row of the table has.
+std::vector<std::string> marksOf(const CSensorInfo& sensor)
+{
+    return {std::to_string(sensor.m_usChassisId) + "." + std::to_string(sensor.m_ucEntityInstance & 0x7F),
+            "id " + std::to_string(sensor.m_iIdNumber)};
+}
+
 } // namespace
 
 SensorRows::~SensorRows()
@@ -46,12 +60,24 @@ readings::SensorDatabase& SensorRows::begin()
     return *fresh;
 }
 
-void SensorRows::settle()
+void SensorRows::settle(const char* defaultName)
 {
+    nameSensors(defaultName);
     if (!common::policy().fillsBehindRegistration)
         goLive();
     else if (database)
         keepPlaces();
+}
+
+void SensorRows::nameSensors(const char* defaultName)
+{
+    std::vector<RowName> names;
+    for (const CSensorWrapper& sensor : fresh->m_pT)
+        names.push_back({nameOf(sensor, defaultName), marksOf(sensor.m_cInfo)});
+    tellApart(names);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (names[i].text != nameOf(fresh->m_pT[i], defaultName))
+            fresh->m_pT[i].m_cInfo.m_cDescription.SetString(names[i].text.c_str());
 }
 
 /// Each sensor of the new set gets the place that it has in the database. The place of one that is gone goes to a new

@@ -18,9 +18,9 @@ public:
 
     /// An empty set to read sensors into.
     readings::SensorDatabase& begin();
-    /// The new set is whole: it goes live at once, or, where rows change while the agent serves, gets its order and
-    /// waits for goLive.
-    void settle();
+    /// The new set is whole, and its equal names are told apart; `defaultName` is that of a sensor without one. The set
+    /// goes live at once, or, where rows change while the agent serves, gets its order and waits for goLive.
+    void settle(const char* defaultName);
     void goLive();
 
     readings::SensorDatabase& all() { return fresh ? *fresh : *database; }
@@ -28,6 +28,7 @@ public:
 
 private:
     void keepPlaces();
+    void nameSensors(const char* defaultName);
 
     std::unique_ptr<readings::SensorDatabase>& database;
     std::unique_ptr<readings::SensorDatabase> fresh; ///< until it goes live

@@ -159,7 +159,7 @@ template<class Row>
 int DiscreteGroup<Row>::init()
 {
     readDatabase();
-    sensors.settle();
+    sensors.settle(traits.defaultName);
     const SensorDatabase& database = sensors.all();
     if (const int result = this->allocTable(database.m_tdLen()); result != CLIENT_SUCCESS)
         return result;

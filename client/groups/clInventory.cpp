@@ -1,5 +1,6 @@
 #include "client/groups/clInventory.hpp"
 
+#include "client/groups/RowNames.hpp"
 #include "client/query/QLInterface.hpp"
 #include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
@@ -123,15 +124,24 @@ std::string specialTechnology(const std::string& word)
 }
 
 /// The name, and behind it what the columns have no place or number for.
-std::string described(const std::string& name, std::initializer_list<std::string> notes)
+std::string described(std::string name, std::initializer_list<std::string> notes)
 {
-    if (!common::policy().describesInventory)
-        return name;
-    std::string list;
-    for (const std::string& note : notes)
-        if (!note.empty())
-            list += (list.empty() ? "" : ", ") + note;
-    return list.empty() ? name : name + " (" + list + ")";
+    if (common::policy().describesInventory)
+        for (const std::string& note : notes)
+            if (!note.empty())
+                addMark(name, note);
+    return name;
+}
+
+template<class Row>
+void tellRowsApart(std::span<Row> rows, std::vector<std::string> (*marksOf)(const Row& row, int number))
+{
+    std::vector<RowName> names;
+    for (int number = 0; const Row& row : rows)
+        names.push_back({row.stDescription, marksOf(row, ++number)});
+    tellApart(names);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        copyText(rows[i].stDescription, names[i].text);
 }
 
 /// The tables have no live state: a row is healthy until an event says otherwise.
@@ -154,6 +164,8 @@ int processorDevice::init()
     int number = 0;
     for (ProcessorInfo& row : rows())
         fillRow(++number, row);
+    tellRowsApart<ProcessorInfo>(
+        rows(), [](const ProcessorInfo&, int place) { return std::vector{"number " + std::to_string(place)}; });
     trace("Leaving processorDevice::init with success\n");
     return CLIENT_SUCCESS;
 }
@@ -263,6 +275,9 @@ int memoryDevice::init()
             row.nDeviceId = number;
             fillRow(each.array, device, row);
         }
+    tellRowsApart<MemoryDeviceInfo>(rows(), [](const MemoryDeviceInfo& row, int place) {
+        return std::vector<std::string>{row.stBankLabel, "number " + std::to_string(place)};
+    });
     return CLIENT_SUCCESS;
 }
 

@@ -2,6 +2,7 @@
 
 #include "client/readings/SensorAcquisition.hpp"
 #include "client/words/Numbers.hpp"
+#include "common/Policy.hpp"
 
 #include <optional>
 
@@ -180,7 +181,7 @@ int ThresholdProbe::init()
     GetAllSensorData(traits.m_nSensorType, &sensors.begin(), traits.m_nMultiplier);
     if (traits.linearOnly)
         removeNonLinear();
-    sensors.settle();
+    sensors.settle(traits.defaultName);
     if (const int result = allocTable(sensors.all().m_tdLen()); result != CLIENT_SUCCESS)
         return result;
     for (int row = 0; row < m_nCount; ++row)
@@ -201,6 +202,11 @@ void ThresholdProbe::removeNonLinear()
     });
 }
 
+std::size_t ThresholdProbe::nameLimit() const
+{
+    return common::policy().showsFullNames ? longestName : traits.nameLimit;
+}
+
 void ThresholdProbe::fillRow(int row)
 {
     CSensorWrapper& sensor = sensors[row];
@@ -208,7 +214,7 @@ void ThresholdProbe::fillRow(int row)
     stored.nDeviceId = sensor.m_cInfo.m_iIdNumber;
     takeFigures(stored, sensor.m_cInfo);
     const CString& name = sensor.m_cInfo.m_cDescription;
-    copyText(stored.stDescription, name.isEmpty() ? traits.defaultName : name.narrow().substr(0, traits.nameLimit));
+    copyText(stored.stDescription, name.isEmpty() ? traits.defaultName : name.narrow().substr(0, nameLimit()));
     client::readings::readAtStart(sensor, traits.m_nMultiplier);
     stored.nStatus = getStatusEnum(statusAtStart(takeReading(sensor, plainBounds)));
 }

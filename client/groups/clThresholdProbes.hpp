@@ -69,6 +69,7 @@ public:
 private:
     void removeNonLinear();
     void fillRow(int row);
+    std::size_t nameLimit() const;
     ThresholdReading readLive(int row);
     const char* statusAtStart(const ThresholdReading& reading);
     const char* statusWhenRead(const ThresholdReading& reading);

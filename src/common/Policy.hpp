@@ -19,6 +19,7 @@ struct Policy {
     bool keepsUndummiedFrames = false;   ///< Kcs: a frame is whole without the dummy byte that should follow it
     bool checksDriverAnswers = false;    ///< OpenIpmi: each message has its own number, and answers are compared
     bool reportsDriverErrors = false;    ///< ProcessMessage: an error of the driver is one, not an empty answer
+    bool carriesLun = false;             ///< carriedLun: a request's LUN reaches the controller
     bool reopensDevice = false;          ///< OpenIpmi: a device node that came back is opened anew
     bool sparesSilentController = false; ///< IpmiExchange: after three failures in a row only a probe now and then
     bool locksWithinProcess = false;     ///< CMySemLock, HWAGENTLock: mutexes instead of named semaphores
@@ -40,6 +41,8 @@ struct Policy {
     bool knowsNewerFirmware = false; ///< SMBIOSProtocolImpl: words and fields up to SMBIOS 3.7, from 2.6 on
     bool keepsFirmwareWords = false; ///< SMBIOSConfigMgr: no word is replaced, so no controller is asked
     bool describesInventory = false; ///< clInventory: names of processors and modules say what has no column or number
+    bool showsFullNames = false;     ///< clThresholdProbes: names of voltages are not cut at nine characters
+    bool tellsRowsApart = false;     ///< RowNames: equal names of a table get what tells them apart
     // Events.
     bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
     bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue

@@ -43,8 +43,7 @@ using Frame = std::array<std::uint8_t, kcsFrameSize>;
 /// One frame out, one frame in: the number of bytes that came, 0 for a failure.
 unsigned exchangeFrames(const _IMBPREQUESTDATA& request, Frame& frame)
 {
-    // The bits of the LUN stay 0: direct requests are for the BMC's LUN 0 alone.
-    frame[0] = static_cast<std::uint8_t>(request.netFn << 2);
+    frame[0] = static_cast<std::uint8_t>(request.netFn << 2 | transport::carriedLun(request.lun));
     frame[1] = request.cmd;
     std::copy_n(request.data, request.dataLength, frame.begin() + kcsRequestHeader);
     if (KCSSendMessage(frame.data(), static_cast<unsigned>(request.dataLength + kcsRequestHeader)) != kcsDone)
@@ -218,6 +217,11 @@ int Reinitialize_OpenIPMI()
 int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int retries)
 {
     return sendRequest(*request, *response, retries) ? 0 : 1;
+}
+
+std::uint8_t transport::carriedLun(std::uint8_t lun)
+{
+    return common::policy().carriesLun ? lun & 3 : 0;
 }
 
 std::optional<std::uint32_t> transport::sendRequest(const BMC_REQUEST& request, BMC_RESPONSE& response, int retries)

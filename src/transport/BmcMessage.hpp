@@ -112,7 +112,12 @@ int SendRequest_Linux(const BMC_REQUEST* request, BMC_RESPONSE* response, int re
 
 namespace transport {
 
-/// The same, with the number of data bytes as the result: `length` of the response holds only its low 8 bits.
+/// The bits of the LUN that a direct request, or one that the driver addresses, bears on its way; by the policy, else
+/// 0.
+std::uint8_t carriedLun(std::uint8_t lun);
+
+/// The same as SendRequest_Linux, with the number of data bytes as the result: `length` of the response holds only its
+/// low 8 bits.
 std::optional<std::uint32_t> sendRequest(const BMC_REQUEST& request, BMC_RESPONSE& response, int retries);
 
 } // namespace transport

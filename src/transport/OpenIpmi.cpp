@@ -77,25 +77,27 @@ union DriverAddress {
 };
 static_assert(sizeof(DriverAddress) == 8);
 
-DriverAddress addressOf(std::uint8_t target)
+DriverAddress addressOf(std::uint8_t target, std::uint8_t lun)
 {
     DriverAddress address{};
     if (target == ipmi::address::bmc) {
         address.system.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
         address.system.channel = IPMI_BMC_CHANNEL;
+        address.system.lun = carriedLun(lun);
         return address;
     }
     address.ipmb = {};
     address.ipmb.addr_type = IPMI_IPMB_ADDR_TYPE;
     address.ipmb.channel = channelOfTarget(target);
     address.ipmb.slave_addr = target;
+    address.ipmb.lun = carriedLun(lun);
     return address;
 }
 
 int sendCommand(const BMC_MESSAGE& request, long msgid, DriverBuffer& buffer)
 {
     std::copy_n(request.data, request.length, buffer.begin());
-    DriverAddress address = addressOf(request.target);
+    DriverAddress address = addressOf(request.target, request.lun);
     ipmi_req driverRequest{};
     driverRequest.addr = reinterpret_cast<unsigned char*>(&address);
     driverRequest.addr_len = sizeof address;

@@ -1,5 +1,6 @@
 #include "client/groups/clInventory.hpp"
 
+#include "common/Policy.hpp"
 #include "tests/client/ClientFixture.hpp"
 
 namespace {
@@ -85,6 +86,41 @@ TEST_F(Inventory, AnEventFindsTheOneModuleThatIsCalledAsItsSensor)
     EXPECT_EQ(group.findModule("BANK 0"), 0) << "two are called so";
     EXPECT_EQ(group.findModule("DIMM_B"), 0);
     EXPECT_EQ(group.findModule("--"), 0);
+}
+
+TEST_F(Inventory, NamesSayWhatHasNoColumnAndNoTwoAreAlike)
+{
+    const std::string socket = "/SMBIOS/ProcessorInfo[", array = "/SMBIOS/MemoryArray[1]/MemoryDevice";
+    for (const std::string& path : {socket + "1]", socket + "2]"}) {
+        sdk.answers[path][path + "/SocketDesignation"] = ScriptedBackend::leaf({"CPU"});
+        sdk.answers[path][path + "/Upgrade"] = ScriptedBackend::leaf({"Socket SP5"});
+        sdk.answers[path][path + "/CoreCount"] = ScriptedBackend::leaf({"96"});
+        sdk.answers[path][path + "/ThreadCount"] = ScriptedBackend::leaf({"0"});
+    }
+    for (const auto& [number, bank, type] :
+         {std::tuple{"[1]", "P0", "DDR5"}, {"[2]", "P1", "DDR5"}, {"[3]", "P1", "DDR5"}, {"[4]", "P0", "0X7f"}}) {
+        const std::string device = array + number;
+        sdk.answers[array][device] = branch();
+        sdk.answer(device + "/DevicePresent", "True");
+        sdk.answers[device][device + "/DeviceLocator"] = ScriptedBackend::leaf({"DIMM 0"});
+        sdk.answers[device][device + "/BankLocator"] = ScriptedBackend::leaf({bank});
+        sdk.answers[device][device + "/MemoryType"] = ScriptedBackend::leaf({type});
+    }
+    const auto names = [this] {
+        cache_map.clear();
+        processorDevice processors;
+        memoryDevice modules;
+        processors.init();
+        modules.init();
+        std::string list = strInfo(processors, PROC_DESCRIPTION);
+        for (int row = 0; row < modules.getCount(); ++row)
+            list += "; " + strInfo(modules, MEMORYDEVICE_DESCRIPTION, row);
+        return list;
+    };
+    EXPECT_EQ(names(), "CPU; DIMM 0; DIMM 0; DIMM 0; DIMM 0");
+    const common::ScopedPolicy telling(common::Policy{.describesInventory = true, .tellsRowsApart = true});
+    EXPECT_EQ(names(), "CPU (Socket SP5, 96 cores, number 1); DIMM 0 (DDR5, P0); DIMM 0 (DDR5, P1, number 2); "
+                       "DIMM 0 (DDR5, P1, number 3); DIMM 0");
 }
 
 TEST_F(Inventory, MissingRowsAndForeignAttributesHaveTheirResults)

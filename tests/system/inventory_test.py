@@ -1,7 +1,6 @@
 """Processors, memory and chassis from the firmware's tables and the FRU inventory to SNMP, against dmidecode and ipmitool on
 the same images; and the health of the whole system, which rolls up from all tables."""
 
-import os
 import subprocess
 import tempfile
 import unittest
@@ -10,12 +9,11 @@ from pathlib import Path
 from hwtools.bench import ROOT, Agent, MasterAgent, Simulator
 from hwtools.processes import wait_until
 from hwtools.smbios import KERNEL
-from lib.bench import BOARDS, HWQUERY, QUICKSTART, agent_on
+from lib.bench import BOARDS, HWQUERY, PRACTICAL, QUICKSTART, agent_on
 from lib.firmware import compare_inventory, parse_dmidecode
 
 UNAVAILABLE, HEALTHY, WARNING, CRITICAL = 1, 2, 3, 4
 PROCESSOR = 7
-PRACTICAL = os.environ.get("HWAGENT_PRACTICAL") == "1"
 
 
 def firmware_of(board):

@@ -1,5 +1,6 @@
 #include "transport/BmcMessage.hpp"
 
+#include "common/Policy.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "tests/transport/FakeKcs.hpp"
@@ -57,6 +58,9 @@ TEST_F(Message, DirectKcsExchangeKeepsTheRequestsHeader)
     EXPECT_THAT((Bytes{response.length, response.completionCode, response.netFn, response.data[0]}),
                 ElementsAre(1, 0xC1, 6, 7));
     EXPECT_EQ(ports.acquired, 1);
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    ASSERT_EQ(send(), 0);
+    EXPECT_EQ(frames.back()[0], 0x1A) << "but in the mode";
 }
 
 TEST_F(Message, AnswerToAnotherRequestIsRefusedAndOursAskedForAgain)

@@ -1,5 +1,6 @@
 #include "transport/OpenIpmi.hpp"
 
+#include "common/Policy.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -107,6 +108,9 @@ TEST_F(OpenIpmi, RequestIsAddressedByItsTargetAndAnswerTakenApart)
         EXPECT_EQ(driver.requests.back().channel, channel);
         EXPECT_EQ(driver.requests.back().lun, 0) << "the request's LUN is not used";
         EXPECT_EQ(response->target, target);
+        const common::ScopedPolicy carrying(common::Policy{.carriesLun = true});
+        ASSERT_EQ(exchange(), 0);
+        EXPECT_EQ(driver.requests.back().lun, 3);
     }
     EXPECT_THAT(driver.requests.back().data, ElementsAre(0xA1, 0xB2));
     EXPECT_THAT((std::vector<int>{response->netFn, response->lun, response->cmd, response->completionCode}),

@@ -13,6 +13,7 @@ from hwtools.tables import read_object
 
 QUICKSTART = ROOT / "share" / "boards" / "quickstart.py"
 BOARDS = ROOT / "tests" / "boards"
+PRACTICAL = os.environ.get("HWAGENT_PRACTICAL") == "1"
 HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
 LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
 

@@ -51,23 +51,33 @@ GROUPS = (Group("voltageProbeTable", "voltage", VOLTAGE, 1000, 1, 9, True),
           Group("coolingDeviceTable", "coolingDevice", FAN, 1, 1, 511, True))
 
 
-def expected_rows(group, board, seen):
-    """Rows of one table, {column name: value}, from ipmitool's lines of the board. The agent asks a controller's LUN 0
-    only, so that a sensor of another LUN shows what the same number has there."""
+def shown_names(sensors, length, practical):
+    """The names of a table's rows. In the practical mode they are whole, and equal ones have the entity behind them."""
+    names = [sensor["name"] for sensor in sensors]
+    if not practical:
+        return [name[:length] for name in names]
+    return [name if names.count(name) == 1 else "{} ({}.{})".format(name, *sensor["entity"])
+            for name, sensor in zip(names, sensors)]
+
+
+def expected_rows(group, board, seen, practical):
+    """Rows of one table, {column name: value}, from ipmitool's lines of the board. Only in the practical mode the agent asks
+    another LUN than 0; else a sensor there shows what the same number has at LUN 0."""
     lines = {(s["owner"], s["lun"], s["number"]): line for s, line in zip(board.sensors, seen, strict=True)}
-    chosen = [(sensor, lines[sensor["owner"], 0, sensor["number"]])
+    chosen = [(sensor, lines[sensor["owner"], sensor["lun"] if practical else 0, sensor["number"]])
               for sensor in board.sensors
               if sensor["type"] == group.kind and (not group.linear_only or _linear(sensor))]
     # rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]
     chosen.sort(key=lambda pair: f"SDR[{pair[0]['record_id']}]")
-    return [_expected_row(group, place, *pair) for place, pair in enumerate(chosen, 1)]
+    names = shown_names([sensor for sensor, _ in chosen], group.name_length, practical)
+    return [_expected_row(group, place, name, *pair) for place, (name, pair) in enumerate(zip(names, chosen), 1)]
 
 
 def _linear(sensor):
     return sensor["record"] == "full" and sensor["factors"]["linearisation"] == 0
 
 
-def _expected_row(group, place, sensor, line):
+def _expected_row(group, place, name, sensor, line):
     reading = line.value
     if reading is None and sensor["known"]:  # ipmitool hides what is not scanned; the agent shows what the BMC gives
         reading = convert(sensor["factors"], sensor["raw"])
@@ -78,7 +88,7 @@ def _expected_row(group, place, sensor, line):
         shown["unr"], shown["lnr"] = whole["unc"], whole["lnc"]
     status = expected_status(group.kind, whole_reading, whole)
     row = {"Index": place, "DeviceId": sensor["number"] << 16 | sensor["owner"] << 8 | sensor["lun"],
-           "Description": sensor["name"][:group.name_length], "Status": status, "StatusString": WORD[status],
+           "Description": name, "Status": status, "StatusString": WORD[status],
            "Reading": _unit(group, whole_reading)}
     row.update({COLUMN_OF[key]: _unit(group, value) for key, value in shown.items()})
     if not sensor["known"]:
@@ -111,13 +121,13 @@ def expected_status(kind, reading, bounds):
     return WARNING if outside("unc", "lnc") else HEALTHY
 
 
-def compare_tables(test, board, sensor_text, read_rows):
+def compare_tables(test, board, sensor_text, read_rows, practical):
     """Fails `test` for each row of the threshold tables that is not as `ipmitool sensor` has it. `read_rows` gives the
     rows of a MibObject. A voltage or current may differ by one count of its last digit, where a value that binary
     fractions cannot hold was cut."""
     seen = parse_ipmitool_sensor(sensor_text)
     for group in GROUPS:
-        expected = expected_rows(group, board, seen)
+        expected = expected_rows(group, board, seen, practical)
         found = read_rows(find_object(group.table))
         test.assertGreater(len(expected), 0)
         test.assertEqual([row[group.prefix + "DeviceId"] for row in found],
