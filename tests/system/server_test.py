@@ -111,7 +111,7 @@ class InstalledAgent(unittest.TestCase):
                          if suffix[:len(thing.arc)] == thing.arc}
                 return rows(thing, below)
 
-            compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows)
+            compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows, practical)
             compare_states(self, simulator.board, simulator.ipmitool("sdr", "elist").stdout, read_rows)
             traps = parse_traps((share / "traps.txt").read_text(encoding="latin-1"))
             # a sensor of the board is beyond critical from the start, which only the practical mode's health tells
@@ -122,7 +122,7 @@ class InstalledAgent(unittest.TestCase):
             sensors = {kind: [s for s in simulator.board.sensors if s["type"] == kind] for kind in (INTRUSION, PROCESSOR)}
             compare_inventory(self, parse_dmidecode((share / "dmidecode.txt").read_text()), fru,
                               CRITICAL if 0 in sensors[INTRUSION][0]["states"] else HEALTHY,
-                              [s["number"] for s in sensors[PROCESSOR]], lambda name: read_rows(find_object(name)))
+                              [s["number"] for s in sensors[PROCESSOR]], lambda name: read_rows(find_object(name)), practical)
 
     def test_over_the_kernel_driver(self):
         self.check_server(driver=True)

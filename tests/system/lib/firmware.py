@@ -139,7 +139,7 @@ def add_notes(firmware, processors, modules):
             word for word in (m["Type"], m.get("Memory Technology", "DRAM")) if word not in MEMORY_TYPES])
 
 
-def compare_inventory(test, firmware, fru_text, status, sensors, read_rows, practical=True):
+def compare_inventory(test, firmware, fru_text, status, sensors, read_rows, practical):
     """Fails `test` for each row that is not as dmidecode and ipmitool have it. `read_rows` gives the rows of an object."""
     processors, modules = processor_rows(firmware, sensors), device_rows(firmware)
     if practical:
