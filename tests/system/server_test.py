@@ -9,7 +9,7 @@ from pathlib import Path
 
 from hwtools.bench import ROOT, SEL_MARK, Simulator, build_folder
 from hwtools.mibtable import BASE, dotted, find_object
-from hwtools.processes import wait_until
+from hwtools.processes import tail, wait_until
 from hwtools.tables import WALK_FORM, parse_walk, rows
 from lib.firmware import compare_inventory, parse_dmidecode
 from lib.machine import run_in_machine
@@ -107,7 +107,8 @@ class InstalledAgent(unittest.TestCase):
             share.mkdir()
             with adding_events(simulator, share):
                 done = run_in_machine(f"PRACTICAL={practical}{GUEST}", share, simulator.serial_port, driver, SMBIOS, timeout=280)
-            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual((done.returncode, done.stderr), (0, ""),
+                             "\n" + tail(share / "snmpd.log") + "\n" + tail(share / "agent.log"))
             self.assertEqual(bool((share / "device.txt").read_text()), driver)
             walk = parse_walk((share / "walk.txt").read_text(encoding="latin-1"), BASE)
 
