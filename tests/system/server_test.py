@@ -44,7 +44,9 @@ export MIBS=
 snmptrapd -C -c /tmp/snmptrapd.conf {' '.join(NUMBERS)} -t -Lf /share/traps.txt -F '{FORM}' udp:127.0.0.1:162
 snmpd -C -c /tmp/snmpd.conf -I -smux -Lf /share/snmpd.log
 sleep 1
-/usr/local/hwagent/bin/hwAgent > /share/agent.log 2>&1
+# each line into the shared folder takes a way through the host: the log is copied at the end
+trap 'cp /tmp/agent.log /share' EXIT
+/usr/local/hwagent/bin/hwAgent > /tmp/agent.log 2>&1
 i=0
 # health and the chassis' inventory: the first readings and what is read last
 until
@@ -59,7 +61,7 @@ ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 dmidecode > /share/dmidecode.txt
 [ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
 i=0
-until [ -e {SEL_MARK} ] || grep -q 'Structures related to SEL are initialized' /share/agent.log; do
+until [ -e {SEL_MARK} ] || grep -q 'Structures related to SEL are initialized' /tmp/agent.log; do
     i=$((i + 1))
     [ $i -lt 60 ]
     sleep 0.5
