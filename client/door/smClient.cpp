@@ -95,6 +95,14 @@ client::door::Sources sourcesOf(_SMEntity entity)
     return entity == MEMORYARRAY || entity == MEMORYDEVICE ? Sources::firmware : Sources::repository;
 }
 
+bool isFilledFrom(_SMEntity entity, client::door::Sources sources)
+{
+    using client::door::Sources;
+    if (sources == Sources::machine)
+        return entity == PROCESSOR || entity == CHASSIS;
+    return entity != SMINFO && sources == sourcesOf(entity);
+}
+
 bool hasRepository()
 {
     const auto records = client::query::tryQuery(repositoryQuery, "\nNo sensor data records\n");
@@ -162,7 +170,7 @@ bool smClient::fillGroups(client::door::Sources sources)
             return false;
     }
     for (const Group& group : groups)
-        if (group.entity != SMINFO && sourcesOf(group.entity) == sources)
+        if (isFilledFrom(group.entity, sources))
             group.refill(*this, groupsGuard);
     return interfaceFailures() == failuresBefore;
 }

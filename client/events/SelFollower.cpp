@@ -234,7 +234,8 @@ void SelFollower::take(const Page& page, std::size_t place)
 /// A record that the controller never gives must not hide those behind it.
 void SelFollower::noteTrouble()
 {
-    common::reportLimited(common::Gravity::warning, troubleKey, "the event log of the BMC cannot be read");
+    if (!common::stillStands(common::controllerKey))
+        common::reportLimited(common::Gravity::warning, troubleKey, "the event log of the BMC cannot be read");
     if (++turnsInTrouble % patienceInTurns == 0 && hasBegun)
         passOverUnreadable();
 }

@@ -78,13 +78,14 @@ constexpr WordNumber lockWords[] = {
 
 struct FruText {
     const char* path;
+    const char* firmware; ///< what the firmware calls it, null for nothing
     CString CSystemContainer::*member;
 };
 
 constexpr FruText fruTexts[] = {
-    {"CHASSISAREA/PART_NUMBER", &CSystemContainer::m_cPartNumber},
-    {"CHASSISAREA/SERIAL_NUMBER", &CSystemContainer::m_cSerialNumber},
-    {"PRODUCTAREA/ASSET_TAG", &CSystemContainer::m_cAssetTag},
+    {"CHASSISAREA/PART_NUMBER", nullptr, &CSystemContainer::m_cPartNumber},
+    {"CHASSISAREA/SERIAL_NUMBER", "/SerialNo", &CSystemContainer::m_cSerialNumber},
+    {"PRODUCTAREA/ASSET_TAG", "/AssetTagNo", &CSystemContainer::m_cAssetTag},
 };
 
 struct Setting {
@@ -147,13 +148,22 @@ void loadFru()
     tryMapQuery({{"/BMC/FRU", {{"DEVICE_ID", "00"}, {"BASE_ADDRESS", "20"}}}}, "on /BMC/FRU/");
 }
 
+/// What the FRU inventory tells, or by the policy the firmware where that tells nothing.
+std::string fruText(const char* path, const char* firmware)
+{
+    std::string text = askText(std::string(decodedFru) + path);
+    if (text.empty() && firmware && common::policy().asksFirmwareForChassis)
+        text = askText(std::string(chassisQuery) + firmware);
+    return text;
+}
+
 void readContainer(CSystemContainer& container)
 {
     loadFru();
-    const std::string kind = askText(std::string(decodedFru) + "CHASSISAREA/TYPE");
+    const std::string kind = fruText("CHASSISAREA/TYPE", "/ChassisType");
     container.m_eType = static_cast<CONTAINER_TYPE>(numberOf(containerWords, kind, CONTAINER_TYPE_UNKNOWN));
     for (const FruText& text : fruTexts)
-        container.*text.member = CString(askText(std::string(decodedFru) + text.path).c_str());
+        container.*text.member = CString(fruText(text.path, text.firmware).c_str());
     container.m_eLockState = static_cast<CONTAINER_LOCK_STATE>(readChassisWord(lockWords, "ChassisLock"));
     container.m_ePowerState = CONTAINER_POWER_STATE_ON; // the agent runs on it
 }

@@ -55,7 +55,10 @@ void Reader::fillFromRepository()
     repositoryRead = door::fillGroups(Sources::repository);
     if (repositoryRead)
         return;
-    common::reportLimited(common::Gravity::warning, "repository", "the BMC gives no sensor data records so far");
+    if (!common::stillStands(common::controllerKey))
+        common::reportLimited(common::Gravity::warning, "repository", "the BMC gives no sensor data records so far");
+    if (!std::exchange(machineRead, true))
+        door::fillGroups(Sources::machine);
     nextFill = now() + fillPause;
     fillPause = std::min<Duration>(2 * fillPause, longestFillPause);
 }

@@ -29,6 +29,7 @@ private:
     bool firmwareRead = false;
     bool repositoryRead = false;
     bool inventoryRead = false;
+    bool machineRead = false;                     ///< what does not need the records
     bool eventsCame = false;                      ///< since the last pass
     Duration fillPause = std::chrono::seconds(5); ///< grows while there is no repository
     Moment nextFill{};

@@ -23,6 +23,7 @@ struct Policy {
     bool reopensDevice = false;          ///< OpenIpmi: a device node that came back is opened anew
     bool sparesSilentController = false; ///< IpmiExchange: after three failures in a row only a probe now and then
     bool locksWithinProcess = false;     ///< CMySemLock, HWAGENTLock: mutexes instead of named semaphores
+    bool probesByKernelTables = false; ///< MainInit: where the ports are, by the kernel's copy of the firmware's tables
     // The repository of sensor data records.
     bool readsLargePieces = false;          ///< SdrRead: pieces as large as the controller takes
     bool limitsSdrRepeats = false;          ///< SdrRead: a hundred repeats a reading, none of a refusal that will last
@@ -36,10 +37,11 @@ struct Policy {
     bool expiresReadings = false;         ///< QLInterface: an answer of more than three refresh periods is none
     bool fillsBehindRegistration = false; ///< smClient: the groups appear as they are read, behind the registration
     // The firmware's tables.
-    bool readsKernelTables = false;  ///< SmbiosLocate: the kernel's copies first, memory where it offers none
-    bool takesWideEntries = false;   ///< SmbiosLocate: entry points of 64 bits as well
-    bool knowsNewerFirmware = false; ///< SMBIOSProtocolImpl: words and fields up to SMBIOS 3.7, from 2.6 on
-    bool keepsFirmwareWords = false; ///< SMBIOSConfigMgr: no word is replaced, so no controller is asked
+    bool readsKernelTables = false;      ///< SmbiosLocate: the kernel's copies first, memory where it offers none
+    bool takesWideEntries = false;       ///< SmbiosLocate: entry points of 64 bits as well
+    bool knowsNewerFirmware = false;     ///< SMBIOSProtocolImpl: words and fields up to SMBIOS 3.7, from 2.6 on
+    bool keepsFirmwareWords = false;     ///< SMBIOSConfigMgr: no word is replaced, so no controller is asked
+    bool asksFirmwareForChassis = false; ///< clChassisInfo: what the FRU inventory does not tell of the enclosure
     bool describesInventory = false; ///< clInventory: names of processors and modules say what has no column or number
     bool showsFullNames = false;     ///< clThresholdProbes: names of voltages are not cut at nine characters
     bool tellsRowsApart = false;     ///< RowNames: equal names of a table get what tells them apart

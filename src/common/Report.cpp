@@ -76,6 +76,12 @@ void reportLimited(Gravity gravity, const std::string& key, const std::string& t
     report(gravity, leftOut == 0 ? text : text + " (" + std::to_string(leftOut) + " more in the last hour)");
 }
 
+bool stillStands(const std::string& key)
+{
+    const std::scoped_lock lock(guard);
+    return told.contains(key);
+}
+
 void reportEnded(const std::string& key)
 {
     const std::scoped_lock lock(guard);

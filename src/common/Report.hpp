@@ -23,6 +23,12 @@ void report(Gravity gravity, const std::string& text);
 /// those left out. `key` is short and one of few.
 void reportLimited(Gravity gravity, const std::string& key, const std::string& text);
 
+/// The key of what says that there is no controller, or none that answers: the cause of much else.
+inline constexpr const char* controllerKey = "controller";
+
+/// Whether `key` was told of and has not ended. For what would only repeat it in other words.
+bool stillStands(const std::string& key);
+
 /// Forgets `key`: the next of it is told at once. For a state that has ended.
 void reportEnded(const std::string& key);
 

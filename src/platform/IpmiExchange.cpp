@@ -4,6 +4,7 @@
 #include "common/ErrorMgr.hpp"
 #include "common/ErrorName.hpp"
 #include "common/Policy.hpp"
+#include "common/Report.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Codes.hpp"
@@ -62,6 +63,13 @@ private:
     const std::string message = ErrorManager::ErrorMgr::GetInstance()->Get(code);
     HW_LOG(LOGGER::Category::First, "Error %d: %s", int{code}, message.c_str());
     throw ResultStatus(code, message, Util::join(tokens, " "), COMMAND_SET);
+}
+
+[[noreturn]] void refuseWithoutInterface(const std::vector<std::string>& tokens)
+{
+    common::reportLimited(common::Gravity::warning, common::controllerKey,
+                          "no BMC: the IPMI driver has no device, and nothing answers at a KCS port");
+    refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
 }
 
 BMC_REQUEST makeRequest(const std::vector<std::string>& tokens, const RequestData& data)
@@ -130,7 +138,7 @@ void exchangeIpmi(const std::vector<std::string>& tokens, const ExchangeOptions&
     if (!transport::transportState().silence.admits())
         refuse(ERROR_BMC_INTERFACE_ERROR, tokens);
     if (options.initialise && InitilizeIPMB_Interface() != 0)
-        refuse(ERROR_IPMI_DRIVER_INIT_FAILED, tokens);
+        refuseWithoutInterface(tokens);
     ++begun;
     const RequestData data(std::span<const std::string>(tokens).subspan(tokensOfHeader));
     const BMC_REQUEST request = makeRequest(tokens, data);

@@ -1,4 +1,5 @@
 #include "common/Descriptor.hpp"
+#include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "common/SmbiosWalk.hpp"
 #include "transport/BmcMessage.hpp"
@@ -8,6 +9,7 @@
 
 #include <cstring>
 #include <fcntl.h>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -36,6 +38,9 @@ constexpr std::size_t ipmiInterfaceType = 4;
 constexpr std::size_t ipmiBaseAddress = 8;
 constexpr std::size_t ipmiDeviceNeeded = 12;
 constexpr std::uint8_t interfaceKcs = 1;
+
+constexpr const char* kernelTable = "/sys/firmware/dmi/tables/DMI";
+constexpr std::size_t longestTable = 4 << 20;
 
 constexpr int mappingFailed = -1;
 constexpr int defaultPortSilent = -1;
@@ -134,6 +139,9 @@ int MainInit()
         transportState().g_Mbmcsupport = 2;
         return 0;
     }
+    if (common::policy().probesByKernelTables)
+        if (const auto table = common::readSmallFile(systemPath(kernelTable), longestTable); !table.empty())
+            return probeDevice(findIpmiDevice(table, std::numeric_limits<unsigned>::max()));
     const common::Descriptor memory(open(systemPath("/dev/mem").c_str(), O_RDONLY | O_CLOEXEC));
     const PhysicalWindow segment(memory, biosSegment, biosSegmentSize);
     if (!segment.mapped())

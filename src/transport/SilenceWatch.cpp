@@ -72,7 +72,8 @@ void SilenceWatch::note(bool answered)
 void SilenceWatch::noteSilence()
 {
     if (!told)
-        common::report(common::Gravity::warning, "no answer from the BMC since " + timeOfDay(firstFailure));
+        common::reportLimited(common::Gravity::warning, common::controllerKey,
+                              "no answer from the BMC since " + timeOfDay(firstFailure));
     told = true;
 }
 
@@ -80,6 +81,7 @@ void SilenceWatch::noteReturn()
 {
     if (told)
         common::report(common::Gravity::notice, "the BMC answers again");
+    common::reportEnded(common::controllerKey);
     *this = {};
 }
 

@@ -1,14 +1,17 @@
 """Processors, memory and chassis from the firmware's tables and the FRU inventory to SNMP, against dmidecode and ipmitool on
 the same images; and the health of the whole system, which rolls up from all tables."""
 
+import contextlib
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Agent, MasterAgent, Simulator
+from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, settings
+from hwtools.mibtable import find_object
 from hwtools.processes import wait_until
 from hwtools.smbios import KERNEL
+from hwtools.tables import read_object
 from lib.bench import BOARDS, HWQUERY, PRACTICAL, QUICKSTART, agent_on
 from lib.firmware import compare_inventory, parse_dmidecode
 
@@ -64,6 +67,24 @@ class BareMachine(unittest.TestCase):
                 self.assertEqual((chassis["chassisStatus"], chassis["chassisContainerType"], chassis["chassisSerialNumber"]),
                                  (HEALTHY, 2, ""))
                 self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
+
+
+    def test_without_records_of_sensors_the_firmware_still_tells_in_the_mode(self):
+        with tempfile.TemporaryDirectory() as name, contextlib.ExitStack() as bench:
+            folder = Path(name)
+            (folder / "bare.py").write_text("from hwtools.board import Board\nboard = Board('bare')\n"
+                                            "board.smbios.processor('Socket 0', 'Lakeside Silicon', 'K8', 1)\n"
+                                            "board.smbios.chassis(0x17, 'Lakeside Works', 'A1', 'C-7741', 'RACK-7')\n")
+            simulator = bench.enter_context(Simulator(folder / "bare.py", folder / "bmc"))
+            master = bench.enter_context(MasterAgent(folder / "master"))
+            agent = bench.enter_context(Agent(folder / "agent", simulator, master, settings(practical=1)))
+
+            def first_row(table):
+                return (read_object(f"127.0.0.1:{master.port}", find_object(table)) or [{}])[0]
+
+            wait_until(lambda: first_row("chassisInformationGroup").get("chassisSerialNumber") == "C-7741", 30, "the enclosure")
+            self.assertEqual(first_row("processorDeviceTable")["processorDescription"], "Socket 0 (8 cores, 16 threads)")
+            self.assertEqual(agent.health(), str(UNAVAILABLE))
 
 
 class BoardName(unittest.TestCase):

@@ -1,3 +1,4 @@
+#include "common/Policy.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "tests/transport/FakeKcs.hpp"
 #include "transport/BmcMessage.hpp"
@@ -67,6 +68,11 @@ TEST_F(BmcProbe, FindsTheBaseBehindOtherStructures)
     writeImage(bios + ipmiDevice(4, 0x0CB3), 2);
     EXPECT_EQ(MainInit(), noBmcInterface) << "an interface of another type";
     EXPECT_EQ(transportState().g_Mbmcsupport, 1);
+    ports = {};
+    root->write("/sys/firmware/dmi/tables/DMI", bios + ipmiDevice(1, 0x0CC3));
+    const common::ScopedPolicy practical(common::practicalPolicy());
+    EXPECT_EQ(MainInit(), 0) << "the kernel's copy comes first";
+    EXPECT_EQ(transportState().kcsBaseAddress, 0x0CC2u);
 }
 
 TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefault)
