@@ -7,6 +7,8 @@
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
 
+#include <malloc.h>
+
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -62,5 +64,20 @@ void BM_VersionQueryByCatalogue(benchmark::State& state)
     }
 }
 BENCHMARK(BM_VersionQueryByCatalogue)->Arg(0)->Arg(1);
+
+/// All of the catalogue, and what it takes in memory: a bit that no class has makes a mask that was not built yet.
+void BM_CatalogueBuilt(benchmark::State& state)
+{
+    using namespace Module::BMCConfig;
+    unsigned long unused = 1UL << 62;
+    const std::size_t before = mallinfo2().uordblks;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(catalogue(wholeCatalogue & ~unused, true));
+        unused >>= 1;
+    }
+    state.counters["bytes"] =
+        static_cast<double>(mallinfo2().uordblks - before) / static_cast<double>(state.iterations());
+}
+BENCHMARK(BM_CatalogueBuilt)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -10,12 +10,14 @@ namespace Util {
 
 std::vector<std::string> split(std::string_view text, std::string_view separators)
 {
+    const auto separates = [separators](char c) {
+        return separators.size() == 1 ? c == separators.front() : separators.find(c) != std::string_view::npos;
+    };
     std::vector<std::string> fields;
-    std::size_t at = 0;
-    while ((at = text.find_first_not_of(separators, at)) != std::string_view::npos) {
-        const std::size_t end = std::min(text.find_first_of(separators, at), text.size());
-        fields.emplace_back(text.substr(at, end - at));
-        at = end;
+    for (auto at = std::ranges::find_if_not(text, separates); at != text.end();) {
+        const auto end = std::find_if(at, text.end(), separates);
+        fields.emplace_back(at, end);
+        at = std::find_if_not(end, text.end(), separates);
     }
     return fields;
 }

@@ -118,7 +118,7 @@ class Queries(unittest.TestCase):
 
     def test_answers(self):
         for words, status, answer, said in (
-                (["/"], 0, r"/: .*/BMC /BMC/SENSOR/DISPLAY .*", ""),
+                (["/"], 0, r"/: .*/BMC /BMC/CHANNEL .*/BMC/SENSOR/DISPLAY .*", ""),
                 (["/BMC/INFO/VERSION"], 0, r"/BMC/INFO/VERSION = 1\.20\.0", ""),
                 (["--json", "/BMC/INFO/VERSION"], 0, r'\{\n  "nodes": \{\n    "/BMC/INFO/VERSION": \{\n      "values": \[\n        "1\.20\.0"[^"]*"failures": \[\]\n\}', ""),
                 (["/BMC/SENSOR[200]/VALUE"], 1, "", r"/BMC/SENSOR\[200\]/VALUE: an empty answer"),

@@ -20,8 +20,11 @@ constexpr unsigned char agentFlags = 33;
 /// For the one error that has no text: a completion code with a meaning of its own for the command.
 constexpr char noWords[] = "the controller refused it";
 
-/// Where a tree begins, each a path that can be asked. The SDK has no list of its own: its root is a closed module.
-constexpr const char* roots[] = {"/BIOS/PlatformID", "/BMC", "/BMC/SENSOR/DISPLAY", "/ProductInfo", "/SMBIOS"};
+/// Where a tree begins, each a path that can be asked. The SDK has no list of its own: its root is a closed module, and
+/// the controller's names what no controller lacks.
+constexpr const char* roots[] = {"/BIOS/PlatformID", "/BMC",      "/BMC/CHANNEL",        "/BMC/LAN",
+                                 "/BMC/OEM",         "/BMC/PEF",  "/BMC/SENSOR/DISPLAY", "/BMC/SERIAL",
+                                 "/BMC/SOL",         "/BMC/USER", "/ProductInfo",        "/SMBIOS"};
 
 std::FILE* takeOutput()
 {

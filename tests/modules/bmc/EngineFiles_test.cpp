@@ -268,7 +268,7 @@ bool admitsAbsence(const std::string& values)
 /// Of each template the first query of the files that succeeds.
 std::map<std::string, Query> goodQueries()
 {
-    const auto& templates = Module::BMCConfig::catalogue(0, true)->templates;
+    const auto& templates = Module::BMCConfig::catalogue(Module::BMCConfig::wholeCatalogue, true)->templates;
     std::map<std::string, Query> queries;
     for (const auto& file : engineFiles())
         for (const Query& query : engine::FileReader(file).read())
@@ -369,7 +369,7 @@ TEST(EngineFiles, AskEveryTemplate)
         for (const Query& query : engine::FileReader(file).read())
             asked.insert(keyOf(query));
     std::set<std::string> missing;
-    for (const auto& [key, program] : Module::BMCConfig::catalogue(0, true)->templates)
+    for (const auto& [key, program] : Module::BMCConfig::catalogue(Module::BMCConfig::wholeCatalogue, true)->templates)
         if (!asked.contains(key) && !others.contains(key))
             missing.insert(key);
     EXPECT_THAT(missing, testing::IsEmpty());

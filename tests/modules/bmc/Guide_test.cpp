@@ -1,28 +1,16 @@
 // What the catalogue's guide says against the catalogue itself.
 
-#include "modules/bmc/catalogue/Catalogue.hpp"
-#include "modules/bmc/catalogue/Guide.hpp"
+#include "tests/modules/bmc/CatalogueData.hpp"
 
 #include <algorithm>
-#include <map>
-#include <set>
-#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace Module::BMCConfig;
+using namespace catalogue_data;
 using testing::IsEmpty;
 
 namespace {
-
-using Findings = std::set<std::string>;
-
-const Stores& stores()
-{
-    static const std::shared_ptr<const Stores> all = catalogue(0, true);
-    return *all;
-}
 
 std::string constant(const std::string& name)
 {

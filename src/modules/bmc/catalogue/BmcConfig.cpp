@@ -14,10 +14,10 @@ namespace {
 /// Slave addresses in the 8-bit form.
 constexpr CodeConstant constants[] = {
     {"$/BMC/BASE_ADDRESS", ipmi::address::bmc},
+    {"$/BMC/CHIPSET_ENGINE_ADDRESS", ipmi::address::chipsetEngine},
     {"$/BMC/FRONT_PANEL_ADDRESS", ipmi::address::frontPanel},
     {"$/BMC/HOT_SWAP_ADDRESS", ipmi::address::hotSwap},
     {"$/BMC/SECOND_HOT_SWAP_ADDRESS", ipmi::address::secondHotSwap},
-    {"$/BMC/CHIPSET_ENGINE_ADDRESS", ipmi::address::chipsetEngine},
 };
 
 constexpr PacketRow packets[] = {
@@ -55,6 +55,7 @@ BmcConfig::BmcConfig(Stores& stores)
     addTables(stores, words);
     addReads(stores, reads);
 
+    // What every controller answers. The other areas are optional, and one that is refused would end the walk.
     addTemplate(stores, "GET://BMC", branch({"INFO", "SDR", "CHASSIS", "FRU", "SEL"}));
 
     // The subscript is the controller's slave address. One that is not there answers nothing or not with success.

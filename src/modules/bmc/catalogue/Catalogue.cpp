@@ -4,6 +4,7 @@
 
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace Module::BMCConfig {
 
@@ -43,11 +44,12 @@ std::shared_ptr<const Stores> build(unsigned long mask)
     return stores;
 }
 
-/// The rest and the LAN's part beside it: the scripts of the rest are not built again, both hold the same ones.
-std::shared_ptr<const Stores> withLan(const Stores& rest)
+/// The LAN's part as a layer above the rest.
+std::shared_ptr<const Stores> withLan(std::shared_ptr<const Stores> rest)
 {
-    auto stores = std::make_shared<Stores>(rest);
+    auto stores = std::make_shared<Stores>();
     LanConfig{*stores};
+    stores->below = std::move(rest);
     return stores;
 }
 
@@ -67,16 +69,16 @@ std::shared_ptr<const Stores> catalogue(unsigned long mask, bool lanWanted)
 {
     static std::mutex guard;
     static Built built;
+    static std::shared_ptr<const Stores> layered;
 
-    constexpr unsigned long all = ~0UL, butLan = all & ~static_cast<unsigned long>(LAN_CONFIG);
-    const unsigned long wanted = mask ? mask : lanWanted ? all : butLan;
     const std::lock_guard hold(guard);
-    if (wanted != all)
-        return sharedOf(built, wanted);
-    std::shared_ptr<const Stores>& stores = built[all];
-    if (!stores)
-        stores = withLan(*sharedOf(built, butLan));
-    return stores;
+    if (mask)
+        return sharedOf(built, mask);
+    const std::shared_ptr<const Stores>& rest =
+        sharedOf(built, wholeCatalogue & ~static_cast<unsigned long>(LAN_CONFIG));
+    if (lanWanted && !layered)
+        layered = withLan(rest);
+    return lanWanted ? layered : rest;
 }
 
 } // namespace Module::BMCConfig

@@ -31,9 +31,12 @@ enum ConfigMask : unsigned long {
     SMBIOS_CONFIG = 0x200000,
 };
 
-/// The stores as the Config classes of `mask` fill them; mask 0 means all, LanConfig only if `lanWanted`. Each
-/// combination is built once per process and shared unchanged by all queries; what a query writes lands in its own
-/// overlay.
+/// All of them, with every entry in one layer: for who reads the catalogue as data.
+inline constexpr unsigned long wholeCatalogue = ~0UL;
+
+/// The stores as the Config classes of `mask` fill them; mask 0 means all, LanConfig only if `lanWanted`, as a layer
+/// above the others. Each combination is built once per process and shared unchanged by all queries; what a query
+/// writes lands in its own overlay.
 std::shared_ptr<const Stores> catalogue(unsigned long mask, bool lanWanted);
 
 } // namespace Module::BMCConfig

@@ -12,11 +12,11 @@ using namespace steps;
 namespace {
 
 constexpr TextRow constants[] = {
+    {"$/CHASSIS/BLOCK_SELECTOR", "00"},
     {"$/CHASSIS/BOOT_TABLE_PARAMETER", "61"}, // of the manufacturer's own, as is its size
     {"$/CHASSIS/BOOT_TABLE_SIZE_PARAMETER", "60"},
     {"$/CHASSIS/PARAMETER_SELECTOR", "05"}, // the boot flags, unless told otherwise
     {"$/CHASSIS/SET_SELECTOR", "00"},
-    {"$/CHASSIS/BLOCK_SELECTOR", "00"},
 };
 
 constexpr PacketRow packets[] = {

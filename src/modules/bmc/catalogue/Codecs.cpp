@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 // The two ways between a setting's text and its bytes.
 
@@ -64,7 +65,7 @@ Steps cutIntoBytes(const std::string& symbol, unsigned count)
     Steps cut = Copy(":NULL", "$BYTES");
     for (unsigned at = 0; at < count; ++at)
         cut = script({
-            cut,
+            std::move(cut),
             at == 0 ? Copy(symbol, "$BYTE") : Map(symbol, "RIGHT_SHIFT", hexText(at * bitsOfByte), "$BYTE"),
             Map("$BYTE", "MASK", "FF", "$BYTE"),
             Append("$BYTE", "$BYTES"),

@@ -5,6 +5,7 @@
 #include "modules/bmc/catalogue/Rows.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace Module::BMCConfig {
 
@@ -61,13 +62,13 @@ Steps prepare(const Record& record)
     Steps all = record.assertion ? Template(getKey(record.assertion)) : Steps{};
     for (const std::string& text : Util::split(record.subscripts, ",")) {
         const std::vector<std::string> words = Util::split(text, " ");
-        all = script({all, assertSubscript(words.at(0), static_cast<unsigned>(std::stoul(words.at(1))),
-                                           static_cast<unsigned>(std::stoul(words.at(2))))});
+        all = script({std::move(all), assertSubscript(words.at(0), static_cast<unsigned>(std::stoul(words.at(1))),
+                                                      static_cast<unsigned>(std::stoul(words.at(2))))});
     }
     for (const std::string& text : Util::split(record.given, ",")) {
         const std::vector<std::string> words = Util::split(text, " ");
-        all =
-            script({all, words.size() > 3 ? Map(words[1], words[2], words[3], words[0]) : Copy(words.at(1), words[0])});
+        all = script({std::move(all),
+                      words.size() > 3 ? Map(words[1], words[2], words[3], words[0]) : Copy(words.at(1), words[0])});
     }
     return all;
 }
@@ -172,15 +173,15 @@ Steps replace(const Field& field)
 Script writeScript(const Stores& stores, const Record& record, const Field& field)
 {
     const std::vector<std::string>& data = stores.packets.at(setKey(record.set)).values;
-    const Steps begin = script({prepare(record), encode(symbolOf(field), field)});
+    Steps begin = script({prepare(record), encode(symbolOf(field), field)});
     if (fills(record, field))
         return script({
-            begin,
+            std::move(begin),
             std::ranges::find(data, "$RECORD") == data.end() ? Steps{} : Copy(symbolOf(field), "$RECORD"),
             sendOrThrow(setKey(record.set), field.setError),
         });
     return script({
-        begin,
+        std::move(begin),
         readRecord(record, field.setError),
         replace(field),
         record.finish ? record.finish() : Steps{},
@@ -249,8 +250,9 @@ void addUpdate(Stores& stores, const Record& record, std::span<const Field> fiel
     for (const Field& field : fields) {
         const std::string symbol = symbolOf(field);
         all.push_back(symbol);
-        encoded = script({encoded, String_Length(symbol, "$LENGTH"), If("$LENGTH > 0", {encode(symbol, field)})});
-        replaced = script({replaced, String_Length(symbol, "$LENGTH"), If("$LENGTH > 0", {replace(field)})});
+        encoded =
+            script({std::move(encoded), String_Length(symbol, "$LENGTH"), If("$LENGTH > 0", {encode(symbol, field)})});
+        replaced = script({std::move(replaced), String_Length(symbol, "$LENGTH"), If("$LENGTH > 0", {replace(field)})});
     }
     all.emplace_back("$GIVEN");
     addRecordFilter(stores, record);
@@ -300,7 +302,7 @@ Steps readProfile(const std::string& parent, const std::string& names)
 {
     Steps read = Copy(":NULL", "$ITEMS");
     for (const std::string& name : Util::split(names, " "))
-        read = script({read, Template_with_Catch(getKey(parent + "/" + name)),
+        read = script({std::move(read), Template_with_Catch(getKey(parent + "/" + name)),
                        If("$RESULT != FAILURE AND $RESULT != NOT_SUPPORTED",
                           {FormatString(lastToken(name) + "=", "$RESULT", "$ITEM"), Append("$ITEM", "$ITEMS")})});
     return script({read, Size("$ITEMS", "$SIZE"), If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),

@@ -24,7 +24,7 @@ bool isWrite(std::string_view key)
 const Stores& stores()
 {
     constexpr bool withLan = true;
-    static const std::shared_ptr<const Stores> all = catalogue(0, withLan);
+    static const std::shared_ptr<const Stores> all = catalogue(wholeCatalogue, withLan);
     return *all;
 }
 

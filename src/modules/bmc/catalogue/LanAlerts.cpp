@@ -14,8 +14,8 @@ constexpr char path[] = "LAN[]/ALERT/DESTINATION[]", packet[] = "LAN[]/ALERT/IP"
                address[] = "13";
 
 constexpr TextRow constants[] = {
-    {"$/LAN/ALERT/SELECTOR", address},
     {"$/LAN/ALERT/DESTINATION", "01"},
+    {"$/LAN/ALERT/SELECTOR", address},
 };
 
 constexpr PacketRow packets[] = {

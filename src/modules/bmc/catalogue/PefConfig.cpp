@@ -14,8 +14,8 @@ namespace {
 constexpr char getCommand[] = "GET_PEF_CONFIGURATION_PARAMETERS", setCommand[] = "SET_PEF_CONFIGURATION_PARAMETERS";
 
 constexpr TextRow constants[] = {
-    {"$/PEF/SET", "00"},
     {"$/PEF/BLOCK", "00"},
+    {"$/PEF/SET", "00"},
 };
 
 constexpr PacketRow packets[] = {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace Module::BMCConfig {
 
@@ -50,7 +51,7 @@ steps::Steps mapSteps(const char* functions)
         std::vector<std::string> operands = Util::split(function, " ");
         operands.insert(operands.begin(), "$RESULT");
         operands.emplace_back("$RESULT");
-        run = steps::script({run, steps::makeStep(Opcode::Map, std::move(operands))});
+        run = steps::script({std::move(run), steps::makeStep(Opcode::Map, std::move(operands))});
     }
     return run;
 }
@@ -60,13 +61,13 @@ Script readScript(const ReadRow& row)
     using namespace steps;
     Steps found = readField(row.filter ? row.filter : row.key, "$RESULT", row.error);
     if (row.map)
-        found = steps::script({found, mapSteps(row.map)});
+        found = steps::script({std::move(found), mapSteps(row.map)});
     if (row.table)
-        found = steps::script({found, LookupTable("$RESULT", row.table, "$RESULT")});
+        found = steps::script({std::move(found), LookupTable("$RESULT", row.table, "$RESULT")});
     if (row.isNumber)
-        found = steps::script({found, returnNumber("$RESULT")});
+        found = steps::script({std::move(found), returnNumber("$RESULT")});
     if (row.separator)
-        found = steps::script({found, Join("$RESULT", row.separator, "$RESULT")});
+        found = steps::script({std::move(found), Join("$RESULT", row.separator, "$RESULT")});
     return steps::script({
         send(row.packet ? row.packet : row.key),
         If("$COMPLETION_CODE == 0", {found, Return("$RESULT")}),

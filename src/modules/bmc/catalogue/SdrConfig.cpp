@@ -28,6 +28,12 @@ constexpr PacketRow packets[] = {
 };
 
 constexpr TextRow filters[] = {
+    // Fields of answers.
+    {"GET://BMC/SDR/INFO/VERSION", "1"},
+    {"GET://BMC/SDR/RECORD_ID_LS", "1"},
+    {"GET://BMC/SDR/RECORD_ID_MS", "2"},
+    {"GET://BMC/SDR/RESERVATION_LS", "1"},
+    {"GET://BMC/SDR/RESERVATION_MS", "2"},
     // Fields of a record.
     {"GET://BMC/SDR_RECORD", "0 1 2 3 4 5 6 7 8 9 10"},
     {"GET://BMC/SENSOR_DISCRETE_MASK_INDEX", "18"},
@@ -39,12 +45,6 @@ constexpr TextRow filters[] = {
     {"GET://BMC/SENSOR_TYPE_INDEX", "12"},
     {"GET://BMC/SENSOR_TYPE_INDEX_RECORD_THREE", "10"},
     {"GET://BMC/SENSOR_TYPE_RECORD", "3"},
-    // Fields of answers.
-    {"GET://BMC/SDR/INFO/VERSION", "1"},
-    {"GET://BMC/SDR/RECORD_ID_LS", "1"},
-    {"GET://BMC/SDR/RECORD_ID_MS", "2"},
-    {"GET://BMC/SDR/RESERVATION_LS", "1"},
-    {"GET://BMC/SDR/RESERVATION_MS", "2"},
 };
 
 constexpr const char* failure = "ERROR_SDR_REPOSITORY_EXCEPTION";

@@ -2,6 +2,7 @@
 
 #include "common/Util.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
@@ -14,11 +15,25 @@ void Function::Print() const
 
 namespace steps {
 
-Script script(std::initializer_list<Steps> parts)
+namespace {
+
+/// Moves the parts to the end of `whole`, which is made large enough for `more` steps besides.
+void append(Script& whole, Parts parts, std::size_t more)
+{
+    std::size_t count = whole.size() + more;
+    for (const Part& part : parts)
+        count += part.steps.size();
+    whole.reserve(count);
+    for (const Part& part : parts)
+        std::ranges::move(part.steps, std::back_inserter(whole));
+}
+
+} // namespace
+
+Script script(Parts parts)
 {
     Script whole;
-    for (const Steps& part : parts)
-        whole.insert(whole.end(), part.begin(), part.end());
+    append(whole, parts, 0);
     return whole;
 }
 
@@ -29,29 +44,30 @@ std::vector<std::string> condition(std::string_view text)
 
 Steps makeStep(Opcode opcode, std::vector<std::string> operands)
 {
-    return {Function{static_cast<std::uint32_t>(opcode), Symbol(NODE_LEAF, std::move(operands))}};
+    Steps step;
+    step.push_back(Function{static_cast<std::uint32_t>(opcode), Symbol(NODE_LEAF, std::move(operands))});
+    return step;
 }
 
-Steps makeBlock(Opcode opcode, std::vector<std::string> operands, std::initializer_list<Steps> body)
+Steps makeBlock(Opcode opcode, std::vector<std::string> operands, Parts body)
 {
     Steps block = makeStep(opcode, std::move(operands));
-    const Script inner = script(body);
-    block.insert(block.end(), inner.begin(), inner.end());
+    append(block, body, 1);
     block.push_back(Function{static_cast<std::uint32_t>(Opcode::End), {}});
     return block;
 }
 
-Steps If(std::string_view test, std::initializer_list<Steps> body)
+Steps If(std::string_view test, Parts body)
 {
     return makeBlock(Opcode::If, condition(test), body);
 }
 
-Steps For(std::string name, std::string first, std::string last, std::initializer_list<Steps> body)
+Steps For(std::string name, std::string first, std::string last, Parts body)
 {
     return makeBlock(Opcode::For, {std::move(name), std::move(first), std::move(last)}, body);
 }
 
-Steps While(std::string_view test, std::initializer_list<Steps> body)
+Steps While(std::string_view test, Parts body)
 {
     return makeBlock(Opcode::While, condition(test), body);
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// Builders of scripts. Each instruction's step carries the instruction's own name; If, For and While take their body
@@ -22,20 +23,32 @@ namespace Module::BMCConfig::steps {
 /// One step or a run of steps.
 using Steps = std::vector<Function>;
 
+/// A run of steps in a list of them: a list's elements are constant, and what is built in place is to move on.
+struct Part {
+    Part(Steps&& steps_) : steps(std::move(steps_)) {}
+    Part(const Steps& steps_) : steps(steps_) {}
+
+    mutable Steps steps;
+};
+using Parts = std::initializer_list<Part>;
+
 /// Joins runs of steps into one script.
-Script script(std::initializer_list<Steps> parts);
+Script script(Parts parts);
 
 /// Operands of a condition, written with blanks: "$A == 0", "$A != $B AND $C < 10". Operands cannot hold blanks.
 std::vector<std::string> condition(std::string_view text);
 
 Steps makeStep(Opcode opcode, std::vector<std::string> operands);
-Steps makeBlock(Opcode opcode, std::vector<std::string> operands, std::initializer_list<Steps> body);
+Steps makeBlock(Opcode opcode, std::vector<std::string> operands, Parts body);
 
 #define HW_STEP(name)                                                                                                  \
     template<class... Operands>                                                                                        \
     Steps name(Operands&&... operands)                                                                                 \
     {                                                                                                                  \
-        return makeStep(Opcode::name, {std::string(std::forward<Operands>(operands))...});                             \
+        std::vector<std::string> texts;                                                                                \
+        texts.reserve(sizeof...(operands));                                                                            \
+        (texts.emplace_back(std::forward<Operands>(operands)), ...);                                                   \
+        return makeStep(Opcode::name, std::move(texts));                                                               \
     }
 HW_STEP(IPMI)
 HW_STEP(IPMIResponse)
@@ -70,10 +83,10 @@ HW_STEP(Mathematical)
 HW_STEP(Template_with_Catch)
 #undef HW_STEP
 
-Steps If(std::string_view test, std::initializer_list<Steps> body);
+Steps If(std::string_view test, Parts body);
 /// The body runs for `name` from `first` up to and including `last`, as hexadecimal text in "$name".
-Steps For(std::string name, std::string first, std::string last, std::initializer_list<Steps> body);
-Steps While(std::string_view test, std::initializer_list<Steps> body);
+Steps For(std::string name, std::string first, std::string last, Parts body);
+Steps While(std::string_view test, Parts body);
 
 // Idioms.
 

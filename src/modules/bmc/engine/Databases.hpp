@@ -34,17 +34,10 @@ public:
         return added.emplace(name, entry ? *entry : Value{}).first->second;
     }
 
-    std::size_t size() const { return added.size() + (base ? ((*base).*Entries).size() : 0); }
+    std::size_t size() const { return added.size() + (base ? base->count(Entries) : 0); }
 
 private:
-    const Value* findShared(const std::string& name) const
-    {
-        if (!base)
-            return nullptr;
-        const TextMap<Value>& entries = (*base).*Entries;
-        const auto found = entries.find(name);
-        return found == entries.end() ? nullptr : &found->second;
-    }
+    const Value* findShared(const std::string& name) const { return base ? base->find(Entries, name) : nullptr; }
 
     std::shared_ptr<const Stores> base;
     TextMap<Value> added;

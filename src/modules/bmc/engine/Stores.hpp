@@ -3,6 +3,7 @@
 #include "modules/bmc/engine/Function.hpp"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,6 +29,27 @@ struct Stores {
     TextMap<Table> tables;      ///< value translation
     TextMap<Symbol> packets;    ///< operands of a request: target, network function, LUN, command, data
     TextMap<Program> templates; ///< scripts by query key, subscripts emptied
+
+    /// What stands below these as a layer of its own; null if there is none.
+    std::shared_ptr<const Stores> below;
+
+    /// The entry of a store, in the topmost layer that has it; null if none has.
+    template<class Value>
+    const Value* find(TextMap<Value> Stores::*store, std::string_view key) const
+    {
+        for (const Stores* layer = this; layer; layer = layer->below.get()) {
+            const auto found = (layer->*store).find(key);
+            if (found != (layer->*store).end())
+                return &found->second;
+        }
+        return nullptr;
+    }
+    /// Entries of a store in all layers, which have none twice.
+    template<class Value>
+    std::size_t count(TextMap<Value> Stores::*store) const
+    {
+        return (this->*store).size() + (below ? below->count(store) : 0);
+    }
 };
 
 } // namespace Module::BMCConfig

@@ -73,18 +73,17 @@ const Symbol* SymbolTable::find(const std::string& name) const
 void SymbolTable::erase(const std::string& name)
 {
     table.erase(name);
-    if (base && base->symbols.contains(name))
+    if (base && base->find(&Stores::symbols, name))
         erased[name] = true;
 }
 
 std::size_t SymbolTable::size() const
 {
     std::size_t count = table.size();
-    if (base)
-        count +=
-            static_cast<std::size_t>(std::count_if(base->symbols.begin(), base->symbols.end(), [&](const auto& row) {
-                return !table.contains(row.first) && !erased.contains(row.first);
-            }));
+    for (const Stores* layer = base.get(); layer; layer = layer->below.get())
+        count += static_cast<std::size_t>(std::ranges::count_if(layer->symbols, [&](const auto& row) {
+            return !table.contains(row.first) && !erased.contains(row.first);
+        }));
     return count;
 }
 
@@ -114,10 +113,7 @@ void SymbolTable::gc(std::vector<std::string>& names)
 
 const Symbol* SymbolTable::findConstant(const std::string& name) const
 {
-    if (!base || erased.contains(name))
-        return nullptr;
-    const auto found = base->symbols.find(name);
-    return found == base->symbols.end() ? nullptr : &found->second;
+    return !base || erased.contains(name) ? nullptr : base->find(&Stores::symbols, name);
 }
 
 } // namespace Module::BMCConfig

@@ -168,7 +168,7 @@ void Sdr::applyFilter(const Function& step, const std::string& key, const std::s
     const Steps cut = wantsList ? Split("$RECORD", ":SPACE", "$RECORD") : Steps{};
     interpreter->symbolTable()["$RECORD"] = record;
     SymbolMap local;
-    interpreter->run(local, key, std::make_shared<const Script>(script({cut, {step}})));
+    interpreter->run(local, key, std::make_shared<const Script>(script({cut, Steps{step}})));
     out.insert(out.end(), local[key].values.begin(), local[key].values.end());
 }
 
