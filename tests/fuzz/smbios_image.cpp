@@ -1,3 +1,4 @@
+#include "common/Policy.hpp"
 #include "common/ResultStatus.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
 #include "tests/fuzz/Input.hpp"
@@ -8,6 +9,7 @@
 namespace {
 
 constexpr unsigned wholeImage = 0xFF;
+constexpr unsigned newestWide = 0x40;   ///< the policy's catalogue, behind an entry point of 64 bits
 constexpr unsigned countOfInput = 0x80; ///< the entry point's count comes with the input, and not from the structures
 
 std::string imageOf(Input& input)
@@ -18,7 +20,7 @@ std::string imageOf(Input& input)
     SmbiosImage image(2, choice & 7);
     image.count = choice & countOfInput ? input.word() : 0xFFFF;
     image.table = input.text(0xFFFF);
-    return image.dump();
+    return choice & newestWide ? image.wideDump() : image.dump();
 }
 
 } // namespace
@@ -26,6 +28,8 @@ std::string imageOf(Input& input)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Input input(data, size);
+    const common::ScopedPolicy policy(size > 0 && (data[0] & newestWide) ? common::practicalPolicy()
+                                                                         : common::Policy());
     const std::string image = imageOf(input);
     const std::vector<unsigned char> exact(image.begin(), image.end());
     try {

@@ -91,6 +91,7 @@ public:
         return std::string(bytes).replace(5, 1, 1, static_cast<char>(-sum(bytes)));
     }
     std::string dump() const { return entryPoint(dumpTableAddress) + zeros(1) + table; }
+    std::string wideDump() const { return wideEntryPoint(dumpTableAddress) + zeros(8) + table; }
     /// Puts both into the "/dev/mem" of `root`, a file of a mebibyte and what the table needs.
     void place(TempRoot& root, std::uint32_t entryAddress = 0xF0000, std::uint32_t tableAddress = 0xE0000) const
     {
