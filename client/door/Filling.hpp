@@ -1,6 +1,9 @@
 #pragma once
 
+#include "client/status/TroubleLists.hpp"
+
 #include <functional>
+#include <optional>
 
 /// Filling the groups while the agent serves: on the reading thread, but for the last.
 
@@ -21,6 +24,12 @@ bool fillGroups(Sources sources);
 /// Reads the bounds and figures of sensors that lack them, as long as `goOn`, called before each, says so. False if the
 /// controller's interface failed.
 bool readUnreadFigures(const std::function<bool()>& goOn);
+
+/// What the sensor says now, for which it is read anew; nothing for one without a row.
+std::optional<status::DeviceStatus> readPresentStatus(int deviceId);
+
+/// The bounds of the sensor may have changed with an event: they are read again among those that are missing.
+void noteEventOf(int deviceId);
 
 /// Brings the lists of devices in trouble and the system's health in line with what the sensors say now. Waits for
 /// nobody; any thread.

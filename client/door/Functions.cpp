@@ -160,6 +160,16 @@ bool readUnreadFigures(const std::function<bool()>& goOn)
     return forward(false, &smClient::readUnreadFigures, goOn);
 }
 
+std::optional<status::DeviceStatus> readPresentStatus(int deviceId)
+{
+    return forward(std::optional<status::DeviceStatus>(), &smClient::readPresentStatus, deviceId);
+}
+
+void noteEventOf(int deviceId)
+{
+    forward(0, &smClient::noteEventOf, deviceId);
+}
+
 void followReadings()
 {
     forward(0, &smClient::followReadings);

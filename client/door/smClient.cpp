@@ -186,6 +186,36 @@ bool smClient::readUnreadFigures(const std::function<bool()>& goOn)
     return true;
 }
 
+/// Uses the row of the device's sensor, if it has one; on the thread that alone changes groups.
+void smClient::withSensor(int deviceId, const std::function<void(BaseAccessor& group, int row)>& use)
+{
+    for (const Group& group : groups) {
+        BaseAccessor* const rows = group.find(*this);
+        const int row = rows ? rows->getIndex(deviceId) - 1 : -1;
+        if (row >= 0 && rows->presentStatus(row))
+            return use(*rows, row);
+    }
+}
+
+std::optional<client::status::DeviceStatus> smClient::readPresentStatus(int deviceId)
+{
+    std::optional<client::status::DeviceStatus> status;
+    withSensor(deviceId, [&status](BaseAccessor& group, int row) {
+        group.readNow(row);
+        status = group.presentStatus(row);
+    });
+    return status;
+}
+
+int smClient::noteEventOf(int deviceId)
+{
+    withSensor(deviceId, [this](BaseAccessor& group, int row) {
+        const auto hold = holdGroups();
+        group.outdate(row);
+    });
+    return CLIENT_SUCCESS;
+}
+
 int smClient::followReadings()
 {
     std::vector<client::status::DeviceStatus> present;

@@ -46,6 +46,8 @@ public:
     /// See Filling.hpp.
     bool fillGroups(client::door::Sources sources);
     bool readUnreadFigures(const std::function<bool()>& goOn);
+    std::optional<client::status::DeviceStatus> readPresentStatus(int deviceId);
+    int noteEventOf(int deviceId);
     int followReadings();
 
     std::unique_ptr<systemManagement> mSystemManagement;
@@ -71,6 +73,7 @@ public:
 
 private:
     int runInit();
+    void withSensor(int deviceId, const std::function<void(BaseAccessor& group, int row)>& use);
 };
 
 /// The one client, null before initSMClient. It is never deleted: detached threads may call to the last.

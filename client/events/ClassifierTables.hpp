@@ -2,6 +2,7 @@
 
 #include "client/events/SelWrapper.hpp"
 #include "client/traps/EventData.hpp"
+#include "ipmi/States.hpp"
 
 #include <string>
 
@@ -14,7 +15,23 @@ struct Meaning {
     int CEventData::*counter = nullptr;
 };
 
-/// Place of the event in its family's table: event data 1 as DecodeSELQuery leaves it, modulo 16.
+/// How an event says a gravity.
+struct GravityWords {
+    const char* tail;
+    const char* severity;
+    int CEventData::*counter;
+};
+const GravityWords& wordsOf(ipmi::Gravity gravity);
+
+/// What the one list says of the state that began or ended.
+ipmi::Gravity gravityOf(const EVENT_DATA_STRUCT& record);
+
+/// The meaning with the gravity of the one list, also where a family's table is given whole; what the firmware says
+/// itself of a processor stands.
+Meaning agreed(const EVENT_DATA_STRUCT& record, Meaning meaning);
+
+/// Place of the event in its family's table: event data 1 as DecodeSELQuery leaves it, modulo 16, or the record's own
+/// offset where the policy reads that.
 std::size_t offsetOf(const EVENT_DATA_STRUCT& record);
 
 /// Event data 1 was read as a decimal number: where its byte holds another offset, what to say behind a state's name.

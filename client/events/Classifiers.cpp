@@ -178,7 +178,8 @@ void describe(const Family& family, const EVENT_DATA_STRUCT& record, CEventWrapp
 {
     CEventData& event = wrapper.m_cData;
     CSelInfo& info = event.m_cSelWrapper.m_cInfo;
-    const Meaning meaning = family.meaningOf(record);
+    const Meaning own = family.meaningOf(record);
+    const Meaning meaning = common::policy().agreesOnGravity ? agreed(record, own) : own;
     info.m_eEventDirection = static_cast<EventDirection>(record.ucEventTrigger >> 7);
     event.m_bAsserted = record.ucEventTrigger != 0;
     if (meaning.counter && event.m_bAsserted)

@@ -1,8 +1,10 @@
 #include "client/events/SNMP_EventClones.hpp"
 
+#include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
 #include "client/words/Text.hpp"
 #include "client/words/Trace.hpp"
+#include "common/Policy.hpp"
 
 #include <algorithm>
 #include <string>
@@ -105,6 +107,30 @@ eventData makeEvent(const Clone& clone, const CEventWrapper& wrapper)
     return event;
 }
 
+/// "OK" at the end becomes what still holds.
+std::string sayingStill(std::string text, const status::DeviceStatus& still)
+{
+    constexpr std::string_view over = "OK";
+    const auto* const tail = std::ranges::find(severityTails, still.status, &SeverityTail::severity);
+    if (tail != std::end(severityTails) && text.ends_with(over))
+        text.replace(text.size() - over.size(), over.size(), still.side + std::string(tail->tail));
+    return text;
+}
+
+/// A recovery from one state is none as long as another holds. What the bounds are now is read after any event.
+void tellWhatHolds(eventData& event, std::string& shown)
+{
+    door::noteEventOf(event.nDeviceId);
+    if (event.nSeverity != ENUM_STATUS_OK)
+        return;
+    const auto still = door::readPresentStatus(event.nDeviceId);
+    if (!still || still->status <= ENUM_STATUS_OK)
+        return;
+    event.nSeverity = still->status;
+    copyText(event.stEventDesc, sayingStill(event.stEventDesc, *still));
+    shown = sayingStill(shown, *still);
+}
+
 } // namespace
 
 int handleByClone(CEventWrapper& wrapper, int eventGroup)
@@ -112,7 +138,11 @@ int handleByClone(CEventWrapper& wrapper, int eventGroup)
     const auto* const clone = std::ranges::find(clones, eventGroup, &Clone::group);
     if (clone == std::end(clones))
         return 0;
-    door::addShownEvent(makeEvent(*clone, wrapper), wrapper.m_cData.m_cSelWrapper.m_cInfo.m_cShown.narrow());
+    eventData event = makeEvent(*clone, wrapper);
+    std::string shown = wrapper.m_cData.m_cSelWrapper.m_cInfo.m_cShown.narrow();
+    if (common::policy().tellsWhatHolds)
+        tellWhatHolds(event, shown);
+    door::addShownEvent(event, shown);
     // The same as the doorbell's signal to this thread, but for the signal: handlers may not do what this does.
     processEvent();
     return 1;

@@ -1,6 +1,7 @@
 #include "client/events/ClassifierTables.hpp"
 
 #include "client/events/SelWatcher.hpp"
+#include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SelView.hpp"
 #include "ipmi/SensorReading.hpp"
@@ -10,9 +11,9 @@
 
 // What the states of sensors mean, in words of our own. Some words choose the trap ("OFF", "drive removed", "reports it
 // has been asserted." and others, see TrapFunctions.cpp), so no text about a recovery holds one that stands for a
-// failure. How grave a state is agrees with the texts of the event log (share/translations/english.toml). Trap and log
-// differ only where a family's table is given whole (GivenMeanings.cpp): thresholds of temperatures, voltages and fans
-// have the words of their decimal offset, and the end of a processor's state has no severity at all.
+// failure. How grave a state is the one list says (ipmi/States.hpp), with which the texts of the event log agree. Trap
+// and log differ only where a family's table is given whole (GivenMeanings.cpp): thresholds of temperatures, voltages
+// and fans have the words of their decimal offset, and the end of a processor's state has no severity at all.
 
 namespace client::events {
 
@@ -20,16 +21,7 @@ namespace {
 
 using traps::eventTypeOf;
 
-/// How grave a state is; an untold one leaves lists and health as they are.
-enum class Gravity { untold, fine, nonCritical, critical, nonRecoverable };
-using enum Gravity;
-
-struct GravityWords {
-    const char* tail;
-    const char* severity;
-    int CEventData::*counter;
-};
-
+/// An untold gravity leaves lists and health as they are.
 constexpr GravityWords gravityWords[] = {
     {"", "", nullptr},
     {". Status is OK", "OK", nullptr},
@@ -38,124 +30,118 @@ constexpr GravityWords gravityWords[] = {
     {". Status is Non-Recoverable", "Fatal", &CEventData::m_iFatalErrors},
 };
 
-struct State {
-    const char* phrase; ///< what the sensor reports
-    Gravity gravity;
-};
-
+/// What the sensor reports.
 struct StateRow {
-    State asserted;
-    State deasserted;
+    const char* asserted;
+    const char* deasserted;
 };
 using StateRows = std::span<const StateRow>;
 
 // Generic event types (table 42-2).
 
 constexpr StateRow usageRows[] = {
-    {{"it is idle", untold}, {"it is no longer idle", untold}},
-    {{"it is active", untold}, {"it is no longer active", untold}},
-    {{"it is busy", untold}, {"it is no longer busy", untold}},
+    {"it is idle", "it is no longer idle"},
+    {"it is active", "it is no longer active"},
+    {"it is busy", "it is no longer busy"},
 };
 
 /// What the state is, only the board's maker knows.
 constexpr StateRow digitalRows[] = {
-    {{"its state has been deasserted", untold}, {"its state has been asserted", untold}},
-    {{"its state has been asserted", untold}, {"its state has been deasserted", untold}},
+    {"its state has been deasserted", "its state has been asserted"},
+    {"its state has been asserted", "its state has been deasserted"},
 };
 
-constexpr State failurePredicted = {"it is about to fail", nonCritical};
-constexpr State noFailurePredicted = {"no failure is expected", fine};
+constexpr const char* failurePredicted = "it is about to fail";
+constexpr const char* noFailurePredicted = "no failure is expected";
 constexpr StateRow predictionRows[] = {
     {noFailurePredicted, failurePredicted},
     {failurePredicted, noFailurePredicted},
 };
 
-constexpr State beyondLimit = {"its limit has been exceeded", nonCritical};
-constexpr State withinLimit = {"it is within its limit", fine};
+constexpr const char* beyondLimit = "its limit has been exceeded";
+constexpr const char* withinLimit = "it is within its limit";
 constexpr StateRow limitRows[] = {
     {withinLimit, beyondLimit},
     {beyondLimit, withinLimit},
 };
 
-constexpr State lagging = {"performance is lagging", nonCritical};
-constexpr State performing = {"performance has been met", fine};
+constexpr const char* lagging = "performance is lagging";
+constexpr const char* performing = "performance has been met";
 constexpr StateRow performanceRows[] = {
     {performing, lagging},
     {lagging, performing},
 };
 
 constexpr StateRow severityRows[] = {
-    {{"it is in order", fine}, {"it is no longer known to be in order", untold}},
-    {{"it has become non-critical", nonCritical}, {"it is no longer non-critical", fine}},
-    {{"it has become critical", critical}, {"it is no longer critical", fine}},
-    {{"it has become non-recoverable", nonRecoverable}, {"it is no longer non-recoverable", fine}},
-    {{"it has come back to non-critical", nonCritical}, {"it is no longer non-critical", fine}},
-    {{"it has come back to critical", critical}, {"it is no longer critical", fine}},
-    {{"it is non-recoverable", nonRecoverable}, {"it is no longer non-recoverable", fine}},
-    {{"it is being watched", untold}, {"it is no longer being watched", untold}},
-    {{"a note without consequence", untold}, {"the end of a note without consequence", untold}},
+    {"it is in order", "it is no longer known to be in order"},
+    {"it has become non-critical", "it is no longer non-critical"},
+    {"it has become critical", "it is no longer critical"},
+    {"it has become non-recoverable", "it is no longer non-recoverable"},
+    {"it has come back to non-critical", "it is no longer non-critical"},
+    {"it has come back to critical", "it is no longer critical"},
+    {"it is non-recoverable", "it is no longer non-recoverable"},
+    {"it is being watched", "it is no longer being watched"},
+    {"a note without consequence", "the end of a note without consequence"},
 };
 
-constexpr State removed = {"the device has been removed or is absent", untold};
-constexpr State inserted = {"the device has been inserted or is present", untold};
+constexpr const char* removed = "the device has been removed or is absent";
+constexpr const char* inserted = "the device has been inserted or is present";
 constexpr StateRow presenceRows[] = {
     {removed, inserted},
     {inserted, removed},
 };
 
-constexpr State disabled = {"the device has been disabled", untold};
-constexpr State enabled = {"the device has been enabled", untold};
+constexpr const char* disabled = "the device has been disabled";
+constexpr const char* enabled = "the device has been enabled";
 constexpr StateRow enablingRows[] = {
     {disabled, enabled},
     {enabled, disabled},
 };
 
 constexpr StateRow availabilityRows[] = {
-    {{"it is running", fine}, {"it is no longer running", untold}},
-    {{"it is in test", untold}, {"it is no longer in test", untold}},
-    {{"it is without power", nonCritical}, {"it has power again", fine}},
-    {{"it is on line", fine}, {"it is no longer on line", untold}},
-    {{"it is off line", nonCritical}, {"it is no longer off line", fine}},
-    {{"it is off duty", untold}, {"it is no longer off duty", untold}},
-    {{"it works with restrictions", nonCritical}, {"it works without restrictions again", fine}},
-    {{"it saves power", untold}, {"it no longer saves power", untold}},
-    {{"it was not installed properly", critical}, {"it is installed properly now", fine}},
+    {"it is running", "it is no longer running"},
+    {"it is in test", "it is no longer in test"},
+    {"it is without power", "it has power again"},
+    {"it is on line", "it is no longer on line"},
+    {"it is off line", "it is no longer off line"},
+    {"it is off duty", "it is no longer off duty"},
+    {"it works with restrictions", "it works without restrictions again"},
+    {"it saves power", "it no longer saves power"},
+    {"it was not installed properly", "it is installed properly now"},
 };
 
 constexpr StateRow redundancyRows[] = {
-    {{"Full Redundancy", fine}, {"redundancy is no longer full", nonCritical}},
-    {{"Redundancy Lost", critical}, {"redundancy is no longer lost", fine}},
-    {{"Redundancy Degraded", nonCritical}, {"redundancy is no longer degraded", fine}},
-    {{"Redundancy Lost, with Sufficient Resources", critical}, {"redundancy is no longer lost", fine}},
-    {{"Redundancy Lost, now with Sufficient Resources", critical}, {"redundancy is no longer lost", fine}},
-    {{"Redundancy Lost, with Insufficient Resources", critical}, {"redundancy is no longer lost", fine}},
-    {{"Redundancy Degraded from Full Redundancy", nonCritical}, {"redundancy is no longer degraded", fine}},
-    {{"Redundancy Degraded from Redundancy Lost", nonCritical}, {"redundancy is no longer degraded", fine}},
+    {"Full Redundancy", "redundancy is no longer full"},
+    {"Redundancy Lost", "redundancy is no longer lost"},
+    {"Redundancy Degraded", "redundancy is no longer degraded"},
+    {"Redundancy Lost, with Sufficient Resources", "redundancy is no longer lost"},
+    {"Redundancy Lost, now with Sufficient Resources", "redundancy is no longer lost"},
+    {"Redundancy Lost, with Insufficient Resources", "redundancy is no longer lost"},
+    {"Redundancy Degraded from Full Redundancy", "redundancy is no longer degraded"},
+    {"Redundancy Degraded from Redundancy Lost", "redundancy is no longer degraded"},
 };
 
 constexpr StateRow powerStateRows[] = {
-    {{"it is in power state D0", untold}, {"it has left power state D0", untold}},
-    {{"it is in power state D1", untold}, {"it has left power state D1", untold}},
-    {{"it is in power state D2", untold}, {"it has left power state D2", untold}},
-    {{"it is in power state D3", untold}, {"it has left power state D3", untold}},
+    {"it is in power state D0", "it has left power state D0"},
+    {"it is in power state D1", "it has left power state D1"},
+    {"it is in power state D2", "it has left power state D2"},
+    {"it is in power state D3", "it has left power state D3"},
 };
 
 // Sensor types (table 42-3).
 
 /// A text about the end of an intrusion that named the closed chassis in the words of the trap rules would choose the
 /// trap of an intrusion.
-constexpr State chassisOpen = {"there has been a chassis intrusion", critical};
-constexpr State chassisClosed = {"the chassis has been closed again", fine};
+constexpr const char* chassisOpen = "there has been a chassis intrusion";
+constexpr const char* chassisClosed = "the chassis has been closed again";
 constexpr StateRow intrusionRows[] = {
     {chassisOpen, chassisClosed},
-    {{"there has been a chassis intrusion: drive bay", critical}, {"the drive bay has been closed again", fine}},
-    {{"there has been a chassis intrusion: I/O card area", critical},
-     {"the I/O card area has been closed again", fine}},
-    {{"there has been a chassis intrusion: processor area", critical},
-     {"the processor area has been closed again", fine}},
-    {{"LAN Leash Lost: System Unplugged From LAN", nonCritical}, {"the system is plugged into the LAN again", fine}},
-    {{"the system has been docked without permission", nonCritical}, {"the docking is permitted now", fine}},
-    {{"there has been a chassis intrusion: fan area", critical}, {"the fan area has been closed again", fine}},
+    {"there has been a chassis intrusion: drive bay", "the drive bay has been closed again"},
+    {"there has been a chassis intrusion: I/O card area", "the I/O card area has been closed again"},
+    {"there has been a chassis intrusion: processor area", "the processor area has been closed again"},
+    {"LAN Leash Lost: System Unplugged From LAN", "the system is plugged into the LAN again"},
+    {"the system has been docked without permission", "the docking is permitted now"},
+    {"there has been a chassis intrusion: fan area", "the fan area has been closed again"},
 };
 
 constexpr StateRow intrusionSignalRows[] = {
@@ -163,15 +149,15 @@ constexpr StateRow intrusionSignalRows[] = {
     {chassisOpen, chassisClosed},
 };
 
-constexpr State driveAbsent = {"the device has been removed or is absent", nonCritical};
-constexpr State drivePresent = {"the device has been inserted or is present", fine};
+constexpr const char* driveAbsent = "the device has been removed or is absent";
+constexpr const char* drivePresent = "the device has been inserted or is present";
 constexpr StateRow slotPresenceRows[] = {
     {driveAbsent, drivePresent},
     {drivePresent, driveAbsent},
 };
 
-constexpr State driveThere = {"drive presence", fine};
-constexpr State driveGone = {"drive removed", nonCritical};
+constexpr const char* driveThere = "drive presence";
+constexpr const char* driveGone = "drive removed";
 constexpr StateRow slotSignalRows[] = {
     {driveGone, driveThere},
     {driveThere, driveGone},
@@ -179,71 +165,70 @@ constexpr StateRow slotSignalRows[] = {
 
 constexpr StateRow driveSlotRows[] = {
     {driveThere, driveGone},
-    {{"the drive is faulty", critical}, {"the drive is no longer faulty", fine}},
-    {{"the drive is about to fail", nonCritical}, {"the drive is no longer about to fail", fine}},
-    {{"the drive is a hot spare", fine}, {"the drive is no longer a hot spare", fine}},
-    {{"a check of the array is under way", fine}, {"the check of the array has ended", fine}},
-    {{"the drive's array is critical", critical}, {"the drive's array is no longer critical", fine}},
-    {{"the drive's array has failed", nonRecoverable}, {"the drive's array works again", fine}},
-    {{"the drive is being rebuilt", nonCritical}, {"the rebuild has ended", fine}},
-    {{"the rebuild was broken off", critical}, {"the broken rebuild is settled", fine}},
+    {"the drive is faulty", "the drive is no longer faulty"},
+    {"the drive is about to fail", "the drive is no longer about to fail"},
+    {"the drive is a hot spare", "the drive is no longer a hot spare"},
+    {"a check of the array is under way", "the check of the array has ended"},
+    {"the drive's array is critical", "the drive's array is no longer critical"},
+    {"the drive's array has failed", "the drive's array works again"},
+    {"the drive is being rebuilt", "the rebuild has ended"},
+    {"the rebuild was broken off", "the broken rebuild is settled"},
 };
 
 constexpr StateRow firmwareRows[] = {
-    {{"an error in the power-on self-test", critical}, {"the self-test is free of that error", fine}},
-    {{"the system firmware hangs", critical}, {"the system firmware goes on", fine}},
-    {{"the system firmware makes progress", fine}, {"a step of the system firmware has ended", fine}},
+    {"an error in the power-on self-test", "the self-test is free of that error"},
+    {"the system firmware hangs", "the system firmware goes on"},
+    {"the system firmware makes progress", "a step of the system firmware has ended"},
 };
 
 constexpr StateRow loggingRows[] = {
-    {{"corrected memory errors are no longer logged", nonCritical}, {"corrected memory errors are logged again", fine}},
-    {{"events of one type are no longer logged", nonCritical}, {"events of that type are logged again", fine}},
-    {{"the event log has been cleared", fine}, {"the event log is no longer empty", fine}},
-    {{"no event is logged any more", nonCritical}, {"events are logged again", fine}},
-    {{"the event log is full", nonCritical}, {"the event log has room again", fine}},
-    {{"the event log is almost full", nonCritical}, {"the event log has room again", fine}},
-    {{"corrected machine check errors are no longer logged", nonCritical},
-     {"corrected machine check errors are logged again", fine}},
+    {"corrected memory errors are no longer logged", "corrected memory errors are logged again"},
+    {"events of one type are no longer logged", "events of that type are logged again"},
+    {"the event log has been cleared", "the event log is no longer empty"},
+    {"no event is logged any more", "events are logged again"},
+    {"the event log is full", "the event log has room again"},
+    {"the event log is almost full", "the event log has room again"},
+    {"corrected machine check errors are no longer logged", "corrected machine check errors are logged again"},
 };
 
 constexpr StateRow systemEventRows[] = {
-    {{"the system has been reconfigured", fine}, {"the reconfiguration is over", fine}},
-    {{"an OEM system boot event has occurred", fine}, {"the OEM event at boot is over", fine}},
-    {{"an undetermined system hardware failure", critical}, {"the hardware is well again", fine}},
-    {{"an entry was added to the auxiliary log", fine}, {"the auxiliary log's entry is complete", fine}},
-    {{"the platform event filter acts", fine}, {"the platform event filter has acted", fine}},
-    {{"a clock is being synchronised", fine}, {"a clock has been synchronised", fine}},
+    {"the system has been reconfigured", "the reconfiguration is over"},
+    {"an OEM system boot event has occurred", "the OEM event at boot is over"},
+    {"an undetermined system hardware failure", "the hardware is well again"},
+    {"an entry was added to the auxiliary log", "the auxiliary log's entry is complete"},
+    {"the platform event filter acts", "the platform event filter has acted"},
+    {"a clock is being synchronised", "a clock has been synchronised"},
 };
 
 constexpr StateRow interruptRows[] = {
-    {{"a diagnostic interrupt from the front panel", critical}, {"the front panel's interrupt is over", fine}},
-    {{"a bus time-out", critical}, {"the bus answers again", fine}},
-    {{"an I/O channel check", critical}, {"the I/O channel is well again", fine}},
-    {{"an interrupt by software", critical}, {"the software's interrupt is over", fine}},
-    {{"a PCI parity error", critical}, {"the PCI bus is well again", fine}},
-    {{"a PCI system error", critical}, {"the PCI bus is well again", fine}},
-    {{"a fail-safe time-out of the bus", critical}, {"the bus answers again", fine}},
-    {{"a correctable bus error", nonCritical}, {"the bus is well again", fine}},
-    {{"an uncorrectable bus error", critical}, {"the bus is well again", fine}},
-    {{"a fatal interrupt", nonRecoverable}, {"the fatal interrupt is over", fine}},
-    {{"a fatal bus error", nonRecoverable}, {"the bus is well again", fine}},
-    {{"the bus is degraded", nonCritical}, {"the bus is no longer degraded", fine}},
+    {"a diagnostic interrupt from the front panel", "the front panel's interrupt is over"},
+    {"a bus time-out", "the bus answers again"},
+    {"an I/O channel check", "the I/O channel is well again"},
+    {"an interrupt by software", "the software's interrupt is over"},
+    {"a PCI parity error", "the PCI bus is well again"},
+    {"a PCI system error", "the PCI bus is well again"},
+    {"a fail-safe time-out of the bus", "the bus answers again"},
+    {"a correctable bus error", "the bus is well again"},
+    {"an uncorrectable bus error", "the bus is well again"},
+    {"a fatal interrupt", "the fatal interrupt is over"},
+    {"a fatal bus error", "the bus is well again"},
+    {"the bus is degraded", "the bus is no longer degraded"},
 };
 
-constexpr State interruptSignal = {"a critical interrupt", critical};
-constexpr State noInterruptSignal = {"no critical interrupt", fine};
+constexpr const char* interruptSignal = "a critical interrupt";
+constexpr const char* noInterruptSignal = "no critical interrupt";
 constexpr StateRow interruptSignalRows[] = {
     {noInterruptSignal, interruptSignal},
     {interruptSignal, noInterruptSignal},
 };
 
 constexpr StateRow chipSetRows[] = {
-    {{"the soft power control has failed", critical}, {"the soft power control works again", fine}},
-    {{"the chip set was too hot and stopped", nonRecoverable}, {"the chip set is cool again", fine}},
+    {"the soft power control has failed", "the soft power control works again"},
+    {"the chip set was too hot and stopped", "the chip set is cool again"},
 };
 
-constexpr State processorSignal = {"the processor's error signal has been asserted", critical};
-constexpr State noProcessorSignal = {"the processor's error signal has been deasserted", fine};
+constexpr const char* processorSignal = "the processor's error signal has been asserted";
+constexpr const char* noProcessorSignal = "the processor's error signal has been deasserted";
 constexpr StateRow processorSignalRows[] = {
     {noProcessorSignal, processorSignal},
     {processorSignal, noProcessorSignal},
@@ -251,20 +236,20 @@ constexpr StateRow processorSignalRows[] = {
 
 /// The words in capitals choose the trap.
 constexpr StateRow phpSlotRows[] = {
-    {{"the slot has a fault", critical}, {"the slot has no fault any more", fine}},
-    {{"the slot is marked for identification", fine}, {"the slot is no longer marked", fine}},
-    {{"a device is in the slot", fine}, {"no device is in the slot any more", fine}},
-    {{"the slot is ready for a device", fine}, {"the slot is no longer ready for a device", fine}},
-    {{"the device is ready for removal", fine}, {"the device is no longer ready for removal", fine}},
-    {{"the slot's power is OFF", fine}, {"the slot's power is ON", fine}},
-    {{"removal of the device is requested", fine}, {"removal of the device is no longer requested", fine}},
-    {{"the slot's interlock is open", nonCritical}, {"the slot's interlock is closed", fine}},
-    {{"the slot is disabled", nonCritical}, {"the slot is enabled again", fine}},
-    {{"the slot holds a spare", fine}, {"the slot no longer holds a spare", fine}},
+    {"the slot has a fault", "the slot has no fault any more"},
+    {"the slot is marked for identification", "the slot is no longer marked"},
+    {"a device is in the slot", "no device is in the slot any more"},
+    {"the slot is ready for a device", "the slot is no longer ready for a device"},
+    {"the device is ready for removal", "the device is no longer ready for removal"},
+    {"the slot's power is OFF", "the slot's power is ON"},
+    {"removal of the device is requested", "removal of the device is no longer requested"},
+    {"the slot's interlock is open", "the slot's interlock is closed"},
+    {"the slot is disabled", "the slot is enabled again"},
+    {"the slot holds a spare", "the slot no longer holds a spare"},
 };
 
-constexpr State surge = {"it has been asserted", critical};
-constexpr State noSurge = {"it has been deasserted", fine};
+constexpr const char* surge = "it has been asserted";
+constexpr const char* noSurge = "it has been deasserted";
 constexpr StateRow surgeRows[] = {{surge, noSurge}};
 constexpr StateRow surgeSignalRows[] = {
     {noSurge, surge},
@@ -328,7 +313,24 @@ Meaning meaningOfBytes(const EVENT_DATA_STRUCT& record)
 
 std::size_t offsetOf(const EVENT_DATA_STRUCT& record)
 {
+    if (common::policy().readsTrueOffsets)
+        if (const ipmi::Bytes bytes = bytesOf(record); !bytes.empty())
+            return ipmi::SelView(bytes).offset();
     return record.ucEventData1 % 16;
+}
+
+const GravityWords& wordsOf(ipmi::Gravity gravity)
+{
+    return gravityWords[static_cast<std::size_t>(gravity)];
+}
+
+ipmi::Gravity gravityOf(const EVENT_DATA_STRUCT& record)
+{
+    const auto states = ipmi::statesOf(static_cast<std::uint8_t>(eventTypeOf(record)), record.ucSensorType);
+    const std::size_t offset = offsetOf(record);
+    if (offset >= states.size())
+        return ipmi::Gravity::untold;
+    return record.ucEventTrigger >> 7 == 0 ? states[offset].gravity : states[offset].ofEnd;
 }
 
 std::string doubtOf(const EVENT_DATA_STRUCT& record)
@@ -344,9 +346,9 @@ Meaning meaningOfState(const EVENT_DATA_STRUCT& record)
     const std::size_t offset = offsetOf(record);
     if (offset >= rows.size())
         return meaningOfBytes(record);
-    const State& state = record.ucEventTrigger >> 7 == 0 ? rows[offset].asserted : rows[offset].deasserted;
-    const GravityWords& words = gravityWords[static_cast<std::size_t>(state.gravity)];
-    return {std::string("reports ") + state.phrase + doubtOf(record) + words.tail, words.severity, words.counter};
+    const char* const phrase = record.ucEventTrigger >> 7 == 0 ? rows[offset].asserted : rows[offset].deasserted;
+    const GravityWords& words = wordsOf(gravityOf(record));
+    return {std::string("reports ") + phrase + doubtOf(record) + words.tail, words.severity, words.counter};
 }
 
 } // namespace client::events

@@ -40,7 +40,11 @@ public:
     /// Reads bounds and figures of the row, if they are still to be read; what others see changes under `guard`. False
     /// if the controller's interface failed.
     virtual bool readUnread(int, std::mutex&) { return true; }
-    /// What the row's sensor says now; nothing for rows without a sensor.
+    /// Reads the row's sensor now, if this thread may ask the controller.
+    virtual void readNow(int) {}
+    /// The row's bounds are to be read again.
+    virtual void outdate(int) {}
+    /// What the row's sensor says by its last reading; nothing for rows without a sensor.
     virtual std::optional<client::status::DeviceStatus> presentStatus(int) { return std::nullopt; }
 
     virtual ~BaseAccessor() = default;

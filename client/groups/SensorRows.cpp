@@ -98,11 +98,47 @@ void SensorRows::keepPlaces()
     found = std::move(places);
 }
 
+bool SensorRows::readUnread(int row, long multiplier, std::mutex& guard)
+{
+    CSensorWrapper sensor = (*this)[row];
+    const bool isUnread = sensor.m_pUnread != nullptr;
+    if (!isUnread && !sensor.m_bOutdated)
+        return true;
+    if (!isUnread) {
+        sensor.m_pUnread = sensor.m_pRecord;
+        sensor.m_iReadAttempts = 0;
+    }
+    sensor.m_bOutdated = false;
+    const bool answered = !sensor.m_pUnread || readings::readUnread(sensor, multiplier);
+    const std::scoped_lock lock(guard);
+    if (answered || isUnread)
+        (*this)[row] = sensor;
+    return answered;
+}
+
 void SensorRows::goLive()
 {
     if (fresh)
         database = std::move(fresh);
     live = database.get();
+}
+
+/// Until the bounds are known there is no status.
+std::optional<status::Judgement> judge(const CSensorWrapper& sensor, const status::StatusWords& words)
+{
+    const CSensorInfo& info = sensor.m_cInfo;
+    switch (info.m_eJudged) {
+    case readings::Judged::byGroup:
+        break;
+    case readings::Judged::byReading:
+        return sensor.m_pUnread ? status::Judgement()
+                                : status::judgeReading(sensor.m_cData.m_dReading, sensor.m_cData.m_Limits);
+    case readings::Judged::byStates:
+        return status::Judgement{
+            judgeStates(sensor.m_cData.m_sStates,
+                        ipmi::statesOf(static_cast<std::uint8_t>(info.m_ucEventType), info.m_ucType), words)};
+    }
+    return std::nullopt;
 }
 
 } // namespace client::groups

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "client/readings/SensorTypes.hpp"
+#include "client/readings/SensorAcquisition.hpp"
+#include "client/status/clDiscreteWords.hpp"
 
 #include <memory>
+#include <mutex>
+#include <optional>
 
 namespace client::groups {
 
@@ -24,6 +27,9 @@ public:
     void goLive();
 
     readings::SensorDatabase& all() { return fresh ? *fresh : *database; }
+    /// Reads the bounds of the row's sensor, if they are unread or outdated, and changes it under `guard`; outdated
+    /// ones stand until there are others. False if the controller's interface failed.
+    bool readUnread(int row, long multiplier, std::mutex& guard);
     CSensorWrapper& operator[](int row) { return all().m_pT[static_cast<std::size_t>(row)]; }
 
 private:
@@ -34,5 +40,8 @@ private:
     std::unique_ptr<readings::SensorDatabase> fresh; ///< until it goes live
     const readings::SensorDatabase* live = nullptr;
 };
+
+/// What a sensor says by its reading or its states, where it is judged so: `words` are those of its group.
+std::optional<status::Judgement> judge(const CSensorWrapper& sensor, const status::StatusWords& words);
 
 } // namespace client::groups

@@ -2,6 +2,9 @@
 
 #include "client/readings/SensorAcquisition.hpp"
 #include "client/status/StatusWords.hpp"
+#include "common/Policy.hpp"
+
+#include <cmath>
 
 using namespace client::groups;
 using namespace client::status;
@@ -32,6 +35,10 @@ constexpr SensorTypeRow miscTypes[] = {
     {5, true},  {11, true}, {15, false}, {16, true}, {18, true}, {19, true}, {20, true}, {21, true},
     {22, true}, {24, true}, {33, true},  {35, true}, {37, true}, {40, true}, {41, true}, {243, true},
 };
+
+/// All that have a table; the same sensor in two of them would have two rows.
+constexpr int typesOfGroups[] = {1,  2,  3,  4,  5,  7,  8,  9,  10, 11, 12, 13, 15,
+                                 16, 18, 19, 20, 21, 22, 24, 33, 35, 37, 40, 41, 243};
 
 int statusNumberByWord(std::string_view text, const StatusWords& words)
 {
@@ -110,6 +117,7 @@ constexpr DiscreteTraits miscSensorTraits{
     .defaultName = "HW_MiscellaneousSensor",
     .words = &miscSensorWords,
     .statusNumber = statusNumberByWord,
+    .otherTypesThan = typesOfGroups,
     .countMessage = "miscSensor::init() Number of sensors = %d \n",
     .database = &pMiscSensorWrapper,
 };
@@ -179,6 +187,8 @@ void DiscreteGroup<Row>::readDatabase()
     SensorDatabase& database = sensors.begin();
     for (const SensorTypeRow& type : traits.sensorTypes)
         GetAllSensorData(type.m_nSensorType, &database, m_nMultiplier, type.discrete);
+    if (!traits.otherTypesThan.empty() && common::policy().listsEverySensor)
+        client::readings::readOtherSensors(traits.otherTypesThan, database, m_nMultiplier);
     if (traits.nonLinearOnly)
         std::erase_if(database.m_pT, [](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_bIsLinear == 0; });
     if (traits.countMessage)
@@ -187,13 +197,45 @@ void DiscreteGroup<Row>::readDatabase()
 
 /// The database keeps the text of start-up: what a failed read shows.
 template<class Row>
-std::string DiscreteGroup<Row>::readText(int row)
+CSensorWrapper DiscreteGroup<Row>::readLive(int row)
 {
     CSensorWrapper sensor = sensors[row];
     sensor.m_cInfo.m_iIdNumber = this->getAddress(row)->nDeviceId;
     sensor.m_cInfo.m_usChassisId = m_nChassisId;
     GetSensorData(sensor, m_nMultiplier);
-    return sensor.m_cData.m_cValueString.narrow();
+    return sensor;
+}
+
+template<class Row>
+std::string DiscreteGroup<Row>::readText(int row)
+{
+    return readLive(row).m_cData.m_cValueString.narrow();
+}
+
+template<class Row>
+Judgement DiscreteGroup<Row>::readStatus(int row)
+{
+    const CSensorWrapper sensor = readLive(row);
+    if (const auto judged = judge(sensor, *traits.words))
+        return *judged;
+    return {mapValueToStatus(sensor.m_cData.m_cValueString.narrow(), *traits.words)};
+}
+
+template<class Row>
+int DiscreteGroup<Row>::readStatusNumber(int row)
+{
+    const CSensorWrapper sensor = readLive(row);
+    if (const auto judged = judge(sensor, *traits.words))
+        return rowStatusOf(judged->status);
+    return traits.statusNumber(sensor.m_cData.m_cValueString.narrow(), *traits.words);
+}
+
+template<class Row>
+bool DiscreteGroup<Row>::readUnread(int row, std::mutex& guard)
+{
+    if (!this->getAddress(row) || std::isnan(readLive(row).m_cData.m_dReading))
+        return true;
+    return sensors.readUnread(row, m_nMultiplier, guard);
 }
 
 template<class Row>
@@ -202,7 +244,8 @@ std::optional<DeviceStatus> DiscreteGroup<Row>::presentStatus(int row)
     const Row* const stored = this->getAddress(row);
     if (!stored)
         return std::nullopt;
-    return DeviceStatus{stored->nDeviceId, eventStatusOf(mapValueToStatus(readText(row), *traits.words))};
+    const Judgement judged = readStatus(row);
+    return DeviceStatus{stored->nDeviceId, eventStatusOf(judged.status), judged.side};
 }
 
 template<class Row>
@@ -235,7 +278,7 @@ int DiscreteGroup<Row>::getIntData(_SMAttribute attribute, int row, long& out)
     if (!this->getAddress(row))
         return CLIENT_ERROR_NO_ROW;
     if (isColumn(attribute, DiscreteColumn::Status, traits))
-        out = traits.statusNumber(readText(row), *traits.words);
+        out = readStatusNumber(row);
     else if (traits.extraNumber && isColumn(attribute, DiscreteColumn::Extra, traits))
         out = traits.extraNumber(readText(row));
     else
@@ -249,7 +292,7 @@ int DiscreteGroup<Row>::getStrData(_SMAttribute attribute, int row, char*& out)
     if (!this->getAddress(row))
         return CLIENT_ERROR_NO_ROW;
     if (isColumn(attribute, DiscreteColumn::StatusString, traits))
-        out = getNewHealthString(mapValueToStatus(readText(row), *traits.words));
+        out = getNewHealthString(readStatus(row).status);
     else if (traits.extraText && isColumn(attribute, DiscreteColumn::Extra, traits))
         out = newTextBlock(traits.extraText(readText(row)));
     else

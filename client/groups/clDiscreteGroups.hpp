@@ -25,6 +25,7 @@ struct DiscreteTraits {
     int (*statusNumber)(std::string_view text, const status::StatusWords& words);
     int (*extraNumber)(std::string_view text) = nullptr;
     const char* (*extraText)(std::string_view text) = nullptr;
+    std::span<const int> otherTypesThan = {};            ///< also takes sensors of other types than these
     const char* countMessage = nullptr;                  ///< traced with the count of rows
     std::unique_ptr<readings::SensorDatabase>* database; ///< row i of the table is element i
 };
@@ -42,11 +43,17 @@ public:
     int getIntData(_SMAttribute attribute, int row, long& out) override;
     int getStrData(_SMAttribute attribute, int row, char*& out) override;
     void goLive() override { sensors.goLive(); }
+    bool readUnread(int row, std::mutex& guard) override;
+    void readNow(int row) override { client::readings::readNow(sensors[row]); }
+    void outdate(int row) override { sensors[row].m_bOutdated = true; }
     std::optional<status::DeviceStatus> presentStatus(int row) override;
 
 private:
     void readDatabase();
+    CSensorWrapper readLive(int row);
     std::string readText(int row);
+    status::Judgement readStatus(int row);
+    int readStatusNumber(int row);
 
     const DiscreteTraits& traits;
     SensorRows sensors;

@@ -11,6 +11,8 @@ using namespace client::words;
 using client::readings::SensorDatabase;
 using client::status::Bounds;
 using client::status::DeviceStatus;
+using client::status::discreteCoolingWords;
+using client::status::discreteVoltageWords;
 
 std::unique_ptr<SensorDatabase> pVoltageProbeWrapper;
 std::unique_ptr<SensorDatabase> pCurrentProbeWrapper;
@@ -26,6 +28,8 @@ constexpr int kelvinAtZeroCelsius = 273;
 constexpr int coolingNoRow = 30;
 constexpr std::size_t longestName = textBlockBytes - 1;
 
+constexpr client::status::StatusWords noWords{};
+
 constexpr ThresholdTraits voltageTraits{
     .firstAttribute = VOLTAGE_DEVICEID,
     .m_nSensorType = 2,
@@ -40,6 +44,7 @@ constexpr ThresholdTraits voltageTraits{
     .defaultName = "HW_VoltageSensor",
     .noRow = CLIENT_ERROR_NO_ROW,
     .endOfInit = "\n End of VoltageProbe init()",
+    .words = &discreteVoltageWords,
     .database = &pVoltageProbeWrapper,
 };
 
@@ -57,6 +62,7 @@ constexpr ThresholdTraits currentTraits{
     .defaultName = "HW_CurrentSensor",
     .noRow = CLIENT_ERROR_NO_ROW,
     .endOfInit = "\n End of CurrentProbe init()",
+    .words = &noWords,
     .database = &pCurrentProbeWrapper,
 };
 
@@ -74,6 +80,7 @@ constexpr ThresholdTraits temperatureTraits{
     .defaultName = "HW_TemperatureSensor",
     .noRow = CLIENT_ERROR_NO_ROW,
     .endOfInit = "\n End of TemperatureProbe init()",
+    .words = &noWords,
     .database = &pTemperatureWrapper,
 };
 
@@ -91,6 +98,7 @@ constexpr ThresholdTraits coolingTraits{
     .defaultName = "HW_CoolingDevice",
     .noRow = coolingNoRow,
     .endOfInit = "\n End of CoolingDevice init()",
+    .words = &discreteCoolingWords,
     .database = &pCoolingDeviceWrapper,
 };
 
@@ -230,6 +238,8 @@ const char* ThresholdProbe::statusAtStart(const ThresholdReading& reading)
 
 const char* ThresholdProbe::statusWhenRead(const ThresholdReading& reading)
 {
+    if (reading.judged)
+        return reading.judged->status;
     if (!reading.boundsKnown)
         return "unknown";
     if (!traits.isFan)
@@ -246,19 +256,20 @@ ThresholdReading ThresholdProbe::readLive(int row)
     sensor.m_cInfo.m_iIdNumber = getAddress(row)->nDeviceId;
     sensor.m_cInfo.m_usChassisId = m_nChassisId;
     GetSensorData(sensor, traits.m_nMultiplier);
-    return takeReading(sensor, traits.isFan ? fanBounds : plainBounds);
+    const auto judged = judge(sensor, *traits.words);
+    ThresholdReading reading = takeReading(sensor, traits.isFan && !judged ? fanBounds : plainBounds);
+    reading.judged = judged;
+    return reading;
 }
 
 bool ThresholdProbe::readUnread(int row, std::mutex& guard)
 {
     ThresholdRow* const stored = getAddress(row);
-    if (!stored || !sensors[row].m_pUnread || readLive(row).value == noValue)
+    if (!stored || readLive(row).value == noValue)
         return true;
-    CSensorWrapper sensor = sensors[row];
-    const bool answered = client::readings::readUnread(sensor, traits.m_nMultiplier);
+    const bool answered = sensors.readUnread(row, traits.m_nMultiplier, guard);
     const std::scoped_lock lock(guard);
-    sensors[row] = sensor;
-    takeFigures(*stored, sensor.m_cInfo);
+    takeFigures(*stored, sensors[row].m_cInfo);
     return answered;
 }
 
@@ -267,7 +278,9 @@ std::optional<DeviceStatus> ThresholdProbe::presentStatus(int row)
     const ThresholdRow* const stored = getAddress(row);
     if (!stored)
         return std::nullopt;
-    return DeviceStatus{stored->nDeviceId, status::eventStatusOf(statusWhenRead(readLive(row)))};
+    const ThresholdReading reading = readLive(row);
+    return DeviceStatus{stored->nDeviceId, status::eventStatusOf(statusWhenRead(reading)),
+                        reading.judged ? reading.judged->side : ""};
 }
 
 int ThresholdProbe::convertUnit(int unitType, int value) const

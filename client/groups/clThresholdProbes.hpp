@@ -29,6 +29,7 @@ struct ThresholdReading {
     status::Bounds bounds;
     int unitType = 0;
     bool boundsKnown = true;
+    std::optional<status::Judgement> judged; ///< where the group's own rules do not count
 };
 
 /// What differs between the groups of analog sensors.
@@ -46,6 +47,7 @@ struct ThresholdTraits {
     const char* defaultName;
     int noRow; ///< result for a row that does not exist
     const char* endOfInit;
+    const status::StatusWords* words;                    ///< of sensors that report states
     std::unique_ptr<readings::SensorDatabase>* database; ///< row i of the table is element i
 };
 
@@ -64,6 +66,8 @@ public:
     int setIntData(_SMAttribute attribute, int row, long value) override;
     void goLive() override { sensors.goLive(); }
     bool readUnread(int row, std::mutex& guard) override;
+    void readNow(int row) override { client::readings::readNow(sensors[row]); }
+    void outdate(int row) override { sensors[row].m_bOutdated = true; }
     std::optional<status::DeviceStatus> presentStatus(int row) override;
 
 private:

@@ -206,6 +206,12 @@ void askController(const std::string& query, ResultMap& result)
     publish(query, result);
 }
 
+void readNow(const std::string& query)
+{
+    if (mayAsk())
+        ask(query);
+}
+
 void publish(const std::string& query, const ResultMap& answer)
 {
     const Moment now = current<Clock>().steady();

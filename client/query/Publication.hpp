@@ -34,6 +34,9 @@ bool lookUp(const std::string& query, ResultMap& result);
 /// Asks the SDK and publishes the answer. Throws what the SDK throws.
 void askController(const std::string& query, ResultMap& result);
 
+/// The same, if this thread may ask; a failure is told as those of a pass are.
+void readNow(const std::string& query);
+
 /// Makes an answer known from now on.
 void publish(const std::string& query, const ResultMap& answer);
 

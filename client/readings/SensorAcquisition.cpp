@@ -10,12 +10,15 @@
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
 using namespace client::query;
 using namespace client::readings;
 using namespace client::words;
+using client::status::Limits;
 
 namespace {
 
@@ -49,6 +52,7 @@ struct ThresholdField {
     std::size_t place; ///< in the record
     Figure which;
     int CSensorData::*member;
+    double client::status::Limits::*limit;
 };
 
 struct FigureField {
@@ -59,12 +63,12 @@ struct FigureField {
 
 /// In the order in which they are asked.
 constexpr ThresholdField thresholdFields[] = {
-    {ipmi::sdr::lowerCritical, LowerCritical, &CSensorData::m_iLowerCritical},
-    {ipmi::sdr::lowerNonCritical, LowerNonCritical, &CSensorData::m_iLowerNonCritical},
-    {ipmi::sdr::upperCritical, UpperCritical, &CSensorData::m_iUpperCritical},
-    {ipmi::sdr::upperNonCritical, UpperNonCritical, &CSensorData::m_iUpperNonCritical},
-    {ipmi::sdr::lowerNonRecoverable, LowerNonRecoverable, &CSensorData::m_iLowerNonRecover},
-    {ipmi::sdr::upperNonRecoverable, UpperNonRecoverable, &CSensorData::m_iUpperNonRecover},
+    {ipmi::sdr::lowerCritical, LowerCritical, &CSensorData::m_iLowerCritical, &Limits::lowerCritical},
+    {ipmi::sdr::lowerNonCritical, LowerNonCritical, &CSensorData::m_iLowerNonCritical, &Limits::lowerNonCri},
+    {ipmi::sdr::upperCritical, UpperCritical, &CSensorData::m_iUpperCritical, &Limits::upperCritical},
+    {ipmi::sdr::upperNonCritical, UpperNonCritical, &CSensorData::m_iUpperNonCritical, &Limits::upperNonCri},
+    {ipmi::sdr::lowerNonRecoverable, LowerNonRecoverable, &CSensorData::m_iLowerNonRecover, &Limits::lowerNonRec},
+    {ipmi::sdr::upperNonRecoverable, UpperNonRecoverable, &CSensorData::m_iUpperNonRecover, &Limits::upperNonRec},
 };
 
 constexpr FigureField figureFields[] = {
@@ -90,6 +94,13 @@ std::string readingPath(const CSensorInfo& info)
     return sensorPath(info) + "/INTERPRET_SENSOR_VALUE";
 }
 
+void judgeByItself(CSensorInfo& info, const ipmi::SdrView& record)
+{
+    info.m_eJudged = record.hasReading() ? Judged::byReading : Judged::byStates;
+    if (record.hasReading())
+        info.m_bIsLinear = 0; // the controller's formula makes it so
+}
+
 CSensorInfo decodeRecord(const ipmi::SdrView& record)
 {
     CSensorInfo info;
@@ -104,17 +115,45 @@ CSensorInfo decodeRecord(const ipmi::SdrView& record)
     info.m_iIdNumber = record.packedId();
     info.m_iUnitType = record.at(ipmi::sdr::baseUnit);
     info.m_usReadThresholdMask = record.at(ipmi::sdr::settableThresholds);
+    if (common::policy().judgesEachState)
+        judgeByItself(info, record);
     return info;
 }
 
-/// No bounds, no figures, and the record to read them from later.
-void markUnread(CSensorWrapper& wrapper, const ipmi::SdrView& record)
+/// No bounds and no figures.
+void clearFigures(CSensorWrapper& wrapper)
 {
     for (const ThresholdField& field : thresholdFields)
         wrapper.m_cData.*field.member = noValue;
     for (const FigureField& field : figureFields)
         wrapper.m_cInfo.*field.member = noValue;
-    wrapper.m_pUnread = std::make_shared<const ipmi::Bytes>(record.all().begin(), record.all().end());
+}
+
+/// There is the record to read them from later.
+void markUnread(CSensorWrapper& wrapper, const ipmi::SdrView& record)
+{
+    clearFigures(wrapper);
+    wrapper.m_pRecord = wrapper.m_pUnread =
+        std::make_shared<const ipmi::Bytes>(record.all().begin(), record.all().end());
+}
+
+/// The bound in the sensor's unit, not rounded; nothing where the sensor has none or it cannot be read.
+std::optional<double> readLimit(const CSensorInfo& info, Figure which)
+{
+    const int raw =
+        ExecuteThresholdQuery(info.m_ucSensorNumber, info.m_ucOwnerId, info.m_ucLunNumber, noValue, 1, which);
+    const std::string path = readingPath(info) + "[" + std::to_string(raw) + "]";
+    const auto answers = raw == noValue ? std::nullopt : tryQuery(path, "\n FAILED FOR THE THRESHOLDS:\n");
+    const std::string* const value = answers ? findAnswer(*answers, path) : nullptr;
+    return value ? std::optional(std::strtod(value->c_str(), nullptr)) : std::nullopt;
+}
+
+void readLimits(CSensorWrapper& wrapper)
+{
+    wrapper.m_cData.m_Limits = {};
+    for (const ThresholdField& field : thresholdFields)
+        if (const auto limit = readLimit(wrapper.m_cInfo, field.which))
+            wrapper.m_cData.m_Limits.*field.limit = *limit;
 }
 
 /// Asks for those figures whose byte the record reaches: a short record leaves the others at 0.
@@ -130,6 +169,8 @@ void readFigures(CSensorWrapper& wrapper, const ipmi::SdrView& record, long mult
         ask(field.place, field.which, wrapper.m_cData.*field.member);
     for (const FigureField& field : figureFields)
         ask(field.place, field.which, wrapper.m_cInfo.*field.member);
+    if (info.m_eJudged == Judged::byReading)
+        readLimits(wrapper);
 }
 
 /// At once, or later where the rows must not wait for it.
@@ -155,7 +196,10 @@ void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multipli
         return;
     CSensorWrapper wrapper;
     wrapper.m_cInfo = decodeRecord(record);
-    if (discrete)
+    const Judged judged = wrapper.m_cInfo.m_eJudged;
+    if (judged == Judged::byStates)
+        clearFigures(wrapper);
+    else if (discrete && judged == Judged::byGroup)
         trace("\n DescreteSensor, so no threshold queries\n");
     else if (record.type() == ipmi::sdrtype::full)
         takeFigures(wrapper, record, multiplier);
@@ -165,11 +209,20 @@ void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multipli
     db.m_pT.push_back(wrapper);
 }
 
-ResultMap recordsOfType(int sensorType)
+template<class Visit>
+void forEachRecord(const std::string& path, const char* complaint, Visit visit)
 {
-    const std::string path = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]";
     trace("%s", path.c_str());
-    return tryQuery(path, "\n SensorType Query Failed\n").value_or(ResultMap());
+    for (const auto& [key, node] : tryQuery(path, complaint).value_or(ResultMap())) {
+        if (node.mType != NODE_LEAF)
+            continue;
+        if (node.mXNodeList.empty()) {
+            trace("\nNo Data, continue\n");
+            continue;
+        }
+        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes - 1));
+        visit(ipmi::SdrView(record));
+    }
 }
 
 /// What the threshold query itself answers; `raw` becomes "no value" with it.
@@ -205,12 +258,15 @@ int translated(const ResultMap& answers, int figure, long multiplier)
     return figure;
 }
 
-void storeReading(CSensorData& data, const std::string& value, long multiplier)
+void storeReading(CSensorWrapper& wrapper, const std::string& value, long multiplier)
 {
+    CSensorData& data = wrapper.m_cData;
+    data.m_sStates = value;
+    data.m_dReading = value == noReading ? std::nan("") : std::strtod(value.c_str(), nullptr);
     std::string text;
     MapMultipleQLStrToSNMPStr(value.c_str(), &text);
     data.m_cValueString.SetString(text.c_str());
-    if (text == noReading) {
+    if (text == noReading || wrapper.m_cInfo.m_eJudged == Judged::byStates) {
         data.m_iValue = noValue;
         return;
     }
@@ -222,17 +278,19 @@ void storeReading(CSensorData& data, const std::string& value, long multiplier)
 
 void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier, bool discrete)
 {
-    for (const auto& [path, node] : recordsOfType(sensorType)) {
-        if (node.mType != NODE_LEAF)
-            continue;
-        if (node.mXNodeList.empty()) {
-            trace("\nNo Data, continue\n");
-            continue;
-        }
-        const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes - 1));
-        appendSensor(ipmi::SdrView(record), *db, multiplier, discrete);
-    }
+    forEachRecord("/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]", "\n SensorType Query Failed\n",
+                  [&](const ipmi::SdrView& record) { appendSensor(record, *db, multiplier, discrete); });
     trace("\n End of the GetSDRData Function");
+}
+
+void client::readings::readOtherSensors(std::span<const int> types, SensorDatabase& db, long multiplier)
+{
+    for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact})
+        forEachRecord("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", "\n RecordType Query Failed\n",
+                      [&](const ipmi::SdrView& record) {
+                          if (std::ranges::find(types, record.sensorType().value_or(0)) == types.end())
+                              appendSensor(record, db, multiplier, true);
+                      });
 }
 
 void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier)
@@ -248,15 +306,23 @@ void client::readings::readAtStart(CSensorWrapper& wrapper, long multiplier)
         GetSensorData(wrapper, multiplier);
 }
 
+void client::readings::readNow(const CSensorWrapper& wrapper)
+{
+    query::readNow(readingPath(wrapper.m_cInfo));
+}
+
 bool client::readings::readUnread(CSensorWrapper& wrapper, long multiplier)
 {
+    if (wrapper.m_iReadAttempts >= mostAttempts)
+        return true;
     const unsigned long failuresBefore = interfaceFailures();
     const ipmi::Bytes record = *wrapper.m_pUnread;
     const SDK::SameAnswers oneExchange;
     forgetStanding(sensorPath(wrapper.m_cInfo) + "/THRESHOLD/");
     readFigures(wrapper, ipmi::SdrView(record), multiplier);
     const bool failed = interfaceFailures() != failuresBefore;
-    if (!failed || ++wrapper.m_iReadAttempts >= mostAttempts)
+    const bool givesUp = failed && ++wrapper.m_iReadAttempts >= mostAttempts;
+    if (!failed || (givesUp && wrapper.m_cInfo.m_eJudged == Judged::byGroup))
         wrapper.m_pUnread.reset();
     return !failed;
 }
@@ -270,9 +336,9 @@ void GetSensorData(CSensorWrapper& wrapper, long multiplier)
     const std::string path = readingPath(info);
     const auto answers = tryQuery(path, "\n Failed for SensorReadingquery\n");
     if (const std::string* const value = answers ? findAnswer(*answers, path) : nullptr)
-        storeReading(wrapper.m_cData, *value, multiplier);
+        storeReading(wrapper, *value, multiplier);
     else if (common::policy().expiresReadings)
-        storeReading(wrapper.m_cData, noReading, multiplier);
+        storeReading(wrapper, noReading, multiplier);
 }
 
 int ExecuteThresholdQuery(int sensorNumber, int ownerId, int lun, long raw, long multiplier, int which)

@@ -2,6 +2,8 @@
 
 #include "client/readings/SensorTypes.hpp"
 
+#include <span>
+
 /// Reads sensors through the query cache. Every failure is traced and swallowed: a value that could not be read stays
 /// as it was or is "no value".
 
@@ -23,8 +25,15 @@ namespace client::readings {
 /// must not wait for it.
 void readAtStart(CSensorWrapper& wrapper, long multiplier);
 
-/// Reads the bounds and figures of a sensor that has `m_pUnread`, by one exchange, and resets it; also after the third
-/// failure. False if the controller's interface failed.
+/// Asks the controller for the sensor's reading, if this thread may.
+void readNow(const CSensorWrapper& wrapper);
+
+/// Appends the sensors of all types but `types`.
+void readOtherSensors(std::span<const int> types, SensorDatabase& db, long multiplier);
+
+/// Reads the bounds and figures of a sensor that has `m_pUnread`, by one exchange, and resets it. After the third
+/// failure it is tried no more, and a sensor that its group judges counts as read. False if the controller's interface
+/// failed.
 bool readUnread(CSensorWrapper& wrapper, long multiplier);
 
 } // namespace client::readings

@@ -1,13 +1,27 @@
 #pragma once
 
+#include "client/status/StatusRules.hpp"
 #include "client/words/CString.hpp"
 #include "ipmi/Bytes.hpp"
 
 #include <cstddef>
+#include <limits>
 #include <memory>
+#include <string>
 #include <vector>
 
 using BOOL = int;
+
+namespace client::readings {
+
+/// Where a row's status comes from.
+enum class Judged {
+    byGroup,   ///< from what the group's own rules make of its columns
+    byReading, ///< from the reading and its limits, whatever table the row is in
+    byStates,  ///< from the states; there is no reading, and there are no bounds
+};
+
+} // namespace client::readings
 
 /// What never changes of a sensor. "SDR byte" counts from 1, as the sensor data record formats of IPMI 2.0, 43.1 and
 /// 43.2 do.
@@ -39,6 +53,7 @@ struct CSensorInfo {
     int m_ucEventType = 0;            ///< SDR byte 14
     int m_ucOwnerId = 0;              ///< SDR byte 6
     BOOL m_bIsInverse = 0;
+    client::readings::Judged m_eJudged = client::readings::Judged::byGroup;
 };
 
 /// What changes of a sensor; 0x7fffffff is "no value".
@@ -56,6 +71,9 @@ struct CSensorData {
     int m_iLowerCritical = 0;
     int m_iLowerNonCritical = 0;
     CString m_cValueString;
+    std::string m_sStates;                                        ///< the value in the SDK's own words
+    double m_dReading = std::numeric_limits<double>::quiet_NaN(); ///< not rounded; NaN is "no value"
+    client::status::Limits m_Limits;
 };
 
 struct CSensorWrapper {
@@ -68,7 +86,9 @@ struct CSensorWrapper {
     CSensorData m_cData;
     /// The record while the sensor's bounds and figures have yet to be read from it; null once they are known.
     std::shared_ptr<const ipmi::Bytes> m_pUnread;
-    int m_iReadAttempts = 0; ///< at those bounds and figures
+    int m_iReadAttempts = 0;                      ///< at those bounds and figures
+    std::shared_ptr<const ipmi::Bytes> m_pRecord; ///< the record of a sensor with bounds
+    bool m_bOutdated = false;                     ///< the bounds may have changed
 };
 
 /// The sensors of one group; an element's place is its row, once the group has removed what it does not show.

@@ -1,6 +1,7 @@
 #include "client/status/StatusRules.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
 
 namespace client::status {
@@ -33,7 +34,33 @@ const char* statusInside(int reading, const Bounds& bounds)
     return std::ranges::all_of(all, [](int bound) { return bound == noValue; }) ? "unknown" : "ok";
 }
 
+struct LimitPair {
+    double Limits::*upper;
+    double Limits::*lower;
+    const char* status;
+};
+
+/// The gravest first.
+constexpr LimitPair limitPairs[] = {
+    {&Limits::upperNonRec, &Limits::lowerNonRec, "nonRecoverable"},
+    {&Limits::upperCritical, &Limits::lowerCritical, "critical"},
+    {&Limits::upperNonCri, &Limits::lowerNonCri, "nonCritical"},
+};
+
 } // namespace
+
+Judgement judgeReading(double reading, const Limits& limits)
+{
+    if (std::isnan(reading))
+        return {};
+    for (const auto& [upper, lower, status] : limitPairs) {
+        if (reading >= limits.*upper)
+            return {status, "Upper "};
+        if (reading <= limits.*lower)
+            return {status, "Lower "};
+    }
+    return {"ok"};
+}
 
 const char* statusOf(int reading, const Bounds& bounds)
 {

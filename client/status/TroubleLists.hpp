@@ -6,6 +6,7 @@ namespace client::status {
 struct DeviceStatus {
     int deviceId;
     int status;
+    const char* side = ""; ///< of its bounds, "Upper " or "Lower ", on which a reading is
 };
 
 /// Where a group tells which of its rows are in trouble.

@@ -1,5 +1,6 @@
 #include "client/status/clDiscreteWords.hpp"
 
+#include "client/status/StateWords.hpp"
 #include "client/words/Entities.hpp"
 #include "client/words/Trace.hpp"
 
@@ -339,6 +340,41 @@ int statusNumberAfter(int status, WordClass wordClass, bool severeIsCritical)
     return status;
 }
 
+constexpr const char* gravityStatuses[] = {"unknown", "ok", "nonCritical", "critical", "nonRecoverable"};
+constexpr std::string_view nothingAsserted = "ALL_DEASSERTED";
+
+ipmi::Gravity gravityInGroup(std::string_view word, const StatusWords& words)
+{
+    const auto* row = findWord(words.words, MapQLStrToSNMPStr(std::string(word).c_str()), &StateWordRow::word);
+    row = row ? row : findWord(words.words, word, &StateWordRow::word);
+    if (!row)
+        return ipmi::Gravity::untold;
+    switch (row->wordClass) {
+    case Ok:
+        return ipmi::Gravity::fine;
+    case NonCritical:
+    case Warning:
+        return ipmi::Gravity::nonCritical;
+    case Severe:
+        return ipmi::Gravity::critical;
+    }
+    return ipmi::Gravity::untold;
+}
+
+/// That a device is not there is never grave by itself, whatever the group says of it.
+ipmi::Gravity gravityOf(std::string_view word, std::span<const ipmi::State> known, const StatusWords& words)
+{
+    const ipmi::State* const state = ipmi::findState(known, word);
+    if (word == nothingAsserted)
+        return ipmi::Gravity::fine;
+    const ipmi::Gravity gravity = state ? ipmi::lastingGravity(*state) : ipmi::Gravity::untold;
+    if (gravity != ipmi::Gravity::untold)
+        return gravity;
+    const ipmi::Gravity inGroup = gravityInGroup(word, words);
+    const bool isMissing = state && state->lasting == ipmi::Lasting::missing;
+    return isMissing && inGroup != ipmi::Gravity::fine ? ipmi::Gravity::untold : inGroup;
+}
+
 template<std::size_t Size>
 int performanceOf(std::string_view text, const std::string_view (&laggingWords)[Size])
 {
@@ -374,6 +410,13 @@ const char* mapValueToStatus(std::string_view text, const StatusWords& words)
     });
     trace("mapValueToStatus: %s\n", status);
     return status;
+}
+
+const char* judgeStates(std::string_view states, std::span<const ipmi::State> known, const StatusWords& words)
+{
+    ipmi::Gravity worst = ipmi::Gravity::untold;
+    forEachWord(states, [&](std::string_view word) { worst = std::max(worst, gravityOf(word, known, words)); });
+    return gravityStatuses[static_cast<std::size_t>(worst)];
 }
 
 int mapValueToStatusEnum(std::string_view text, const StatusWords& words)

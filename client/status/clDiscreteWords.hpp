@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ipmi/States.hpp"
+
 #include <span>
 #include <string_view>
 
@@ -33,6 +35,11 @@ struct StatusWords {
 
 /// The status word of a sensor's text: "unknown", "ok", "nonCritical", "warning" or "critical".
 const char* mapValueToStatus(std::string_view text, const StatusWords& words);
+
+/// The status word of a sensor by all its states, whose words in the SDK's list `states` are those of `known`: the
+/// worst counts, and a word that says nothing of the status changes nothing. What only the maker of a sensor knows the
+/// words of its group decide, by their text in the MIB or by the SDK's word.
+const char* judgeStates(std::string_view states, std::span<const ipmi::State> known, const StatusWords& words);
 
 /// The HEALTH_STATUS of a sensor's text, -1 if there is no word in it. Here the words only ever make things worse,
 /// except that a severe word stands for critical whatever came before.

@@ -170,7 +170,7 @@ int eventHandler::send4ObjEvent(const eventData& event, const std::string& shown
 void eventHandler::checkEventLists(const eventData& event)
 {
     const TrapGroup* const group = findTrapGroup(event.nEventGroup);
-    if (!group || !group->countsForHealth)
+    if (!group || !group->countsForHealth || !hasPart(event.nDeviceId))
         return;
     if (!m_bHealthHeld) // an old event is older than any reading
         lastEvents[event.nDeviceId] = current<Clock>().steady();
@@ -181,6 +181,12 @@ void eventHandler::checkEventLists(const eventData& event)
     int newHealth = 0;
     if (!m_bHealthHeld && needHealthEvent(event.nSeverity, &newHealth))
         changeHealth(newHealth);
+}
+
+/// Rows alone make the health where they are followed; before their first readings there is none.
+bool eventHandler::hasPart(int deviceId) const
+{
+    return !common::policy().tellsHealthOfRows || followed.contains(deviceId);
 }
 
 void eventHandler::changeHealth(int newHealth)
@@ -204,15 +210,19 @@ void eventHandler::holdHealth(bool hold)
 bool eventHandler::takeStatuses(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age)
 {
     bool isAnyKnown = false;
-    for (const auto& [deviceId, status] : present) {
+    followed.clear();
+    for (const auto& [deviceId, status, side] : present) {
         if (status < ENUM_STATUS_OK)
             continue;
         isAnyKnown = true;
+        followed.insert(deviceId);
         if (hasEventWithin(deviceId, age))
             continue;
         removeElement(deviceId);
         insertElementByDeviceId(deviceId, status);
     }
+    for (std::list<int>* const list : {&mNonCriList, &mCriticalList, &mNonRecList})
+        list->remove_if([this](int deviceId) { return !hasPart(deviceId); });
     return isAnyKnown;
 }
 

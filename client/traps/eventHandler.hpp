@@ -10,6 +10,7 @@
 #include <list>
 #include <map>
 #include <mutex>
+#include <set>
 #include <span>
 
 /// The agent's end of the event road: the queue of events, the lists of devices in trouble, and the system's health
@@ -71,6 +72,7 @@ public:
 
 private:
     int sendEvent(const eventData& event, const std::string& shown);
+    bool hasPart(int deviceId) const;
     void changeHealth(int newHealth);
     bool takeStatuses(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age);
     bool hasEventWithin(int deviceId, std::chrono::nanoseconds age);
@@ -78,6 +80,7 @@ private:
     client::traps::AgentState& agent;
     std::mutex SyncMutex;
     client::traps::TrapMaker traps;
+    std::set<int> followed; ///< devices whose sensors had a status at the last look; under SyncMutex
     std::map<int, Clock::SteadyPoint> lastEvents; ///< of devices whose readings may be older; under SyncMutex
 };
 

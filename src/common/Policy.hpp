@@ -45,10 +45,19 @@ struct Policy {
     bool describesInventory = false; ///< clInventory: names of processors and modules say what has no column or number
     bool showsFullNames = false;     ///< clThresholdProbes: names of voltages are not cut at nine characters
     bool tellsRowsApart = false;     ///< RowNames: equal names of a table get what tells them apart
+    // States.
+    bool refusesOddReadings = false; ///< Sensor: a reading whose formula the record does not give is none
+    bool namesDeasserted = false;    ///< Sensor: a reading without a state is one, where nothing needs to be there
+    bool judgesEachState = false; ///< SensorAcquisition: readings by their limits, states by one list; the worst counts
+    bool listsEverySensor = false; ///< DiscreteGroup: a row for sensors of types without a group, too
     // Events.
     bool keepsMark = false;            ///< SelWatcher: the place in the log outlives restarts, clears and wraps
     bool pacesTrapsApart = false;      ///< eventHandler: health at once; traps leave in bursts, from a bounded queue
     bool cutsLongTexts = false;        ///< CheckedCopy: a text that does not fit is cut
+    bool readsTrueOffsets = false;     ///< offsetOf: the record's own offset, not what its text reads as
+    bool agreesOnGravity = false;      ///< Classifiers: how grave an event is the one list of states says
+    bool tellsWhatHolds = false;       ///< SNMP_EventClones: a recovery tells the state that still holds
+    bool tellsHealthOfRows = false;    ///< eventHandler: devices without a row, or without a status yet, have no part
     bool neverWaitsForRecords = false; ///< Classifiers: no record of any kind makes the event thread wait
     bool givesUpUnreadRecords = false; ///< Sel: a record of the log is asked for 3 times, not 1,000
     // The process.

@@ -1,5 +1,7 @@
 #include "ipmi/SdrView.hpp"
 
+#include "ipmi/SensorReading.hpp"
+
 #include <algorithm>
 #include <iterator>
 
@@ -20,6 +22,12 @@ std::optional<std::uint8_t> SdrView::eventType() const
 {
     const std::size_t place = type() == sdrtype::eventOnly ? sdr::eventOnlyEventType : sdr::eventType;
     return isSensor() && has(place) ? std::optional(at(place)) : std::nullopt;
+}
+
+bool SdrView::hasReading() const
+{
+    return type() == sdrtype::full && eventType() == eventtype::threshold && has(sdr::exponents) &&
+           units().format() != DataFormat::noReading && linearisation() <= lastFormula;
 }
 
 Factors SdrView::factors() const

@@ -46,6 +46,9 @@ inline constexpr NamePlace namePlaces[] = {
 /// Linearisation codes from here on are of sensors that are not linear (43.1, byte 24).
 inline constexpr std::uint8_t firstNonLinear = 0x70;
 
+/// The last linearisation code whose formula the standard gives (43.1, byte 24); a reading of those between needs none.
+inline constexpr std::uint8_t lastFormula = 0x0B;
+
 /// A view of one record; the bytes stay the caller's. A byte that the record does not have reads as 0.
 class SdrView {
 public:
@@ -83,6 +86,8 @@ public:
     /// Of a full record (IPMI 2.0, 36.3).
     std::uint8_t linearisation() const { return at(sdr::linearisation) & 0x7F; }
     bool isLinear() const { return type() == sdrtype::full && linearisation() < firstNonLinear; }
+    /// True for a full record of a sensor with thresholds whose raw reading the record's own factors turn into a value.
+    bool hasReading() const;
     Factors factors() const;
 
     /// The field of the sensor's or device's name; empty where the type of record has none.

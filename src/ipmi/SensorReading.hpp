@@ -24,13 +24,14 @@ inline constexpr unsigned generalChassisIntrusion = 0;
 class SensorReading {
 public:
     static constexpr std::size_t rawAt = 0, flagsAt = 1, states1At = 2, states2At = 3, size = 4;
-    static constexpr std::uint8_t unavailableFlag = 0x20;
+    static constexpr std::uint8_t unavailableFlag = 0x20, scanningFlag = 0x40;
 
     explicit SensorReading(ByteView answer) : data(answer) {}
 
     std::uint8_t raw() const { return byteAt(data, rawAt); }
     /// "Reading/state unavailable": the rest says nothing.
     bool isUnavailable() const { return (byteAt(data, flagsAt) & unavailableFlag) != 0; }
+    bool isScanned() const { return (byteAt(data, flagsAt) & scanningFlag) != 0; }
     /// Bit n is offset n; bit 15 is reserved.
     std::uint16_t states() const { return wordAt(data, states1At); }
     bool isSet(unsigned offset) const { return (states() >> offset & 1) != 0; }

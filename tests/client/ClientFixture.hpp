@@ -69,7 +69,7 @@ struct Sensor {
     std::size_t recordBytes = 48;
     int lun = 0;
     int owner = 0x20;
-    int eventType = 0x6F;
+    int eventType = 1;
 
     std::string path() const
     {

@@ -204,7 +204,7 @@ TEST_F(FilledBehind, HealthIsTheWorstOfWhatTheSensorsSayAndUnavailableWithoutThe
     };
     EXPECT_EQ(healthAfter(0), ENUM_STATUS_UNAVAILABLE);
     EXPECT_EQ(healthAfter(1), ENUM_STATUS_CRITIC);            // beyond 14, from the first reading on
-    sdk.answer(hot.path() + "/INTERPRET_SENSOR_VALUE", "14"); // a bound is inside
+    sdk.answer(hot.path() + "/INTERPRET_SENSOR_VALUE", "13"); // at a bound is beyond it
     EXPECT_EQ(healthAfter(20), ENUM_STATUS_WARNING);
     sdk.answer(hot.path() + "/INTERPRET_SENSOR_VALUE", "12");
     EXPECT_EQ(healthAfter(20), ENUM_STATUS_HEALTHY);

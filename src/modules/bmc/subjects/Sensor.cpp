@@ -4,6 +4,7 @@
 #include "common/Policy.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
+#include "ipmi/States.hpp"
 #include "modules/bmc/subjects/Sdr.hpp"
 #include "modules/bmc/subjects/SensorConversion.hpp"
 #include "modules/bmc/subjects/SensorStates.hpp"
@@ -19,6 +20,7 @@ namespace Module::BMCConfig {
 namespace {
 
 constexpr const char* unavailable = "READING_UNAVAILABLE";
+constexpr const char* nothingAsserted = "ALL_DEASSERTED";
 constexpr std::uint8_t linearisationBits = 0x3F; ///< one less than the standard has: no code of its own lies above
 
 constexpr const char* rawReading = "INTERPRET_SENSOR_VALUE_NUMBER";
@@ -192,6 +194,8 @@ void Sensor::interpret_sensor_value(const std::string& query, SymbolMap& result)
 
 std::string Sensor::valueText()
 {
+    if (common::policy().refusesOddReadings && !record().hasReading())
+        return unavailable;
     const ipmi::Factors factors = record().factors();
     int x = 0;
     double value = 0.0;
@@ -206,8 +210,16 @@ std::string Sensor::stateText() const
 {
     if (!record().isReadable()) // an event-only record has other fields at these places
         return nameStates(0, 0, 0);
-    return nameStates(record().eventType().value_or(0), record().sensorType().value_or(0),
-                      ipmi::SensorReading(reading).states() & record().readableStates());
+    const std::uint8_t readingType = record().eventType().value_or(0), sensorType = record().sensorType().value_or(0);
+    const unsigned mask = record().readableStates(), states = ipmi::SensorReading(reading).states();
+    if (!common::policy().namesDeasserted)
+        return nameStates(readingType, sensorType, states & mask);
+    const unsigned shown = mask == 0 ? states : states & mask; // some records leave the mask out
+    if (shown != 0)
+        return nameStates(readingType, sensorType, shown);
+    const auto known = ipmi::statesOf(readingType, sensorType);
+    const bool isWell = ipmi::SensorReading(reading).isScanned() && !known.empty() && !ipmi::canSayFitted(known, mask);
+    return isWell ? nothingAsserted : unknownState;
 }
 
 void Sensor::interpret_sensor_units(const std::string& query, SymbolMap& result)
