@@ -73,6 +73,7 @@ public:
 
 private:
     int runInit();
+    void fillWithoutSensors();
     void withSensor(int deviceId, const std::function<void(BaseAccessor& group, int row)>& use);
 };
 

@@ -4,8 +4,6 @@
 #include "client/status/StatusWords.hpp"
 #include "common/Policy.hpp"
 
-#include <cmath>
-
 using namespace client::groups;
 using namespace client::status;
 using namespace client::words;
@@ -233,7 +231,7 @@ int DiscreteGroup<Row>::readStatusNumber(int row)
 template<class Row>
 bool DiscreteGroup<Row>::readUnread(int row, std::mutex& guard)
 {
-    if (!this->getAddress(row) || std::isnan(readLive(row).m_cData.m_dReading))
+    if (!this->getAddress(row) || !readLive(row).m_cData.m_bAnswered)
         return true;
     return sensors.readUnread(row, m_nMultiplier, guard);
 }

@@ -148,6 +148,7 @@ ThresholdReading takeReading(const CSensorWrapper& wrapper, std::span<const Boun
     reading.value = wrapper.m_cData.m_iValue;
     reading.unitType = wrapper.m_cInfo.m_iUnitType;
     reading.boundsKnown = !wrapper.m_pUnread;
+    reading.answered = wrapper.m_cData.m_bAnswered;
     for (const BoundSource& bound : bounds)
         reading.bounds.*bound.to = wrapper.m_cData.*bound.from;
     return reading;
@@ -265,7 +266,7 @@ ThresholdReading ThresholdProbe::readLive(int row)
 bool ThresholdProbe::readUnread(int row, std::mutex& guard)
 {
     ThresholdRow* const stored = getAddress(row);
-    if (!stored || readLive(row).value == noValue)
+    if (!stored || !readLive(row).answered)
         return true;
     const bool answered = sensors.readUnread(row, traits.m_nMultiplier, guard);
     const std::scoped_lock lock(guard);

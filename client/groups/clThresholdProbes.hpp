@@ -29,6 +29,7 @@ struct ThresholdReading {
     status::Bounds bounds;
     int unitType = 0;
     bool boundsKnown = true;
+    bool answered = false;                   ///< see CSensorData
     std::optional<status::Judgement> judged; ///< where the group's own rules do not count
 };
 

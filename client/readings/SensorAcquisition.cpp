@@ -335,7 +335,9 @@ void GetSensorData(CSensorWrapper& wrapper, long multiplier)
               info.m_ucType);
     const std::string path = readingPath(info);
     const auto answers = tryQuery(path, "\n Failed for SensorReadingquery\n");
-    if (const std::string* const value = answers ? findAnswer(*answers, path) : nullptr)
+    const std::string* const value = answers ? findAnswer(*answers, path) : nullptr;
+    wrapper.m_cData.m_bAnswered = value != nullptr;
+    if (value)
         storeReading(wrapper, *value, multiplier);
     else if (common::policy().expiresReadings)
         storeReading(wrapper, noReading, multiplier);

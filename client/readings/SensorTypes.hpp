@@ -74,6 +74,7 @@ struct CSensorData {
     std::string m_sStates;                                        ///< the value in the SDK's own words
     double m_dReading = std::numeric_limits<double>::quiet_NaN(); ///< not rounded; NaN is "no value"
     client::status::Limits m_Limits;
+    bool m_bAnswered = false; ///< the controller has told of the sensor, be it that it has no reading now
 };
 
 struct CSensorWrapper {

@@ -53,7 +53,7 @@ board.discrete(0x35, PROCESSOR, "Socket 1", [7], entity=(3, 2))
 board.discrete(0x36, MEMORY, "SLOT A0", [6], entity=(32, 1))
 board.discrete(0x37, MEMORY, "SLOT B0", [6], entity=(32, 2))
 for bay in range(8):
-    board.discrete(0x40 + bay, DRIVE_BAY, f"Bay {bay}", {3: [0, 1], 7: []}.get(bay, [0]), entity=(4, bay + 1))
+    board.discrete(0x40 + bay, DRIVE_BAY, f"Bay {bay}", [0, 1] if bay == 3 else [0], entity=(4, bay + 1))
 board.discrete(0x50, EVENT_LOG, "Event Log", [])
 board.discrete(0x51, BUTTON, "Front Buttons", [])
 board.discrete(0x52, WATCHDOG, "Host Watchdog", [])

@@ -46,7 +46,8 @@ struct Policy {
     bool showsFullNames = false;     ///< clThresholdProbes: names of voltages are not cut at nine characters
     bool tellsRowsApart = false;     ///< RowNames: equal names of a table get what tells them apart
     // States.
-    bool refusesOddReadings = false; ///< Sensor: a reading whose formula the record does not give is none
+    bool convertsByStandard = false; ///< Sensor: curves by the standard's formula, and no reading without one
+    bool heedsScanning = false;      ///< Sensor: what nobody scans has no reading
     bool namesDeasserted = false;    ///< Sensor: a reading without a state is one, where nothing needs to be there
     bool judgesEachState = false; ///< SensorAcquisition: readings by their limits, states by one list; the worst counts
     bool listsEverySensor = false; ///< DiscreteGroup: a row for sensors of types without a group, too

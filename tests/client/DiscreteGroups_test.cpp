@@ -45,6 +45,36 @@ TEST(DiscreteWords, ListsAreTakenWordByWord)
     }
 }
 
+/// The SDK's words of a sensor of `readingType` and `sensorType`.
+TEST(DiscreteWords, InAllStatesTheWorstCountsByOneList)
+{
+    const std::tuple<int, int, const StatusWords&, const char*, const char*> cases[] = {
+        {0x6F, 0x07, discreteProcessorWords, "THERMAL_TRIP, PROCESSOR_PRESENCE_DETECTED", "critical"},
+        {0x6F, 0x07, discreteProcessorWords, "PROCESSOR_PRESENCE_DETECTED, no such word", "ok"},
+        {0x6F, 0x0C, discreteMemoryWords, "UNCORRECTABLE_ECC, SPARE", "critical"},
+        {0x6F, 0x08, powerSupplyWords, "POWER_SUPPLY_FAILURE_DETECTED, POWER_SUPPLY_INPUT_LOST", "critical"},
+        {0x6F, 0x08, powerSupplyWords, "READING_UNAVAILABLE", "unknown"},
+        {0x6F, 0x09, redundancyWords, "POWER_UNIT_FAILURE_DETECTED", "critical"},
+        {0x6F, 0x0D, driveSlotWords, "DRIVE_PRESENCE, PREDICTIVE_FAILURE", "nonCritical"},
+        {0x6F, 0x0D, driveSlotWords, "REBUILD/REMAP_ABORTED", "critical"},
+        {0x6F, 0x13, miscSensorWords, "FATAL_NMI", "nonRecoverable"},
+        {0x6F, 0x25, miscSensorWords, "ENTITY_ABSENT", "ok"},
+        {0x08, 0x04, discreteCoolingWords, "DEVICE_REMOVED/DEVICE_ABSENT", "unknown"},
+        {0x08, 0x0D, driveSlotWords, "DEVICE_REMOVED/DEVICE_ABSENT", "ok"},
+        {0x03, 0x02, discreteVoltageWords, "STATE_ASSERTED", "critical"},
+        {0x03, 0x16, miscSensorWords, "STATE_ASSERTED", "unknown"},
+        {0x72, 0xC3, miscSensorWords, "UNKNOWN", "unknown"},
+        {0x6F, 0x10, miscSensorWords, "ALL_DEASSERTED", "ok"},
+    };
+    for (const auto& [readingType, sensorType, words, states, status] : cases)
+        EXPECT_STREQ(
+            judgeStates(states,
+                        ipmi::statesOf(static_cast<std::uint8_t>(readingType), static_cast<std::uint8_t>(sensorType)),
+                        words),
+            status)
+            << states;
+}
+
 /// A group, its first column, and the name of a row whose sensor has none.
 struct GroupCase {
     int type;

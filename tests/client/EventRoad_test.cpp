@@ -1,4 +1,5 @@
 #include "client/events/SNMP_RouteEvent.hpp"
+#include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
 #include "ipmi/SensorReading.hpp"
@@ -62,11 +63,11 @@ std::vector<EventKind> everyKind()
 }
 
 /// Where the words of the decimal reading of event data 1 are given: thresholds of temperatures, voltages and fans,
-/// processors, and states above 9.
+/// processors, and states above 9; an uncorrectable error of the processor complex is given as non-critical.
 bool hasGivenGravity(const EventKind& kind)
 {
     if (kind.eventType == ipmi::eventtype::sensorSpecific)
-        return kind.data1 > 9;
+        return kind.data1 > 9 || (kind.sensorType == 7 && kind.data1 == 6);
     return kind.eventType <= ipmi::eventtype::threshold &&
            (kind.sensorType == 1 || kind.sensorType == 2 || kind.sensorType == 4 || kind.sensorType == 7);
 }
@@ -345,6 +346,16 @@ TEST_F(EventRoad, EveryKindOfEventEndsInItsTrap)
         EXPECT_TRUE(isAsGraveInTheLog() || hasGivenGravity(kind)) << log.translate(log.records.back());
     }
     EXPECT_THAT(expected.unused, testing::IsEmpty());
+}
+
+TEST_F(EventRoad, ByOneListOfStatesTrapAndLogAgreeOnEveryKind)
+{
+    const common::ScopedPolicy practical({.readsTrueOffsets = true, .agreesOnGravity = true});
+    for (const EventKind& kind : everyKind()) {
+        SCOPED_TRACE(ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType)) + " " + kind.key());
+        const std::string outcome = outcomeOf(kind);
+        EXPECT_TRUE(isAsGraveInTheLog()) << outcome << '\n' << log.translate(log.records.back());
+    }
 }
 
 } // namespace

@@ -31,6 +31,28 @@ TEST(Status, ReadingIsHeldAgainstTheBoundsThatAreSet)
         EXPECT_STREQ(statusOf(c.reading, c.bounds), c.word) << c.reading;
 }
 
+TEST(Status, AReadingAtABoundIsBeyondItByTheRuleForAllTables)
+{
+    constexpr Limits limits{90, 80, 70, 30, 20, 10};
+    const std::tuple<double, Limits, std::string> cases[] = {
+        {50, limits, "ok"},
+        {69.9, limits, "ok"},
+        {70, limits, "Upper nonCritical"},
+        {80, limits, "Upper critical"},
+        {90, limits, "Upper nonRecoverable"},
+        {30, limits, "Lower nonCritical"},
+        {20, limits, "Lower critical"},
+        {-5, limits, "Lower nonRecoverable"},
+        {-500, {.upperCritical = 80}, "ok"},
+        {50, {}, "ok"},
+        {std::nan(""), limits, "unknown"},
+    };
+    for (const auto& [reading, bounds, said] : cases) {
+        const Judgement judged = judgeReading(reading, bounds);
+        EXPECT_EQ(judged.side + std::string(judged.status), said) << reading;
+    }
+}
+
 TEST(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
 {
     constexpr Bounds narrow{.upperNonRec = 70,

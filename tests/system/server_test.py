@@ -119,8 +119,9 @@ class InstalledAgent(unittest.TestCase):
                          if suffix[:len(thing.arc)] == thing.arc}
                 return rows(thing, below)
 
-            compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, read_rows, practical)
-            compare_states(self, simulator.board, simulator.ipmitool("sdr", "elist").stdout, read_rows)
+            elist = simulator.ipmitool("sdr", "elist").stdout
+            compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, elist, read_rows, practical)
+            compare_states(self, simulator.board, elist, read_rows, practical)
             traps = parse_traps((share / "traps.txt").read_text(encoding="latin-1"))
             # a sensor of the board is beyond critical from the start, which only the practical mode's health tells
             self.assertEqual([(name, objects[0][1]) for name, objects in traps],

@@ -13,6 +13,7 @@ from pathlib import Path
 from hwtools.bench import COMMUNITY, ENTERPRISE, ROOT, SEL_MARK, Agent, MasterAgent, Simulator, settings
 from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import wait_until
+from lib.bench import BOARDS, QUICKSTART
 from lib.traps import TrapReceiver
 
 BASE = ENTERPRISE + ".2.10.3.5"
@@ -45,13 +46,14 @@ def health(before, after, severity):
 class Bench(unittest.TestCase):
     """A manager, a simulator, a master agent, and an agent that follows the event log."""
 
+    BOARD = QUICKSTART
     CONFIGURATION = CONFIGURATION
 
     def setUp(self):
         with contextlib.ExitStack() as bench:
             folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
             self.receiver = bench.enter_context(TrapReceiver(folder / "manager"))
-            self.simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", folder / "bmc"))
+            self.simulator = bench.enter_context(Simulator(self.BOARD, folder / "bmc"))
             self.master = bench.enter_context(MasterAgent(folder / "master", self.receiver.sink))
             self.agent = bench.enter_context(Agent(folder / "agent", self.simulator, self.master, self.CONFIGURATION))
             self.agent.wait_served()
@@ -156,13 +158,34 @@ class Traps(Bench):
         self.assertEqual([name for name, _ in self.receiver.wait_for(1, POLL_SECONDS + TRAP_SECONDS * 2)], ["70.16"])
 
 
-class PracticalTraps(Bench):
-    """The log is followed over whatever happens to it and to the agent; a record is told once."""
-
+class PracticalBench(Bench):
     CONFIGURATION = CONFIGURATION + "practical = 1\ntrapBurst = 5\n"
 
     def has_polled(self):
         return (self.agent.root / SEL_MARK.lstrip("/")).exists()
+
+
+class PracticalHealth(PracticalBench):
+    BOARD = BOARDS / "server2025.py"
+
+    def test_it_follows_what_is_there_and_a_recovery_from_one_state_tells_the_one_that_still_holds(self):
+        at = {s["name"]: f"{s['owner']:#x} {s['lun']} {s['number']:#x}" for s in self.simulator.board.sensors}
+        for command, reading, health_then in (
+                ("bit", f"{at['Power Unit State']} 6 1 0", CRITICAL),  # a failure that no event tells
+                ("bit", f"{at['Power Unit State']} 6 0 0", HEALTHY),
+                ("bit", f"{at['Chassis Lid']} 0 1 1", CRITICAL), ("bit", f"{at['Chassis Lid']} 0 0 0", HEALTHY),
+                ("value", f"{at['CPU1 Temp']} 97 1", CRITICAL), ("value", f"{at['CPU1 Temp']} 88 1", WARNING),
+                ("value", f"{at['CPU1 Temp']} 60 1", HEALTHY)):
+            with self.subTest(sensor=reading):
+                self.simulator.say(f"sensor_set_{command} {reading}")
+                wait_until(lambda health=health_then: self.get(SYSTEM_SEVERITY) == health, 60, "the health", 0.2)
+        texts = [values[0][1] for name, values in self.receiver.traps() if name.startswith("70.")]
+        self.assertEqual(texts, ["Status is Upper Non-Critical", "Status is Upper Critical", "Status is Upper Non-Critical",
+                                 "Status is OK"])
+
+
+class PracticalTraps(PracticalBench):
+    """The log is followed over whatever happens to it and to the agent; a record is told once."""
 
     def add(self, *errors):
         """Correctable errors of a module, which have no say in the health; what tells them apart is their first byte."""

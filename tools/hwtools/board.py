@@ -92,7 +92,7 @@ class Board:
         self._record([2, owner, lun, number, *entity, 0x67, 0x40, kind, events, *little_endian(mask, 2) * 3, 0xC0, 0, 0,
                       share, 0, 0, 0, 0, 0, 0, 0, *type_length(name, coding)])
         self._sensor(number, kind, name, coding, owner, lun, entity, record="compact", events=events, share=share,
-                     value=None, states=sorted(states) if scanned else None)
+                     mask=mask, value=None, states=sorted(states) if scanned else None)
         at = f"{owner:#x} {lun} {number:#x}"
         self.commands += [
             f"sensor_add {at} {kind:#x} {events:#x}",

@@ -155,11 +155,14 @@ PROCESSOR_TYPES = {0: "notRead", 1: "other", 2: "unknown", 3: "centralProcessor"
 
 OBJECTS = (
     _scalars("systemManagementSoftwareGroup", "SMINFO", (100,), "Agent and health of the whole system.", "system", [
-        _number("HealthStatus", "HEALTHSTATUS", "Health of the whole system. When the agent starts it is "
-                "the worst status of the rows of processors, memory, voltages, currents, fans and temperatures; rows of "
-                "sensors that report states do not count, nor does the chassis. From then on events of processors, supplies, "
-                "power units, memory, voltages, fan speeds and temperatures move it, not readings: watch the status columns "
-                "too. It is healthy when no management controller answers and all tables but the firmware's are empty.", values=STATUS),
+        _number("HealthStatus", "HEALTHSTATUS", "Health of the whole system. In the practical mode it is "
+                "the worst present status of all rows of sensors, at the start and after each reading and event; rows that are "
+                "unavailable do not count, and it is unavailable as long as no row has a status. In the plain mode it is, when "
+                "the agent starts, the worst status of the rows of processors, memory, voltages, currents, fans and "
+                "temperatures; rows of sensors that report states do not count, nor does the chassis. From then on events of "
+                "processors, supplies, power units, memory, voltages, fan speeds and temperatures move it, not readings: watch "
+                "the status columns too. It is healthy there when no management controller answers and all tables but the "
+                "firmware's are empty.", values=STATUS),
         _text("PlatformDescription", "PLATFORMDESC", "Description of the platform, from the configuration file."),
         _number("PlatformId", "PLATFORMID", "Number of the platform, from the configuration file."),
         _number("TrapsEnabled", "TRAPSENABLED", "Whether events become traps.", values=SWITCH),

@@ -1,4 +1,5 @@
 #include "common/Policy.hpp"
+#include "ipmi/SdrView.hpp"
 #include "tests/modules/bmc/SdrFixture.hpp"
 #include "tests/transport/FakeKcs.hpp"
 
@@ -69,6 +70,50 @@ TEST_F(Sensor, ReadingWithoutItsFlagsIsFilledUpOrNone)
     EXPECT_EQ(read({0}), "READING_UNAVAILABLE");
     EXPECT_EQ(read({0, 7, 0xC0}), filledUp) << "the states are optional";
     EXPECT_EQ(read({0, 7, 0x20}), "READING_UNAVAILABLE");
+}
+
+TEST_F(Sensor, WithoutAStateAllAreDeassertedUnlessTheDeviceMayBeMissingOrNobodyLooks)
+{
+    struct Case {
+        std::uint8_t sensorType, readingType, mask, flags, states;
+        const char *plain, *practical;
+    };
+    for (const Case& c : {Case{0x05, 0x6F, 0x7F, 0xC0, 0, "UNKNOWN", "ALL_DEASSERTED"},
+                          {0x05, 0x6F, 0x7F, 0x80, 0, "UNKNOWN", "READING_UNAVAILABLE"},
+                          {0x08, 0x6F, 0x0F, 0xC0, 0, "UNKNOWN", "UNKNOWN"},
+                          {0x08, 0x6F, 0x0E, 0xC0, 0, "UNKNOWN", "ALL_DEASSERTED"},
+                          {0x08, 0x6F, 0x00, 0xC0, 2, "UNKNOWN", "POWER_SUPPLY_FAILURE_DETECTED"},
+                          {0x04, 0x08, 0x03, 0xC0, 0, "DEVICE_REMOVED/DEVICE_ABSENT", "UNKNOWN"},
+                          {0xC3, 0x72, 0x03, 0xC0, 0, "UNKNOWN", "UNKNOWN"}}) {
+        Module::BMCConfig::Cache::instance().Clear();
+        records = {compact(1, 1, c.sensorType, c.readingType)};
+        records[0][ipmi::sdr::readableStates] = c.mask;
+        records[0][ipmi::sdr::readableStates + 1] = 0;
+        bmc.on(0x04, 0x2D, IpmiAnswer{0, 0, c.flags, c.states, 0x80});
+        EXPECT_EQ(text("/BMC/SENSOR[1]/INTERPRET_SENSOR_VALUE"), c.plain);
+        const common::ScopedPolicy practical({.heedsScanning = true, .namesDeasserted = true});
+        EXPECT_EQ(text("/BMC/SENSOR[1]/INTERPRET_SENSOR_VALUE"), c.practical) << int(c.sensorType);
+    }
+}
+
+TEST_F(Sensor, CurvesAreOfTheStandardAndAReadingWithoutAFormulaIsNone)
+{
+    struct Case {
+        std::uint8_t linearisation, units;
+        const char *plain, *practical;
+    };
+    for (const Case& c : {Case{0x00, 0, "0.900000", "0.900000"},
+                          {0x04, 0, "8103.083928", "2.459603"},
+                          {0x70, 0, "0.000000", "READING_UNAVAILABLE"},
+                          {0x0C, 0, "0.000000", "READING_UNAVAILABLE"},
+                          {0x00, 0xC0, "0.900000", "READING_UNAVAILABLE"}}) {
+        Module::BMCConfig::Cache::instance().Clear();
+        records = {full(1, 1, 1, {c.units, 1, 0, c.linearisation, 1, 0, 0, 0, 0, 0xF0})};
+        bmc.on(0x04, 0x2D, IpmiAnswer{0, 9, 0xC0, 0, 0});
+        EXPECT_EQ(text("/BMC/SENSOR[1]/INTERPRET_SENSOR_VALUE"), c.plain) << int(c.linearisation);
+        const common::ScopedPolicy practical({.convertsByStandard = true});
+        EXPECT_EQ(text("/BMC/SENSOR[1]/INTERPRET_SENSOR_VALUE"), c.practical) << int(c.linearisation);
+    }
 }
 
 TEST_F(Sensor, EventOnlyRecordHasNoUnits)

@@ -5,6 +5,7 @@ from dataclasses import dataclass
 from hwtools.board import CURRENT, FAN, TEMPERATURE, VOLTAGE
 from hwtools.ipmi import convert
 from hwtools.mibtable import NO_VALUE, find_object
+from lib.states import is_linear, key_of, parse_elist, practical_status
 
 BOUNDS = ("lnr", "lc", "lnc", "unc", "uc", "unr")  # ipmitool's order of columns
 COLUMN_OF = {"unr": "UpperNonRecoverableThreshold", "uc": "UpperCriticalThreshold", "unc": "UpperNonCriticalThreshold",
@@ -60,38 +61,42 @@ def shown_names(sensors, length, practical):
             for name, sensor in zip(names, sensors)]
 
 
-def expected_rows(group, board, seen, practical):
+def expected_rows(group, board, seen, said, practical):
     """Rows of one table, {column name: value}, from ipmitool's lines of the board. Only in the practical mode the agent asks
     another LUN than 0; else a sensor there shows what the same number has at LUN 0."""
-    lines = {(s["owner"], s["lun"], s["number"]): line for s, line in zip(board.sensors, seen, strict=True)}
-    chosen = [(sensor, lines[sensor["owner"], sensor["lun"] if practical else 0, sensor["number"]])
-              for sensor in board.sensors
-              if sensor["type"] == group.kind and (not group.linear_only or _linear(sensor))]
+    lines = {key_of(sensor): line for sensor, line in zip(board.sensors, seen, strict=True)}
+    chosen = [sensor for sensor in board.sensors
+              if sensor["type"] == group.kind and (not group.linear_only or is_linear(sensor, practical))]
     # rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]
-    chosen.sort(key=lambda pair: f"SDR[{pair[0]['record_id']}]")
-    names = shown_names([sensor for sensor, _ in chosen], group.name_length, practical)
-    return [_expected_row(group, place, name, *pair) for place, (name, pair) in enumerate(zip(names, chosen), 1)]
+    chosen.sort(key=lambda sensor: f"SDR[{sensor['record_id']}]")
+    keys = [(sensor["owner"], sensor["lun"] if practical else 0, sensor["number"]) for sensor in chosen]
+    make = _practical_row if practical else _plain_row
+    return [_whole_row(group, place, name, sensor, *make(group, sensor, lines[key], said[key]))
+            for place, (name, sensor, key) in enumerate(zip(shown_names(chosen, group.name_length, practical), chosen, keys), 1)]
 
 
-def _linear(sensor):
-    return sensor["record"] == "full" and sensor["factors"]["linearisation"] == 0
+def _practical_row(_, sensor, line, said):
+    """(reading, bounds, status): what ipmitool says, and sensors of states have no numbers."""
+    status = practical_status(sensor, *said)
+    return (line.value, line.bounds, status) if sensor["record"] == "full" else (None, dict.fromkeys(BOUNDS), status)
 
 
-def _expected_row(group, place, name, sensor, line):
-    reading = line.value
+def _plain_row(group, sensor, line, _):
+    reading, bounds = line.value, line.bounds
     if reading is None and sensor["known"]:  # ipmitool hides what is not scanned; the agent shows what the BMC gives
         reading = convert(sensor["factors"], sensor["raw"])
-    whole = {key: _whole(group, value) for key, value in line.bounds.items()}
-    whole_reading = _whole(group, reading)
-    shown = dict(whole)
+    status = expected_status(group.kind, _whole(group, reading), {key: _whole(group, value) for key, value in bounds.items()})
     if group.kind == FAN:  # the outer bounds of fans are the warning bounds
-        shown["unr"], shown["lnr"] = whole["unc"], whole["lnc"]
-    status = expected_status(group.kind, whole_reading, whole)
+        bounds = {**bounds, "unr": bounds["unc"], "lnr": bounds["lnc"]}
+    return reading, bounds, status
+
+
+def _whole_row(group, place, name, sensor, reading, bounds, status):
     row = {"Index": place, "DeviceId": sensor["number"] << 16 | sensor["owner"] << 8 | sensor["lun"],
            "Description": name, "Status": status, "StatusString": WORD[status],
-           "Reading": _unit(group, whole_reading)}
-    row.update({COLUMN_OF[key]: _unit(group, value) for key, value in shown.items()})
-    if not sensor["known"]:
+           "Reading": _unit(group, _whole(group, reading))}
+    row.update({COLUMN_OF[key]: _unit(group, _whole(group, value)) for key, value in bounds.items()})
+    if not sensor.get("known", True):
         del row["Reading"]  # the controller refuses it: nothing is promised but the state
     return {group.prefix + column: value for column, value in row.items()}
 
@@ -121,13 +126,14 @@ def expected_status(kind, reading, bounds):
     return WARNING if outside("unc", "lnc") else HEALTHY
 
 
-def compare_tables(test, board, sensor_text, read_rows, practical):
-    """Fails `test` for each row of the threshold tables that is not as `ipmitool sensor` has it. `read_rows` gives the
+def compare_tables(test, board, sensor_text, elist, read_rows, practical):
+    """Fails `test` for each row of the threshold tables that is not as `ipmitool sensor` has it, in the
+    practical mode its state as `ipmitool sdr elist`. `read_rows` gives the
     rows of a MibObject. A voltage or current may differ by one count of its last digit, where a value that binary
     fractions cannot hold was cut."""
-    seen = parse_ipmitool_sensor(sensor_text)
+    seen, said = parse_ipmitool_sensor(sensor_text), parse_elist(elist, board)
     for group in GROUPS:
-        expected = expected_rows(group, board, seen, practical)
+        expected = expected_rows(group, board, seen, said, practical)
         found = read_rows(find_object(group.table))
         test.assertGreater(len(expected), 0)
         test.assertEqual([row[group.prefix + "DeviceId"] for row in found],

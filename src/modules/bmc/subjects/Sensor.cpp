@@ -92,7 +92,7 @@ void Sensor::answer(const std::string& query, const std::string& plain, const Ad
     if (asks == Asks::Value || (asks == Asks::RawValue && !isNumeric())) {
         if (!loadReading(sensor))
             return;
-        if (ipmi::SensorReading(reading).isUnavailable()) {
+        if (isWithoutReading()) {
             result[query] = unavailable;
             return;
         }
@@ -187,21 +187,41 @@ bool Sensor::isNumeric() const
            record().has(ipmi::sdr::exponents);
 }
 
+/// What a sensor keeps while nobody scans it may be of any age.
+bool Sensor::isWithoutReading() const
+{
+    const ipmi::SensorReading answer(reading);
+    return answer.isUnavailable() || (common::policy().heedsScanning && !answer.isScanned());
+}
+
 void Sensor::interpret_sensor_value(const std::string& query, SymbolMap& result)
 {
     result[query] = isNumeric() ? valueText() : stateText();
 }
 
-std::string Sensor::valueText()
+double Sensor::plainValue() const
 {
-    if (common::policy().refusesOddReadings && !record().hasReading())
-        return unavailable;
     const ipmi::Factors factors = record().factors();
     int x = 0;
     double value = 0.0;
     CVTCUtilities::GetSignedData(raw, static_cast<std::uint8_t>(record().units().format()), &x);
     CVTCUtilities::ConversionFormula(record().linearisation() & linearisationBits, factors.m, x, factors.b,
                                      factors.resultExponent, factors.bExponent, &value);
+    return value;
+}
+
+/// IPMI 2.0, 36.3; NaN where the record does not give the formula.
+double Sensor::standardValue() const
+{
+    if (!record().hasReading())
+        return std::nan("");
+    return ipmi::linearise(record().linearisation(),
+                           record().factors().apply(ipmi::signedReading(raw, record().units().format())));
+}
+
+std::string Sensor::valueText()
+{
+    const double value = common::policy().convertsByStandard ? standardValue() : plainValue();
     // The logarithm of 0 is no number that a manager could be shown.
     return std::isfinite(value) ? Util::double_to_string(value) : unavailable;
 }
@@ -218,8 +238,7 @@ std::string Sensor::stateText() const
     if (shown != 0)
         return nameStates(readingType, sensorType, shown);
     const auto known = ipmi::statesOf(readingType, sensorType);
-    const bool isWell = ipmi::SensorReading(reading).isScanned() && !known.empty() && !ipmi::canSayFitted(known, mask);
-    return isWell ? nothingAsserted : unknownState;
+    return known.empty() || ipmi::canSayFitted(known, mask) ? unknownState : nothingAsserted;
 }
 
 void Sensor::interpret_sensor_units(const std::string& query, SymbolMap& result)

@@ -54,6 +54,9 @@ private:
     Address address(const std::string& plain);
     bool loadRecord(const Address& sensor);
     bool loadReading(const Address& sensor);
+    double plainValue() const;
+    double standardValue() const;
+    bool isWithoutReading() const;
     bool isWithoutFlags();
     bool isNumeric() const;
     ipmi::SdrView record() const { return ipmi::SdrView(sdr); }
