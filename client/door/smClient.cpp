@@ -166,22 +166,13 @@ bool smClient::fillGroups(client::door::Sources sources)
     const unsigned long failuresBefore = interfaceFailures();
     if (sources == client::door::Sources::repository) {
         forgetStanding("/BMC/");
-        if (!hasRepository()) {
-            fillWithoutSensors();
+        if (!hasRepository())
             return false;
-        }
     }
     for (const Group& group : groups)
         if (isFilledFrom(group.entity, sources))
             group.refill(*this, groupsGuard);
     return interfaceFailures() == failuresBefore;
-}
-
-/// The firmware knows the processors of a machine of which the controller knows nothing.
-void smClient::fillWithoutSensors()
-{
-    if (getCount(PROCESSOR) == 0)
-        std::ranges::find(groups, PROCESSOR, &Group::entity)->refill(*this, groupsGuard);
 }
 
 bool smClient::readUnreadFigures(const std::function<bool()>& goOn)

@@ -73,7 +73,6 @@ public:
 
 private:
     int runInit();
-    void fillWithoutSensors();
     void withSensor(int deviceId, const std::function<void(BaseAccessor& group, int row)>& use);
 };
 
