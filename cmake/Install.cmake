@@ -19,6 +19,12 @@ install(CODE "
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION /usr/local/share/morvandale
         FILES_MATCHING PATTERN "*.ini")
 install(DIRECTORY share/mibs/ DESTINATION ${HWAGENT_HOME}/mibs)
+# For the administrator to copy to snmpd's own folder.
+install(FILES packaging/snmpd-hwagent.conf DESTINATION ${HWAGENT_HOME}/conf)
 install(FILES packaging/hwagent.service DESTINATION /usr/local/lib/systemd/system)
 # Where bash-completion looks for what is not a distribution's.
 install(FILES packaging/hwquery.bash DESTINATION /usr/local/share/bash-completion/completions RENAME hwquery)
+foreach(section 1 5 7 8)
+  file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/man/*.${section})
+  install(FILES ${pages} DESTINATION /usr/local/share/man/man${section})
+endforeach()
