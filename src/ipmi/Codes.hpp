@@ -48,8 +48,7 @@ inline constexpr std::uint8_t setLanConfiguration = 0x01, getLanConfiguration = 
 
 // The manufacturer's own, under `firmware` (1 to 0Fh) and the two OEM functions.
 inline constexpr std::uint8_t enterFirmwareTransfer = 0x00, programData = 0x01, satelliteReset = 0x04,
-                              programSegment = 0x05, getFirmwareUpdateStatus = 0x0F,
-                              writeToArea = 0xA2;
+                              programSegment = 0x05, getFirmwareUpdateStatus = 0x0F, writeToArea = 0xA2;
 inline constexpr std::uint8_t extendedSelInfo = 0x20, smbiosRegionStatus = 0x20, extendedSelAllocationInfo = 0x21,
                               extendedSelEntry = 0x23, readSmbiosRegion = 0x23, getAdvancedSupport = 0x5A,
                               getAddInSupport = 0x5B, getBufferSize = 0x5C, controlSdrConfiguration = 0x70,
