@@ -195,11 +195,11 @@ class PracticalTraps(PracticalBench):
     def told(self):
         return [name for name, _ in self.receiver.traps()].count("60.1")
 
-    def expect(self, count, seconds=3 * POLL_SECONDS):
-        """Waits for so many traps about modules in all; a moment later there are no more."""
+    def expect(self, count, seconds=3 * POLL_SECONDS, most=None):
+        """Waits for so many traps about modules in all; a moment later there are no more, or at most `most`."""
         wait_until(lambda: self.told() >= count, seconds, f"{count} traps, not {self.told()}", 0.1)
         time.sleep(1)
-        self.assertEqual(self.told(), count)
+        self.assertIn(self.told(), range(count, (most or count) + 1))
 
     def test_a_cleared_log_a_restart_and_a_master_that_is_gone_or_stalled_cost_nothing(self):
         self.add(1)
@@ -240,7 +240,7 @@ class PracticalTraps(PracticalBench):
         wait_until(lambda: len(self.receiver.traps()) >= 10, 3 * POLL_SECONDS, "the first of the traps", 0.02)
         os.kill(self.agent.pid, signal.SIGKILL)
         wait_until(lambda: self.get(SYSTEM_SEVERITY) == CRITICAL, 3 * POLL_SECONDS, "the health", 0.2)
-        self.expect(30, 60)
+        self.expect(30, 60, most=31)  # killed between a trap and its note, it tells that one again
 
 
 if __name__ == "__main__":
