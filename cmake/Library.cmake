@@ -1,5 +1,5 @@
 # The standard library's headers, precompiled once for all libraries: most of the time of a small file goes into them.
-# scripts/lint reads every file without it, so that each still names what it uses.
+# clang-tidy reads the files without it.
 file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/headers.cpp CONTENT "")
 add_library(hw_headers STATIC ${PROJECT_BINARY_DIR}/headers.cpp)
 target_link_libraries(hw_headers PRIVATE hw_warnings hw_hardening Threads::Threads)

@@ -164,12 +164,12 @@ def is_linear(sensor, practical):
 
 def _expected_row(prefix, sensor, state, words, meaning, extra, practical):
     row = {"DeviceId": sensor["number"] << 16 | sensor["owner"] << 8 | sensor["lun"]}
+    if sensor["record"] == "full" and not practical:
+        return {prefix + column: content for column, content in row.items()}  # a reading may be here too, but no state
     if practical:
         status, value = practical_status(sensor, state, words), meaning.get(words, (0, None))[1] if extra else None
-    elif sensor["record"] != "full":
-        status, value = meaning[words] if extra else (meaning[words], None)
     else:
-        return row  # a reading has its place here too when its kind or its curve wants it, but no state
+        status, value = meaning[words] if extra else (meaning[words], None)
     row |= {"Description": sensor["name"]} if not practical else {}
     row |= {"StatusString": WORD[status], "Status": status}
     row |= {extra: value} if value is not None and words else {}
