@@ -1,5 +1,6 @@
 #include "api-netsnmp/BackgroundThreads.hpp"
 
+#include "api-netsnmp/Process.hpp"
 #include "api-netsnmp/Signals.hpp"
 #include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
@@ -15,9 +16,6 @@
 
 namespace {
 using namespace std::chrono_literals;
-
-// The default stack of a thread follows the limit that the process was started with, not the raised one.
-constexpr std::size_t stackBytes = 20'971'520;
 
 std::FILE* logfile = nullptr;
 client::reader::Reader reader;
@@ -95,7 +93,7 @@ void start(Thread& thread)
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    pthread_attr_setstacksize(&attributes, stackBytes);
+    pthread_attr_setstacksize(&attributes, agent::stackBytes);
     thread.started = pthread_create(&thread.id, &attributes, thread.body, nullptr) == 0;
     pthread_attr_destroy(&attributes);
 }

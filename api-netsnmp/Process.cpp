@@ -28,7 +28,6 @@
 namespace {
 using namespace std::chrono_literals;
 
-constexpr rlim_t stackBytes = 20'971'520;
 constexpr int crashSignals[] = {SIGSEGV, SIGABRT, SIGBUS};
 constexpr auto longestCrashPause = 60s;
 constexpr auto soundLife = 60s; ///< behind it, a crash is the first again
@@ -125,7 +124,7 @@ bool hasSemaphores()
 /// Room for the two threads' stacks and as much again for what they read.
 bool hasMemory()
 {
-    constexpr std::size_t bytesNeeded = 4 * stackBytes;
+    constexpr std::size_t bytesNeeded = 4 * agent::stackBytes;
     void* const room =
         mmap(nullptr, bytesNeeded, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (room == MAP_FAILED)

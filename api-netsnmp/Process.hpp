@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 
 namespace agent {
 
@@ -28,7 +29,10 @@ void checkResources();
 /// says that another has it and ends the process with status 1. An agent that cannot make the file runs without it.
 void refuseSecondAgent();
 
-/// Raises the soft limit of the stack to 20 MiB if it is below: the query engine's interpreter runs deep.
+/// Of each thread: the query engine's interpreter runs deep.
+inline constexpr std::size_t stackBytes = 20'971'520;
+/// Raises the soft limit of the stack to it if it is below. A thread's default follows the limit that the process was
+/// started with, not the raised one.
 void raiseStackLimit();
 
 } // namespace agent

@@ -42,11 +42,6 @@ void tellFailure(const ResultStatus& status)
                           "the firmware tells of no processors and memory: " + why);
 }
 
-std::string subscripted(const std::string& path, std::size_t index)
-{
-    return path + '[' + std::to_string(index) + ']';
-}
-
 /// A sub-form may read a field anew that the structure's plain form has read already.
 void replaceOrAdd(FieldValues& fields, std::pair<std::string, std::string> value)
 {

@@ -29,11 +29,6 @@ void addBelow(FieldValues& values, const FieldInfo& field, std::string_view entr
     values.emplace_back(std::move(path), std::move(value));
 }
 
-std::string subscripted(std::string_view name, std::size_t index)
-{
-    return std::string(name) + '[' + std::to_string(index) + ']';
-}
-
 std::string extract(const FieldInfo& field, const SMBRecordInfo& record, int kind)
 {
     std::string text;

@@ -18,4 +18,9 @@ const std::string& SMBRecordInfo::string(std::size_t index) const
     return index == 0 || index > strings.size() ? none : strings[index - 1];
 }
 
+std::string subscripted(std::string_view path, std::size_t index)
+{
+    return std::string(path) + '[' + std::to_string(index) + ']';
+}
+
 } // namespace Protocol::SMBIOS

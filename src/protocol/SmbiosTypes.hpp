@@ -69,6 +69,9 @@ struct SMBRecordInfo {
 /// Paths below a structure's own path, and their values.
 using FieldValues = std::vector<std::pair<std::string, std::string>>;
 
+/// "path[index]".
+std::string subscripted(std::string_view path, std::size_t index);
+
 struct FieldInfo;
 
 /// Adds the values of one field of one structure.

@@ -6,6 +6,7 @@
 #include "common/Seams.hpp"
 #include "modules/bmc/HandlerTable.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
+#include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/subjects/SdrRepository.hpp"
 
 #include <algorithm>
@@ -18,8 +19,6 @@ namespace Module::BMCConfig {
 
 namespace {
 
-constexpr char getScheme[] = "GET:/";
-constexpr char setScheme[] = "SET:/";
 constexpr char fruQuery[] = "/BMC/FRU";
 /// Of a FRU read (IPMI 2.0, 34.2), 81h in the decimal text of replies: the device is busy.
 constexpr char fruBusy[] = "129";

@@ -38,8 +38,7 @@ Script writeOption(const std::string& name, const char* bits)
     const std::string value = "$" + name;
     return script({
         encode(value, device[0]),
-        send("GET://BMC/BOOT/OPTION"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/BOOT/OPTION"),
         readField("GET://BMC/BOOT/FLAGS", "$FLAGS", "$COMPLETION_CODE"),
         Map("$FLAGS", "MASK", "20", "$FLAGS"),
         Map("$FLAGS", "BIT_OR", bits, "$FLAGS"),

@@ -93,7 +93,7 @@ Script readFrontPanel()
     return script({
         send("GET://BMC/CHASSIS/FRONT_PANEL"),
         answerIfAbsent("NOT_SUPPORTED"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        checkCode(),
         IPMIResponse("$BUFFER", "GET://BMC/CHASSIS/FRONT_PANEL", "$FIELD"),
         If("$FIELD == ERROR", {returnText("NOT_SUPPORTED")}),
         Map("$FIELD", "MASK", "F", "$RESULT"),

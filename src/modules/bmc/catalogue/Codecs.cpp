@@ -12,8 +12,6 @@ namespace Module::BMCConfig::steps {
 
 namespace {
 
-constexpr unsigned wholeByte = 0xFF;
-
 std::string lowestBit(const Field& field)
 {
     return std::to_string(std::countr_zero(field.mask));

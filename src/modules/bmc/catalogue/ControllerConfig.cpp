@@ -35,11 +35,6 @@ Steps makeKey()
     return Map("ORVEL", "STR2HEX", "$/IPMI/FIRMWARE_SECRET_KEY");
 }
 
-Steps sendOrFail(const char* packet)
-{
-    return script({send(packet), If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")})});
-}
-
 Script writeMode()
 {
     return script({
@@ -47,8 +42,8 @@ Script writeMode()
         requireAddress(target),
         LookupTable("$MODE", "SET://BMC/CONTROLLER[]/MODE", "$WANTED"),
         makeKey(),
-        If("$WANTED == UPDATE", {sendOrFail("SET://BMC/CONTROLLER/ENTERFWXFERMODE")}),
-        If("$WANTED == OPERATIONAL", {sendOrFail("SET://BMC/CONTROLLER/EXITFWXFERMODE")}),
+        If("$WANTED == UPDATE", {sendAndCheck("SET://BMC/CONTROLLER/ENTERFWXFERMODE")}),
+        If("$WANTED == OPERATIONAL", {sendAndCheck("SET://BMC/CONTROLLER/EXITFWXFERMODE")}),
         Map(target, "HEX2DEC", "$CONTROLLER_NUMBER_IN_DEC"),
         FormatString("GET://BMC/CONTROLLER[", "$CONTROLLER_NUMBER_IN_DEC", "]/MODE", "$QUERY"),
         // a controller that starts anew takes its time

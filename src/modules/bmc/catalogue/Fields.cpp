@@ -11,8 +11,6 @@ namespace Module::BMCConfig {
 
 namespace {
 
-constexpr unsigned wholeByte = 0xFF;
-
 std::string getKey(const std::string& path)
 {
     return "GET://BMC/" + path;

@@ -42,12 +42,23 @@ struct Record {
     bool mayEndEarly = false;           ///< a reply that ends before a field reads as "NOT_SUPPORTED"
 };
 
+/// The mask of a field that is no part of a byte.
+inline constexpr unsigned wholeByte = 0xFF;
+
+/// A configuration parameter: behind its revision, and absent at completion code 80h.
+constexpr Record parameterRecord(const char* path, const char* get, const char* set, unsigned size,
+                                 const char* subscripts = "")
+{
+    return {
+        .path = path, .get = get, .size = size, .set = set, .first = 2, .subscripts = subscripts, .absentCode = "128"};
+}
+
 /// A part of a record.
 struct Field {
     const char* name; ///< its path below the record's; the last token is the parameter's name of a write of several
     unsigned byte = 0, count = 1;
     Codec codec = Codec::raw;
-    unsigned mask = 0xFF;         ///< of a single byte; what lies beside it stays as it is
+    unsigned mask = wholeByte;    ///< of a single byte; what lies beside it stays as it is
     const char* table = "FLAG";   ///< of words: DISABLE and ENABLE unless given
     unsigned low = 0, high = 255; ///< of numbers; no more than the mask holds
     Access access = Access::readWrite;

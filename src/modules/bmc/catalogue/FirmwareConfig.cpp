@@ -219,8 +219,8 @@ void addLogs(Stores& stores)
     for (const StatusPart& row : statusParts) {
         addFilter(stores, row.key, row.fields);
         addTemplate(stores, row.key,
-                    script({takeCommand(), send(row.packet), If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-                            readField(row.key, "$FIELD", "$COMPLETION_CODE"), returnNumber("$FIELD")}));
+                    script({takeCommand(), sendAndCheck(row.packet), readField(row.key, "$FIELD", "$COMPLETION_CODE"),
+                            returnNumber("$FIELD")}));
     }
     for (const char* key : {"GET://BMC/FIRMWARE/CONTROL_SOL_LOG", "GET://BMC/FIRMWARE/READ_SOL_LOG",
                             "GET://BMC/FIRMWARE/STATUS_PLATFORM_DEBUG_LOG"})

@@ -159,8 +159,7 @@ Script versionScript()
 Script ipmiVersionScript()
 {
     return script({
-        send("GET://BMC/INFO/DEVICE_ID"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/INFO/DEVICE_ID"),
         readField("GET://BMC/INFO/IPMI_VERSION_RAW", "$VERSION", "$COMPLETION_CODE"),
         returnBcdVersion("$VERSION"),
     });
@@ -172,7 +171,7 @@ Script selfTestScript()
     return script({
         send("GET://BMC/INFO/SELF_TEST_RESULTS"),
         answerIfAbsent("NOT SUPPORTED"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        checkCode(),
         readField("GET://BMC/INFO/SELF_TEST_RESULTS", "$RESULT", "$COMPLETION_CODE"),
         LookupTable("$RESULT", "GET://BMC/INFO/SELF_TEST_RESULTS", "$RESULT"),
         If("$RESULT == ERROR", {returnText("DEVICE_SPECIFIC")}),
@@ -201,7 +200,7 @@ Steps readGuid(const char* filter)
     return script({
         send("GET://BMC/INFO/SYSTEM_GUID"),
         answerIfAbsent("NOT SUPPORTED"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        checkCode(),
         readField(filter, "$GUID", "$COMPLETION_CODE"),
         Prepend("$GUID", "0", "2", "$GUID"),
     });
@@ -272,8 +271,7 @@ InfoConfig::InfoConfig(Stores& stores)
     for (const AreaRow& area : areas)
         addTemplate(stores, area.key,
                     script({
-                        send("GET://BMC/INFO/DEVICE_ID"),
-                        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+                        sendAndCheck("GET://BMC/INFO/DEVICE_ID"),
                         returnVersion(area.majorFilter, area.minorFilter, "ERROR_AREA_NOT_PRESENT"),
                     }));
 

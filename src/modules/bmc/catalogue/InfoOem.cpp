@@ -188,8 +188,7 @@ Script featureScript(const FeatureRow& row)
 {
     return script({
         assertAddIn(),
-        send("GET://BMC/INFO/ADV_SUP_CONFIG"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/INFO/ADV_SUP_CONFIG"),
         readField(row.filter, "$RESULT", "$COMPLETION_CODE"),
         Map("$RESULT", "MASK", row.mask, "$RESULT"),
         LookupTable("$RESULT", "GET://BMC/INFO/FEATURE", "$RESULT"),

@@ -33,16 +33,11 @@ constexpr char ofDestination[] = "$/LAN/ALERT/SELECTOR 12, $/LAN/ALERT/DESTINATI
 /// Destination 0 is the one for the session that is open now, which has no address of its own to keep.
 constexpr Record recordAt(const char* given, unsigned size, const char* set, const char* kind)
 {
-    return {.path = path,
-            .get = packet,
-            .size = size,
-            .set = set,
-            .first = 2,
-            .given = given,
-            .subscripts = "DESTINATION 0 15",
-            .assertion = lanParameters.assertion,
-            .absentCode = "128",
-            .kind = kind};
+    Record record = lanRecord(path, packet, set, size);
+    record.given = given;
+    record.subscripts = "DESTINATION 0 15";
+    record.kind = kind;
+    return record;
 }
 
 constexpr Field typeFields[] = {
@@ -101,12 +96,7 @@ Script readMembers()
         Copy("00", "$/LAN/ALERT/DESTINATION"),
         send("GET://BMC/LAN[]/ALERT/IP"),
         Copy("0", "$COUNT"),
-        If("$COMPLETION_CODE == 0",
-           {
-               readField("GET://BMC/LAN[]/ALERT/DESTINATION", "$COUNT", "$COMPLETION_CODE"),
-               Map("$COUNT", "MASK", "0F", "$COUNT"),
-               Map("$COUNT", "HEX2DEC", "$COUNT"),
-           }),
+        If("$COMPLETION_CODE == 0", {readCount("GET://BMC/LAN[]/ALERT/DESTINATION", "0F")}),
         // a BMC without alerts has no such parameter, and no destinations
         If("$COMPLETION_CODE != 0 AND $BMC_COMPLETION_CODE != 128", {Throw("$COMPLETION_CODE")}),
         returnMembers("DESTINATION", "1", "$COUNT"),

@@ -15,6 +15,13 @@ inline constexpr ParameterFamily lanParameters = {
     .assertion = "LAN[]/ASSERT",
 };
 
+constexpr Record lanRecord(const char* path, const char* get, const char* set, unsigned size)
+{
+    Record record = parameterRecord(path, get, set, size);
+    record.assertion = lanParameters.assertion;
+    return record;
+}
+
 /// Where alerts go.
 void addLanAlerts(Stores& stores);
 /// Who may log in by which means.

@@ -36,13 +36,7 @@ constexpr Type types[] = {
 
 constexpr Record recordAt(const char* path)
 {
-    return {.path = path,
-            .get = packet,
-            .size = 5,
-            .set = packet,
-            .first = 2,
-            .assertion = lanParameters.assertion,
-            .absentCode = "128"};
+    return lanRecord(path, packet, packet, 5);
 }
 
 void addTypeTables(Stores& stores)

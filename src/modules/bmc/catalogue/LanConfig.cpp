@@ -71,17 +71,6 @@ constexpr Parameter parameters[] = {
      .setError = "ERROR_LAN_SET_SUBNETMASK"},
 };
 
-constexpr Record recordAt(const char* path, const char* get, const char* set, unsigned size)
-{
-    return {.path = path,
-            .get = get,
-            .size = size,
-            .set = set,
-            .first = 2,
-            .assertion = lanParameters.assertion,
-            .absentCode = "128"};
-}
-
 /// Parameter 10: ARP responses and gratuitous ARP are two bits of one byte.
 void addArp(Stores& stores)
 {
@@ -89,9 +78,9 @@ void addArp(Stores& stores)
     addParameterPackets(stores, lanParameters, "LAN[]/GRATUITOUSARP", "0A", nullptr);
     addPacket(stores, "SET://BMC/LAN[]/ARP", lanParameters.setCommand, "$LAN_NUMBER 0A $RECORD");
     constexpr Field response[] = {{.name = "ARPRESPONSE", .codec = Codec::word, .mask = 0x02}};
-    addFields(stores, recordAt("LAN[]", "LAN[]/ARPRESPONSE", "LAN[]/ARP", 1), response);
+    addFields(stores, lanRecord("LAN[]", "LAN[]/ARPRESPONSE", "LAN[]/ARP", 1), response);
     constexpr Field gratuitous[] = {{.name = "GRATUITOUSARP", .codec = Codec::word, .mask = 0x01}};
-    addFields(stores, recordAt("LAN[]", "LAN[]/GRATUITOUSARP", "LAN[]/ARP", 1), gratuitous);
+    addFields(stores, lanRecord("LAN[]", "LAN[]/GRATUITOUSARP", "LAN[]/ARP", 1), gratuitous);
 }
 
 /// Whether the address comes from a server; and the two sources by name, whose value does not count.
@@ -108,7 +97,7 @@ void addSource(Stores& stores)
                                  .table = "LAN[]/IPTYPE_STATUS",
                                  .getError = "ERROR_LAN_IPTYPE_GET",
                                  .setError = "ERROR_LAN_IPTYPE_SET"}};
-    addFields(stores, recordAt("LAN[]", "LAN[]/IPTYPE", "LAN[]/IPTYPE_IPV4", 1), status);
+    addFields(stores, lanRecord("LAN[]", "LAN[]/IPTYPE", "LAN[]/IPTYPE_IPV4", 1), status);
     for (const char* key : {"SET://BMC/LAN[]/DHCP", "SET://BMC/LAN[]/STATIC"})
         addTemplate(stores, key,
                     script({Template("GET://BMC/LAN[]/ASSERT"), sendOrThrow(key, "ERROR_LAN_IPTYPE_SET")}));
@@ -165,7 +154,7 @@ LanConfig::LanConfig(Stores& stores)
     addLanIpv6(stores);
     addLanOem(stores);
     constexpr Field raw[] = {{.name = "IP", .count = 4, .getError = "ERROR_LAN_IP_GET"}};
-    addFields(stores, recordAt("LAN[]/RAW", "LAN[]/IP", nullptr, 4), raw);
+    addFields(stores, lanRecord("LAN[]/RAW", "LAN[]/IP", nullptr, 4), raw);
     addPacket(stores, "SET://BMC/LAN[]/IP", lanParameters.setCommand, "$LAN_NUMBER 03 $IP");
     addTemplate(stores, "SET://BMC/LAN[]/IP", setIp());
     addConfigure(stores, "LAN[]", "LAN[]/CONFIGURE", "IPTYPE IP SUBNETMASK DEFAULTGATEWAYIP");

@@ -52,14 +52,7 @@ void addSetting(Stores& stores, const Field& field, const char* selector, const 
     const std::string subject = std::string(lanParameters.subject) + " " + selector;
     addPacket(stores, std::string("GET://BMC/") + get, lanParameters.getCommand, subject + " 00 00");
     addPacket(stores, std::string("SET://BMC/") + set, lanParameters.setCommand, subject + " $RECORD");
-    const Record record{.path = lanParameters.path,
-                        .get = get,
-                        .size = size,
-                        .set = set,
-                        .first = 2,
-                        .assertion = lanParameters.assertion,
-                        .absentCode = "128"};
-    addFields(stores, record, {&field, 1});
+    addFields(stores, lanRecord(lanParameters.path, get, set, size), {&field, 1});
 }
 
 } // namespace

@@ -44,8 +44,7 @@ Steps takeParameter(const char* symbol)
 Steps readData(const char* packet)
 {
     return script({
-        send(packet),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck(packet),
         Split("$BUFFER", ":SPACE", "$FIELD"),
         Read("$FIELD", "2-SIZE", "$FIELD"),
         Size("$FIELD", "$SIZE"),
@@ -71,8 +70,7 @@ Script resolveAddress()
     constexpr Field ip{.name = "IP", .count = 4, .codec = Codec::ip};
     return script({
         encode("$IP", ip),
-        send("GET://BMC/LAN/RESOLVE_MAC_ADDRESS"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/LAN/RESOLVE_MAC_ADDRESS"),
         readField("GET://BMC/LAN/RESOLVE_MAC_ADDRESS", "$FIELD", "$COMPLETION_CODE"),
         decode(address),
         Return("$RESULT"),

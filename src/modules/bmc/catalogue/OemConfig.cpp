@@ -99,8 +99,7 @@ constexpr Record recordOf(const char* get, const char* given, unsigned first)
 Steps sendServices(const char* mask, const char* state)
 {
     return If(std::string(mask) + " != 0",
-              {Copy(state, "$STATE"), Copy(mask, "$SERVICES"), send("SET://BMC/OEM/BMCSERVICE/STATUS"),
-               If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")})});
+              {Copy(state, "$STATE"), Copy(mask, "$SERVICES"), sendAndCheck("SET://BMC/OEM/BMCSERVICE/STATUS")});
 }
 
 /// Any of the services by name, each ENABLE or DISABLE.
@@ -138,13 +137,8 @@ Script rankOrderScript()
         Copy("05", "$/OEM/CR_PARAMETER"),
         send("GET://BMC/OEM/GET_CR_CONFIGURATION"),
         answerIfAbsent("NOT_SUPPORTED"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        Split("$BUFFER", ":SPACE", "$FIELD"),
-        Read("$FIELD", "2-SIZE", "$FIELD"),
-        Size("$FIELD", "$SIZE"),
-        If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
-        Join("$FIELD", ":SPACE", "$RESULT"),
-        Return("$RESULT"),
+        checkCode(),
+        returnBytes(2),
     });
 }
 
@@ -173,19 +167,17 @@ void addUnnumbered(Stores& stores)
 {
     for (const TextRow& row : recoveryParts)
         addTemplate(stores, row.key,
-                    script({takeCommand(), send("GET://BMC/VLN_INFO/RECOVERY"),
-                            If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+                    script({takeCommand(), sendAndCheck("GET://BMC/VLN_INFO/RECOVERY"),
                             readField(row.key, "$FIELD", "$COMPLETION_CODE"), Join("$FIELD", ".", "$RESULT"),
                             Return("$RESULT")}));
     addFilters(stores, recoveryParts);
     addTemplate(stores, "GET://BMC/OEM[]/GET_PROC_TDC",
                 script({assertSubscript("OEM", 0, 255), takeCommand(), returnData("GET://BMC/OEM[]/PROC_TDC")}));
-    addTemplate(
-        stores, "GET://BMC/GET_VOLTAGE_SENSOR_NAME",
-        script({takeCommand(), require("$/BMC/VOLTAGE_SENSOR_OFFSET"), send("GET://BMC/GET_VOLTAGE_SENSOR_NAME"),
-                If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}), Split("$BUFFER", ":SPACE", "$FIELD"),
-                Exclude("$FIELD", "GET://BMC/COMPLETION_CODE", "$FIELD"), Map("$FIELD", "HEX2STR", "$FIELD"),
-                Flatten("$FIELD", "$RESULT"), Return("$RESULT")}));
+    addTemplate(stores, "GET://BMC/GET_VOLTAGE_SENSOR_NAME",
+                script({takeCommand(), require("$/BMC/VOLTAGE_SENSOR_OFFSET"),
+                        sendAndCheck("GET://BMC/GET_VOLTAGE_SENSOR_NAME"), Split("$BUFFER", ":SPACE", "$FIELD"),
+                        Exclude("$FIELD", "GET://BMC/COMPLETION_CODE", "$FIELD"), Map("$FIELD", "HEX2STR", "$FIELD"),
+                        Flatten("$FIELD", "$RESULT"), Return("$RESULT")}));
 }
 
 } // namespace

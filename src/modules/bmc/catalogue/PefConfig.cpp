@@ -35,8 +35,9 @@ constexpr PacketRow packets[] = {
 
 constexpr Record parameterAt(const char* given, unsigned size, const char* set = "PEF/DATA")
 {
-    return {
-        .path = "PEF", .get = "PEF/DATA", .size = size, .set = set, .first = 2, .given = given, .absentCode = "128"};
+    Record record = parameterRecord("PEF", "PEF/DATA", set, size);
+    record.given = given;
+    return record;
 }
 
 constexpr char actionError[] = "ERROR_SET_PEF_ACTION";
@@ -102,8 +103,7 @@ void addInfo(Stores& stores)
     addFilter(stores, "GET://BMC/PEF/INFO/VERSION", "1");
     addTemplate(stores, "GET://BMC/PEF/INFO/VERSION",
                 script({
-                    send("GET://BMC/PEF/CAPABILITIES"),
-                    If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+                    sendAndCheck("GET://BMC/PEF/CAPABILITIES"),
                     readField("GET://BMC/PEF/INFO/VERSION", "$VERSION", "$COMPLETION_CODE"),
                     returnBcdVersion("$VERSION"),
                 }));

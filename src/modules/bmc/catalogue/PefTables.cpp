@@ -104,11 +104,8 @@ Script readMembers(const char* name, const char* selector)
 {
     return script({
         Copy(selector, "$/PEF/SELECTOR"),
-        send("GET://BMC/PEF/DATA"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        readField("GET://BMC/PEF/COUNT", "$COUNT", own),
-        Map("$COUNT", "MASK", "7F", "$COUNT"),
-        Map("$COUNT", "HEX2DEC", "$COUNT"),
+        sendAndCheck("GET://BMC/PEF/DATA"),
+        readCount("GET://BMC/PEF/COUNT", "7F"),
         returnMembers(name, "1", "$COUNT"),
     });
 }

@@ -12,15 +12,13 @@ using namespace steps;
 
 namespace {
 
-constexpr char engine[] = "$/BMC/CHIPSET_ENGINE_ADDRESS";
-
 /// Four commands take a domain and one byte more: which one, and that byte, are set by each query.
 constexpr PacketRow packets[] = {
-    {"GET://BMC/PG/ALERT_DESTINATION", "GET_ALERT_DESTINATION", "57 01 00", engine},
-    {"GET://BMC/PG/DATA", "$/PG/COMMAND", "57 01 00 $DOMAIN_NUMBER $/PG/SUBJECT", engine},
+    {"GET://BMC/PG/ALERT_DESTINATION", "GET_ALERT_DESTINATION", "57 01 00", governor},
+    {"GET://BMC/PG/DATA", "$/PG/COMMAND", "57 01 00 $DOMAIN_NUMBER $/PG/SUBJECT", governor},
     {"GET://BMC/PG/STATISTICS", "GET_STATISTICS", "57 01 00 $STATISTICS_MODE_NUMBER $DOMAIN_NUMBER $POLICY_NUMBER",
-     engine},
-    {"GET://BMC/PG/VERSION", "GET_GOVERNOR_VERSION", "57 01 00", engine},
+     governor},
+    {"GET://BMC/PG/VERSION", "GET_GOVERNOR_VERSION", "57 01 00", governor},
 };
 
 constexpr TextRow filters[] = {
@@ -197,14 +195,8 @@ std::string pathOf(const Record& record, const char* name)
 Steps returnInfo(const Record& record)
 {
     return script({
-        send(std::string("GET://BMC/") + record.get),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        Split("$BUFFER", ":SPACE", "$FIELD"),
-        Read("$FIELD", "4-SIZE", "$FIELD"),
-        Size("$FIELD", "$SIZE"),
-        If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
-        Join("$FIELD", ":SPACE", "$RESULT"),
-        Return("$RESULT"),
+        sendAndCheck(std::string("GET://BMC/") + record.get),
+        returnBytes(4),
     });
 }
 
@@ -224,8 +216,7 @@ Script enabledScript(const char* name, const char* otherMode)
         prepare(statistics),
         Map("$STATISTICS_MODE_NUMBER", "MASK", "10", "$MODE"),
         If(std::string("$MODE == ") + otherMode, {returnText("NOT_SUPPORTED")}),
-        send("GET://BMC/PG/STATISTICS"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/PG/STATISTICS"),
         readField(pathOf(statistics, "/ACTIVATION_STATE"), "$FIELD", "$COMPLETION_CODE"),
         decode({.name = name, .codec = Codec::word, .mask = 0x10}),
         Return("$RESULT"),
@@ -263,8 +254,7 @@ Steps readThresholds()
 {
     return script({
         prepare(alertThresholds),
-        send("GET://BMC/PG/DATA"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/PG/DATA"),
         readField(pathOf(alertThresholds, "/NUMBER_OF_ALERT_THRESHOLDS"), "$COUNT", "$COMPLETION_CODE"),
         Map("$COUNT", "HEX2DEC", "$COUNT"),
         Split("$BUFFER", ":SPACE", "$FIELDS"),
@@ -357,8 +347,7 @@ PgConfig::PgConfig(Stores& stores)
     addTemplate(stores, pathOf(statistics, "_INFO_UNITS"), returnUnit(statisticsUnit, "$STATISTICS_MODE_NUMBER"));
     addTemplate(stores, "GET://BMC/PG/VERSION/FIRMWARE", // the minor one is BCD
                 script({
-                    send("GET://BMC/PG/VERSION"),
-                    If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+                    sendAndCheck("GET://BMC/PG/VERSION"),
                     readField("GET://BMC/PG/VERSION/FIRMWARE", "$FIELD", "$COMPLETION_CODE"),
                     Read("$FIELD", "0", "$MAJOR"),
                     Map("$MAJOR", "HEX2DEC", "$MAJOR"),

@@ -10,16 +10,14 @@ using namespace steps;
 
 namespace {
 
-constexpr char engine[] = "$/BMC/CHIPSET_ENGINE_ADDRESS";
-
 /// The commands on policies share a packet; only a whole policy has what stands behind the record.
 constexpr PacketRow packets[] = {
-    {"SET://BMC/PG/ALERT_DESTINATION", "SET_ALERT_DESTINATION", "57 01 00 $/PG/RECORD", engine},
-    {"SET://BMC/PG/POWER_DRAW_RANGE", "SET_POWER_DRAW_RANGE", "57 01 00 $DOMAIN_NUMBER $MINIMUM $MAXIMUM", engine},
+    {"SET://BMC/PG/ALERT_DESTINATION", "SET_ALERT_DESTINATION", "57 01 00 $/PG/RECORD", governor},
+    {"SET://BMC/PG/POWER_DRAW_RANGE", "SET_POWER_DRAW_RANGE", "57 01 00 $DOMAIN_NUMBER $MINIMUM $MAXIMUM", governor},
     {"SET://BMC/PG/SET_POLICY", "$/PG/COMMAND",
      "57 01 00 $/PG/RECORD $/PG/POWER_LIMIT $/PG/CORRECTION_TIPX_LIMIT $/PG/POLICY_TRIGGER_LIMIT "
      "$/PG/STATISTIC_REPORTING_PERIOD",
-     engine},
+     governor},
 };
 
 constexpr unsigned twoBytes = 0xFFFF;

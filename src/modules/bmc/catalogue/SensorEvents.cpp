@@ -43,8 +43,7 @@ Script readEvents(const Form& form)
         });
     return script({
         addressSensor(form),
-        send("GET://BMC/SENSOR/EVENT_ENABLE"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/SENSOR/EVENT_ENABLE"),
         Split("$BUFFER", ":SPACE", "$BUFFER"),
         Pad("$BUFFER", "0", "6", "$BUFFER"),
         Join("$BUFFER", ":SPACE", "$BUFFER"),
@@ -97,8 +96,7 @@ Script readProcessorEvents(const Form& form)
 {
     return script({
         addressSensor(form),
-        send("GET://BMC/SENSOR[]/PROCEVENT"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("GET://BMC/SENSOR[]/PROCEVENT"),
         Split("$BUFFER", ":SPACE", "$BUFFER"),
         Exclude("$BUFFER", "GET://BMC/COMPLETION_CODE", "$BUFFER"),
         Join("$BUFFER", ":SPACE", "$RESULT"),

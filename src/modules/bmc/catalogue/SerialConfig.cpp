@@ -149,14 +149,9 @@ void addWords(Stores& stores)
 
 constexpr Record recordOf(const char* path, const char* get, unsigned size, const char* set, const char* given)
 {
-    return {.path = path,
-            .get = get,
-            .size = size,
-            .set = set,
-            .first = 2,
-            .given = given,
-            .subscripts = "CHANNEL 1 14",
-            .absentCode = "128"};
+    Record record = parameterRecord(path, get, set, size, "CHANNEL 1 14");
+    record.given = given;
+    return record;
 }
 
 } // namespace

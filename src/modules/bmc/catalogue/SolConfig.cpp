@@ -34,13 +34,7 @@ constexpr PacketRow packets[] = {
 
 constexpr Record recordAt(const char* path, const char* get, const char* set, unsigned size)
 {
-    return {.path = path,
-            .get = get,
-            .size = size,
-            .set = set,
-            .first = 2,
-            .subscripts = "CHANNEL 0 15",
-            .absentCode = "128"};
+    return parameterRecord(path, get, set, size, "CHANNEL 0 15");
 }
 
 struct Setting {
@@ -94,8 +88,7 @@ Script readRate()
 {
     const auto readOf = [](const char* packet) {
         return script({
-            send(packet),
-            If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+            sendAndCheck(packet),
             readField("GET://BMC/SOL/CHANNEL[]/BAUDRATESERIAL", "$FIELD", "$COMPLETION_CODE"),
             decode(rate),
         });
@@ -118,8 +111,7 @@ Script writeRate()
            "$BAUDRATESERIAL != 57600 AND $BAUDRATESERIAL != 115200 AND $BAUDRATESERIAL != SERIAL",
            {Throw("ERROR_BAUD_RATE_NOT_SUPPORTED")}),
         encode("$BAUDRATESERIAL", rate),
-        send("SET://BMC/SOL/CHANNEL[]/BAUDRATE"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck("SET://BMC/SOL/CHANNEL[]/BAUDRATE"),
         sendOrThrow("SET://BMC/SOL/CHANNEL[]/BAUDRATESERIAL", "$COMPLETION_CODE"),
     });
 }

@@ -157,6 +157,25 @@ Steps answerIfAbsent(const std::string& word)
     return If("$COMPLETION_CODE == RESPONSE_ERROR_INVALID_COMMAND", {returnText(word)});
 }
 
+Steps checkCode()
+{
+    return If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")});
+}
+
+Steps sendAndCheck(const std::string& packet)
+{
+    return script({send(packet), checkCode()});
+}
+
+Steps readCount(const std::string& filter, const std::string& mask)
+{
+    return script({
+        readField(filter, "$COUNT", "$COMPLETION_CODE"),
+        Map("$COUNT", "MASK", mask, "$COUNT"),
+        Map("$COUNT", "HEX2DEC", "$COUNT"),
+    });
+}
+
 Steps joinData(const std::string& destination)
 {
     return script({
@@ -169,9 +188,20 @@ Steps joinData(const std::string& destination)
 Steps returnData(const std::string& packet)
 {
     return script({
-        send(packet),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
+        sendAndCheck(packet),
         joinData("$RESULT"),
+        Return("$RESULT"),
+    });
+}
+
+Steps returnBytes(unsigned first)
+{
+    return script({
+        Split("$BUFFER", ":SPACE", "$FIELD"),
+        Read("$FIELD", std::to_string(first) + "-SIZE", "$FIELD"),
+        Size("$FIELD", "$SIZE"),
+        If("$SIZE == 0", {Throw("IPMI_RESPONSE_ERROR")}),
+        Join("$FIELD", ":SPACE", "$RESULT"),
         Return("$RESULT"),
     });
 }

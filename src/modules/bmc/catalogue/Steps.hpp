@@ -94,7 +94,11 @@ Steps While(std::string_view test, Parts body);
 Steps returnText(const std::string& value);
 /// Sends `packet`; leaves the reply in $BUFFER and the completion code, "0" or its name, in $COMPLETION_CODE.
 Steps send(const std::string& packet);
-/// The same for a controller that may not be there: no answer at all reads as "IPMI_RESPONSE_ERROR".
+/// Behind a send: a completion code other than 0 is thrown by its own name.
+Steps checkCode();
+/// Both.
+Steps sendAndCheck(const std::string& packet);
+/// A send to a controller that may not be there: no answer at all reads as "IPMI_RESPONSE_ERROR".
 Steps sendWithoutThrow(const std::string& packet);
 /// After a send that succeeded: takes the filter's fields into `destination`. A reply that ends before them throws
 /// `error`, or for the completion code's own, which says nothing then, IPMI_RESPONSE_ERROR.
@@ -123,12 +127,17 @@ Steps answerIfAbsent(const std::string& word);
 Steps joinData(const std::string& destination);
 /// Sends `packet` and ends the script with all data of the answer as one text, or with the completion code's error.
 Steps returnData(const std::string& packet);
+/// After a send that succeeded: ends the script with the reply's bytes from field `first` on as one text; a reply
+/// without any throws IPMI_RESPONSE_ERROR.
+Steps returnBytes(unsigned first);
 /// Ends the script with the bytes in `symbol`, high byte first, as one decimal number.
 Steps returnNumber(const std::string& symbol);
 /// Ends the script with a version byte of two digits, of which the upper one stands behind the point: 51h is "1.5".
 Steps returnBcdVersion(const std::string& symbol);
 /// Asks `query` for 25 seconds at most, until its answer begins with `expected`; throws `error` if it never does.
 Steps waitFor(const std::string& query, const std::string& expected, const std::string& error);
+/// After a send that succeeded: the bits in `mask` of the filter's byte as a decimal number in $COUNT.
+Steps readCount(const std::string& filter, const std::string& mask);
 /// Ends the script with the members NAME[first] to NAME[last] of an array, both decimal text or symbols of such.
 Steps returnMembers(const std::string& name, const std::string& first, const std::string& last);
 /// Sends `packet`; a completion code of 0 returns "SUCCESS", any other throws `error`.

@@ -137,11 +137,8 @@ Script readMembers()
 {
     return script({
         Copy("01", "$USER_NUMBER"),
-        send("GET://BMC/USER[]/CHANNEL[]/STATUS"),
-        If("$COMPLETION_CODE != 0", {Throw("$COMPLETION_CODE")}),
-        readField("GET://BMC/USER", "$COUNT", "$COMPLETION_CODE"),
-        Map("$COUNT", "MASK", "3F", "$COUNT"),
-        Map("$COUNT", "HEX2DEC", "$COUNT"),
+        sendAndCheck("GET://BMC/USER[]/CHANNEL[]/STATUS"),
+        readCount("GET://BMC/USER", "3F"),
         returnMembers("USER", "1", "$COUNT"),
     });
 }

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <numeric>
 #include <utility>
 
@@ -22,8 +21,6 @@ namespace {
 // a full memory.
 constexpr unsigned deepestNesting = 200;
 constexpr std::size_t mostBytesOfSymbol = 4U << 20;
-
-constexpr char resultName[] = "$RESULT";
 
 /// Platforms whose satellite controllers need the usual retries.
 constexpr const char* retryingPlatforms[] = {"ALDER_PLATFORM", "FIR_PLATFORM", "LILAC_PLATFORM"};
@@ -54,11 +51,6 @@ bool opensBlock(const Function& function)
 bool isEnd(const Function& function)
 {
     return function.opcode == static_cast<std::uint32_t>(Opcode::End);
-}
-
-long toDecimal(const std::string& text)
-{
-    return std::strtol(text.c_str(), nullptr, 10);
 }
 
 template<class Value>

@@ -13,6 +13,9 @@
 
 namespace Module::BMCConfig {
 
+/// In front of a query's path: what reads, and what writes.
+inline constexpr char getScheme[] = "GET:/", setScheme[] = "SET:/";
+
 /// A saved state of the machine. The program is shared, so saving copies no script.
 struct _INTERPRETER_STATE {
     Program program;
@@ -88,6 +91,8 @@ private:
     friend struct Dispatch;
 
     static constexpr int defaultRetries = 3;
+    static constexpr long longestSleepSeconds = 1023;
+    static constexpr char resultName[] = "$RESULT"; ///< where scripts leave what they return
 
     // One member an instruction; each returns 0, failures are thrown.
 #define HW_DECLARE(name, code, fewest, most) int Evaluate_##name(const Function& function);

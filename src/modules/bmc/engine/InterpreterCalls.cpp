@@ -3,11 +3,11 @@
 #include "common/Stopwatch.hpp"
 #include "common/Util.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
+#include "modules/bmc/engine/Text.hpp"
 #include "modules/bmc/engine/ThrowNames.hpp"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <utility>
 
 // Instructions by which a script calls a script, waits for one, or fails.
@@ -15,9 +15,6 @@
 namespace Module::BMCConfig {
 
 namespace {
-
-constexpr char resultName[] = "$RESULT";
-constexpr long longestSleepSeconds = 1023;
 
 /// Rounds of a Poll and the seconds between them: a long wait is refused, a middling one becomes a minute.
 struct PollPlan {
@@ -98,7 +95,7 @@ int Interpreter::Evaluate_Poll(const Function& function)
     const std::vector<std::string>& operands = function.arguments.values;
     const std::string query = getText(operands[0]);
     const std::string expected = getText(operands[1]);
-    const long count = std::strtol(getText(operands[2]).c_str(), nullptr, 10);
+    const long count = toDecimal(getText(operands[2]));
     const PollPlan plan(count, Util::string_to_long(getText(operands[3]), 10));
     // an answer from memory would never change
     const bool memoBefore = std::exchange(memo, false);

@@ -23,11 +23,6 @@ constexpr int mostHops = 64;
 
 using Texts = std::vector<std::string>;
 
-long toDecimal(const std::string& text)
-{
-    return std::strtol(text.c_str(), nullptr, 10);
-}
-
 bool namesSymbol(const Texts& list)
 {
     return list.size() == 1 && list.front().starts_with('$');

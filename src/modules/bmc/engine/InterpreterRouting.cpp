@@ -5,7 +5,6 @@
 #include "modules/bmc/engine/Text.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 // From a query to what answers it, and back to the caller's map.
@@ -14,10 +13,7 @@ namespace Module::BMCConfig {
 
 namespace {
 
-constexpr char getScheme[] = "GET:/";
-constexpr char setScheme[] = "SET:/";
 constexpr char childrenToken[] = "@children";
-constexpr char resultName[] = "$RESULT";
 /// Keys of replies that the memo keeps.
 constexpr char memoPrefix[] = "$localhost@";
 
@@ -194,7 +190,7 @@ void Interpreter::inject(const std::string& query, const std::string& name, cons
             throwError(ERROR_INDEX_DATA_NOT_AVAILABLE, name + " has no index given", COMMAND_UNKNOWN);
     } else if (!test_for_integer(index)) {
         table[$(name)] = index;
-    } else if (std::strtol(index.c_str(), nullptr, 10) > highestIndex) {
+    } else if (toDecimal(index) > highestIndex) {
         throwError(ERROR_RANGE_CHECK, name + " Index Data out of Range", COMMAND_UNKNOWN);
     } else {
         table[$(number)] = dec_to_hex(index);

@@ -19,7 +19,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr long longestSleepSeconds = 1023;
 constexpr unsigned long shiftMask = 63;
 constexpr int firstPrintable = 32;
 constexpr int lastPrintable = 126;
@@ -149,8 +148,8 @@ bool inRange(const std::string& text, const std::string& low, const std::string&
 {
     if (text.empty() || !check_if_number(text))
         return false;
-    const long number = std::strtol(text.c_str(), nullptr, 10);
-    return number >= std::strtol(low.c_str(), nullptr, 10) && number <= std::strtol(high.c_str(), nullptr, 10);
+    const long number = toDecimal(text);
+    return number >= toDecimal(low) && number <= toDecimal(high);
 }
 
 } // namespace
@@ -256,7 +255,7 @@ int Interpreter::Evaluate_Assert(const Function& function)
         if (!passes)
             throwError(ERROR_RANGE_CHECK, "ASSERT", COMMAND_SET);
     } else if (check == "STR_SIZE_CHECK") {
-        const long limit = std::strtol(getText(operands[2]).c_str(), nullptr, 10);
+        const long limit = toDecimal(getText(operands[2]));
         if (static_cast<long>(value(operands[0]).text().size()) > limit)
             throwError(ERROR_STRING_LENGTH_CHECK, "ASSERT", COMMAND_SET);
     }

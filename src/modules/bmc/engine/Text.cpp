@@ -1,6 +1,7 @@
 #include "modules/bmc/engine/Text.hpp"
 
 #include "common/Util.hpp"
+#include "ipmi/Hex.hpp"
 
 #include <arpa/inet.h>
 
@@ -34,6 +35,24 @@ bool test_for_integer(std::string_view text)
     return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+long toDecimal(const std::string& text)
+{
+    return std::strtol(text.c_str(), nullptr, 10);
+}
+
+int codeOf(const std::vector<std::string>& reply)
+{
+    constexpr int noAnswer = -1;
+    return reply.empty() || reply.front().empty() || !test_for_integer(reply.front())
+               ? noAnswer
+               : static_cast<int>(toDecimal(reply.front()));
+}
+
+std::string toHex(std::size_t value)
+{
+    return ipmi::hexByte(static_cast<std::uint8_t>(value));
+}
+
 std::string hexText(unsigned value)
 {
     char digits[16];
@@ -43,7 +62,7 @@ std::string hexText(unsigned value)
 
 std::string dec_to_hex(const std::string& text)
 {
-    return hexText(static_cast<unsigned>(std::strtol(text.c_str(), nullptr, 10)));
+    return hexText(static_cast<unsigned>(toDecimal(text)));
 }
 
 std::string hex_to_dec(const std::string& text)

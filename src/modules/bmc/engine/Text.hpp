@@ -16,6 +16,11 @@ inline bool check_if_number(std::string_view text)
     return test_for_integer(text);
 }
 
+long toDecimal(const std::string& text);
+/// The completion code, in decimal at the head of a reply; -1 without one.
+int codeOf(const std::vector<std::string>& reply);
+/// Two digits of the lowest byte.
+std::string toHex(std::size_t value);
 /// "%x" with all its digits.
 std::string hexText(unsigned value);
 /// Base 10 to "%x".

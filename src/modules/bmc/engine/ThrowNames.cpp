@@ -5,7 +5,6 @@
 #include "modules/bmc/engine/Text.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 
 namespace Module::BMCConfig {
@@ -69,7 +68,7 @@ std::string completionName(const std::string& code)
 {
     constexpr std::size_t digits = 3;
     if (code.size() == digits && test_for_integer(code)) {
-        const long number = std::strtol(code.c_str(), nullptr, 10);
+        const long number = toDecimal(code);
         const auto row = std::ranges::find(completionNames, number, &CompletionName::code);
         if (row != std::end(completionNames))
             return row->name;

@@ -38,24 +38,10 @@ constexpr int requestTooLarge[] = {ipmi::completion::requestLengthInvalid, ipmi:
 /// What controllers say of a device that they do not have.
 constexpr int absences[] = {ipmi::completion::notPresent, ipmi::completion::invalidDataField,
                             ipmi::completion::destinationUnavailable};
-constexpr int noAnswer = -1;
 
 constexpr std::size_t wordAccessAt = 3;      ///< in the answer to Get FRU Inventory Area Info, code first
 constexpr std::size_t unknownSize = 0x10000; ///< no offset reaches beyond
 constexpr std::uint8_t wordAccess = 0x01;
-
-std::string toHex(std::size_t value)
-{
-    return ipmi::hexByte(static_cast<std::uint8_t>(value));
-}
-
-/// The completion code, in decimal at the head of a reply.
-int codeOf(const std::vector<std::string>& reply)
-{
-    return reply.empty() || reply.front().empty() || !test_for_integer(reply.front())
-               ? noAnswer
-               : static_cast<int>(Util::string_to_long(reply.front(), 10));
-}
 
 ipmi::Bytes dataOf(const std::vector<std::string>& reply)
 {

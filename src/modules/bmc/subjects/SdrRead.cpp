@@ -7,6 +7,7 @@
 #include "common/Util.hpp"
 #include "ipmi/Codes.hpp"
 #include "ipmi/Hex.hpp"
+#include "modules/bmc/engine/Text.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
 
 #include <algorithm>
@@ -56,11 +57,6 @@ bool succeeded(const std::vector<std::string>& items)
     return items.size() > 2 && items.front() == "0";
 }
 
-int codeOf(const std::vector<std::string>& items)
-{
-    return items.empty() ? 0 : static_cast<int>(Util::string_to_long(items.front(), 10));
-}
-
 bool isRefusedBy(std::span<const int> codes, const std::vector<std::string>& items)
 {
     return !items.empty() && std::ranges::find(codes, codeOf(items)) != codes.end();
@@ -69,11 +65,6 @@ bool isRefusedBy(std::span<const int> codes, const std::vector<std::string>& ite
 unsigned toRecordId(const std::string& low, const std::string& high)
 {
     return ipmi::parseByte(low) | static_cast<unsigned>(ipmi::parseByte(high)) << 8;
-}
-
-std::string toHex(std::size_t value)
-{
-    return ipmi::hexByte(static_cast<std::uint8_t>(value));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
+#include "modules/bmc/engine/Text.hpp"
 
 #include <algorithm>
 #include <mutex>
@@ -32,11 +33,6 @@ using Items = std::vector<std::string>;
 Items itemsOf(const Symbol& reply)
 {
     return Util::split(reply.text(), " ");
-}
-
-std::string byteText(unsigned value)
-{
-    return ipmi::hexByte(static_cast<std::uint8_t>(value));
 }
 
 bool rejects(const Items& items)
@@ -68,8 +64,8 @@ std::optional<SelRecord> recordIn(const Items& items)
 std::optional<SelRecord> Sel::sel_record(unsigned id, const std::string& read)
 {
     SymbolTable& symbols = interpreter->symbolTable();
-    symbols["$/SEL/GET_SEL_ENTRY_LS"] = byteText(id);
-    symbols["$/SEL/GET_SEL_ENTRY_MS"] = byteText(id >> 8);
+    symbols["$/SEL/GET_SEL_ENTRY_LS"] = toHex(id);
+    symbols["$/SEL/GET_SEL_ENTRY_MS"] = toHex(id >> 8);
     const int mostFailures = common::policy().givesUpUnreadRecords ? fewFailures : mostRepetitions + 1;
     Items items;
     for (int repeat = 0, failures = 0; repeat <= mostRepetitions && failures < mostFailures; ++repeat) {
