@@ -5,6 +5,7 @@ import unittest
 from collections import Counter
 
 from lib.bench import BOARDS, PRACTICAL, QUICKSTART, agent_on
+from lib.freeipmi import compare_opinions
 from lib.sensors import GROUPS, compare_tables
 from lib.states import TABLES, compare_states
 
@@ -28,6 +29,7 @@ class ThresholdTables(unittest.TestCase):
             if PRACTICAL:
                 compare_tables(self, simulator.board, simulator.ipmitool("sensor").stdout, elist, read_rows, PRACTICAL)
                 compare_states(self, simulator.board, elist, read_rows, PRACTICAL)
+                compare_opinions(self, simulator, read_rows)
             words = Counter(value for table in ALL_TABLES for row in read_rows(table) for name, value in row.items()
                             if name.endswith("StatusString") and not name.endswith("PresenceStatusString"))
             self.assertEqual(words, STATUSES[PRACTICAL])

@@ -2,12 +2,14 @@
 
 Each part is a context manager that keeps all its files in the folder it is given and binds 127.0.0.1 only."""
 
+import csv
 import os
 import re
 import shutil
 import signal
 import socket
 import subprocess
+import tempfile
 import time
 from pathlib import Path
 
@@ -96,6 +98,16 @@ class Simulator:
         command = ["ipmitool", "-I", "lan", "-H", "127.0.0.1", "-p", str(self.lan_port), "-U", simfiles.LAN_USER,
                    "-P", simfiles.LAN_PASSWORD, "-N", "1", "-R", "2", *arguments]
         return subprocess.run(command, capture_output=True, encoding="latin-1", check=check, timeout=120)
+
+    def ipmi_sensors(self):
+        """FreeIPMI's view of all sensors by record id: (state, reading or None, words)."""
+        with tempfile.TemporaryDirectory() as cache:
+            said = subprocess.run(["ipmi-sensors", "-D", "LAN", "-h", f"127.0.0.1:{self.lan_port}", "-u", simfiles.LAN_USER,
+                                   "-p", simfiles.LAN_PASSWORD, "-l", "ADMIN", "--sdr-cache-directory", cache, "--quiet-cache",
+                                   "--bridge-sensors", "--output-sensor-state", "--comma-separated-output", "--no-header-output"],
+                                  capture_output=True, encoding="latin-1", check=True, timeout=300).stdout
+        return {int(cells[0]): (cells[3], None if cells[4] == "N/A" else float(cells[4]), cells[6].strip("'"))
+                for cells in csv.reader(said.splitlines())}
 
     def say(self, line):
         """One line to the simulator's console (man ipmi_sim_cmd)."""
