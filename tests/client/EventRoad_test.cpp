@@ -4,34 +4,19 @@
 #include "ipmi/SdrView.hpp"
 #include "ipmi/SensorReading.hpp"
 #include "tests/client/EventFixture.hpp"
+#include "tests/client/EventRoadFile.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "translator/TranslatorImpl.hpp"
 #include "translator/WideText.hpp"
 
-#include <fstream>
 #include <gmock/gmock.h>
 #include <optional>
-#include <set>
 #include <sstream>
 
 // The whole road of an event: bytes of the log, translator with the shipped English file, watcher, route, classifier,
 // clone, trap. What has to come out stands in event-road.txt, a line a case.
 
 namespace {
-
-/// A kind of event (IPMI 2.0, tables 42-2 and 42-3).
-struct EventKind {
-    int sensorType;
-    int eventType;
-    int data1;
-    bool isOver;
-
-    std::string key() const
-    {
-        return ipmi::hexByte(static_cast<std::uint8_t>(eventType)) + " " +
-               ipmi::hexByte(static_cast<std::uint8_t>(data1)) + (isOver ? " d" : " a");
-    }
-};
 
 constexpr int ofOem = 0x70;
 constexpr std::pair<int, int> genericOffsets[] = {{0x02, 3}, {0x03, 2}, {0x04, 2}, {0x05, 2}, {0x06, 2}, {0x07, 9},
@@ -70,11 +55,6 @@ bool hasGivenGravity(const EventKind& kind)
         return kind.data1 > 9 || (kind.sensorType == 7 && kind.data1 == 6);
     return kind.eventType <= ipmi::eventtype::threshold &&
            (kind.sensorType == 1 || kind.sensorType == 2 || kind.sensorType == 4 || kind.sensorType == 7);
-}
-
-std::string nameOf(int sensorType)
-{
-    return "SLOWER ON " + ipmi::hexByte(static_cast<std::uint8_t>(sensorType));
 }
 
 /// The full record of a type's one sensor, on channel 3 and LUN 1 of a satellite. Its name holds words that choose
@@ -250,88 +230,6 @@ protected:
     WatchingHandler* watching = nullptr;
 };
 
-/// The lines of the file by "sensor type, event type, event data 1, direction"; each may be a list with ranges, and "*"
-/// stands for all kinds that a sensor type has. "{}" is the sensor's name, "{1}" event data 1.
-class Expectations {
-public:
-    explicit Expectations(const char* path)
-    {
-        std::ifstream file(path);
-        for (std::string line; std::getline(file, line);)
-            if (!line.empty() && line.front() != '#')
-                add(line);
-    }
-
-    /// "missing" for a case without a line.
-    std::string of(const EventKind& kind)
-    {
-        const std::string type = ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType));
-        for (const std::string& key : {type + " " + kind.key(), type + " *"}) {
-            const auto found = lines.find(key);
-            if (found == lines.end())
-                continue;
-            unused.erase(key);
-            return filled(found->second, kind);
-        }
-        return "missing";
-    }
-
-    std::set<std::string> unused;
-
-private:
-    void add(const std::string& line)
-    {
-        const std::size_t bar = line.find(" | ");
-        std::istringstream fields(line.substr(0, bar));
-        std::vector<std::string> keys = {""};
-        for (std::string field; fields >> field;)
-            keys = continued(keys, listed(field));
-        for (const std::string& key : keys) {
-            EXPECT_TRUE(lines.emplace(key, line.substr(bar + 3)).second) << "twice: " << key;
-            unused.insert(key);
-        }
-    }
-
-    /// What a field stands for: "01,50-52" is 01, 50, 51 and 52.
-    static std::vector<std::string> listed(const std::string& field)
-    {
-        std::vector<std::string> all;
-        std::istringstream items(field);
-        for (std::string item; std::getline(items, item, ',');) {
-            const std::size_t dash = item.find('-');
-            if (dash == std::string::npos)
-                all.push_back(item);
-            else
-                for (int each = std::stoi(item, nullptr, 16); each <= std::stoi(item.substr(dash + 1), nullptr, 16);
-                     ++each)
-                    all.push_back(ipmi::hexByte(static_cast<std::uint8_t>(each)));
-        }
-        return all;
-    }
-
-    static std::vector<std::string> continued(const std::vector<std::string>& keys,
-                                              const std::vector<std::string>& ends)
-    {
-        std::vector<std::string> all;
-        for (const std::string& key : keys)
-            for (const std::string& end : ends)
-                all.push_back(key.empty() ? end : key + " " + end);
-        return all;
-    }
-
-    static std::string filled(std::string text, const EventKind& kind)
-    {
-        const std::pair<std::string, std::string> marks[] = {
-            {"{}", nameOf(kind.sensorType)}, {"{1}", ipmi::hexByte(static_cast<std::uint8_t>(kind.data1))}};
-        for (const auto& [mark, value] : marks)
-            if (const std::size_t place = text.find(mark); place != std::string::npos)
-                text.replace(place, mark.size(), value);
-        return text;
-    }
-
-    std::map<std::string, std::string> lines;
-};
-
 /// A trap that stands for a failure, with severity 3.
 constexpr char failureTrapOfARecovery[] = "^(40\\.[1-68]|40\\.10|50\\.[5-8]|60\\.[1-4]|80\\.2|100\\.1|110\\.1) 3 ";
 
@@ -339,7 +237,7 @@ TEST_F(EventRoad, EveryKindOfEventEndsInItsTrap)
 {
     Expectations expected(HWAGENT_EVENT_ROAD);
     for (const EventKind& kind : everyKind()) {
-        SCOPED_TRACE(ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType)) + " " + kind.key());
+        SCOPED_TRACE(hex(kind.sensorType) + " " + kind.key());
         const std::string outcome = outcomeOf(kind);
         EXPECT_EQ(outcome, expected.of(kind));
         EXPECT_THAT(outcome, testing::Not(testing::ContainsRegex(failureTrapOfARecovery)));
@@ -352,7 +250,7 @@ TEST_F(EventRoad, ByOneListOfStatesTrapAndLogAgreeOnEveryKind)
 {
     const common::ScopedPolicy practical({.readsTrueOffsets = true, .agreesOnGravity = true});
     for (const EventKind& kind : everyKind()) {
-        SCOPED_TRACE(ipmi::hexByte(static_cast<std::uint8_t>(kind.sensorType)) + " " + kind.key());
+        SCOPED_TRACE(hex(kind.sensorType) + " " + kind.key());
         const std::string outcome = outcomeOf(kind);
         EXPECT_TRUE(isAsGraveInTheLog()) << outcome << '\n' << log.translate(log.records.back());
     }

@@ -1,0 +1,222 @@
+#pragma once
+
+#include "client/words/Entities.hpp"
+#include "ipmi/Hex.hpp"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+#include <sstream>
+
+// The rows of event-road.txt, whose head tells how they are read.
+
+inline std::string hex(int byte)
+{
+    return ipmi::hexByte(static_cast<std::uint8_t>(byte));
+}
+
+/// A kind of event (IPMI 2.0, tables 42-2 and 42-3).
+struct EventKind {
+    int sensorType;
+    int eventType;
+    int data1;
+    bool isOver;
+
+    std::string key() const { return hex(eventType) + " " + hex(data1) + (isOver ? " d" : " a"); }
+};
+
+inline std::string nameOf(int sensorType)
+{
+    return "SLOWER ON " + hex(sensorType);
+}
+
+/// A gravity word of the file: its severity, the place of its trap in a family's list, and how its texts end.
+struct Gravity {
+    std::string word;
+    int severity;
+    std::size_t trap;
+    std::string tail;
+};
+inline const Gravity gravities[] = {{"LNR", 6, 0, ". Status is Lower Non-Recoverable"},
+                                    {"LCR", 5, 1, ". Status is Lower Critical"},
+                                    {"LNC", 4, 2, ". Status is Lower Non-Critical"},
+                                    {"OK", 3, 3, ". Status is OK"},
+                                    {"BACK", 3, 3, " - transition to OK"},
+                                    {"NC", 4, 4, ". Status is Non-Critical"},
+                                    {"UNC", 4, 4, ". Status is Upper Non-Critical"},
+                                    {"CR", 5, 5, ". Status is Critical"},
+                                    {"UCR", 5, 5, ". Status is Upper Critical"},
+                                    {"NR", 6, 6, ". Status is Non-Recoverable"},
+                                    {"UNR", 6, 6, ". Status is Upper Non-Recoverable"}};
+
+/// How the sensor types of a family tell a state: their row, whether their events count for the health, the trap of no
+/// gravity, whether the words are the translator's, and the traps of lower bounds, of OK, and of upper ones.
+struct Family {
+    std::string types; ///< "04/0B" is type 04 with event type 0B
+    int row;
+    bool counts;
+    std::string noTrap;
+    bool isTranslated;
+    std::array<std::string, 7> traps;
+};
+inline const std::string no = "none";
+inline const Family families[] = {
+    {"01", 1, true, no, false, {"70.13", "70.14", "70.15", "70.16", "70.17", "70.18", "70.19"}},
+    {"02", 1, true, no, false, {"50.10", "50.11", "50.12", "50.13", "50.14", "50.15", "50.16"}},
+    {"04/0B", 0, false, no, true, {no, "70.3", "70.2", "70.1", "70.2", "70.3", no}},
+    {"04", 1, true, no, false, {"70.4", "70.5", "70.6", "70.7", "70.8", "70.9", "70.10"}},
+    {"05", 0, false, "30.2", false, {"30.2", "30.2", "30.2", "30.2", "30.2", "30.2", "30.2"}},
+    {"07", 1, true, no, false, {no, no, no, no, no, no, no}},
+    {"08,0C", 1, true, no, true, {no, no, no, no, no, no, no}},
+    {"09", 1, true, no, false, {no, "50.3", "50.2", "50.1", "50.2", "50.3", no}},
+    {"0A", 1, false, no, true, {no, "70.3", "70.2", "70.1", "70.2", "70.3", no}},
+    {"0D", 1, false, no, false, {no, no, no, no, no, no, no}},
+    {"0F,10,12,13,16,19,DC", 0, false, no, false, {no, no, no, no, no, no, no}},
+    {"21", 0, false, no, false, {no, "80.2", "80.2", "80.1", "80.2", "80.2", no}}};
+
+/// Lists of sensor types, and marks of the texts, for all types or for some.
+inline const std::map<std::string, std::string> lists = {{"own", "01,02,04,05,07,0D,0F,10,12,13,16,19,21,DC"},
+                                                         {"told", "08,0A,0C"}};
+inline const std::map<std::string, std::string> said = {
+    {"data", "(event data {1}h FFh FFh)"},
+    {"more", ", or another state {data}"},
+    {"values", ", reading 0, threshold 0"},
+    {"advice08", ". Check the load and the input of the power supply, and that its own fan runs"},
+    {"advice0A", ". Find out what the sensor watches and check that part and its surroundings"},
+    {"advice0C", ". Find out what the sensor watches and check that part and its surroundings"}};
+
+/// What event-road.txt says; its head tells how.
+class Expectations {
+public:
+    explicit Expectations(const char* path)
+    {
+        std::ifstream file(path);
+        for (std::string line; std::getline(file, line);)
+            if (!line.empty() && line.front() != '#')
+                add(line);
+    }
+
+    /// "missing" for a case without a row.
+    std::string of(const EventKind& kind)
+    {
+        for (const std::string& key : {hex(kind.sensorType) + " " + kind.key(), hex(kind.sensorType) + " *"})
+            if (const auto found = sides.find(key); found != sides.end()) {
+                unused.erase(key);
+                return found->second == "-" ? "-" : outcome(found->second, kind);
+            }
+        return "missing";
+    }
+
+    std::set<std::string> unused;
+
+private:
+    void add(const std::string& line)
+    {
+        const std::size_t bar = line.find(" | "), second = line.find(" | ", bar + 3);
+        const std::string asserted = line.substr(bar + 3, second - bar - 3), ended = line.substr(second + 3);
+        std::istringstream words(line.substr(0, bar));
+        std::string types, eventTypes, data;
+        words >> types >> eventTypes >> data;
+        const std::size_t mirror = data.find('~');
+        for (const std::string& type : listed(types))
+            for (const std::string& eventType : listed(eventTypes)) {
+                const std::string front = type + " " + eventType;
+                if (eventType == "*")
+                    put(front, asserted);
+                for (const std::string& each : listed(data.substr(0, mirror))) {
+                    put(front + " " + each + " a", asserted);
+                    put(front + " " + each + " d", ended);
+                }
+                if (mirror != std::string::npos) {
+                    put(front + " " + data.substr(mirror + 1) + " a", ended);
+                    put(front + " " + data.substr(mirror + 1) + " d", asserted);
+                }
+            }
+    }
+
+    void put(const std::string& key, const std::string& side)
+    {
+        EXPECT_TRUE(sides.emplace(key, side).second) << "twice: " << key;
+        unused.insert(key);
+    }
+
+    /// What a field stands for: "01,50-52" is 01, 50, 51 and 52; a list's name what that holds.
+    static std::vector<std::string> listed(const std::string& field)
+    {
+        std::vector<std::string> all;
+        std::istringstream items(field);
+        for (std::string item; std::getline(items, item, ',');) {
+            const std::size_t dash = item.find('-');
+            if (const auto list = lists.find(item); list != lists.end())
+                std::ranges::copy(listed(list->second), std::back_inserter(all));
+            else if (dash == std::string::npos)
+                all.push_back(item);
+            else
+                for (int each = std::stoi(item, nullptr, 16); each <= std::stoi(item.substr(dash + 1), nullptr, 16);
+                     ++each)
+                    all.push_back(hex(each));
+        }
+        return all;
+    }
+
+    static const Family& familyOf(const EventKind& kind)
+    {
+        const std::string type = hex(kind.sensorType), whole = type + "/" + hex(kind.eventType);
+        return *std::ranges::find_if(families, [&](const Family& family) {
+            return family.types == whole || std::ranges::count(listed(family.types), type) > 0;
+        });
+    }
+
+    static std::string outcome(const std::string& side, const EventKind& kind)
+    {
+        const Family& family = familyOf(kind);
+        const std::size_t begin = side.front() == '[' ? side.find(']') + 2 : 0;
+        const std::string word = side.substr(begin, side.find(' ', begin) - begin);
+        const auto* const gravity = std::ranges::find(gravities, word, &Gravity::word);
+        const bool isGrave = gravity != std::end(gravities);
+        int severity = isGrave ? gravity->severity : family.isTranslated ? 2 : 0;
+        std::string trap;
+        std::istringstream given(begin ? side.substr(1, begin - 3) : "");
+        for (std::string item; given >> item;)
+            if (item.find('.') == std::string::npos)
+                severity = std::stoi(item);
+            else
+                trap = item;
+        if (trap.empty())
+            trap = isGrave && severity != 0 ? family.traps[gravity->trap] : family.noTrap;
+        const int before = kind.isOver ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
+        std::string words = side.substr(std::min(side.size(), begin + (isGrave ? word.size() + 1 : 0)));
+        if (words.empty())
+            words = "=" + gravity->tail.substr(2);
+        else if (words.front() != '=')
+            words = "={} reports " + words + (isGrave ? gravity->tail : family.isTranslated ? "." : "");
+        std::ostringstream line;
+        line << trap << ' ' << severity << ' ' << family.row << ' '
+             << (family.counts && severity >= ENUM_STATUS_OK ? severity : before) << ' '
+             << filled(words.substr(1), kind, family.isTranslated);
+        return line.str();
+    }
+
+    static std::string filled(std::string words, const EventKind& kind, bool isTranslated)
+    {
+        for (std::size_t open; (open = words.find('<')) != std::string::npos;) {
+            const std::string inside = words.substr(open + 1, words.find('>') - open - 1);
+            words.replace(open, inside.size() + 2, isTranslated ? inside : "");
+        }
+        for (std::size_t open; (open = words.find('{')) != std::string::npos;) {
+            const std::string mark = words.substr(open + 1, words.find('}') - open - 1);
+            const auto ofType = said.find(mark + hex(kind.sensorType));
+            words.replace(open, mark.size() + 2,
+                          mark.empty()           ? nameOf(kind.sensorType)
+                          : mark == "1"          ? hex(kind.data1)
+                          : ofType != said.end() ? ofType->second
+                                                 : said.at(mark));
+        }
+        return words;
+    }
+
+    std::map<std::string, std::string> sides;
+};
