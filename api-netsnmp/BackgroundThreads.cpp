@@ -2,6 +2,7 @@
 
 #include "api-netsnmp/Process.hpp"
 #include "api-netsnmp/Signals.hpp"
+#include "api-netsnmp/StatusService.hpp"
 #include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
 #include "client/events/SelWatcher.hpp"
@@ -36,13 +37,6 @@ public:
     Attendance& operator=(const Attendance&) = delete;
 };
 
-struct Thread {
-    void* (*body)(void*);
-    pthread_t id{};
-    bool started = false;
-};
-Thread threads[] = {{CheckTrap}, {check_sensors_cache}};
-
 /// A turn that fails, for want of memory say, must cost this turn and not the process.
 template<class Turn>
 void survive(const char* thread, Turn turn)
@@ -55,6 +49,33 @@ void survive(const char* thread, Turn turn)
         std::fprintf(stderr, "%s: a turn ended by an exception\n", thread);
     }
 }
+
+/// Body of the thread that answers who asks how the agent is. Never returns.
+void* serveStatus(void*)
+{
+    const Attendance attendance("status");
+    agent::StatusService service;
+    for (;;)
+        survive("status", [&service] { service.turn(); });
+}
+
+bool always()
+{
+    return true;
+}
+
+bool answersStatus()
+{
+    return common::policy().answersStatus;
+}
+
+struct Thread {
+    void* (*body)(void*);
+    bool (*isWanted)();
+    pthread_t id{};
+    bool started = false;
+};
+Thread threads[] = {{CheckTrap, always}, {check_sensors_cache, always}, {serveStatus, answersStatus}};
 
 /// Each look is one at every row, so not at each turn.
 void followReadings()
@@ -135,7 +156,8 @@ void startThreads()
         sigaddset(&mainThreadOnly, sig);
     pthread_sigmask(SIG_BLOCK, &mainThreadOnly, &before);
     for (Thread& thread : threads)
-        start(thread);
+        if (thread.isWanted())
+            start(thread);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 

@@ -17,10 +17,11 @@ void* check_sensors_cache(void*);
 
 namespace agent {
 
-/// Starts both threads detached, the event thread first. They take none of the signals that serveSignals is for.
+/// Starts the threads detached, the event thread first, and by the policy one that answers `hwquery status`. They take
+/// none of the signals that serveSignals is for.
 void startThreads();
 
-/// Cancels both, the event thread first, and waits for their ends. They can be cancelled in their sleeps only, so an
+/// Cancels them, the event thread first, and waits for their ends. They can be cancelled in their sleeps only, so an
 /// exchange with the controller is finished first. False if one still runs after `patience`.
 bool endThreads(std::chrono::milliseconds patience);
 

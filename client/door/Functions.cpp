@@ -175,6 +175,11 @@ void followReadings()
     forward(0, &smClient::followReadings);
 }
 
+std::vector<GroupStanding> standingOfGroups()
+{
+    return forward(std::vector<GroupStanding>(), &smClient::standingOfGroups);
+}
+
 int addShownEvent(const eventData& event, const std::string& shown)
 {
     return forward(noGroup, &smClient::addShownEvent, event, shown);

@@ -233,6 +233,22 @@ int smClient::followReadings()
     return CLIENT_SUCCESS;
 }
 
+std::vector<client::door::GroupStanding> smClient::standingOfGroups()
+{
+    std::vector<client::door::GroupStanding> standing;
+    const auto hold = holdGroups();
+    for (const Group& group : groups) {
+        BaseAccessor* const rows = group.entity == SMINFO ? nullptr : group.find(*this);
+        if (!rows)
+            continue;
+        standing.push_back({group.name, rows->getCount(), {}});
+        for (int row = 0; row < rows->getCount(); ++row)
+            if (const auto status = rows->presentStatus(row); status && status->status < ENUM_STATUS_OK)
+                standing.back().silent.emplace_back(rows->getDesc(row));
+    }
+    return standing;
+}
+
 void smClient::shutdown()
 {
     if (m_bInitComplete == 0)

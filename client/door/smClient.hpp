@@ -1,6 +1,7 @@
 #pragma once
 
 #include "client/door/Filling.hpp"
+#include "client/door/Standing.hpp"
 #include "client/door/subagentBase.hpp"
 #include "client/groups/clChassisInfo.hpp"
 #include "client/groups/clDiscreteGroups.hpp"
@@ -49,6 +50,8 @@ public:
     std::optional<client::status::DeviceStatus> readPresentStatus(int deviceId);
     int noteEventOf(int deviceId);
     int followReadings();
+    /// See Standing.hpp.
+    std::vector<client::door::GroupStanding> standingOfGroups();
 
     std::unique_ptr<systemManagement> mSystemManagement;
     std::unique_ptr<chassisInfo> mChassisInfo;

@@ -5,12 +5,14 @@
 #include "client/query/QLInterface.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "common/ErrorName.hpp"
+#include "common/Facts.hpp"
 #include "common/Report.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Stopwatch.hpp"
 #include "ipmi/SelView.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -41,6 +43,13 @@ constexpr unsigned idsTried = 8;
 bool isRefusal(const ResultStatus& failure)
 {
     return std::ranges::any_of(failure, [](const RStatus& entry) { return entry.mErrorCode == ERROR_INVALID_DATAVAL; });
+}
+
+std::string hexId(const std::string& record)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "%04X", idOf(record) & 0xFFFFU);
+    return text;
 }
 
 unsigned hexadecimal(const std::string& text)
@@ -154,6 +163,8 @@ void SelFollower::begin()
         trail.erased = lastErasure();
     }
     mark.begin(trail);
+    const std::string* const last = trail.back(0);
+    common::noteFact(common::eventFact, last ? "behind record " + hexId(*last) : "at the log's beginning");
     hasBegun = true;
 }
 
@@ -226,6 +237,7 @@ void SelFollower::take(const Page& page, std::size_t place)
     const std::string& record = page.log.records[place];
     traps::beginRecord(++number);
     handleRecord(page.answer, page.answer.at(page.keys[place]));
+    common::noteFact(common::eventFact, "record " + hexId(record) + ": " + t_SelData.sEventDiscription);
     trail.add(record);
     back = 0;
     mark.handled(number, record, trail.erased);

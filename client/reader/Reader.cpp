@@ -3,11 +3,13 @@
 #include "client/door/Filling.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/Publication.hpp"
+#include "common/Facts.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "common/Waits.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace client::reader {
@@ -28,6 +30,13 @@ constexpr auto longestNap = 1s; ///< what is looked up for the first time is rea
 auto now()
 {
     return current<Clock>().steady();
+}
+
+std::string secondsOf(std::chrono::nanoseconds length)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f s", std::chrono::duration<double>(length).count());
+    return text;
 }
 
 } // namespace
@@ -53,6 +62,7 @@ void Reader::fillWhenDue()
 void Reader::fillFromRepository()
 {
     repositoryRead = door::fillGroups(Sources::repository);
+    common::noteFact(common::recordsFact, repositoryRead ? "read" : "none so far");
     if (repositoryRead)
         return;
     if (!common::stillStands(common::controllerKey))
@@ -125,6 +135,7 @@ void Reader::endPass(Moment began)
     const Duration rest =
         std::max<Duration>(common::policy().refreshPeriod - length, std::min<Duration>(length / 4, longestRest));
     query::setRefreshPeriod(length + rest);
+    common::noteFact(common::refreshFact, "in " + secondsOf(length) + ", again in " + secondsOf(rest));
     nextPass = now() + rest;
 }
 

@@ -1,6 +1,8 @@
 #include "client/traps/TrapQueue.hpp"
 
+#include "client/traps/TestTraps.hpp"
 #include "common/Bell.hpp"
+#include "common/Facts.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "common/Seams.hpp"
@@ -81,6 +83,13 @@ struct Queue {
 std::mutex guard;
 Queue queue;
 
+std::string textOf(const Trap& trap)
+{
+    constexpr std::size_t textPlace = 1;
+    const auto* const text = trap.size() > textPlace ? std::get_if<std::string>(&trap[textPlace].value) : nullptr;
+    return text ? *text : std::string();
+}
+
 /// Of those that begin to be dropped.
 std::string overflowText()
 {
@@ -112,6 +121,20 @@ void queuePacedTrap(Trap trap)
     callForTraps();
 }
 
+void queueTestTrap(Trap trap)
+{
+    const std::scoped_lock lock(guard);
+    const unsigned long record = queue.waiting.empty() ? noRecord : queue.waiting.front().record;
+    queue.waiting.push_front({std::move(trap), record, false});
+    common::loopBell().ring();
+}
+
+TrapStanding trapStanding()
+{
+    const std::scoped_lock lock(guard);
+    return {queue.isOpen, queue.waiting.size(), queue.dropped};
+}
+
 std::deque<Trap> takeTraps()
 {
     std::deque<Trap> taken;
@@ -130,6 +153,8 @@ std::deque<Trap> takeTraps()
         if (queue.waiting.size() <= queue.mostWaiting() / 2)
             dropped = std::exchange(queue.dropped, 0);
     }
+    if (!taken.empty())
+        common::noteFact(common::trapFact, nameOf(taken.back()) + ": " + textOf(taken.back()));
     if (dropped > 0)
         common::report(common::Gravity::warning, std::to_string(dropped) + " traps were dropped; there is room again");
     return taken;

@@ -3,6 +3,7 @@
 #include "client/traps/TrapFunctions.hpp"
 
 #include <chrono>
+#include <cstddef>
 #include <deque>
 #include <limits>
 
@@ -17,6 +18,9 @@ void queueTrap(Trap trap);
 /// sets. Dropped, which is reported, when too many wait.
 void queuePacedTrap(Trap trap);
 
+/// Puts a trap that tells of no event before all others: it waits for no pace, and holds up no mark.
+void queueTestTrap(Trap trap);
+
 /// Everything queued so far, in order; of the paced ones those whose turn it is. They count as on their way until
 /// trapsAreSent.
 std::deque<Trap> takeTraps();
@@ -24,6 +28,14 @@ void trapsAreSent();
 
 /// Whether there is a session to the master agent; there is one until something else is said.
 void sessionIs(bool open);
+
+/// How the queue stands.
+struct TrapStanding {
+    bool hasSession;
+    std::size_t waiting;
+    unsigned long dropped; ///< and not yet reported as over
+};
+TrapStanding trapStanding();
 
 /// How long it is until a paced trap may leave, a tenth of a second at least; `otherwise` if none waits or none may.
 std::chrono::milliseconds untilNextTrap(std::chrono::milliseconds otherwise);

@@ -60,6 +60,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::refusesSecondAgent,
     &Policy::backsOffCrashes,
     &Policy::endsWithoutResources,
+    &Policy::answersStatus,
 };
 
 struct Figure {

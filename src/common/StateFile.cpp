@@ -3,6 +3,7 @@
 #include "common/Descriptor.hpp"
 #include "common/Seams.hpp"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
@@ -37,12 +38,6 @@ bool isOurs(const Descriptor& opened, mode_t kind)
            status.st_uid == geteuid() && (status.st_mode & writableForOthers) == 0 && status.st_size <= mostBytes;
 }
 
-Descriptor openFolder(const char* folder)
-{
-    Descriptor opened(open(systemPath(folder).c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    return isOurs(opened, S_IFDIR) ? std::move(opened) : Descriptor();
-}
-
 bool writeAll(int file, std::string_view text)
 {
     while (!text.empty()) {
@@ -65,9 +60,23 @@ std::string readAll(int file)
 
 } // namespace
 
+Descriptor openOwnFolder(const char* folder, IfMissing ifMissing)
+{
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    const std::string path = systemPath(folder);
+    Descriptor opened(open(path.c_str(), flags));
+    if (!opened && ifMissing == IfMissing::make && mkdir(path.c_str(), folderMode) == 0)
+        opened = Descriptor(open(path.c_str(), flags));
+    if (opened && !isOurs(opened, S_IFDIR)) {
+        errno = EPERM;
+        return Descriptor();
+    }
+    return opened;
+}
+
 std::optional<std::string> readStateFile(const std::string& name, const char* folder)
 {
-    const Descriptor place = openFolder(folder);
+    const Descriptor place = openOwnFolder(folder, IfMissing::fail);
     if (!place)
         return std::nullopt;
     const Descriptor file(openat(place.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
@@ -81,9 +90,7 @@ std::optional<std::string> readStateFile(const std::string& name, const char* fo
 
 bool writeStateFile(const std::string& name, std::string_view contents, const char* folder)
 {
-    Descriptor place = openFolder(folder);
-    if (!place && mkdir(systemPath(folder).c_str(), folderMode) == 0)
-        place = openFolder(folder);
+    const Descriptor place = openOwnFolder(folder, IfMissing::make);
     if (!place)
         return false;
     const std::string fresh = name + ".new";

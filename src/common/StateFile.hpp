@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Descriptor.hpp"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +10,12 @@ namespace common {
 
 /// Where the agent keeps what it wants to know again after a restart.
 inline constexpr char stateFolder[] = "/var/lib/hwagent";
+
+enum class IfMissing { fail, make };
+
+/// The folder, made with mode 0700 if it is missing and to be made. None, with errno, if it is a link, somebody else's
+/// or writable for others.
+Descriptor openOwnFolder(const char* folder, IfMissing ifMissing);
 
 /// The contents of the file `name` in the folder, as writeStateFile left them. Nothing for a file that is absent, a
 /// link, somebody else's, writable for others, above 4 MiB, or whose checksum does not fit.

@@ -1,5 +1,6 @@
 #include "transport/BmcMessage.hpp"
 
+#include "common/Facts.hpp"
 #include "common/Policy.hpp"
 #include "ipmi/Codes.hpp"
 #include "transport/Deadline.hpp"
@@ -120,7 +121,11 @@ void fillResponse(BMC_RESPONSE& response, const BMC_MESSAGE& answer)
 int search(bool driverOpened)
 {
     transportState().OpenIPMIPresence = driverOpened ? 1 : 0;
-    return driverOpened || MainInit() == 0 ? 0 : noBmcInterface;
+    if (driverOpened)
+        return 0;
+    const bool answers = MainInit() == 0;
+    common::noteFact(common::transportFact, answers ? "KCS port, without the kernel's driver" : "none");
+    return answers ? 0 : noBmcInterface;
 }
 
 /// A driver that was loaded later owns the ports from then on; where there was nothing at all, the ports may answer by

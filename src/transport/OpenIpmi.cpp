@@ -1,6 +1,7 @@
 #include "transport/OpenIpmi.hpp"
 
 #include "common/Descriptor.hpp"
+#include "common/Facts.hpp"
 #include "common/Policy.hpp"
 #include "common/Seams.hpp"
 #include "ipmi/Codes.hpp"
@@ -259,8 +260,10 @@ bool transport::openDevice()
     for (const char* node : deviceNodes) {
         const int fd = current<DeviceFile>().open(node, O_RDWR);
         transportState().openIPMIfd = fd;
-        if (fd >= 0)
-            return true;
+        if (fd < 0)
+            continue;
+        common::noteFact(common::transportFact, std::string("kernel's driver, ") + node);
+        return true;
     }
     return false;
 }

@@ -1,5 +1,6 @@
 #include "transport/SilenceWatch.hpp"
 
+#include "common/Facts.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "ipmi/Codes.hpp"
@@ -75,6 +76,7 @@ void SilenceWatch::noteSilence()
         common::reportLimited(common::Gravity::warning, common::controllerKey,
                               "no answer from the BMC since " + timeOfDay(firstFailure));
     told = true;
+    common::noteFact(common::controllerFact, "no answer since " + timeOfDay(firstFailure));
 }
 
 void SilenceWatch::noteReturn()
@@ -82,6 +84,7 @@ void SilenceWatch::noteReturn()
     if (told)
         common::report(common::Gravity::notice, "the BMC answers again");
     common::reportEnded(common::controllerKey);
+    common::noteFact(common::controllerFact, "answers");
     *this = {};
 }
 

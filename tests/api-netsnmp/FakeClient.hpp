@@ -21,6 +21,7 @@ struct FakeClient {
     int rows = 3;
     int result = 0;
     int setsEnabled = 0;
+    int trapsEnabled = 0;
     long number = 4711;
     long written = 0;
     std::optional<std::string> text = "value";

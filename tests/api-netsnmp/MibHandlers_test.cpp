@@ -2,6 +2,7 @@
 #include "api-netsnmp/ThresholdWrites.hpp"
 #include "client/door/Filling.hpp"
 #include "client/door/Functions.hpp"
+#include "client/door/Standing.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/reader/Reader.hpp"
 #include "tests/api-netsnmp/FakeClient.hpp"
@@ -82,6 +83,18 @@ void client::events::keepMark() {}
 std::chrono::milliseconds client::door::pauseBeforeTraps()
 {
     return std::chrono::seconds(10);
+}
+std::vector<client::door::GroupStanding> client::door::standingOfGroups()
+{
+    return {{"temperatureProbe", 2, {"Inlet\nair"}}};
+}
+int isTrapEnabled()
+{
+    return theClient.trapsEnabled;
+}
+int getHealthStatus()
+{
+    return 3;
 }
 int initSMClient()
 {

@@ -25,6 +25,7 @@ PID_FILE = "/var/run/hwagentd.pid"
 LOCK_FILE = "/var/run/hwagentd.lock"
 STATE_FOLDER = "/var/lib/hwagent"
 CACHE_FOLDER = "/var/cache/hwagent"
+RUN_FOLDER = "/run/hwagent"
 SEL_MARK = STATE_FOLDER + "/sel-mark"
 COMMUNITY = "public"
 UNAVAILABLE = "1"  # systemHealthStatus
@@ -188,7 +189,7 @@ class Agent:
         place(LOCK_FILE, b"")
         for path, content in self.simulator.board.smbios.files().items():
             place(path, content)
-        for folder in (STATE_FOLDER, CACHE_FOLDER):
+        for folder in (STATE_FOLDER, CACHE_FOLDER, RUN_FOLDER):
             state = self.root / folder.lstrip("/")
             state.mkdir(parents=True, exist_ok=True)
             state.chmod(0o700)

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "common/LineServer.hpp"
+
+#include <string>
+
+namespace agent {
+
+/// What a line at the status socket is answered with: "key = value" lines. The requests are "status" and
+/// "test-trap [NAME]"; anything else is answered with "error = ...", as is a test that cannot be made.
+std::string answerStatusRequest(const std::string& request);
+
+/// Serves the status socket. For one thread of its own: it reads only what others have published, and none waits for
+/// it.
+class StatusService {
+public:
+    StatusService();
+    /// Serves for about a second; where the socket cannot be made, which is reported, rests. Cancelled in its waits.
+    void turn();
+
+private:
+    common::LineServer server{answerStatusRequest};
+};
+
+} // namespace agent
