@@ -1,32 +1,29 @@
 #pragma once
 
-// The files of tests/modules/bmc/engine/: queries to the engine, and what they send and answer.
+// The files of tests/modules/bmc/engine/: queries to the engine, what they send, and what they answer. A line is a
+// case; one that begins with a blank goes on with the line before, and "#" begins a comment.
 //
-//     # comment
-//     get /BMC/INFO/VERSION              a query: get PATH, set PATH VALUE, getmap PATH NAME=VALUE...,
-//                                        setmap PATH NAME=VALUE...; ends at the next query
-//     > 20 06 00 01                      the next request that must come: target, network function, LUN, command,
-//                                        data, all hexadecimal; ".." is any byte
-//     < 00 20 81 01 07 02                its answer, completion code first; "<" alone is a BMC that does not answer
-//     ~ 20 0A 00 22                      a request that may come any number of times, at any place; its answer follows
-//     < 00 34 12
-//     = 1.07.4660                        the query's own node is the only one, and these are its values
-//     = /BMC/INFO/SUPPORT: /BMC/... /... or every node of the answer, a line each: "PATH: children" for a branch,
-//     = /BMC/INFO/VERSION = 1.07.4660    "PATH = values" for a leaf
-//     ! 1269                             or the failure: its code and, if given, its detail
-//     clear                              empties the engine's cache, which otherwise lasts to the end of the file
+//     get PATH > 20 06 00 01 < 00 20 81 = 1.07     a query, what it must send, what the BMC answers, and what comes of
+//     it get PATH NAME=VALUE > ...                    the same with parameters set PATH VALUE > 20 00 00 02 01 or
+//     NAME=VALUE ...; without a "!" it must succeed clear                                        empties the engine's
+//     cache, which otherwise lasts to the file's end
 //
-// One line a key:
+//     > 20 06 00 01     a request: target, network function, LUN, command, data; ".." is any byte. Each must come, in
+//                       order, and no other
+//     ~ 20 0A 00 22     one that may come any number of times, at any place
+//     < 00 34 12        its answer, completion code first; without it "00"; "<" alone is a BMC that does not answer
+//     = 1.07            the query's own node is the only one, and this is its value
+//     = {A, B = 1}      or it is a branch with these children; those with a value come along as leaves
+//     = {A}; A{B = 1}   and behind that the branches below it
+//     ! 1269            or the failure: its code and, if given, its detail
 //
-//     on 20 06 00 01 < 00 20 81          the exchange of the lines that follow; `also` adds a further one
-//     ask PATH = 1.07                    a get with these exchanges; "! code" for a failure
-//     put PATH VALUE > 20 00 00 02 01    a set, or with NAME=VALUE... a setmap, that sends this request and succeeds
-//     change PATH VALUE > 20 0C 00 01 01 02 37    the same behind these exchanges: what is there is read first
-//     deny PATH VALUE ! 1091             a set that fails before anything is sent
-//     each PATH 20 00 00 07 < 00 ?? : 00 UNKNOWN, 01 WATCHDOG    a get for each pair: the byte, and the answer
-//     every PATH > 20 00 00 02 ?? : RESET 03, POWER_UP 01        a set for each pair: the word, and the byte
+//     on > 20 06 00 01 < 00 20 81                  exchanges that the next lines share:
+//     ask PATH = 1.07                              a get with these
+//     change PATH VALUE > 20 0C 00 01 01 02 37     a set behind these: what is there is read first
 //
-// A SET without "=" or "!" must succeed. Every ">" request must come, in order, and no other.
+//     each get /BMC/? > 20 00 00 ? = ? : A 07 UNKNOWN, B 09 2.5 V
+//                                                  a line for each item, whose words stand for the "?" one by one; the
+//                                                  last takes what is left
 
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
@@ -35,183 +32,165 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace engine {
 
+using Texts = std::vector<std::string>;
+
 struct Exchange {
-    std::vector<std::string> request; ///< bytes, ".." for any
-    IpmiAnswer answer;
+    Texts request; ///< bytes, ".." for any
+    IpmiAnswer answer{0};
     bool repeats = false;
 };
 
 struct Query {
     int line = 0;
-    std::string kind, path, rest;
+    std::string verb, path, value;
     std::vector<Exchange> exchanges;
-    std::vector<std::string> expected; ///< lines of "="
-    std::string failure;               ///< of "!"
+    Texts expected;      ///< nodes as lines, "PATH = VALUE" or "PATH: CHILDREN"
+    std::string failure; ///< code and detail
+
+    bool isSet() const { return verb == "set"; }
 };
 
-inline std::string restOf(std::istringstream& words)
-{
-    std::string rest;
-    std::getline(words >> std::ws, rest);
-    return rest;
-}
-
-inline Exchange parseExchange(const std::string& text)
-{
-    const std::size_t answer = text.find('<');
-    return {Util::split(Util::upcase(text.substr(0, answer)), " "),
-            answer == std::string::npos ? IpmiAnswer{0} : ipmi::parseBytes(text.substr(answer + 1)), false};
-}
-
-/// `text` in two at the first of `mark`, without the blanks around it.
+/// `text` in two at the first of `mark`.
 inline std::pair<std::string, std::string> cutAt(const std::string& text, const std::string& mark)
 {
     const std::size_t at = text.find(mark);
-    const std::string front = text.substr(0, at);
-    const std::string back = at == std::string::npos ? "" : text.substr(at + mark.size());
-    return {front.substr(0, front.find_last_not_of(' ') + 1),
-            back.substr(std::min(back.find_first_not_of(' '), back.size()))};
+    return {text.substr(0, at), at == std::string::npos ? "" : text.substr(at + mark.size())};
+}
+
+inline Texts splitAt(std::string text, const std::string& mark)
+{
+    Texts parts;
+    for (std::string part; !text.empty(); parts.push_back(part))
+        std::tie(part, text) = cutAt(text, mark);
+    return parts;
+}
+
+inline std::string below(const std::string& branch, const std::string& name)
+{
+    if (name.empty() || name.front() == '/')
+        return name.empty() ? branch : name;
+    return branch + (name.front() == '[' ? "" : "/") + name;
+}
+
+inline Texts expectedLines(const std::string& path, const std::string& result)
+{
+    if (!result.starts_with('{'))
+        return {path + " = " + result};
+    Texts lines;
+    for (const std::string& group : splitAt(result, "; ")) {
+        const auto [name, members] = cutAt(group.substr(0, group.rfind('}')), "{");
+        const std::string branch = below(cutAt(path, "/@children").first, name);
+        Texts children;
+        for (const std::string& member : splitAt(members, ", ")) {
+            const auto [child, value] = cutAt(member, " =");
+            children.push_back(below(branch, child));
+            if (child != member)
+                lines.push_back(children.back() + " = " + value.substr(std::min<std::size_t>(value.size(), 1)));
+        }
+        lines.push_back(branch + ": " + Util::join(children, " "));
+    }
+    return lines;
 }
 
 class FileReader {
 public:
-    explicit FileReader(std::filesystem::path file) : source(std::move(file)) {}
+    explicit FileReader(const std::filesystem::path& file) : source(file) {}
 
     std::vector<Query> read()
     {
         std::ifstream file(source);
-        for (std::string line; std::getline(file, line);) {
+        std::string whole;
+        int number = 0;
+        for (std::string text; std::getline(file, text);) {
             ++number;
-            std::istringstream words(line);
-            std::string first;
-            words >> first;
-            if (!first.empty() && first[0] != '#' && !readHead(first, words) && !readShort(first, words) &&
-                !readDetail(first, words))
-                ADD_FAILURE() << source << ":" << number << ": what is \"" << first << "\"?";
+            if (text.starts_with(' ')) {
+                whole += text.substr(text.find_first_not_of(' ') - 1);
+                continue;
+            }
+            readLine(std::exchange(whole, text.starts_with('#') ? "" : text));
+            line = number;
         }
+        readLine(whole);
         return queries;
     }
 
 private:
-    Query& add(const std::string& kind, const std::string& query)
+    void readLine(const std::string& text)
     {
-        queries.push_back(
-            {.line = number, .kind = kind, .path = query, .rest = {}, .exchanges = {}, .expected = {}, .failure = {}});
-        return queries.back();
-    }
-
-    bool readHead(const std::string& first, std::istringstream& words)
-    {
-        if (first != "get" && first != "set" && first != "getmap" && first != "setmap" && first != "clear")
-            return false;
-        std::string query;
-        words >> query;
-        add(first, query).rest = restOf(words);
-        return true;
-    }
-
-    bool readShort(const std::string& first, std::istringstream& words)
-    {
-        const auto reader = readers.find(first);
-        if (reader == readers.end())
-            return false;
-        (this->*reader->second)(restOf(words));
-        return true;
-    }
-
-    bool readDetail(const std::string& first, std::istringstream& words)
-    {
-        if (queries.empty())
-            return false;
-        if (first == ">" || first == "~")
-            queries.back().exchanges.push_back({Util::split(Util::upcase(restOf(words)), " "), {}, first == "~"});
-        else if (first == "<" && !queries.back().exchanges.empty())
-            queries.back().exchanges.back().answer = ipmi::parseBytes(restOf(words));
-        else if (first == "=")
-            queries.back().expected.push_back(restOf(words));
-        else if (first == "!")
-            queries.back().failure = restOf(words);
-        else
-            return false;
-        return true;
-    }
-
-    void readOn(const std::string& text) { current = {parseExchange(text)}; }
-    void readAlso(const std::string& text) { current.push_back(parseExchange(text)); }
-
-    void readAsk(const std::string& text)
-    {
-        const auto [failing, code] = cutAt(text, " ! ");
-        const auto [path, value] = cutAt(failing, " = ");
-        Query& query = add("get", path);
-        query.exchanges = current;
-        query.failure = code;
-        if (code.empty())
-            query.expected.push_back(value);
-    }
-
-    void readPut(const std::string& text)
-    {
-        const auto [asked, request] = cutAt(text, " > ");
-        const auto [path, value] = cutAt(asked, " ");
-        Query& query = add(value.find('=') == std::string::npos ? "set" : "setmap", path);
-        query.rest = value;
-        query.exchanges.push_back(parseExchange(request));
-    }
-
-    void readChange(const std::string& text)
-    {
-        readPut(text);
-        std::vector<Exchange>& exchanges = queries.back().exchanges;
-        exchanges.insert(exchanges.begin(), current.begin(), current.end());
-    }
-
-    void readDeny(const std::string& text)
-    {
-        const auto [asked, code] = cutAt(text, " ! ");
-        readPut(asked);
-        queries.back().exchanges.clear();
-        queries.back().failure = code;
+        const auto [verb, rest] = cutAt(text, " ");
+        if (verb == "each")
+            readEach(rest);
+        else if (verb == "on")
+            shared = parse(rest).exchanges;
+        else if (verb == "get" || verb == "set" || verb == "clear")
+            queries.push_back(parse(rest, verb));
+        else if (verb == "ask" || verb == "change")
+            queries.push_back(parse(rest, verb == "ask" ? "get" : "set", shared));
+        else if (!verb.empty())
+            ADD_FAILURE() << source << ":" << line << ": what is \"" << verb << "\"?";
     }
 
     void readEach(const std::string& text)
     {
-        const auto [front, pairs] = cutAt(text, " : ");
-        const auto [path, exchange] = cutAt(front, " ");
-        for (const std::string& pair : Util::split(pairs, ",")) {
-            const auto [byte, word] = cutAt(pair.substr(pair.find_first_not_of(' ')), " ");
-            current = {parseExchange(Util::replace_all(exchange, "??", byte))};
-            readAsk(path + " = " + word);
+        const auto [pattern, items] = cutAt(text, " : ");
+        for (std::string item : splitAt(items, ", ")) {
+            std::string whole = pattern;
+            for (std::size_t at = 0; (at = whole.find('?', at)) != std::string::npos;) {
+                const bool isLast = whole.find('?', at + 1) == std::string::npos;
+                const auto [word, rest] = cutAt(item, isLast ? "\n" : " ");
+                whole.replace(at, 1, word);
+                at += word.size();
+                item = rest;
+            }
+            readLine(whole);
         }
     }
 
-    void readEvery(const std::string& text)
+    /// A line behind its verb.
+    Query parse(const std::string& text, const std::string& verb = {}, const std::vector<Exchange>& before = {}) const
     {
-        const auto [front, pairs] = cutAt(text, " : ");
-        const auto [path, request] = cutAt(front, " > ");
-        for (const std::string& pair : Util::split(pairs, ",")) {
-            const auto [word, byte] = cutAt(pair.substr(pair.find_first_not_of(' ')), " ");
-            readPut(path + " " + word + " > " + Util::replace_all(request, "??", byte));
+        Query query{line, verb, {}, {}, before, {}, {}};
+        std::istringstream words(text);
+        std::string front, ending, result;
+        bool answers = false;
+        for (std::string word; ending.empty() && words >> word;) {
+            const bool begun = query.exchanges.size() > before.size();
+            if (word == "=" || word == "!")
+                ending = word;
+            else if (word == ">" || word == "~")
+                query.exchanges.push_back({{}, {0}, word == "~"});
+            else if (word == "<")
+                query.exchanges.back().answer.clear();
+            else if (!begun)
+                front += (front.empty() ? "" : " ") + word;
+            else if (answers)
+                query.exchanges.back().answer.push_back(ipmi::parseByte(word));
+            else
+                query.exchanges.back().request.push_back(Util::upcase(word));
+            answers = word == "<" || (answers && word != ">" && word != "~");
         }
+        if (words.get() == ' ')
+            std::getline(words, result);
+        std::tie(query.path, query.value) = cutAt(front, " ");
+        if (ending == "!")
+            query.failure = result;
+        else if (!query.isSet())
+            query.expected = expectedLines(query.path, result);
+        return query;
     }
-
-    static inline const std::map<std::string, void (FileReader::*)(const std::string& text)> readers = {
-        {"on", &FileReader::readOn},     {"also", &FileReader::readAlso},     {"ask", &FileReader::readAsk},
-        {"put", &FileReader::readPut},   {"change", &FileReader::readChange}, {"deny", &FileReader::readDeny},
-        {"each", &FileReader::readEach}, {"every", &FileReader::readEvery},
-    };
 
     std::filesystem::path source;
-    int number = 0;
+    int line = 0;
     std::vector<Query> queries;
-    std::vector<Exchange> current;
+    std::vector<Exchange> shared;
 };
 
 } // namespace engine

@@ -4,11 +4,7 @@
 
 #include <algorithm>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 using namespace catalogue_data;
-using testing::IsEmpty;
 
 namespace {
 
@@ -35,7 +31,7 @@ TEST(Guide, EveryRowIsSortedAndNamesWhatIsThere)
     };
     EXPECT_TRUE(isSorted(parameterRows(), &ParameterRow::key));
     EXPECT_TRUE(isSorted(cautionRows(), &CautionRow::key));
-    Findings findings;
+    Names findings;
     const std::map<std::string, Entry> all = entriesByKey();
     for (const CautionRow& row : cautionRows())
         if (const auto from = all.lower_bound(row.key); from == all.end() || !from->first.starts_with(row.key))
@@ -54,15 +50,14 @@ TEST(Guide, EveryRowIsSortedAndNamesWhatIsThere)
 TEST(Guide, EveryQueryNeedsWhatItsRequestsNeed)
 {
     const std::string onlyTests = "SET://BMC/USER[]/TEST_PASSWORD"; // by the command that sets one
-    Findings findings;
-    for (const auto& [key, script] : stores().templates)
-        for (const Function& step : *script)
-            if (static_cast<Opcode>(step.opcode) == Opcode::IPMI && adviceFor(key).need == Need::nothing) {
-                const std::vector<std::string>& packet = stores().packets.at(step.arguments.values.front()).values;
-                if (packet.size() > 3 && key != onlyTests &&
-                    adviceForRaw(constant(packet[1]), constant(packet[3])).need != Need::nothing)
-                    findings.insert(key + " sends " + packet[3]);
-            }
+    Names findings;
+    forEachStep([&](const std::string& key, Opcode opcode, const std::vector<std::string>& operands) {
+        if (opcode != Opcode::IPMI || adviceFor(key).need != Need::nothing || key == onlyTests)
+            return;
+        const std::vector<std::string>& packet = stores().packets.at(operands.front()).values;
+        if (packet.size() > 3 && adviceForRaw(constant(packet[1]), constant(packet[3])).need != Need::nothing)
+            findings.insert(key + " sends " + packet[3]);
+    });
     EXPECT_THAT(findings, IsEmpty());
 }
 
