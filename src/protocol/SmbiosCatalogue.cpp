@@ -47,6 +47,13 @@ constexpr FieldInfo special(std::uint8_t offset, FieldType type, std::string_vie
     return {name, offset, type, INTERPRET_SPECIAL, renderer, values};
 }
 
+/// The word of some bits of a packed number.
+constexpr FieldInfo part(std::uint8_t offset, FieldType type, std::string_view name, std::uint8_t shift,
+                         std::uint8_t width, std::span<const ValueText> values)
+{
+    return {name, offset, type, INTERPRET_VALUES, nullptr, values, shift, width};
+}
+
 /// Bytes that mean nothing as a number.
 constexpr FieldInfo run(std::uint8_t offset, FieldType type, std::string_view name)
 {
@@ -172,6 +179,7 @@ constexpr FieldRow rows[] = {
 
     {9, v3_7, plain(0x11, FIELD_BYTE, "BaseDataBusWidth")},
     {9, v3_7, plain(0x12, FIELD_BYTE, "PeerGroupCount")},
+    {9, v3_7, special(0x13, FIELD_BYTE, "SlotShape", RenderSlotShape, slotWidths)},
 
     // On Board Devices Information (7.11)
     {10, v2_3, special(0x04, FIELD_BYTE, "DeviceType", RenderOnBoardTypes, onBoardDeviceTypes)},
@@ -179,6 +187,9 @@ constexpr FieldRow rows[] = {
 
     // OEM Strings (7.12)
     {11, v2_3, special(0x04, FIELD_BYTE, "Count", RenderCountedStrings)},
+
+    // System Configuration Options (7.13)
+    {12, v3_7, special(0x04, FIELD_BYTE, "Count", RenderCountedStrings)},
 
     // BIOS Language Information (7.14)
     {13, v2_3, special(0x04, FIELD_BYTE, "InstallableLanguages", RenderCountedStrings)},
@@ -250,6 +261,54 @@ constexpr FieldRow rows[] = {
     // Hardware Security (7.25)
     {24, v2_3, special(0x04, FIELD_BYTE, "HardwareSecuritySettings", CalculateHardwareSecuritySettings)},
 
+    // Voltage Probe, in mV (7.27)
+    {26, v3_7, text(0x04, "Description")},
+    {26, v3_7, part(0x05, FIELD_BYTE, "Location", 0, 5, electricLocations)},
+    {26, v3_7, part(0x05, FIELD_BYTE, "Status", 5, 3, probeStates)},
+    {26, v3_7, special(0x06, FIELD_WORD, "MaximumValue", RenderProbeValue)},
+    {26, v3_7, special(0x08, FIELD_WORD, "MinimumValue", RenderProbeValue)},
+    {26, v3_7, special(0x0A, FIELD_WORD, "Resolution", RenderProbeValue)},
+    {26, v3_7, special(0x0C, FIELD_WORD, "Tolerance", RenderProbeValue)},
+    {26, v3_7, special(0x0E, FIELD_WORD, "Accuracy", RenderProbeValue)},
+    {26, v3_7, plain(0x10, FIELD_DWORD, "OEMDefined")},
+    {26, v3_7, special(0x14, FIELD_WORD, "NominalValue", RenderProbeValue)},
+
+    // Cooling Device (7.28)
+    {27, v3_7, plain(0x04, FIELD_WORD, "TemperatureProbeHandle")},
+    {27, v3_7, part(0x06, FIELD_BYTE, "DeviceType", 0, 5, coolingTypes)},
+    {27, v3_7, part(0x06, FIELD_BYTE, "Status", 5, 3, probeStates)},
+    {27, v3_7, plain(0x07, FIELD_BYTE, "CoolingUnitGroup")},
+    {27, v3_7, plain(0x08, FIELD_DWORD, "OEMDefined")},
+    {27, v3_7, special(0x0C, FIELD_WORD, "NominalSpeed", RenderRating)},
+    {27, v3_7, text(0x0E, "Description")},
+
+    // Temperature Probe, in tenths of a degree Celsius (7.29)
+    {28, v3_7, text(0x04, "Description")},
+    {28, v3_7, part(0x05, FIELD_BYTE, "Location", 0, 5, probeLocations)},
+    {28, v3_7, part(0x05, FIELD_BYTE, "Status", 5, 3, probeStates)},
+    {28, v3_7, special(0x06, FIELD_WORD, "MaximumValue", RenderProbeValue)},
+    {28, v3_7, special(0x08, FIELD_WORD, "MinimumValue", RenderProbeValue)},
+    {28, v3_7, special(0x0A, FIELD_WORD, "Resolution", RenderProbeValue)},
+    {28, v3_7, special(0x0C, FIELD_WORD, "Tolerance", RenderProbeValue)},
+    {28, v3_7, special(0x0E, FIELD_WORD, "Accuracy", RenderProbeValue)},
+    {28, v3_7, plain(0x10, FIELD_DWORD, "OEMDefined")},
+    {28, v3_7, special(0x14, FIELD_WORD, "NominalValue", RenderProbeValue)},
+
+    // Electrical Current Probe, in mA (7.30)
+    {29, v3_7, text(0x04, "Description")},
+    {29, v3_7, part(0x05, FIELD_BYTE, "Location", 0, 5, electricLocations)},
+    {29, v3_7, part(0x05, FIELD_BYTE, "Status", 5, 3, probeStates)},
+    {29, v3_7, special(0x06, FIELD_WORD, "MaximumValue", RenderProbeValue)},
+    {29, v3_7, special(0x08, FIELD_WORD, "MinimumValue", RenderProbeValue)},
+    {29, v3_7, special(0x0A, FIELD_WORD, "Resolution", RenderProbeValue)},
+    {29, v3_7, special(0x0C, FIELD_WORD, "Tolerance", RenderProbeValue)},
+    {29, v3_7, special(0x0E, FIELD_WORD, "Accuracy", RenderProbeValue)},
+    {29, v3_7, plain(0x10, FIELD_DWORD, "OEMDefined")},
+    {29, v3_7, special(0x14, FIELD_WORD, "NominalValue", RenderProbeValue)},
+
+    // System Boot Information (7.33)
+    {32, v3_7, words(0x0A, "BootStatus", bootStates)},
+
     // IPMI Device Information (7.39)
     {38, v2_3, words(0x04, "InterfaceType", ipmiInterfaces)},
     {38, v2_3, special(0x05, FIELD_BYTE, "IPMISpecRev", CalculateIPMISpecRev)},
@@ -258,6 +317,62 @@ constexpr FieldRow rows[] = {
     {38, v2_3, plain(0x08, FIELD_QWORD, "BaseAddress")},
     {38, v2_3, plain(0x10, FIELD_BYTE, "BaseAddressModifier")},
     {38, v2_3, plain(0x11, FIELD_BYTE, "InterruptNumber")},
+
+    // System Power Supply (7.40)
+    {39, v3_7, plain(0x04, FIELD_BYTE, "PowerUnitGroup")},
+    {39, v3_7, text(0x05, "Location")},
+    {39, v3_7, text(0x06, "DeviceName")},
+    {39, v3_7, text(0x07, "Manufacturer")},
+    {39, v3_7, text(0x08, "SerialNo")},
+    {39, v3_7, text(0x09, "AssetTag")},
+    {39, v3_7, text(0x0A, "ModelPartNumber")},
+    {39, v3_7, text(0x0B, "RevisionLevel")},
+    {39, v3_7, special(0x0C, FIELD_WORD, "MaxPowerCapacity", RenderRating)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "HotReplaceable", 0, 1, yesOrNo)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "Present", 1, 1, yesOrNo)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "Unplugged", 2, 1, yesOrNo)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "InputVoltageRangeSwitching", 3, 4, supplyRanges)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "Status", 7, 3, probeStates)},
+    {39, v3_7, part(0x0E, FIELD_WORD, "SupplyType", 10, 4, supplyTypes)},
+    {39, v3_7, plain(0x10, FIELD_WORD, "InputVoltageProbeHandle")},
+    {39, v3_7, plain(0x12, FIELD_WORD, "CoolingDeviceHandle")},
+    {39, v3_7, plain(0x14, FIELD_WORD, "InputCurrentProbeHandle")},
+
+    // On Board Devices Extended Information (7.42)
+    {41, v3_7, text(0x04, "ReferenceDesignation")},
+    {41, v3_7, part(0x05, FIELD_BYTE, "DeviceType", 0, 7, onBoardDeviceTypes)},
+    {41, v3_7, part(0x05, FIELD_BYTE, "DeviceStatus", 7, 1, deviceStates)},
+    {41, v3_7, plain(0x06, FIELD_BYTE, "DeviceTypeInstance")},
+    {41, v3_7, plain(0x07, FIELD_WORD, "SegmentGroupNumber")},
+    {41, v3_7, plain(0x09, FIELD_BYTE, "BusNumber")},
+    {41, v3_7, plain(0x0A, FIELD_BYTE, "DeviceFunctionNumber")},
+
+    // TPM Device (7.44)
+    {43, v3_7, special(0x04, FIELD_DWORD, "VendorID", RenderVendorId)},
+    {43, v3_7, plain(0x08, FIELD_BYTE, "MajorSpecVersion")},
+    {43, v3_7, plain(0x09, FIELD_BYTE, "MinorSpecVersion")},
+    {43, v3_7, run(0x0A, FIELD_DWORD, "FirmwareVersion1")},
+    {43, v3_7, run(0x0E, FIELD_DWORD, "FirmwareVersion2")},
+    {43, v3_7, text(0x12, "Description")},
+    {43, v3_7, bits(0x13, FIELD_QWORD, "Characteristics", tpmCharacteristics)},
+    {43, v3_7, plain(0x1B, FIELD_DWORD, "OEMDefined")},
+
+    // Firmware Inventory Information (7.46)
+    {45, v3_7, text(0x04, "ComponentName")},
+    {45, v3_7, text(0x05, "Version")},
+    {45, v3_7, text(0x07, "FirmwareID")},
+    {45, v3_7, text(0x09, "ReleaseDate")},
+    {45, v3_7, text(0x0A, "Manufacturer")},
+    {45, v3_7, text(0x0B, "LowestSupportedVersion")},
+    {45, v3_7, special(0x0C, FIELD_QWORD, "ImageSize", RenderImageSize)},
+    {45, v3_7, bits(0x14, FIELD_WORD, "Characteristics", firmwareCharacteristics)},
+    {45, v3_7, words(0x16, "State", firmwareStates)},
+    {45, v3_7, plain(0x17, FIELD_BYTE, "NumAssociatedComponents")},
+
+    // String Property (7.47)
+    {46, v3_7, words(0x04, "PropertyID", stringProperties, FIELD_WORD)},
+    {46, v3_7, text(0x06, "PropertyValue")},
+    {46, v3_7, plain(0x07, FIELD_WORD, "ParentHandle")},
 
     // Memory that the firmware keeps for itself, in the range of types that the standard leaves to makers
     {133, v2_7, plain(0x04, FIELD_DWORD, "Address")},

@@ -1,5 +1,7 @@
 #include "protocol/SmbiosRender.hpp"
 
+#include "protocol/SmbiosWords.hpp"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -38,7 +40,8 @@ std::string extract(const FieldInfo& field, const SMBRecordInfo& record, int kin
 
 std::uint64_t numberOf(const FieldInfo& field, const SMBRecordInfo& record)
 {
-    return record.number(field.offset, field.size());
+    const std::uint64_t number = record.number(field.offset, field.size());
+    return field.width == 0 ? number : number >> field.shift & ((1U << field.width) - 1);
 }
 
 /// A code without a word stays legible as bytes.
@@ -324,6 +327,51 @@ void RenderOnBoardDescriptions(const FieldInfo& field, const SMBRecordInfo& reco
             add(values, field, description);
         values.emplace_back(subscripted(field.name, i + 1), description);
     }
+}
+
+void RenderSlotShape(const FieldInfo& field, const SMBRecordInfo& record, Catalogue catalogue, FieldValues& values)
+{
+    constexpr std::size_t peerSize = 5;
+    const std::size_t place = field.offset + record.number(field.offset - 1U, 1) * peerSize;
+    const auto addWord = [&](std::size_t at, std::string_view name, std::span<const ValueText> words) {
+        const char* const word = findText(words, record.number(at, 1), catalogue);
+        if (word && record.holds(at, 1))
+            values.emplace_back(name, word);
+    };
+    if (record.holds(place, 1))
+        values.emplace_back("SlotInformation", std::to_string(record.number(place, 1)));
+    addWord(place + 1, "SlotPhysicalWidth", field.values);
+    if (record.holds(place + 2, 2))
+        values.emplace_back("SlotPitch", std::to_string(record.number(place + 2, 2)));
+    addWord(place + 4, "SlotHeight", slotHeights);
+}
+
+void RenderProbeValue(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    const auto number = static_cast<std::int16_t>(numberOf(field, record));
+    add(values, field, number == INT16_MIN ? "Unknown" : std::to_string(number));
+}
+
+void RenderRating(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    constexpr std::uint64_t unknown = 0x8000;
+    const std::uint64_t number = numberOf(field, record);
+    add(values, field, number == unknown ? "Unknown" : std::to_string(number));
+}
+
+void RenderImageSize(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    const std::uint64_t size = numberOf(field, record);
+    add(values, field, ~size == 0 ? "Unknown" : std::to_string(size));
+}
+
+void RenderVendorId(const FieldInfo& field, const SMBRecordInfo& record, Catalogue, FieldValues& values)
+{
+    std::string id;
+    for (const std::uint8_t character : record.formatted.subspan(field.offset, field.size()))
+        if (character != 0)
+            id += character >= ' ' && character <= '~' ? static_cast<char>(character) : '.';
+    add(values, field, id);
 }
 
 void RenderTypeDetail(const FieldInfo& field, const SMBRecordInfo& record, Catalogue catalogue, FieldValues& values)

@@ -62,6 +62,16 @@ void RenderOnBoardTypes(const FieldInfo&, const SMBRecordInfo&, Catalogue, Field
 void RenderOnBoardDescriptions(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Bits as RenderBits gives them; who asks for one of them has always spelled it "TypeDetails/EDO" (7.18.3).
 void RenderTypeDetail(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// Generation, width, pitch in hundredths of a millimetre and height of a slot, behind the groups of its peers (7.10).
+void RenderSlotShape(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// A number that may be below zero, in the field's own unit; "Unknown" for 8000h (7.27, 7.29, 7.30).
+void RenderProbeValue(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// The same of what is never below zero: revolutions per minute (7.28), watts (7.40).
+void RenderRating(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// Bytes, or "Unknown" (7.46).
+void RenderImageSize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
+/// The four letters of a maker's id (7.44).
+void RenderVendorId(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Megabytes; devices that do not fit into the word have their size in a longer field (7.18.5).
 void RenderMemorySize(const FieldInfo&, const SMBRecordInfo&, Catalogue, FieldValues&);
 /// Kilobytes; arrays that do not fit into the field have their capacity in a longer one, in bytes (7.17).

@@ -86,6 +86,8 @@ struct FieldInfo {
     FieldInterpretation interpretation;
     Renderer special = nullptr; ///< of INTERPRET_SPECIAL, and of the bit fields among INTERPRET_VALUES
     std::span<const ValueText> values = {};
+    std::uint8_t shift = 0; ///< of a part of a packed number: its lowest bit
+    std::uint8_t width = 0; ///< and how many it has; 0 for the whole number
 
     std::size_t size() const { return type == FIELD_STRING ? 1 : type; }
 };

@@ -803,6 +803,117 @@ inline constexpr ValueText boardFeatures[] = {
     {5, "board is hot swappable"},
 };
 
+/// Slot height (7.10.3).
+inline constexpr ValueText slotHeights[] = {
+    {0x00, "Not Applicable"}, {0x01, "Other"}, {0x02, "Unknown"}, {0x03, "Full height"}, {0x04, "Low-profile"},
+};
+
+/// Places of temperature probes (7.29.1).
+inline constexpr ValueText probeLocations[] = {
+    {0x01, "Other"},
+    {0x02, "Unknown"},
+    {0x03, "Processor"},
+    {0x04, "Disk"},
+    {0x05, "Peripheral Bay"},
+    {0x06, "System Management Module"},
+    {0x07, "Motherboard"},
+    {0x08, "Memory Module"},
+    {0x09, "Processor Module"},
+    {0x0A, "Power Unit"},
+    {0x0B, "Add-in Card"},
+    {0x0C, "Front Panel Board"},
+    {0x0D, "Back Panel Board"},
+    {0x0E, "Power System Board"},
+    {0x0F, "Drive Back Plane"},
+};
+
+/// Those of voltage and current probes, which end sooner (7.27.1, 7.30.1).
+inline constexpr auto electricLocations = std::span<const ValueText>(probeLocations).first<11>();
+
+/// States of probes, cooling devices and power supplies (7.27.1, 7.28.1, 7.40.1).
+inline constexpr ValueText probeStates[] = {
+    {0x01, "Other"},        {0x02, "Unknown"},  {0x03, "OK"},
+    {0x04, "Non-critical"}, {0x05, "Critical"}, {0x06, "Non-recoverable"},
+};
+
+/// Cooling devices (7.28.1).
+inline constexpr ValueText coolingTypes[] = {
+    {0x01, "Other"},
+    {0x02, "Unknown"},
+    {0x03, "Fan"},
+    {0x04, "Centrifugal Blower"},
+    {0x05, "Chip Fan"},
+    {0x06, "Cabinet Fan"},
+    {0x07, "Power Supply Fan"},
+    {0x08, "Heat Pipe"},
+    {0x09, "Integrated Refrigeration"},
+    {0x10, "Active Cooling"},
+    {0x11, "Passive Cooling"},
+};
+
+/// System boot status (7.33.1).
+inline constexpr ValueText bootStates[] = {
+    {0x00, "No errors detected"},
+    {0x01, "No bootable media"},
+    {0x02, "Operating system failed to load"},
+    {0x03, "Firmware-detected hardware failure"},
+    {0x04, "Operating system-detected hardware failure"},
+    {0x05, "User-requested boot"},
+    {0x06, "System security violation"},
+    {0x07, "Previously-requested image"},
+    {0x08, "System watchdog timer expired"},
+};
+
+/// One bit of a packed number.
+inline constexpr ValueText yesOrNo[] = {
+    {0x00, "No"},
+    {0x01, "Yes"},
+};
+
+/// The highest bit of an on board device's type (7.42.2).
+inline constexpr ValueText deviceStates[] = {
+    {0x00, "Disabled"},
+    {0x01, "Enabled"},
+};
+
+/// Power supplies (7.40.1).
+inline constexpr ValueText supplyTypes[] = {
+    {0x01, "Other"},   {0x02, "Unknown"}, {0x03, "Linear"},    {0x04, "Switching"},
+    {0x05, "Battery"}, {0x06, "UPS"},     {0x07, "Converter"}, {0x08, "Regulator"},
+};
+
+/// Switching of a supply's input voltage range (7.40.1).
+inline constexpr ValueText supplyRanges[] = {
+    {0x01, "Other"}, {0x02, "Unknown"}, {0x03, "Manual"}, {0x04, "Auto-switch"}, {0x05, "Wide Range"}, {0x06, "N/A"},
+};
+
+/// States of firmware (7.46.5).
+inline constexpr ValueText firmwareStates[] = {
+    {0x01, "Other"},  {0x02, "Unknown"},          {0x03, "Disabled"},       {0x04, "Enabled"},
+    {0x05, "Absent"}, {0x06, "Stand-by offline"}, {0x07, "Stand-by spare"}, {0x08, "Unavailable offline"},
+};
+
+/// String properties (7.47.1).
+inline constexpr ValueText stringProperties[] = {
+    {0x01, "UEFI device path"},
+};
+
+/// TPM characteristics (7.44.1).
+inline constexpr ValueText tpmCharacteristics[] = {
+    {0, "0011110000000000"},
+    {3, "TPM Device characteristics not supported"},
+    {4, "Family configurable via firmware update"},
+    {5, "Family configurable via platform software support"},
+    {6, "Family configurable via OEM proprietary mechanism"},
+};
+
+/// Firmware characteristics (7.46.3).
+inline constexpr ValueText firmwareCharacteristics[] = {
+    {0, "1100000000000000"},
+    {1, "Updatable"},
+    {2, "Write-protected"},
+};
+
 /// BIOS characteristics (7.1.1).
 inline constexpr ValueText biosCharacteristics[] = {
     {4, "BIOS Characteristics Not Supported"},
