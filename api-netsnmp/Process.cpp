@@ -2,6 +2,7 @@
 
 #include "api-netsnmp/Signals.hpp"
 #include "common/Descriptor.hpp"
+#include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "common/Seams.hpp"
@@ -62,12 +63,12 @@ int waitForDaemon(pid_t daemon)
 
 void executeAgent()
 {
-    execlp(systemPath(agent::agentExecutable).c_str(), "hwAgent", nullptr);
+    execlp(systemPath(common::agentExecutable).c_str(), "hwAgent", nullptr);
 }
 
 void restart(int sig)
 {
-    std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, agent::agentExecutable);
+    std::fprintf(stderr, "Caught SIGSEGV, SIGABRT or SIGBUS = %d, executing %s\n", sig, common::agentExecutable);
     executeAgent();
 }
 

@@ -5,8 +5,7 @@
 
 namespace agent {
 
-/// Where the watcher finds the executable to start again, and where the daemon leaves its process id.
-inline constexpr char agentExecutable[] = "/usr/local/hwagent/bin/hwAgent";
+/// Where the daemon leaves its process id.
 inline constexpr char pidFile[] = "/var/run/hwagentd.pid";
 /// The lock of the one agent; on a file of its own, since anybody may lock a file that he may read.
 inline constexpr char lockFile[] = "/var/run/hwagentd.lock";

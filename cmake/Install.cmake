@@ -1,30 +1,44 @@
-# The agent lives under one directory, which the watcher's restart path and the configuration path name as constants.
-# The places are absolute on purpose; DESTDIR puts a staged tree in front of them.
-set(HWAGENT_HOME /usr/local/hwagent)
-foreach(program hwAgent hwquery)
-  if(TARGET ${program})
-    install(TARGETS ${program} RUNTIME DESTINATION ${HWAGENT_HOME}/bin)
+# The places are absolute on purpose, the programs hold some of them; DESTDIR puts a staged tree in front of them.
+foreach(program hwAgent:AGENT hwquery:QUERY)
+  string(REGEX MATCH "(.*):(.*)" unused ${program})
+  if(TARGET ${CMAKE_MATCH_1})
+    get_filename_component(folder ${HWAGENT_${CMAKE_MATCH_2}} DIRECTORY)
+    install(TARGETS ${CMAKE_MATCH_1} RUNTIME DESTINATION ${folder})
   endif()
 endforeach()
 # The configuration is the administrator's once it is there: an upgrade puts the new one beside it.
+hw_placed(packaging/hwagent.conf)
 install(CODE "
-  set(place \"${HWAGENT_HOME}/conf\")
+  cmake_path(GET [[${HWAGENT_CONFIGURATION}]] PARENT_PATH place)
   set(name hwagent.conf)
-  if(EXISTS \"\$ENV{DESTDIR}\${place}/hwagent.conf\")
+  if(EXISTS \"\$ENV{DESTDIR}${HWAGENT_CONFIGURATION}\")
     set(name hwagent.conf.dist)
   endif()
-  file(INSTALL \"${PROJECT_SOURCE_DIR}/packaging/hwagent.conf\" DESTINATION \"\${place}\" RENAME \"\${name}\")
+  file(INSTALL \"${PROJECT_BINARY_DIR}/placed/packaging/hwagent.conf\" DESTINATION \"\${place}\" RENAME \"\${name}\")
 ")
 # The default directory of the query interface for its translation files.
-install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION /usr/local/share/morvandale
-        FILES_MATCHING PATTERN "*.ini")
-install(DIRECTORY share/mibs/ DESTINATION ${HWAGENT_HOME}/mibs)
-# For the administrator to copy to snmpd's own folder.
-install(FILES packaging/snmpd-hwagent.conf DESTINATION ${HWAGENT_HOME}/conf)
-install(FILES packaging/hwagent.service DESTINATION /usr/local/lib/systemd/system)
-# Where bash-completion looks for what is not a distribution's.
-install(FILES packaging/hwquery.bash DESTINATION /usr/local/share/bash-completion/completions RENAME hwquery)
-foreach(section 1 5 7 8)
-  file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/man/*.${section})
-  install(FILES ${pages} DESTINATION /usr/local/share/man/man${section})
+install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${HWAGENT_TRANSLATIONS} FILES_MATCHING PATTERN "*.ini")
+# Net-SNMP finds a module by what stands in the file, so the few standard names can have files that are nobody else's. The
+# IETF's own modules, where somebody installs them, lie in folders that are read later, and win.
+install(FILES share/mibs/HWAGENT-MIB.txt DESTINATION ${HWAGENT_MIBS})
+file(GLOB modules RELATIVE ${PROJECT_SOURCE_DIR}/share/mibs/minimal CONFIGURE_DEPENDS share/mibs/minimal/*)
+foreach(module ${modules})
+  if(HWAGENT_LAYOUT STREQUAL "own")
+    install(FILES share/mibs/minimal/${module} DESTINATION ${HWAGENT_MIBS}/minimal)
+  else()
+    install(FILES share/mibs/minimal/${module} DESTINATION ${HWAGENT_MIBS} RENAME hwagent-${module})
+  endif()
+endforeach()
+# In the own layout for the administrator to copy to snmpd's own folder.
+get_filename_component(folder ${HWAGENT_SNMPD_DROP_IN} DIRECTORY)
+get_filename_component(name ${HWAGENT_SNMPD_DROP_IN} NAME)
+install(FILES packaging/snmpd-hwagent.conf DESTINATION ${folder} RENAME ${name})
+hw_placed(packaging/hwagent.service)
+install(FILES ${PROJECT_BINARY_DIR}/placed/packaging/hwagent.service DESTINATION ${HWAGENT_UNITS})
+install(FILES packaging/hwquery.bash DESTINATION ${HWAGENT_COMPLETIONS} RENAME hwquery)
+file(GLOB pages RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS docs/man/*.[1-8])
+foreach(page ${pages})
+  hw_placed(${page})
+  string(REGEX REPLACE ".*\\." "" section ${page})
+  install(FILES ${PROJECT_BINARY_DIR}/placed/${page} DESTINATION ${HWAGENT_MANUAL}/man${section})
 endforeach()

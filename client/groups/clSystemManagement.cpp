@@ -1,6 +1,7 @@
 #include "client/groups/clSystemManagement.hpp"
 
 #include "common/ConfigFile.hpp"
+#include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "common/Seams.hpp"
 

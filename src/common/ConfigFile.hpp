@@ -7,9 +7,6 @@
 
 namespace common {
 
-/// Place of the configuration file.
-inline constexpr char configPath[] = "/usr/local/hwagent/conf/hwagent.conf";
-
 struct ConfigEntry {
     std::string key; ///< lower case, without blanks
     std::string value;

@@ -1,6 +1,7 @@
 #include "common/Policy.hpp"
 
 #include "common/ConfigFile.hpp"
+#include "common/Paths.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>

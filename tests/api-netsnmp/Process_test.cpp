@@ -1,5 +1,6 @@
 #include "api-netsnmp/Process.hpp"
 #include "api-netsnmp/Signals.hpp"
+#include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -190,7 +191,7 @@ TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
                 << ", executing /usr/local/hwagent/bin/hwAgent\n";
         EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, sig)), testing::ExitedWithCode(0), message.str());
     }
-    const fs::path stranger = root.write(agent::agentExecutable, "#!/bin/sh\nexit 42\n");
+    const fs::path stranger = root.write(common::agentExecutable, "#!/bin/sh\nexit 42\n");
     fs::permissions(stranger, fs::perms(0755));
     EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
 }
@@ -208,7 +209,7 @@ TEST(ProcessDeathTest, ByThePolicyPausesGrowFromCrashToCrash)
     FakeClock clock;
     const ScopedSeam<Clock> useClock(clock);
     const common::ScopedPolicy policy({.backsOffCrashes = true});
-    const fs::path stranger = root.write(agent::agentExecutable, "#!/bin/sh\nexit $HWAGENT_CRASH_PAUSE\n");
+    const fs::path stranger = root.write(common::agentExecutable, "#!/bin/sh\nexit $HWAGENT_CRASH_PAUSE\n");
     fs::permissions(stranger, fs::perms(0755));
     constexpr Crash crashes[] = {{nullptr, 5s, 1}, {"1", 5s, 2},   {"2", 5s, 4},  {"32", 59s, 60},
                                  {"60", 0s, 60},   {"60", 61s, 1}, {"-7", 1s, 1}, {"99999999999999", 1s, 60}};

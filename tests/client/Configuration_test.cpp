@@ -1,5 +1,6 @@
 #include "client/groups/clSystemManagement.hpp"
 #include "common/ConfigFile.hpp"
+#include "common/Paths.hpp"
 #include "tests/client/ClientFixture.hpp"
 #include "tests/support/TempRoot.hpp"
 

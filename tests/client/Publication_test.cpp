@@ -4,6 +4,7 @@
 #include "client/door/smClient.hpp"
 #include "client/reader/Reader.hpp"
 #include "common/ConfigFile.hpp"
+#include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "tests/client/ClientFixture.hpp"

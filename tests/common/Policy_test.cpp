@@ -1,4 +1,5 @@
 #include "common/ConfigFile.hpp"
+#include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
 #include "common/Seams.hpp"

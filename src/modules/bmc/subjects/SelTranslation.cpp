@@ -3,6 +3,7 @@
 #include "common/CMySemLock.hpp"
 #include "common/Descriptor.hpp"
 #include "common/Logger.hpp"
+#include "common/Paths.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Seams.hpp"
 #include "common/Util.hpp"
@@ -22,7 +23,6 @@ namespace Module::BMCConfig {
 namespace {
 
 constexpr char directoryVariable[] = "HRS_PATH_QL";
-constexpr char fixedDirectory[] = "/usr/local/share/morvandale/";
 constexpr char alderFile[] = "hrs_alder.ini", defaultFile[] = "hrs_enu.ini";
 constexpr char englishLocale[] = "", unknownProduct[] = "UNKNOWN";
 constexpr std::string_view familyProducts[] = {"OAKWOOD", "PINEWOOD"};
@@ -85,7 +85,7 @@ std::string GetHSRFullFileName(const std::string& name)
     const std::string given = GetEnvVariable(directoryVariable);
     if (!given.empty())
         return given + (given.ends_with('/') ? "" : "/") + name;
-    const std::string fixed = systemPath(fixedDirectory + name);
+    const std::string fixed = systemPath(common::translationFolder + name);
     return canOpen(fixed) ? fixed : name;
 }
 
