@@ -8,13 +8,13 @@ foreach(program hwAgent:AGENT hwquery:QUERY)
 endforeach()
 # The configuration is the administrator's once it is there: an upgrade puts the new one beside it.
 hw_placed(packaging/hwagent.conf)
+get_filename_component(folder ${HWAGENT_CONFIGURATION} DIRECTORY)
 install(CODE "
-  cmake_path(GET [[${HWAGENT_CONFIGURATION}]] PARENT_PATH place)
   set(name hwagent.conf)
   if(EXISTS \"\$ENV{DESTDIR}${HWAGENT_CONFIGURATION}\")
     set(name hwagent.conf.dist)
   endif()
-  file(INSTALL \"${PROJECT_BINARY_DIR}/placed/packaging/hwagent.conf\" DESTINATION \"\${place}\" RENAME \"\${name}\")
+  file(INSTALL \"${PROJECT_BINARY_DIR}/placed/packaging/hwagent.conf\" DESTINATION \"${folder}\" RENAME \"\${name}\")
 ")
 # The default directory of the query interface for its translation files.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/translations/ DESTINATION ${HWAGENT_TRANSLATIONS} FILES_MATCHING PATTERN "*.ini")
