@@ -1,12 +1,8 @@
 #include "common/CMySemLock.hpp"
-#include "common/ResultStatus.hpp"
 #include "modules/System.hpp"
 #include "modules/XDirectorImpl.hpp"
-#include "platform/PlatformImpl.hpp"
-#include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
+#include "tests/support/BmcTest.hpp"
 #include "tests/support/TempRoot.hpp"
-#include "transport/TransportState.hpp"
 
 #include <fstream>
 #include <sstream>
@@ -18,31 +14,15 @@ namespace {
 constexpr unsigned char quiet = 32;
 constexpr unsigned char firstCategory = 2;
 
-class DirectorTest : public testing::Test {
+class DirectorTest : public BmcTest {
 protected:
-    DirectorTest()
-    {
-        transport::resetTransportForTests();
-        Platform::PlatformImpl::CreateInstance()->Reset();
-        bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0x81, 1, 0x17, 2, 0xBF, 0x57, 1, 0, 0x34, 0x12, 0, 0, 0x12, 0x34});
-        system.SetFlags(quiet);
-    }
-    ~DirectorTest() override
-    {
-        system.SetFlags(quiet);
-        Platform::PlatformImpl::CreateInstance()->Reset();
-        transport::resetTransportForTests();
-    }
+    DirectorTest() { system.SetFlags(quiet); }
+    ~DirectorTest() override { system.SetFlags(quiet); }
 
     template<class Call>
     static std::string failureOf(Call call)
     {
-        try {
-            call();
-        } catch (const ResultStatus& status) {
-            return std::to_string(status.getval()) + " " + status.begin()->mXQuery;
-        }
-        return {};
+        return ::failureOf(call).text();
     }
 
     std::string getFailure(const std::string& query)
@@ -50,10 +30,6 @@ protected:
         return failureOf([&] { system.Get(query, results); });
     }
 
-    FakeClock clock;
-    ScopedSeam<Clock> useClock{clock};
-    ModelBmc bmc;
-    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     System system;
     ResultMap results;
 };

@@ -1,70 +1,41 @@
-#include "common/ResultStatus.hpp"
 #include "modules/bios/BIOSConfigModule.hpp"
-#include "platform/PlatformImpl.hpp"
 #include "protocol/SMBIOSProtocolImpl.hpp"
-#include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
+#include "tests/support/BmcTest.hpp"
 #include "tests/support/SmbiosImage.hpp"
 #include "tests/support/TempRoot.hpp"
-#include "transport/TransportState.hpp"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using Body = SmbiosImage::Body;
 using Module::BIOSConfig::BIOSConfigModule;
-using Platform::PlatformImpl;
 using Protocol::SMBIOS::SMBIOSProtocolImpl;
 
-constexpr std::uint8_t netFnApp = 0x06;
-constexpr std::uint8_t getDeviceId = 0x01;
-
 /// A machine with SMBIOS tables and a BMC of product id 003Eh, a newer platform.
-class BIOSConfigModuleTest : public testing::Test {
+class BIOSConfigModuleTest : public BmcTest {
 protected:
     BIOSConfigModuleTest()
     {
-        forget();
-        answerProductId(0x3E, 0x00);
+        SMBIOSProtocolImpl::DeleteInstance();
+        tellProduct(0x3E, 0x00);
         SmbiosImage image = serverImage(2, 7);
         image.count -= 1;
         image.table.resize(image.table.size() - 6);
-        image.add(
-            17, Body().word(0x100).word(0).word(0).word(0).word(64).bytes({9, 0}).text("X").text("Y").byte(1).word(0));
+        image.add(17, bodyOf("0100 0000 0000 0000 0040 09 00 'X' 'Y' 01 0000"));
         image.place(root);
     }
-    ~BIOSConfigModuleTest() override { forget(); }
-
-    static void forget()
-    {
-        transport::resetTransportForTests();
-        PlatformImpl::CreateInstance()->Reset();
-        SMBIOSProtocolImpl::DeleteInstance();
-    }
-
-    void answerProductId(std::uint8_t low, std::uint8_t high)
-    {
-        bmc.on(netFnApp, getDeviceId, {0, 0x20, 0x81, 1, 0x32, 0x02, 0xBF, 0x57, 1, 0, low, high, 0, 0, 0, 0});
-    }
+    ~BIOSConfigModuleTest() override { SMBIOSProtocolImpl::DeleteInstance(); }
 
     /// The one value of the one node, or the error's code as "! 1001".
     std::string ask(const std::string& query)
     {
         results.clear();
-        try {
-            BIOSConfigModule().ProcessXQuery(query, results);
-        } catch (const ResultStatus& status) {
-            return "! " + std::to_string(status.getval());
-        }
+        if (const int code = failureOf([&] { BIOSConfigModule().ProcessXQuery(query, results); }).code)
+            return "! " + std::to_string(code);
         return results.size() == 1 && results.contains(query) ? results[query].mXNodeList.at(0) : "(other)";
     }
 
     TempRoot root;
-    FakeClock clock;
-    ScopedSeam<Clock> useClock{clock};
-    ModelBmc bmc;
-    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     ResultMap results;
 };
 
@@ -82,7 +53,7 @@ TEST_F(BIOSConfigModuleTest, MemoryTypeOtherIsDdr3OnNewerPlatformsOnly)
     EXPECT_EQ(ask("/SMBIOS/Type17[6]/MemoryType"), "DDR3");
     EXPECT_EQ(ask("/SMBIOS/Type17[1]/FormFactor"), "DIMM");
     forget();
-    answerProductId(0x3D, 0x00);
+    tellProduct(0x3D, 0x00);
     EXPECT_EQ(ask("/SMBIOS/Type17[6]/MemoryType"), "Other");
 }
 

@@ -1,36 +1,21 @@
 #pragma once
 
-#include "common/ResultStatus.hpp"
 #include "modules/bmc/catalogue/Steps.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
-#include "platform/PlatformImpl.hpp"
-#include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
-#include "transport/TransportState.hpp"
-
-#include <gtest/gtest.h>
+#include "tests/support/BmcTest.hpp"
 
 #include <memory>
 
-/// An interpreter over stores of the test's own, a BMC that refuses every command until told otherwise, and a clock
-/// that only sleeping moves.
-class EngineTest : public testing::Test {
+/// An interpreter over stores of the test's own.
+class EngineTest : public BmcTest {
 protected:
     using Script = Module::BMCConfig::Script;
     using Symbol = Module::BMCConfig::Symbol;
 
     EngineTest()
     {
-        transport::resetTransportForTests();
-        bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-        Platform::PlatformImpl::CreateInstance()->Reset();
         Platform::PlatformImpl::CreateInstance()->InitPlatform();
         bmc.requests.clear();
-    }
-    ~EngineTest() override
-    {
-        Platform::PlatformImpl::CreateInstance()->Reset();
-        transport::resetTransportForTests();
     }
 
     void addScript(const std::string& key, Script script)
@@ -64,18 +49,9 @@ protected:
     template<class Call>
     static std::string failureOf(Call call)
     {
-        try {
-            call();
-        } catch (const ResultStatus& status) {
-            return std::to_string(status.getval()) + " " + status.begin()->mXQuery;
-        }
-        return {};
+        return ::failureOf(call).text();
     }
 
-    FakeClock clock;
-    ScopedSeam<Clock> useClock{clock};
-    ModelBmc bmc;
-    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     std::shared_ptr<Module::BMCConfig::Stores> stores = std::make_shared<Module::BMCConfig::Stores>();
     Module::BMCConfig::SymbolTable table;
     Module::BMCConfig::IPMIFilterDB filters;

@@ -1,11 +1,9 @@
 #pragma once
 
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
-#include "platform/PlatformImpl.hpp"
-#include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
-#include "transport/TransportState.hpp"
+#include "tests/support/BmcTest.hpp"
 
 #include <algorithm>
 #include <span>
@@ -16,15 +14,12 @@
 #include <gtest/gtest.h>
 
 /// A BMC with a record repository, and the engine on it with an empty cache.
-class SdrFixture : public testing::Test {
+class SdrFixture : public BmcTest {
 protected:
     using Bytes = std::vector<std::uint8_t>;
 
     SdrFixture()
     {
-        transport::resetTransportForTests();
-        bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-        Platform::PlatformImpl::CreateInstance()->Reset();
         Platform::PlatformImpl::CreateInstance()->platformName();
         Module::BMCConfig::Cache::instance().Clear();
         bmc.on(0x0A, 0x22, [this](const IpmiRequest&) {
@@ -34,7 +29,6 @@ protected:
         bmc.on(0x0A, 0x23, [this](const IpmiRequest& request) { return readRecord(request); });
         bmc.requests.clear();
     }
-    ~SdrFixture() override { transport::resetTransportForTests(); }
 
     /// A record of `type` with `id` at its head; `body` follows the length byte.
     static Bytes record(unsigned id, std::uint8_t type, Bytes body)
@@ -99,21 +93,18 @@ protected:
         return found == results.end() || found->second.mXNodeList.empty() ? "" : found->second.mXNodeList.front();
     }
 
-    static std::string line(std::span<const std::uint8_t> bytes)
+    /// A record as the cache has it.
+    static std::string line(std::span<const std::uint8_t> bytes) { return " " + ipmi::hexBytes(bytes); }
+
+    /// Puts `answer` in place of what the repository says to the request for which it gives anything.
+    void disturb(std::function<IpmiAnswer(const IpmiRequest&)> answer)
     {
-        std::string text;
-        for (const std::uint8_t byte : bytes) {
-            char item[4];
-            std::snprintf(item, sizeof item, " %02X", byte);
-            text += item;
-        }
-        return text;
+        bmc.on(0x0A, 0x23, [this, answer](const IpmiRequest& request) {
+            IpmiAnswer other = answer(request);
+            return other.empty() ? readRecord(request) : other;
+        });
     }
 
-    FakeClock clock;
-    ScopedSeam<Clock> useClock{clock};
-    ModelBmc bmc;
-    ScopedSeam<transport::DeviceFile> useBmc{bmc};
     std::vector<Bytes> records;
     std::uint8_t reservation = 0;
 };

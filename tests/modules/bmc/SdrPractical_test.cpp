@@ -33,15 +33,6 @@ protected:
         info[2] = static_cast<std::uint8_t>(sensors);
     }
 
-    /// Puts `answer` in place of what the repository says to the request for which it gives anything.
-    void disturb(std::function<IpmiAnswer(const IpmiRequest&)> answer)
-    {
-        bmc.on(0x0A, 0x23, [this, answer](const IpmiRequest& request) {
-            IpmiAnswer other = answer(request);
-            return other.empty() ? readRecord(request) : other;
-        });
-    }
-
     /// The BMC gives `most` bytes at once, a whole record only if it is not longer, and refuses more with `code`.
     void limitPieces(std::size_t most, std::uint8_t code)
     {
