@@ -61,40 +61,32 @@ std::vector<Event> everyEvent()
 }
 
 /// Phrases by which the agent chooses the trap of a failure.
-constexpr std::string_view failurePhrases[] = {
-    "power supply's presence has been lost",
-    "power supply has suffered a failure",
-    "predictive failure has been detected",
-    "input (AC/DC) has been lost",
-    "Input (AC/DC) Lost",
-    "correctable ECC",
-    "Parity Error",
-    "memory scrub failed",
-    "IERR (Internal Error)",
-    "Thermal Trip",
-    "FRB1/BIST Failure",
-    "FRB2/Hang in POST Failure",
-    "FRB3:",
-    "Configuration Error",
-    "processor has been disabled",
-    "Uncorrectable CPU-Complex Error",
-    "undetermined system hardware failure",
-    "drive removed",
-    "there has been a chassis intrusion",
-    "it has been asserted",
-};
+constexpr std::string_view failurePhrases[] = {"power supply's presence has been lost",
+                                               "power supply has suffered a failure",
+                                               "predictive failure has been detected",
+                                               "input (AC/DC) has been lost",
+                                               "Input (AC/DC) Lost",
+                                               "correctable ECC",
+                                               "Parity Error",
+                                               "memory scrub failed",
+                                               "IERR (Internal Error)",
+                                               "Thermal Trip",
+                                               "FRB1/BIST Failure",
+                                               "FRB2/Hang in POST Failure",
+                                               "FRB3:",
+                                               "Configuration Error",
+                                               "processor has been disabled",
+                                               "Uncorrectable CPU-Complex Error",
+                                               "undetermined system hardware failure",
+                                               "drive removed",
+                                               "there has been a chassis intrusion",
+                                               "it has been asserted"};
 
 class ShippedFiles : public ::testing::TestWithParam<const char*> {
 protected:
     TranslatorImpl translator{HWAGENT_TRANSLATIONS "hrs_enu.ini", "", true};
     std::string text(const Event& event) { return narrowText(translated(translator, event)); }
 };
-
-std::string nameOf(const Event& event)
-{
-    return "sensor type " + std::to_string(event.sensorType) + ", event type " + std::to_string(event.eventType) +
-           ", offset " + std::to_string(event.event1 & 15) + (event.deasserted ? ", deasserted" : "");
-}
 
 } // namespace
 
@@ -208,13 +200,14 @@ TEST_P(ShippedFiles, EveryRecordEndsInAWholeTextOrACleanFailure)
     std::set<int> failures;
     const auto check = [&](const Event& event) {
         failures.insert(failureOf([&] {
-            const std::string said = text(event);
-            EXPECT_LE(said.size(), longestDescription) << said;
-            EXPECT_LE(translator.getEventSeverity().size(), longestSeverity);
-            EXPECT_EQ(said.find_first_of("{[<>"), said.npos) << said;
-            EXPECT_EQ(said.find("%"), said.npos) << said;
-            EXPECT_FALSE(event.recordType == 2 && event.eventType == 0x6F && translator.hasFailed()) << nameOf(event);
-        }));
+                            const std::string said = text(event);
+                            EXPECT_LE(said.size(), longestDescription) << said;
+                            EXPECT_LE(translator.getEventSeverity().size(), longestSeverity);
+                            EXPECT_EQ(said.find_first_of("{[<>"), said.npos) << said;
+                            EXPECT_EQ(said.find("%"), said.npos) << said;
+                            EXPECT_FALSE(event.recordType == 2 && event.eventType == 0x6F && translator.hasFailed())
+                                << said;
+                        }).code);
     };
     for (int sensorType = 0; sensorType < 256; ++sensorType)
         for (int eventType = 0; eventType < 256; ++eventType)

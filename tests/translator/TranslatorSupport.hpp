@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/ResultStatus.hpp"
+#include "tests/support/Failure.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "translator/TranslatorImpl.hpp"
 
@@ -37,18 +37,6 @@ inline std::wstring translated(Translator& translator, const Event& event)
 {
     const auto record = event.record();
     return translator.translate(record.data(), record.size());
-}
-
-/// The code of the failure that `action` ends in; 0 if it ends well.
-template<class Action>
-int failureOf(Action action)
-{
-    try {
-        action();
-    } catch (const ResultStatus& status) {
-        return status.getval();
-    }
-    return 0;
 }
 
 /// A full record of sensor 5, a voltage of the BMC: value = (25 raw - 7) / 1000, called "P5V".

@@ -1,6 +1,7 @@
 #include "TranslatorSupport.hpp"
 
 #include "common/ErrorName.hpp"
+#include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
 #include <gmock/gmock.h>
@@ -110,7 +111,7 @@ TEST_F(TranslatorOfRecords, EventTypesTakeTheirRoutes)
 
 TEST_F(TranslatorOfRecords, AnEventThatNoTableHasFailsAndStillGivesTheRest)
 {
-    EXPECT_EQ(failureOf([&] { text({.sensorType = 2, .event1 = 4}); }), ERROR_EVENT_TABLE);
+    EXPECT_EQ(failureOf([&] { text({.sensorType = 2, .event1 = 4}); }).code, ERROR_EVENT_TABLE);
     EXPECT_TRUE(translator.hasFailed());
     EXPECT_EQ(translator.getSensorType(), L"Voltage");
     EXPECT_EQ(translator.getGenerator(), L"BMC");
@@ -118,13 +119,13 @@ TEST_F(TranslatorOfRecords, AnEventThatNoTableHasFailsAndStillGivesTheRest)
     for (const auto& [recordType, name] : {std::pair{0xC0, L"OEM Timestamped SEL event"},
                                            {0xDF, L"OEM Timestamped SEL event"},
                                            {0xE0, L"OEM Non-Timestamped SEL event"}}) {
-        EXPECT_EQ(failureOf([&] { text({.recordType = recordType}); }), ERROR_OEM_TABLE);
+        EXPECT_EQ(failureOf([&] { text({.recordType = recordType}); }).code, ERROR_OEM_TABLE);
         EXPECT_EQ(translator.getSensorName(), name);
     }
     const auto record = Event{}.record();
-    EXPECT_EQ(failureOf([&] { translator.translate(record.data(), 15); }), ERROR_EVENT_TABLE);
+    EXPECT_EQ(failureOf([&] { translator.translate(record.data(), 15); }).code, ERROR_EVENT_TABLE);
     translator.destroy();
-    EXPECT_EQ(failureOf([&] { text({}); }), ERROR_NO_HRS_INI_FILE_PRESENT);
+    EXPECT_EQ(failureOf([&] { text({}); }).code, ERROR_NO_HRS_INI_FILE_PRESENT);
 }
 
 TEST_F(TranslatorOfRecords, OemRecordsAreFoundByTheirBytes)
@@ -213,4 +214,26 @@ TEST_F(TranslatorOfRecords, VoltageFaultNamesTheBitOfItsByte)
     EXPECT_EQ(offset({.sensorType = 2, .eventType = 3, .event1 = 0x01, .event2 = 0x20}), -1);
     EXPECT_EQ(offset({.sensorType = 2, .eventType = 1, .event1 = 0x81, .event2 = 0x20}), -1);
     EXPECT_EQ(offset({.sensorType = 1, .eventType = 3, .event1 = 0x81, .event2 = 0x20}), -1);
+}
+
+TEST(Records, OnlyAFullRecordWithALinearFormulaIsLinear)
+{
+    for (const auto& [type, function, linear] :
+         {std::tuple{1, 0x00, true}, {1, 0xEF, true}, {1, 0x70, false}, {2, 0, false}}) {
+        auto sdr = voltageSdr();
+        sdr[3] = static_cast<std::uint8_t>(type);
+        sdr[23] = static_cast<std::uint8_t>(function);
+        EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).isLinear(), linear) << type << " " << function;
+    }
+}
+
+TEST(Records, RepositoryLeavesOutWhatIsNoSensor)
+{
+    auto locator = voltageSdr();
+    locator[3] = 0x11;
+    const SDRRepository repository({std::vector<std::uint8_t>(64), voltageSdr(), locator, {1, 2}});
+    EXPECT_EQ(repository.size(), 1u);
+    EXPECT_EQ(repository.find(0x200005).getIDString(), L"P5V");
+    EXPECT_THROW(repository.find(0x200006), SDRRepositoryError);
+    EXPECT_EQ(SDREntry(nullptr, 64).getIDString(), L"");
 }
