@@ -73,20 +73,20 @@ std::pair<Names, Names> listedKeys()
     std::pair<Names, Names> keys;
     Names* current = &keys.first;
     std::ifstream file(std::filesystem::path(HWAGENT_ENGINE_TESTS) / "catalogue-keys.txt");
-    Names schemes;
     std::string line, branch;
     while (std::getline(file, line)) {
         if (line == "# PACKETS")
             current = &keys.second;
         std::istringstream words(line.starts_with('#') ? "" : line);
         for (std::string word; words >> std::quoted(word);) {
-            if (word == "GET" || word == "SET")
-                schemes = branch.empty() ? schemes : Names{}, branch.clear(), schemes.insert(word);
-            else if (branch.empty())
+            const bool isBranch = word.starts_with("//"), isWritten = word[0] == '+', isBoth = word[0] == '*';
+            const std::string key = branch + word.substr(isWritten || isBoth);
+            if (isBranch)
                 branch = word.substr(0, word.size() - 1);
-            else
-                for (const std::string& scheme : schemes)
-                    current->insert(scheme + ":" + branch + word);
+            if (!isBranch && !isWritten)
+                current->insert("GET:" + key);
+            if (isWritten || isBoth)
+                current->insert("SET:" + key);
         }
     }
     return keys;

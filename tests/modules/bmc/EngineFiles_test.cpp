@@ -1,17 +1,13 @@
 // Runs the files of tests/modules/bmc/engine/ (see EngineFile.hpp): queries through the engine against a scripted BMC.
 // One test a file.
 
-#include "common/ResultStatus.hpp"
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
 #include "modules/bmc/subjects/Cache.hpp"
-#include "platform/PlatformImpl.hpp"
 #include "tests/modules/bmc/EngineFile.hpp"
-#include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
-#include "transport/TransportState.hpp"
+#include "tests/support/BmcTest.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -24,20 +20,11 @@ namespace {
 using engine::Exchange;
 using engine::Query;
 
-std::vector<std::string> textOf(const IpmiRequest& request)
+engine::Texts textOf(const IpmiRequest& request)
 {
-    std::vector<std::string> text{ipmi::hexByte(request.target), ipmi::hexByte(request.netFn),
-                                  ipmi::hexByte(request.lun), ipmi::hexByte(request.cmd)};
-    for (const std::uint8_t byte : request.data)
-        text.push_back(ipmi::hexByte(byte));
-    return text;
-}
-
-bool matches(const std::vector<std::string>& pattern, const std::vector<std::string>& request)
-{
-    return std::equal(
-        pattern.begin(), pattern.end(), request.begin(), request.end(),
-        [](const std::string& wanted, const std::string& byte) { return wanted == ".." || wanted == byte; });
+    ipmi::Bytes bytes{request.target, request.netFn, request.lun, request.cmd};
+    bytes.insert(bytes.end(), request.data.begin(), request.data.end());
+    return Util::split(ipmi::hexBytes(bytes), " ");
 }
 
 /// The BMC of one query: answers what the file says, and keeps what came against it.
@@ -45,44 +32,33 @@ class ScriptedBmc {
 public:
     explicit ScriptedBmc(const std::vector<Exchange>& exchanges)
     {
-        for (const Exchange& exchange : exchanges) {
+        for (const Exchange& exchange : exchanges)
             (exchange.repeats ? repeating : expected).push_back(exchange);
-            const std::uint8_t netFn = ipmi::parseBytes(exchange.request.at(1)).at(0);
-            const std::uint8_t cmd = ipmi::parseBytes(exchange.request.at(3)).at(0);
-            bmc.on(netFn, cmd, [this](const IpmiRequest& request) { return answer(request); });
-        }
+        bmc.onOthers([this](const IpmiRequest& request) { return answer(textOf(request)); });
     }
 
-    /// What did not come as the file says; requests that it does not name at all are refused by the model and count.
+    /// What did not come as the file says.
     std::string complaints() const
     {
         std::string text = unexpected;
-        for (const IpmiRequest& request : bmc.requests)
-            if (!known(request))
-                text += "not in the file: " + Util::join(textOf(request), " ") + "\n";
         for (std::size_t at = next; at < expected.size(); ++at)
             text += "did not come: " + Util::join(expected[at].request, " ") + "\n";
         return text;
     }
 
 private:
-    bool known(const IpmiRequest& request) const
+    IpmiAnswer answer(const engine::Texts& request)
     {
-        const std::vector<std::string> text = textOf(request);
-        const auto same = [&](const Exchange& exchange) { return matches(exchange.request, text); };
-        return std::any_of(expected.begin(), expected.end(), same) ||
-               std::any_of(repeating.begin(), repeating.end(), same);
-    }
-
-    IpmiAnswer answer(const IpmiRequest& request)
-    {
-        const std::vector<std::string> text = textOf(request);
-        if (next < expected.size() && matches(expected[next].request, text))
+        const auto fits = [&](const Exchange& exchange) {
+            return std::ranges::equal(
+                exchange.request, request,
+                [](const std::string& wanted, const std::string& byte) { return wanted == ".." || wanted == byte; });
+        };
+        if (next < expected.size() && fits(expected[next]))
             return expected[next++].answer;
-        for (const Exchange& exchange : repeating)
-            if (matches(exchange.request, text))
-                return exchange.answer;
-        unexpected += "came out of turn: " + Util::join(text, " ") + "\n";
+        if (const auto found = std::ranges::find_if(repeating, fits); found != repeating.end())
+            return found->answer;
+        unexpected += "not in the file, or out of turn: " + Util::join(request, " ") + "\n";
         return {0xC1};
     }
 
@@ -123,38 +99,20 @@ struct Outcome {
     std::string values() const { return Util::join(lines, ";"); }
 };
 
-/// The failure's detail is told only where `query` says one, or expects no failure at all.
-std::string failureText(const ResultStatus& status, const Query& query)
-{
-    const RStatus& first = *status.begin();
-    const bool withDetail = query.failure.empty() || query.failure.find(' ') != std::string::npos;
-    return std::to_string(first.mErrorCode) + (withDetail && !first.mXQuery.empty() ? " " + first.mXQuery : "");
-}
-
 Outcome outcomeOf(const Query& query)
 {
     ScriptedBmc bmc(query.exchanges);
     Outcome outcome;
-    try {
+    const Failure failure = failureOf([&] {
         ResultMap results;
         ask(query, results);
         for (const auto& [path, node] : results)
             outcome.lines.push_back(path + (node.mType == NODE_LEAF ? " = " : ": ") + Util::join(node.mXNodeList, " "));
-    } catch (const ResultStatus& status) {
-        outcome.failure = failureText(status, query);
-    }
+    });
+    const bool withDetail = query.failure.find(' ') != std::string::npos;
+    outcome.failure = failure.code == 0 || withDetail ? failure.text() : std::to_string(failure.code);
     outcome.complaints = bmc.complaints();
     return outcome;
-}
-
-/// With the platform already known, so that queries cost their own exchanges only.
-void settlePlatform()
-{
-    ModelBmc bmc;
-    const ScopedSeam<transport::DeviceFile> use(bmc);
-    bmc.on(0x06, 0x01, IpmiAnswer{0, 0x20, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    Platform::PlatformImpl::CreateInstance()->Reset();
-    EXPECT_EQ(Platform::PlatformImpl::CreateInstance()->platformName(), "OTHER_PLATFORM");
 }
 
 std::vector<std::filesystem::path> engineFiles()
@@ -168,18 +126,14 @@ std::vector<std::filesystem::path> engineFiles()
     return files;
 }
 
-class EngineFiles : public testing::Test {
+class EngineFiles : public BmcTest {
 protected:
     EngineFiles()
     {
-        transport::resetTransportForTests();
-        settlePlatform();
+        Platform::PlatformImpl::CreateInstance()->platformName(); // so that queries cost their own exchanges only
         Module::BMCConfig::Cache::instance().Clear();
     }
-    ~EngineFiles() override { transport::resetTransportForTests(); }
 
-    FakeClock clock;
-    ScopedSeam<Clock> use{clock};
     std::set<std::string> findings;
 };
 
@@ -314,7 +268,7 @@ TEST_F(EngineFiles, WhatABmcSaysTooMuchChangesNoWrite)
     EXPECT_THAT(findings, testing::IsEmpty());
 }
 
-TEST(EngineFilesAlone, AskEveryTemplate)
+TEST_F(EngineFiles, AskEveryTemplate)
 {
     // Run by the subjects' code with operands of its own, or of a name that no line of a file can end in.
     std::set<std::string> asked = {"GET://BMC/SDR/READ", "GET://BMC/SEL/RECORD", "GET://BMC/SEL/EXTENDED_RECORD",

@@ -1,7 +1,6 @@
 // What a caller gives as a password stays between him and the BMC.
 
 #include "common/Logger.hpp"
-#include "common/ResultStatus.hpp"
 #include "modules/bmc/BMCConfigModule.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 #include "tests/support/TempRoot.hpp"
@@ -41,12 +40,7 @@ protected:
     /// What the failure of a write says; empty if there was none.
     static std::string failureOf(const char* path)
     {
-        try {
-            Module::BMCConfig::BMCConfigModule().ProcessXQuery(path, password, false);
-        } catch (const ResultStatus& status) {
-            return status.begin()->mXQuery + " " + status.begin()->mErrorString;
-        }
-        return {};
+        return ::failureOf([&] { Module::BMCConfig::BMCConfigModule().ProcessXQuery(path, password, false); }).text();
     }
     std::string logText()
     {
