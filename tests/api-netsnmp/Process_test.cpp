@@ -40,16 +40,16 @@ int exitStatusOf(Body body)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-int softStackLimitAfterRaising(rlim_t soft)
+/// `body` in a process of its own that has the soft limit.
+template<class Body>
+int exitStatusUnder(__rlimit_resource resource, rlim_t soft, Body body)
 {
-    return exitStatusOf([soft] {
-        rlimit limit{soft, RLIM_INFINITY};
-        getrlimit(RLIMIT_STACK, &limit);
+    return exitStatusOf([&] {
+        rlimit limit{};
+        getrlimit(resource, &limit);
         limit.rlim_cur = soft;
-        setrlimit(RLIMIT_STACK, &limit);
-        agent::raiseStackLimit();
-        getrlimit(RLIMIT_STACK, &limit);
-        return limit.rlim_cur == soft ? 1 : limit.rlim_cur == 20'971'520 ? 2 : 3;
+        setrlimit(resource, &limit);
+        return body();
     });
 }
 
@@ -57,9 +57,15 @@ int softStackLimitAfterRaising(rlim_t soft)
 
 TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
 {
-    EXPECT_EQ(softStackLimitAfterRaising(8'388'608), 2);
-    EXPECT_EQ(softStackLimitAfterRaising(20'971'519), 2);
-    EXPECT_EQ(softStackLimitAfterRaising(20'975'616), 1);
+    for (const auto& [before, after] : {std::pair{20'971'519, 20'971'520}, {20'975'616, 20'975'616}})
+        EXPECT_EQ(exitStatusUnder(RLIMIT_STACK, static_cast<rlim_t>(before),
+                                  [&] {
+                                      agent::raiseStackLimit();
+                                      rlimit limit{};
+                                      getrlimit(RLIMIT_STACK, &limit);
+                                      return limit.rlim_cur == static_cast<rlim_t>(after);
+                                  }),
+                  1);
 }
 
 /// What is said in a process whose resource has the limit. Through a pipe, which no limit on files concerns.
@@ -67,12 +73,8 @@ std::string exhaustionUnder(__rlimit_resource resource, rlim_t soft)
 {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
-    exitStatusOf([&] {
+    exitStatusUnder(resource, soft, [&] {
         dup2(ends[1], STDERR_FILENO);
-        rlimit limit{};
-        getrlimit(resource, &limit);
-        limit.rlim_cur = soft;
-        setrlimit(resource, &limit);
         std::signal(SIGXFSZ, SIG_IGN);
         agent::tellExhaustion();
         return 0;
@@ -97,15 +99,12 @@ TEST(Process, WhatTheAgentWillLackEndsItByThePolicyAlone)
     for (const bool ends : {false, true}) {
         const common::ScopedPolicy policy({.endsWithoutResources = ends});
         for (const rlim_t descriptors : {10, 1024})
-            EXPECT_EQ(exitStatusOf([descriptors] {
-                          rlimit limit{};
-                          getrlimit(RLIMIT_NOFILE, &limit);
-                          limit.rlim_cur = descriptors;
-                          setrlimit(RLIMIT_NOFILE, &limit);
-                          close(STDERR_FILENO);
-                          agent::checkResources();
-                          return 7;
-                      }),
+            EXPECT_EQ(exitStatusUnder(RLIMIT_NOFILE, descriptors,
+                                      [] {
+                                          close(STDERR_FILENO);
+                                          agent::checkResources();
+                                          return 7;
+                                      }),
                       ends && descriptors == 10 ? 1 : 7);
     }
 }
@@ -142,58 +141,26 @@ TEST(Process, ASecondAgentIsRefusedByALockThatNobodyElseCanTake)
     EXPECT_EQ(statusOfAgent(), 7);
 }
 
-TEST(Process, PidFileIsMadeReadableForAll)
+TEST(Process, PidFileIsReadableForAllAndOverwrittenInPlaceWhoeverLocksItButNoWayToAnotherFile)
 {
     TempRoot root;
-    fs::create_directories(fs::path(root.resolve(agent::pidFile)).parent_path());
+    const fs::path path = root.resolve(agent::pidFile), victim = root.write("/etc/passwd", "root\n");
+    fs::create_directories(path.parent_path());
     const mode_t before = umask(0);
     agent::writePidFile();
     umask(before);
-    EXPECT_EQ(fs::status(root.resolve(agent::pidFile)).permissions(), fs::perms(0644));
-}
-
-TEST(Process, PidFileIsOverwrittenInPlace)
-{
-    TempRoot root;
-    const fs::path path = root.write(agent::pidFile, "12345678901234\n");
-    agent::writePidFile();
-    const std::string pid = std::to_string(getpid()) + "\n";
-    EXPECT_EQ(contents(path), pid + std::string("12345678901234\n").substr(pid.size()));
-}
-
-TEST(Process, PidFileIsNoWayToAnotherFile)
-{
-    TempRoot root;
-    const fs::path victim = root.write("/etc/passwd", "root\n");
-    fs::create_directories(fs::path(root.resolve(agent::pidFile)).parent_path());
-    fs::create_symlink(victim, root.resolve(agent::pidFile));
-    agent::writePidFile();
-    EXPECT_EQ(contents(victim), "root\n");
-}
-
-TEST(Process, PidFileIsWrittenAlthoughSomebodyHoldsItsLock)
-{
-    TempRoot root;
-    const fs::path path = root.write(agent::pidFile, "");
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0644));
+    root.write(agent::pidFile, "12345678901234\n");
     const int holder = open(path.c_str(), O_RDONLY);
     flock(holder, LOCK_EX);
     agent::writePidFile();
     close(holder);
-    EXPECT_EQ(contents(path), std::to_string(getpid()) + "\n");
-}
-
-TEST(ProcessDeathTest, WatcherStartsTheAgentAgainAfterACrash)
-{
-    TempRoot root;
-    for (const int sig : {SIGSEGV, SIGABRT, SIGBUS}) {
-        std::ostringstream message;
-        message << "Signal received at: .*\nCaught SIGSEGV, SIGABRT or SIGBUS = " << sig
-                << ", executing /usr/local/hwagent/bin/hwAgent\n";
-        EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, sig)), testing::ExitedWithCode(0), message.str());
-    }
-    const fs::path stranger = root.write(common::agentExecutable, "#!/bin/sh\nexit 42\n");
-    fs::permissions(stranger, fs::perms(0755));
-    EXPECT_EXIT(agent::endWatch(W_EXITCODE(0, SIGSEGV)), testing::ExitedWithCode(42), "");
+    const std::string pid = std::to_string(getpid()) + "\n";
+    EXPECT_EQ(contents(path), pid + std::string("12345678901234\n").substr(pid.size()));
+    fs::remove(path);
+    fs::create_symlink(victim, path);
+    agent::writePidFile();
+    EXPECT_EQ(contents(victim), "root\n");
 }
 
 /// What the watcher before said, how long the daemon ran, and the pause until the agent starts again.

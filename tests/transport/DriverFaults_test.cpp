@@ -1,11 +1,6 @@
 #include "common/Policy.hpp"
-#include "tests/support/ModelBmc.hpp"
+#include "tests/transport/TroubledDriver.hpp"
 #include "transport/BmcMessage.hpp"
-#include "transport/TransportState.hpp"
-
-#include <cerrno>
-#include <linux/ipmi.h>
-#include <sys/ioctl.h>
 
 using namespace transport;
 
@@ -14,54 +9,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::uint8_t sensorEvent = 0x04, getReading = 0x2D;
-
-/// What the driver does wrong with the messages of a sound BMC.
-class TroubledDriver : public ModelBmc {
-public:
-    int error = 0; ///< of the next `errors` calls of ioctl
-    int errors = 0;
-    bool emptyHanded = false;   ///< ready once without a message
-    bool anothersFirst = false; ///< the answer of another command comes under our number
-    int opened = 0, closed = 0;
-
-    int open(const char* path, int flags) override
-    {
-        ++opened;
-        return ModelBmc::open(path, flags);
-    }
-    int close(int) override { return ++closed, 0; }
-
-    int ioctl(int fd, unsigned long request, void* argument) override
-    {
-        if (errors > 0) {
-            --errors;
-            errno = error;
-            return -1;
-        }
-        if (fd < 0) {
-            errno = EBADF;
-            return -1;
-        }
-        if (request != IPMICTL_RECEIVE_MSG_TRUNC)
-            return ModelBmc::ioctl(fd, request, argument);
-        if (std::exchange(emptyHanded, false)) {
-            errno = EAGAIN;
-            return -1;
-        }
-        return std::exchange(anothersFirst, false) ? giveAnothers(*static_cast<ipmi_recv*>(argument))
-                                                   : ModelBmc::ioctl(fd, request, argument);
-    }
-
-private:
-    int giveAnothers(ipmi_recv& message) const
-    {
-        message.msgid = transportState().lastMsgid;
-        message.msg.data_len = 2;
-        message.msg.data[0] = 0;
-        message.msg.data[1] = 0x99;
-        return 0;
-    }
-};
 
 struct Outcome {
     bool answered = false;
@@ -218,10 +165,8 @@ TEST_F(DriverFaults, AnswersThatAreNoneArePassedOver)
     driver.emptyHanded = true;
     EXPECT_EQ(ask().value, 0x42) << "ready, and then no message";
     for (const int error : {EMSGSIZE, EAGAIN, EFAULT}) {
-        driver.error = error;
-        driver.errors = 1'000;
+        driver.sendError = driver.receiveError = error;
         EXPECT_FALSE(ask().answered) << error;
-        driver.errors = 0;
     }
 }
 
@@ -229,15 +174,15 @@ TEST_F(DriverFaults, DeviceThatWentAwayIsOpenedAgainWhenItIsBack)
 {
     const common::ScopedPolicy practical(common::practicalPolicy());
     EXPECT_EQ(ask().value, 0x42);
-    driver.error = ENODEV;
+    driver.sendError = driver.receiveError = ENODEV;
     driver.errors = 1;
     driver.present = false;
     EXPECT_FALSE(ask().answered);
     EXPECT_EQ(driver.closed, 1);
-    const int opened = driver.opened;
+    const std::size_t opened = driver.opened.size();
     for (int i = 0; i < 10; ++i)
         EXPECT_FALSE(ask().answered);
-    EXPECT_EQ(driver.opened, opened) << "at most once a second";
+    EXPECT_EQ(driver.opened.size(), opened) << "at most once a second";
     driver.present = true;
     clock.advance(1s);
     EXPECT_EQ(ask().value, 0x42);

@@ -2,16 +2,11 @@
 
 #include "common/Policy.hpp"
 #include "tests/support/FakeClock.hpp"
-#include "tests/support/ModelBmc.hpp"
 #include "tests/support/TempRoot.hpp"
-#include "transport/TransportState.hpp"
+#include "tests/transport/TroubledDriver.hpp"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <linux/ipmi.h>
 #include <memory>
-#include <sys/ioctl.h>
 
 using namespace transport;
 
@@ -19,63 +14,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-
-/// The modelled BMC with the driver's own faults in front.
-class FaultyDriver : public ModelBmc {
-public:
-    int sendError = 0, receiveError = 0;
-    std::string onlyNode; ///< the one node that opens, when set
-    std::vector<std::string> opened;
-    int closed = 0, waits = 0;
-    std::vector<int> waitResults; ///< replace the model's, from the front
-    std::vector<long> strayIds;   ///< msgids of answers that come before the right one
-    int reportedLength = -1;      ///< data_len of an answer, when not negative
-
-    int open(const char* path, int flags) override
-    {
-        opened.emplace_back(path);
-        return onlyNode.empty() || onlyNode == path ? ModelBmc::open(path, flags) : -1;
-    }
-
-    int close(int) override { return ++closed; }
-
-    int waitReadable(int fd, std::chrono::milliseconds limit) override
-    {
-        EXPECT_EQ(limit, 10s);
-        ++waits;
-        if (waitResults.empty())
-            return ModelBmc::waitReadable(fd, limit);
-        const int result = waitResults.front();
-        waitResults.erase(waitResults.begin());
-        return result;
-    }
-
-    int ioctl(int fd, unsigned long request, void* argument) override
-    {
-        errno = request == IPMICTL_SEND_COMMAND ? sendError : receiveError;
-        if (errno != 0)
-            return -1;
-        if (request == IPMICTL_SEND_COMMAND)
-            return ModelBmc::ioctl(fd, request, argument);
-        return receive(fd, request, *static_cast<ipmi_recv*>(argument));
-    }
-
-private:
-    int receive(int fd, unsigned long request, ipmi_recv& message)
-    {
-        if (!strayIds.empty()) {
-            message.msgid = strayIds.front();
-            strayIds.erase(strayIds.begin());
-            return 0;
-        }
-        if (reportedLength < 0)
-            return ModelBmc::ioctl(fd, request, &message);
-        message.msgid = 1;
-        message.msg.netfn = 7;
-        message.msg.data_len = static_cast<unsigned short>(reportedLength);
-        return 0;
-    }
-};
 
 class OpenIpmi : public testing::Test {
 protected:
@@ -90,7 +28,7 @@ protected:
 
     int exchange(long msgid = 1) { return OpenIPMIProcessMessage(request.get(), response.get(), msgid); }
 
-    FaultyDriver driver;
+    TroubledDriver driver;
     FakeClock clock;
     ScopedSeam<DeviceFile> useDriver{driver};
     ScopedSeam<Clock> useClock{clock};
@@ -148,9 +86,9 @@ TEST_F(OpenIpmi, WaitsTenSpellsOfWhichInterruptedOnesCount)
     driver.waitResults = {0, -1, 0, 0, 0, -1, 0, 0, 0};
     EXPECT_EQ(exchange(), 0) << "ready in the tenth";
     driver.on(6, 1, IpmiAnswer{});
-    driver.waits = 0;
+    driver.waits.clear();
     EXPECT_EQ(exchange(), ipmiTimeout);
-    EXPECT_EQ(driver.waits, 10);
+    EXPECT_EQ(driver.waits, std::vector(10, std::chrono::milliseconds(10s)));
 }
 
 TEST_F(OpenIpmi, AnswersToOtherMsgidsAreDropped)
