@@ -5,6 +5,7 @@
 #include "ipmi/SensorReading.hpp"
 #include "tests/client/EventFixture.hpp"
 #include "tests/client/EventRoadFile.hpp"
+#include "tests/client/ModelLog.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "translator/TranslatorImpl.hpp"
 #include "translator/WideText.hpp"
@@ -86,23 +87,18 @@ ipmi::Bytes logRecord(const EventKind& kind, unsigned id)
     return record;
 }
 
-/// Answers with the log's last two records, translated.
-class TranslatingLog : public ScriptedBackend {
+/// Translates its two records, of which the first is the mark.
+class TranslatingLog : public ModelLog {
 public:
-    using ScriptedBackend::get;
-    void get(SDK::QueryMap, ResultMap& results) override
+    void put(const EventKind& kind)
     {
-        static const std::string path = "/BMC/SEL/TRANSLATED";
-        _XNode& list = results[path];
-        for (const ipmi::Bytes& record : records) {
-            const std::string key = path + "[" + std::to_string(list.mXNodeList.size()) + "]";
-            list.mXNodeList.push_back(key);
-            for (const auto& [field, value] :
-                 {std::pair<std::string, std::string>{"/RAW", ipmi::hexBytes(record)}, {"/DESCR", translate(record)}}) {
-                results[key].mXNodeList.push_back(key + field);
-                results[key + field] = leaf({value});
-            }
+        records.clear();
+        for (const unsigned id : {1U, 2U}) {
+            const ipmi::Bytes record = logRecord(kind, id);
+            records.push_back({id, ipmi::hexBytes(record), translate(record)});
         }
+        m_iLastRecordID = 1;
+        sLastSelEntry = "another";
     }
 
     std::string translate(const ipmi::Bytes& record)
@@ -115,7 +111,6 @@ public:
     }
 
     TranslatorImpl words{HWAGENT_TRANSLATIONS "hrs_enu.ini", "", true};
-    std::vector<ipmi::Bytes> records;
 };
 
 /// Keeps what passes it.
@@ -194,8 +189,7 @@ protected:
         watching->mCriticalList =
             kind.isOver ? std::list<int>{ipmi::SdrView(sensorRecord(kind.sensorType)).packedId()} : std::list<int>();
         watching->m_nHealthStatus = kind.isOver ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
-        log.records = {logRecord(kind, 1), logRecord(kind, 2)};
-        sLastSelEntry = "another";
+        log.put(kind);
         CheckForNewSELEntry();
         const std::vector<std::string> traps = trapsSent();
         return watching->last ? describe(traps) : "-";
@@ -217,7 +211,7 @@ protected:
     {
         static const std::pair<std::string_view, int> tails[] = {
             {"OK", 3}, {"Non-Critical", 4}, {"Critical", 5}, {"Non-Recoverable", 6}};
-        const std::string inLog = log.translate(log.records.back());
+        const std::string& inLog = log.records.back().text;
         const auto* const tail =
             std::ranges::find_if(tails, [&](const auto& row) { return inLog.ends_with(row.first); });
         return tail == std::end(tails) || !watching->last || watching->last->nSeverity < 3 ||
@@ -241,7 +235,7 @@ TEST_F(EventRoad, EveryKindOfEventEndsInItsTrap)
         const std::string outcome = outcomeOf(kind);
         EXPECT_EQ(outcome, expected.of(kind));
         EXPECT_THAT(outcome, testing::Not(testing::ContainsRegex(failureTrapOfARecovery)));
-        EXPECT_TRUE(isAsGraveInTheLog() || hasGivenGravity(kind)) << log.translate(log.records.back());
+        EXPECT_TRUE(isAsGraveInTheLog() || hasGivenGravity(kind)) << log.records.back().text;
     }
     EXPECT_THAT(expected.unused, testing::IsEmpty());
 }
@@ -252,7 +246,7 @@ TEST_F(EventRoad, ByOneListOfStatesTrapAndLogAgreeOnEveryKind)
     for (const EventKind& kind : everyKind()) {
         SCOPED_TRACE(hex(kind.sensorType) + " " + kind.key());
         const std::string outcome = outcomeOf(kind);
-        EXPECT_TRUE(isAsGraveInTheLog()) << outcome << '\n' << log.translate(log.records.back());
+        EXPECT_TRUE(isAsGraveInTheLog()) << outcome << '\n' << log.records.back().text;
     }
 }
 

@@ -2,6 +2,7 @@
 #include "common/Policy.hpp"
 #include "ipmi/Hex.hpp"
 #include "tests/client/EventFixture.hpp"
+#include "tests/client/ModelLog.hpp"
 #include "tests/support/TempRoot.hpp"
 
 #include <gmock/gmock.h>
@@ -12,31 +13,14 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-/// A controller's event log as far as a reader can tell: records with ids, refused ids, stamps of erasures. `word`
-/// names a record: what its trap says.
-class ModelLog : public ScriptedBackend {
+/// A log whose controller numbers and stamps the records, and forgets the oldest where there is no room. `word` names a
+/// record: what its trap says.
+class WordLog : public ModelLog {
 public:
-    using ScriptedBackend::get;
-    void get(SDK::QueryMap queries, ResultMap& results) override
-    {
-        const auto& [query, parameters] = *queries.begin();
-        clock->advance(perExchange);
-        ++exchanges;
-        if (isSilent)
-            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no answer", query, COMMAND_GET);
-        if (query == "/BMC/SEL/TRANSLATED")
-            read(std::stoul(parameters.at("RECORD_ID"), nullptr, 16), std::stoul(parameters.at("RANGE")), results);
-        else if (givesInfo)
-            results[query] = leaf({std::to_string(erased)});
-        else
-            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no info", query, COMMAND_GET);
-    }
-
     void add(const std::string& word)
     {
         const bool isTimeless = word.starts_with('~');
-        const unsigned seconds = isTimeless ? 5 : ++time;
-        records.push_back({nextId, word, seconds});
+        ModelLog::add(nextId, 0x0C, 0x6F, "00 00 00", prefix + word, isTimeless ? 5 : ++time);
         nextId = nextId == 0xFFFE ? 1 : nextId + 1;
         if (records.size() > room)
             records.pop_front();
@@ -50,85 +34,15 @@ public:
     }
     void remove(const std::string& word)
     {
-        std::erase_if(records, [&](const Record& record) { return record.word == word; });
+        std::erase_if(records, [&](const Record& record) { return record.text == prefix + word; });
         erased = ++time;
     }
 
     static inline const std::string prefix = "a correctable ECC error ";
 
-    struct Record {
-        unsigned id;
-        std::string word;
-        unsigned seconds;
-    };
-    std::deque<Record> records;
     unsigned nextId = 1;
     std::size_t room = 5000;
     unsigned time = 0x50000000;
-    unsigned erased = 0x4FFFFFFF;
-    bool isSilent = false;
-    bool givesInfo = true;
-    std::string unreadable;
-    long exchanges = 0;
-    FakeClock* clock = nullptr;
-    std::chrono::nanoseconds perExchange{0};
-
-private:
-    static std::string raw(const Record& record)
-    {
-        ipmi::Bytes bytes(16);
-        bytes[0] = static_cast<std::uint8_t>(record.id);
-        bytes[1] = static_cast<std::uint8_t>(record.id >> 8);
-        bytes[2] = 2;
-        for (int byte = 0; byte < 4; ++byte)
-            bytes[3 + static_cast<std::size_t>(byte)] = static_cast<std::uint8_t>(record.seconds >> 8 * byte);
-        bytes[10] = 0x0C;
-        bytes[11] = 0x30;
-        bytes[12] = 0x6F;
-        return ipmi::hexBytes(bytes);
-    }
-
-    std::size_t placeOf(unsigned long id) const
-    {
-        if (id == 0)
-            return 0;
-        if (id == 0xFFFF && !records.empty())
-            return records.size() - 1;
-        const auto found = std::ranges::find(records, id, &Record::id);
-        return static_cast<std::size_t>(found - records.begin());
-    }
-
-    void read(unsigned long id, std::size_t range, ResultMap& results)
-    {
-        const std::size_t first = placeOf(id);
-        if (first >= records.size() && id != 0 && id != 0xFFFF)
-            throw ResultStatus(ERROR_INVALID_DATAVAL, "no such record", "SEL", COMMAND_GET);
-        _XNode& list = results["/BMC/SEL/TRANSLATED"];
-        list.mType = NODE_NONLEAF;
-        for (std::size_t place = first; place < std::min(records.size(), first + range); ++place) {
-            if (records[place].word == unreadable)
-                throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "unreadable", "SEL", COMMAND_GET);
-            if (place > first) {
-                clock->advance(perExchange);
-                ++exchanges;
-            }
-            answerOne(results, list, place);
-        }
-    }
-
-    void answerOne(ResultMap& results, _XNode& list, std::size_t place)
-    {
-        char next[8];
-        std::snprintf(next, sizeof next, "%04X", place + 1 == records.size() ? 0xFFFF : records[place + 1].id);
-        const std::string key = "/BMC/SEL/TRANSLATED[" + std::to_string(list.mXNodeList.size()) + "]";
-        list.mXNodeList.push_back(key);
-        for (const auto& [field, value] : {std::pair<std::string, std::string>{"/RAW", raw(records[place])},
-                                           {"/NEXT_SEL_RECORD_ID", next},
-                                           {"/DESCR", prefix + records[place].word}}) {
-            results[key].mXNodeList.push_back(key + field);
-            results[key + field] = leaf({value});
-        }
-    }
 };
 
 /// Follows the log as the agent does: turns until nothing is left, traps taken and noted as told.
@@ -163,7 +77,7 @@ protected:
     {
         for (std::deque<Trap> some; !(some = takeTraps()).empty(); clock.advance(1h)) {
             for (const Trap& trap : some)
-                told.push_back(std::get<std::string>(trap[1].value).substr(ModelLog::prefix.size()));
+                told.push_back(std::get<std::string>(trap[1].value).substr(WordLog::prefix.size()));
             trapsAreSent();
         }
     }
@@ -192,7 +106,7 @@ protected:
 
     TempRoot root;
     common::ScopedPolicy practical{{.practical = true, .keepsMark = true, .pacesTrapsApart = true}};
-    ModelLog log;
+    WordLog log;
     ScopedSeam<QueryBackend> useLog{log};
     std::unique_ptr<SelFollower> follower;
     std::vector<std::string> told;
@@ -282,7 +196,7 @@ TEST_F(Follower, WhatWaitsAsATrapAtACrashIsToldByTheNextProcess)
     poll();
     for (int second = 0; second < 20; ++second) {
         for (const Trap& trap : takeTraps())
-            told.push_back(std::get<std::string>(trap[1].value).substr(ModelLog::prefix.size()));
+            told.push_back(std::get<std::string>(trap[1].value).substr(WordLog::prefix.size()));
         trapsAreSent();
         follower->keep();
         clock.advance(1s);
@@ -325,24 +239,18 @@ TEST_F(Follower, AnIdlePollIsOneExchangeAndATurnHasAnEnd)
     EXPECT_EQ(told, numbered(1, 50));
 }
 
-TEST_F(Follower, AControllerThatIsSilentOrForgetsItsLogForAWhileCostsNothing)
+TEST_F(Follower, WhatIsSilentThrownForgottenOrJumpsInATurnCostsNothing)
 {
     obey("o1 o2 poll a");
-    log.isSilent = true;
+    log.failure = ERROR_BMC_INTERFACE_ERROR;
     for (int turn = 0; turn < 10; ++turn)
         EXPECT_THROW(follower->turn(), ResultStatus);
-    log.isSilent = false;
+    log.failure.reset();
     obey("b poll");
     const auto before = std::exchange(log.records, {});
     obey("poll poll");
     log.records = before;
-    obey("poll c poll");
-    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
-}
-
-TEST_F(Follower, WhatIsThrownInATurnAndAClockThatJumpsCostThatTurnOnly)
-{
-    obey("o1 poll a");
+    obey("poll c");
     struct Exhausted : ScriptedBackend {
         using ScriptedBackend::get;
         void get(SDK::QueryMap, ResultMap&) override { throw std::bad_alloc(); }
@@ -352,10 +260,10 @@ TEST_F(Follower, WhatIsThrownInATurnAndAClockThatJumpsCostThatTurnOnly)
         EXPECT_THROW(follower->turn(), ResultStatus);
     }
     clock.time -= 1h;
-    obey("b poll");
+    obey("d poll");
     clock.time += 2h;
-    obey("c poll");
-    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c"));
+    obey("e poll");
+    EXPECT_THAT(told, testing::ElementsAre("a", "b", "c", "d", "e"));
 }
 
 TEST_F(Follower, AControllerThatTellsNothingOfItsLogIsFollowedAllTheSame)
@@ -383,7 +291,7 @@ TEST_F(Follower, EventsWaitForTheRecordsOfTheirSensorsButNotForGood)
 TEST_F(Follower, ARecordThatNeverReadsHidesThoseBehindItForAWhileOnly)
 {
     obey("o1 poll a bad b c");
-    log.unreadable = "bad";
+    log.unreadable = WordLog::prefix + "bad";
     for (int turn = 0; turn < 9; ++turn) {
         try {
             follower->turn();
@@ -413,12 +321,6 @@ TEST_F(Follower, WhileOldRecordsAreToldTheHealthWaits)
     EXPECT_EQ(handler().m_nHealthStatus, 3);
 }
 
-/// Texts of a mark and whether they are one.
-struct Kept {
-    const char* text;
-    bool isMark;
-};
-
 TEST(SelTrail, OnlyWhatItWroteIsTakenBack)
 {
     SelTrail trail;
@@ -430,14 +332,10 @@ TEST(SelTrail, OnlyWhatItWroteIsTakenBack)
     EXPECT_EQ(again->text(), trail.text());
     EXPECT_EQ(again->back(SelTrail::longest), nullptr);
     EXPECT_TRUE(again->back(0)->ends_with("13"));
-    constexpr Kept texts[] = {{"", false},
-                              {"event log mark 1\n", false},
-                              {"event log mark 1\n\n", true},
-                              {"event log mark 2\n\n", false},
-                              {"event log mark 1\n\n01 02\n", false},
-                              {"event log mark 1\n5\n01 00 02 78 56 34 12 20 00 04 01 30 01 52 00 zz\n", false}};
-    for (const Kept& kept : texts)
-        EXPECT_EQ(SelTrail::parse(kept.text).has_value(), kept.isMark) << kept.text;
+    EXPECT_TRUE(SelTrail::parse("event log mark 1\n\n"));
+    for (const char* const text : {"", "event log mark 1\n", "event log mark 2\n\n", "event log mark 1\n\n01 02\n",
+                                   "event log mark 1\n5\n01 00 02 78 56 34 12 20 00 04 01 30 01 52 00 zz\n"})
+        EXPECT_FALSE(SelTrail::parse(text)) << text;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "common/Policy.hpp"
 #include "tests/client/EventFixture.hpp"
+#include "tests/client/ModelLog.hpp"
 
 #include <gmock/gmock.h>
 
@@ -7,83 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-/// One record of a scripted log.
-struct Entry {
-    std::string raw;
-    std::string description = "some event";
-    std::string severity = "CRITICAL";
-};
-
-/// A log that answers as the SDK does: from the record id asked for, or the last one for "ffff".
-class ScriptedLog : public ScriptedBackend {
-public:
-    using ScriptedBackend::get;
-    void get(SDK::QueryMap queries, ResultMap& results) override
-    {
-        const SDK::Parameters& parameters = queries.at("/BMC/SEL/TRANSLATED");
-        marks.push_back(parameters.at("RECORD_ID"));
-        isLocal = parameters.contains("LOCALE") && parameters.at("LOCALE") == "de_DE.utf8";
-        if (failure)
-            throw ResultStatus(*failure, "refused", "/BMC/SEL/TRANSLATED", COMMAND_GET);
-        fill(results, marks.back() == "ffff" ? entries.size() - 1 : placeOf(marks.back()),
-             std::stoul(parameters.at("RANGE")));
-    }
-
-    void add(int id, int sensorType, int trigger, const std::string& data,
-             const std::string& description = "some event")
-    {
-        char raw[80];
-        std::snprintf(raw, sizeof raw, "%02X %02X 02 78 56 34 12 20 00 04 %02X 30 %02X %s", id & 0xFF, id >> 8,
-                      sensorType, trigger, data.c_str());
-        entries.push_back({raw, description});
-    }
-
-    std::vector<Entry> entries;
-    std::vector<std::string> marks;
-    std::optional<_ERROR_NAME> failure;
-    bool isLocal = false;
-
-private:
-    std::size_t placeOf(const std::string& mark) const
-    {
-        char front[24];
-        const unsigned long id = std::stoul(mark, nullptr, 16);
-        std::snprintf(front, sizeof front, "%02lX %02lX ", id & 0xFF, id >> 8);
-        std::size_t place = 0;
-        while (place < entries.size() && !entries[place].raw.starts_with(front))
-            ++place;
-        return place == entries.size() ? 0 : place;
-    }
-
-    void fill(ResultMap& results, std::size_t first, std::size_t range)
-    {
-        _XNode& list = results["/BMC/SEL/TRANSLATED"];
-        list.mType = NODE_NONLEAF;
-        for (std::size_t place = first; place < std::min(entries.size(), first + range); ++place)
-            answerOne(results, list, entries[place]);
-    }
-
-    void answerOne(ResultMap& results, _XNode& list, const Entry& entry)
-    {
-        const std::string key = "/BMC/SEL/TRANSLATED[" + std::to_string(list.mXNodeList.size()) + "]";
-        list.mXNodeList.push_back(key);
-        for (const auto& [field, value] : {std::pair<std::string, std::string>{"/DESCR", entry.description},
-                                           {"/NEXT_SEL_RECORD_ID", "0000"},
-                                           {"/RAW", entry.raw},
-                                           {"/SENSOR_NAME", "TIME RAWHIDE"},
-                                           {"/SEVERITY", entry.severity},
-                                           {"/TIMESTAMP", "11/14/2023-22:13:20"}}) {
-            results[key].mXNodeList.push_back(key + field);
-            results[key + field] = leaf({value});
-        }
-        if (!isLocal)
-            return;
-        results[key + "/DESCR"] = leaf({"auf Deutsch"});
-        results[key].mXNodeList.push_back(key + "/ENGLISH");
-        results[key + "/ENGLISH"] = leaf({entry.description});
-    }
-};
 
 class Watcher : public EventFixture {
 protected:
@@ -94,15 +18,15 @@ protected:
         log.answer("/BMC/SENSOR[48]/NAME", "Front Panel Temp");
     }
 
-    void addTemperature(int id, const std::string& data = "52 00 00") { log.add(id, 1, 0x01, data); }
+    void addTemperature(unsigned id, const std::string& data = "52 00 00") { log.add(id, 1, 0x01, data); }
 
-    ScriptedLog log;
+    ModelLog log;
     ScopedSeam<QueryBackend> useLog{log};
 };
 
 TEST_F(Watcher, OldRecordsRaiseNothingAndTheMarkIsTheNewest)
 {
-    for (int id = 1; id <= 500; ++id)
+    for (unsigned id = 1; id <= 500; ++id)
         addTemperature(id);
     EXPECT_EQ(CheckForNewSELEntry(), 0);
     EXPECT_THAT(log.marks, ElementsAre("ffff"));
@@ -123,7 +47,7 @@ TEST_F(Watcher, NewRecordsAreRoutedInTheOrderOfTheLog)
                                          "70.17 Status is Upper Non-Critical", HasSubstr("20.4")));
     EXPECT_EQ(m_iLastRecordID, 0x0103);
     EXPECT_EQ(t_SelData.usRecordId, 3);
-    EXPECT_EQ(sLastSelEntry, log.entries.back().raw);
+    EXPECT_EQ(sLastSelEntry, log.records.back().raw);
     EXPECT_EQ(CheckForNewSELEntry(), 0);
 }
 
@@ -132,7 +56,7 @@ TEST_F(Watcher, ThreeThousandRecordsBetweenTwoPollsAreAllTold)
     client.mSystemManagement->m_nTrapsEnabled = 1;
     addTemperature(1);
     CheckForNewSELEntry();
-    for (int id = 2; id <= 3001; ++id)
+    for (unsigned id = 2; id <= 3001; ++id)
         addTemperature(id, id % 2 ? "52 00 00" : "57 00 00");
     handler().m_nHealthStatus = 6;
     CheckForNewSELEntry();
@@ -153,27 +77,19 @@ TEST_F(Watcher, ThreeThousandRecordsBetweenTwoPollsAreAllTold)
 
 TEST_F(Watcher, AnEmptyLogChangesNothing)
 {
-    log.entries = {};
-    const std::string said = diagnosticsOf([&] {
-        struct Empty : ScriptedBackend {
-            using ScriptedBackend::get;
-            void get(SDK::QueryMap, ResultMap& results) override { results["/BMC/SEL/TRANSLATED"]; }
-        } empty;
-        const ScopedSeam<QueryBackend> use(empty);
-        EXPECT_EQ(CheckForNewSELEntry(), 0);
-    });
-    EXPECT_THAT(said, HasSubstr("No SEL record found!"));
+    EXPECT_THAT(diagnosticsOf([] { EXPECT_EQ(CheckForNewSELEntry(), 0); }), HasSubstr("No SEL record found!"));
     EXPECT_EQ(m_iLastRecordID, lastRecordOfLog);
 }
 
-TEST_F(Watcher, OfAClearedAndRefilledLogTheFirstRecordIsSkipped)
+TEST_F(Watcher, OfAClearedLogThatIsFilledPastTheMarkTheRecordAtItIsSkipped)
 {
-    addTemperature(9);
+    addTemperature(2);
     CheckForNewSELEntry();
-    log.entries.clear();
-    log.add(1, 1, 0x01, "54 00 00");
+    log.records.clear();
+    addTemperature(1);
+    addTemperature(2, "54 00 00");
     EXPECT_EQ(CheckForNewSELEntry(), 1);
-    EXPECT_EQ(m_iLastRecordID, 9);
+    EXPECT_EQ(m_iLastRecordID, 2);
     EXPECT_THAT(trapsSent(), IsEmpty());
 }
 
@@ -230,27 +146,10 @@ TEST_F(Watcher, FieldsAreDecodedUnevenly)
         EXPECT_EQ(t_SelData.ucEvmRev, decoding.revision);
         EXPECT_EQ(t_SelData.ucEventTrigger, decoding.trigger);
     }
-}
-
-TEST_F(Watcher, ALowerIdDoesNotMoveTheMarkBack)
-{
     m_iLastRecordID = 300;
     sSelEntry = "2B 01";
     DecodeSELQuery();
-    EXPECT_EQ(m_iLastRecordID, 300);
-}
-
-TEST_F(Watcher, WordsOfTheTranslatorTravelWithTheRecord)
-{
-    addTemperature(1);
-    CheckForNewSELEntry();
-    log.add(2, 0x77, 0x01, "52 00 00", std::string(1023, 'd'));
-    CheckForNewSELEntry();
-    EXPECT_EQ(std::string(t_LastSelData.sEventDiscription), std::string(1023, 'd'));
-    EXPECT_STREQ(t_LastSelData.sSeverity, "CRITICAL");
-    EXPECT_EQ(aSelWrapper.m_cInfo.m_cLocalTimeStamp.narrow(), "11/14/2023-22:13:20");
-    EXPECT_EQ(aSelWrapper.m_cInfo.m_cSensorType.narrow(), "119");
-    EXPECT_EQ(aSelWrapper.m_cInfo.m_bStandardEvent, 1);
+    EXPECT_EQ(m_iLastRecordID, 300) << "a lower id does not move the mark back";
 }
 
 TEST_F(Watcher, AnotherLanguageIsShownWhileEnglishChoosesTheTrap)
@@ -278,6 +177,10 @@ TEST_F(Watcher, ATextThatDoesNotFitEndsTheProcessOrIsCut)
     const common::ScopedPolicy practical({.cutsLongTexts = true});
     EXPECT_EQ(CheckForNewSELEntry(), 1);
     EXPECT_EQ(std::string(t_LastSelData.sEventDiscription), std::string(1023, 'd'));
+    EXPECT_STREQ(t_LastSelData.sSeverity, "CRITICAL");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_cLocalTimeStamp.narrow(), "11/14/2023-22:13:20");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_cSensorType.narrow(), "119");
+    EXPECT_EQ(aSelWrapper.m_cInfo.m_bStandardEvent, 1);
 }
 
 } // namespace
