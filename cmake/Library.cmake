@@ -32,6 +32,10 @@ endfunction()
 # Tests are compiled for the speed of compiling, and share one precompiled header.
 add_library(hw_test_options INTERFACE)
 target_compile_options(hw_test_options INTERFACE -O0 -U_FORTIFY_SOURCE -fPIE)
+# Files compiled as one take each other's fixtures for a header's, and see each other's names.
+if(CMAKE_UNITY_BUILD)
+  target_compile_options(hw_test_options INTERFACE -Wno-subobject-linkage -Wno-shadow)
+endif()
 # The product is what the sanitizers watch: checks in the tests' own code would triple the time of compiling them. Threads
 # are another matter, both sides of a race must be seen.
 if(HWAGENT_SANITIZE MATCHES address)
@@ -46,7 +50,7 @@ function(hw_test folder)
   endif()
   string(REPLACE "/" "_" suffix ${folder})
   add_executable(hw_test_${suffix} ${sources})
-  target_link_libraries(hw_test_${suffix} PRIVATE ${ARGN} hw_test_support hw_test_options hw_warnings GTest::gmock_main)
+  target_link_libraries(hw_test_${suffix} PRIVATE ${ARGN} hw_test_support hw_warnings hw_test_options GTest::gmock_main)
   target_precompile_headers(hw_test_${suffix} REUSE_FROM hw_test_headers)
   gtest_discover_tests(hw_test_${suffix} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
 endfunction()

@@ -5,6 +5,7 @@
 #include "client/events/SNMP_EventClones.hpp"
 #include "client/words/Trace.hpp"
 #include "common/Waits.hpp"
+#include "ipmi/SelView.hpp"
 
 #include <cxxabi.h>
 
@@ -12,7 +13,6 @@ using namespace client::words;
 
 namespace {
 
-constexpr unsigned char systemEventRecord = 2;
 constexpr int anyType = -1;
 /// Redundancy (IPMI 2.0, table 42-2).
 constexpr int redundancyType = 0x0B;
@@ -69,7 +69,7 @@ namespace client::events {
 
 void routeEvent(const EVENT_DATA_STRUCT& record)
 {
-    if (record.ucRecordType != systemEventRecord)
+    if (record.ucRecordType != ipmi::systemEventType)
         trace("\n Inside the routeEvent Function: String comparioson failed!!\n");
     const Route& route = findRoute(record);
     trace("%s", route.trace);

@@ -34,7 +34,6 @@ CSelWrapper aSelWrapper;
 namespace {
 
 constexpr int mostRecords = 3000;
-constexpr unsigned char systemEventRecord = 2;
 
 /// Places of the bytes in a record's text (IPMI 2.0, 32.1).
 enum Token : std::size_t {
@@ -192,7 +191,7 @@ void fillWrapper()
     info.m_ucEventData3 = t_SelData.ucEventData3;
     info.m_ucEvMRev = t_SelData.ucEvmRev;
     info.m_usRecordId = t_SelData.usRecordId;
-    info.m_bStandardEvent = t_SelData.ucRecordType == systemEventRecord;
+    info.m_bStandardEvent = t_SelData.ucRecordType == ipmi::systemEventType;
     info.m_cSensorType.SetString(std::to_string(t_SelData.ucSensorType).c_str());
 }
 

@@ -13,8 +13,9 @@ inline constexpr std::size_t manufacturer = 7, oemTimestampedData = 10, oemData 
 inline constexpr std::size_t recordSize = 16; ///< an extended record of a manufacturer's own is longer
 } // namespace sel
 
-/// Types of record (32.1): system events below the first, records without a time from the second on.
-inline constexpr std::uint8_t firstOemType = 0xC0, firstTimelessType = 0xE0;
+/// Types of record (32.1): the standard's own event; all below the first of the makers' are read as such; records
+/// without a time from the last on.
+inline constexpr std::uint8_t systemEventType = 0x02, firstOemType = 0xC0, firstTimelessType = 0xE0;
 
 /// Ids with a meaning of their own (31.5): the log's first record, and its last one or, as the id of a next record, the
 /// end.
