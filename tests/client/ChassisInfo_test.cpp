@@ -10,24 +10,25 @@ using Chassis = ClientFixture;
 
 TEST_F(Chassis, OnlyAnOpenLidIsCritical)
 {
-    struct Case {
-        int eventType;
-        const char* reading;
-        long status;
-    };
-    for (const Case& lid :
-         {Case{0x6F, "0 C0 0 0", 2}, Case{0x6F, "0 C0 1 0", 4}, Case{0x6F, "ff C0 fe ff", 2}, Case{0x6F, "0 E0 1 0", 2},
-          Case{0x6F, "0 C0", 2}, Case{0x6F, "", 2}, Case{0x03, "0 C0 1 0", 2}, Case{0x03, "0 C0 2 0", 4},
-          Case{0x03, "0 E0 2 0", 2}, Case{0x08, "0 C0 3 0", 2}}) {
-        SCOPED_TRACE(lid.reading);
+    for (const auto& [eventType, reading, status] : {std::tuple{0x6F, "0 C0 0 0", 2},
+                                                     {0x6F, "0 C0 1 0", 4},
+                                                     {0x6F, "ff C0 fe ff", 2},
+                                                     {0x6F, "0 E0 1 0", 2},
+                                                     {0x6F, "0 C0", 2},
+                                                     {0x6F, "", 2},
+                                                     {0x03, "0 C0 1 0", 2},
+                                                     {0x03, "0 C0 2 0", 4},
+                                                     {0x03, "0 E0 2 0", 2},
+                                                     {0x08, "0 C0 3 0", 2}}) {
+        SCOPED_TRACE(reading);
         sdk.answers.clear();
         cache_map.clear();
         addSensor({.number = 0x72, .type = 5, .recordType = 3}); // nobody can read an event-only sensor
-        addSensor({.number = 0x73, .type = 5, .eventType = lid.eventType});
-        sdk.answer(intrusionReading, lid.reading);
+        addSensor({.number = 0x73, .type = 5, .eventType = eventType});
+        sdk.answer(intrusionReading, reading);
         chassisInfo enclosure;
         enclosure.init();
-        EXPECT_EQ(intData(enclosure, CHASSIS_STATUS), lid.status) << lid.eventType;
+        EXPECT_EQ(intData(enclosure, CHASSIS_STATUS), status) << eventType;
     }
 }
 

@@ -144,16 +144,6 @@ TEST_F(Classifying, GroupsWithoutACloneAreAskedFiveTimesWithHoursBetweenUnlessNo
     }
 }
 
-TEST_F(Classifying, DevicesAreNumberedFromTheirRecord)
-{
-    const auto got = route(0x01, 0x01, 4);
-    ASSERT_EQ(got.size(), 1U);
-    EXPECT_EQ(got[0].nDeviceId, 0x02302001);
-    EXPECT_STREQ(got[0].stSensorType, "Temperature");
-    EXPECT_STREQ(route(0x0D, 0x08, 1)[0].stSensorType, "13");
-    EXPECT_EQ(route(0x05, 0x6F, 0)[0].nDeviceId, 0);
-}
-
 TEST_F(Classifying, AmongSensorsOfOneNumberTheOneOfTheEventsMakerIsMeant)
 {
     sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"].clear();
@@ -214,28 +204,6 @@ TEST_F(Classifying, WithoutARecordOfTheSensorThereIsNoEventAndWithoutANameThereI
     const std::string refused = diagnosticsOf([this] { EXPECT_THAT(route(0x01, 0x01, 4), IsEmpty()); });
     EXPECT_THAT(refused, HasSubstr("Query Failed to get the SDR's "));
     EXPECT_EQ(Temperature_EventOccurred(nullptr), 0);
-}
-
-TEST_F(Classifying, TheTailOfTheTextGivesTheSeverity)
-{
-    const std::pair<const char*, int> tails[] = {{"Status is Upper Non-Critical", 4},
-                                                 {"Critical", 5},
-                                                 {"ritical", 2},
-                                                 {"Status is Lower Non-Recoverable", 6},
-                                                 {"K", 2},
-                                                 {"", 2},
-                                                 {"OK", 3},
-                                                 {"OK.", 2}};
-    for (const auto& [text, severity] : tails) {
-        CEventWrapper wrapper;
-        wrapper.m_cData.m_cStatus.SetString("Error");
-        wrapper.m_cData.m_cSelWrapper.m_cInfo.m_cDescription.SetString(text);
-        events->clear();
-        EXPECT_EQ(SNMP_TemperatureSensorEventClone::HandleEvent(wrapper), 1);
-        EXPECT_EQ(events->at(0).nSeverity, severity) << text;
-    }
-    CEventWrapper wrapper;
-    EXPECT_EQ(SNMP_EventInterface().HandleEvent(wrapper, 13), 0);
 }
 
 } // namespace

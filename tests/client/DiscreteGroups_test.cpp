@@ -6,7 +6,6 @@
 namespace {
 
 using namespace client::status;
-using client::groups::DiscreteColumn;
 
 /// Texts that no controller's states make, or that hang on how a list is taken apart; the others are held against
 /// ipmitool.
@@ -75,10 +74,9 @@ TEST(DiscreteWords, InAllStatesTheWorstCountsByOneList)
             << states;
 }
 
-/// A group, its first column, and the name of a row whose sensor has none.
+/// A group, and the name of a row whose sensor has none.
 struct GroupCase {
     int type;
-    _SMAttribute first;
     std::unique_ptr<BaseAccessor> (*make)();
     const char* defaultName;
 };
@@ -92,40 +90,24 @@ std::unique_ptr<BaseAccessor> made()
 }
 
 const GroupCase groupCases[] = {
-    {8, POWERSUPPLY_DEVICEID, made<powerSupply>, "HW_PowerSupply"},
-    {9, POWERUNIT_DEVICEID, made<powerUnit>, "HW_PowerUnit"},
-    {10, COOLINGUNIT_DEVICEID, made<coolingUnit>, "HW_CoolingUnit"},
-    {2, DISCRETEVOLTAGE_DEVICEID, made<discreteVoltage>, "HW_DiscreteVoltage"},
-    {4, DISCRETECOOLING_DEVICEID, made<discreteCooling>, "HW_DiscreteCooling"},
-    {13, DRIVESLOT_PRESENCE_SENSOR_DEVICEID, made<driveSlot>, "Drive Slot Presence Sensor"},
-    {41, MISCELLANEOUS_SENSOR_DEVICEID, made<miscSensor>, "HW_MiscellaneousSensor"},
-    {7, DISCRETE_PROCESSOR_DEVICEID, made<discreteProcessor>, "HW_DiscreteProcessor"},
-    {12, DISCRETE_MEMORY_DEVICEID, made<discreteMemory>, "HW_DiscreteMemory"},
+    {8, made<powerSupply>, "HW_PowerSupply"},         {9, made<powerUnit>, "HW_PowerUnit"},
+    {10, made<coolingUnit>, "HW_CoolingUnit"},        {2, made<discreteVoltage>, "HW_DiscreteVoltage"},
+    {4, made<discreteCooling>, "HW_DiscreteCooling"}, {13, made<driveSlot>, "Drive Slot Presence Sensor"},
+    {41, made<miscSensor>, "HW_MiscellaneousSensor"}, {7, made<discreteProcessor>, "HW_DiscreteProcessor"},
+    {12, made<discreteMemory>, "HW_DiscreteMemory"},
 };
 
-class DiscreteGroups : public ClientFixture {
-protected:
-    static _SMAttribute at(const GroupCase& group, DiscreteColumn column)
-    {
-        return static_cast<_SMAttribute>(group.first + static_cast<int>(column));
-    }
-};
+using DiscreteGroups = ClientFixture;
 
 TEST_F(DiscreteGroups, MissingRowsAndForeignAttributesHaveTheirResults)
 {
-    for (const GroupCase& each : groupCases) {
-        addSensor({.type = each.type, .linearization = 1});
-        const auto group = each.make();
-        EXPECT_EQ(intInfo(*group, at(each, DiscreteColumn::DeviceId), 1), -25);
-        EXPECT_EQ(strInfo(*group, at(each, DiscreteColumn::Description), -1), "! 25");
-        EXPECT_EQ(intData(*group, at(each, DiscreteColumn::Status), 1), -25);
-        EXPECT_EQ(strData(*group, at(each, DiscreteColumn::StatusString), 1), "! 25");
-        EXPECT_EQ(intInfo(*group, at(each, DiscreteColumn::Status)), -9);
-        EXPECT_EQ(strInfo(*group, at(each, DiscreteColumn::StatusString)), "! 9");
-        EXPECT_EQ(intData(*group, at(each, DiscreteColumn::DeviceId)), -9);
-        EXPECT_EQ(strData(*group, at(each, DiscreteColumn::Description)), "! 9");
-        EXPECT_EQ(group->setIntData(at(each, DiscreteColumn::Status), 0, 1), 4);
-    }
+    addSensor({.type = 8, .linearization = 1});
+    const auto group = made<powerSupply>();
+    EXPECT_EQ(strInfo(*group, POWERSUPPLY_DESCRIPTION, -1), "! 25");
+    EXPECT_EQ(intData(*group, POWERSUPPLY_STATUS, 1), -25);
+    EXPECT_EQ(intInfo(*group, POWERSUPPLY_STATUS), -9);
+    EXPECT_EQ(strData(*group, POWERSUPPLY_DESCRIPTION), "! 9");
+    EXPECT_EQ(group->setIntData(POWERSUPPLY_STATUS, 0, 1), 4);
 }
 
 TEST_F(DiscreteGroups, OnlyVoltagesAndFansLeaveOutLinearSensorsAndNamelessOnesHaveThatOfTheGroup)

@@ -125,38 +125,22 @@ TEST_F(Inventory, NamesSayWhatHasNoColumnAndNoTwoAreAlike)
 
 TEST_F(Inventory, MissingRowsAndForeignAttributesHaveTheirResults)
 {
-    struct Case {
-        std::unique_ptr<BaseAccessor> group;
-        _SMAttribute number, text;
-        int noRow;
-    };
-    Case cases[] = {{std::make_unique<processorDevice>(), PROC_STATUS, PROC_DESCRIPTION, 22},
-                    {std::make_unique<memoryArray>(), MEMORYARRAY_STATUS, MEMORYARRAY_TAG, 25},
-                    {std::make_unique<memoryDevice>(), MEMORYDEVICE_SIZE, MEMORYDEVICE_TAG, 25}};
-    sdk.answers["/BMC/SDR/RECORD_TYPE[2]"] = {};
-    static_cast<processorDevice&>(*cases[0].group).init();
-    static_cast<memoryArray&>(*cases[1].group).init();
-    static_cast<memoryDevice&>(*cases[2].group).init();
-    for (const Case& each : cases) {
-        for (const int row : {-1, each.group->getCount()}) {
-            EXPECT_EQ(intInfo(*each.group, each.number, row), -each.noRow);
-            EXPECT_EQ(strInfo(*each.group, each.text, row), "! " + std::to_string(each.noRow));
+    const auto expectResults = [](auto& group, _SMAttribute number, _SMAttribute text, int noRow) {
+        group.init();
+        for (const int row : {-1, group.getCount()}) {
+            EXPECT_EQ(intInfo(group, number, row), -noRow);
+            EXPECT_EQ(strInfo(group, text, row), "! " + std::to_string(noRow));
         }
-        EXPECT_EQ(intInfo(*each.group, each.text), -9);
-        EXPECT_EQ(strInfo(*each.group, each.number), "! 9");
-        EXPECT_EQ(intData(*each.group, each.number), -4);
-    }
-}
-
-TEST_F(Inventory, WithoutFirmwareTablesThereAreNoRows)
-{
-    sdk.answers.clear();
+        EXPECT_EQ(intInfo(group, text), -9);
+        EXPECT_EQ(strInfo(group, number), "! 9");
+        EXPECT_EQ(intData(group, number), -4);
+    };
     processorDevice processors;
     memoryArray arrays;
     memoryDevice devices;
-    EXPECT_EQ(processors.init() + arrays.init() + devices.init(), 0);
-    EXPECT_EQ(processors.getCount() + arrays.getCount() + devices.getCount(), 0);
-    EXPECT_EQ(devices.getGroupStatus(), 0);
+    expectResults(processors, PROC_STATUS, PROC_DESCRIPTION, 22);
+    expectResults(arrays, MEMORYARRAY_STATUS, MEMORYARRAY_TAG, 25);
+    expectResults(devices, MEMORYDEVICE_SIZE, MEMORYDEVICE_TAG, 25);
 }
 
 } // namespace

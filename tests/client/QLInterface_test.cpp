@@ -79,20 +79,14 @@ TEST_F(QueryClient, OnlyQueriesOfTheLoopJoinTheRefreshSet)
 
 TEST_F(QueryClient, HitSignalsWhenTheCacheIsOldOrTheRefresherFarBack)
 {
-    struct Case {
-        int cacheAge;
-        int interval;
-        bool signals;
-        int intervalAfter;
-    };
-    const std::time_t now = steadySeconds();
+    const int now = static_cast<int>(steadySeconds());
     ask("/A");
-    for (const Case& hit : {Case{11, 6, false, 3}, Case{12, 6, true, 6}, Case{0, 11, false, 3}, Case{0, 12, true, 12},
-                            Case{static_cast<int>(now), 3, true, 3}}) {
-        last_cache_ref_time = now - hit.cacheAge;
-        sleep_interval = hit.interval;
-        EXPECT_EQ(hitSignals(), hit.signals) << hit.cacheAge << " " << hit.interval;
-        EXPECT_EQ(sleep_interval, hit.intervalAfter);
+    for (const auto& [cacheAge, interval, signals, intervalAfter] :
+         {std::tuple{11, 6, false, 3}, {12, 6, true, 6}, {0, 11, false, 3}, {0, 12, true, 12}, {now, 3, true, 3}}) {
+        last_cache_ref_time = now - cacheAge;
+        sleep_interval = interval;
+        EXPECT_EQ(hitSignals(), signals) << cacheAge << " " << interval;
+        EXPECT_EQ(sleep_interval, intervalAfter);
     }
     EXPECT_EQ(last_req_time, now);
 }

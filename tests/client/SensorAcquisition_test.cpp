@@ -37,16 +37,12 @@ TEST_F(Acquisition, BoundNotSupportedIsNoValueWithoutATranslation)
 
 TEST_F(Acquisition, OnlyBytesWithinTheRecordAreAskedFor)
 {
-    struct Case {
-        std::size_t bytes;
-        long thresholds;
-    };
-    for (const Case& record : {Case{48, 6}, Case{41, 5}, Case{37, 1}, Case{36, 0}, Case{24, 0}}) {
+    for (const auto& [bytes, thresholds] : {std::pair{48U, 6}, {41U, 5}, {37U, 1}, {36U, 0}, {24U, 0}}) {
         cache_map.clear();
         sdk.answers.clear();
         sdk.asked.clear();
-        readOne({.recordBytes = record.bytes});
-        EXPECT_EQ(thresholdsAsked(), record.thresholds) << record.bytes;
+        readOne({.recordBytes = bytes});
+        EXPECT_EQ(thresholdsAsked(), thresholds) << bytes;
     }
 }
 
@@ -65,30 +61,18 @@ TEST_F(Acquisition, OtherRecordsEmptyNodesAndFailedListsGiveNoSensor)
 
 TEST_F(Acquisition, ReadingsBecomeFixedPointNumbersAndText)
 {
-    struct Case {
-        const char* value;
-        int number;
-        const char* text;
-    };
-    for (const Case& reading :
-         {Case{"12.05", 12050, "12.05"}, Case{"-3.5", -3500, "-3.5"},
-          Case{"READING_UNAVAILABLE", noValue, "READING_UNAVAILABLE"},
-          Case{"IERR, THERMAL_TRIP", 0, "IERR (Internal Error,Thermal Trip"}, Case{"1e30", greatestValue, "1e30"},
-          Case{"-inf", std::numeric_limits<int>::min(), "-inf"}, Case{"nan", noValue, "nan"}}) {
+    for (const auto& [value, number, text] : {std::tuple{"12.05", 12050, "12.05"},
+                                              {"-3.5", -3500, "-3.5"},
+                                              {"READING_UNAVAILABLE", noValue, "READING_UNAVAILABLE"},
+                                              {"IERR, THERMAL_TRIP", 0, "IERR (Internal Error,Thermal Trip"},
+                                              {"1e30", greatestValue, "1e30"},
+                                              {"-inf", std::numeric_limits<int>::min(), "-inf"},
+                                              {"nan", noValue, "nan"}}) {
         cache_map.clear();
-        const CSensorWrapper sensor = readOne({.value = reading.value});
-        EXPECT_EQ(sensor.m_cData.m_iValue, reading.number) << reading.value;
-        EXPECT_EQ(sensor.m_cData.m_cValueString.narrow(), reading.text);
+        const CSensorWrapper sensor = readOne({.value = value});
+        EXPECT_EQ(sensor.m_cData.m_iValue, number) << value;
+        EXPECT_EQ(sensor.m_cData.m_cValueString.narrow(), text);
     }
-}
-
-TEST_F(Acquisition, FailedReadingLeavesTheWrapper)
-{
-    CSensorWrapper sensor = readOne({});
-    cache_map.clear();
-    sdk.answers.clear();
-    GetSensorData(sensor, 1000);
-    EXPECT_EQ(sensor.m_cData.m_iValue, 12050);
 }
 
 TEST_F(Acquisition, FigureQueriesFollowTheSelector)

@@ -1,6 +1,5 @@
 #include "common/ErrorMgr.hpp"
 
-#include <set>
 #include <thread>
 
 using ErrorManager::ErrorMgr;
@@ -14,23 +13,14 @@ std::string messageOf(int code)
 
 TEST(ErrorMgr, EveryCodeButFiveHasAMessage)
 {
-    std::set<int> rows;
+    std::vector<int> empty;
     for (const auto& row : common::errorRows())
-        if (row.text[0] != '\0')
-            rows.insert(row.code);
-    EXPECT_EQ(rows.size(), 392u);
-
-    const std::set<int> unused{1277, 1310};
-    const std::set<int> empty{ERROR_READING_SYSTEM_FRU, ERROR_USER_SET_USERNAME, IPMI_RESPONSE_ERROR,
-                              ERROR_IFWI_READED_LAST_ENTRY, ERROR_NAME_END};
-    const auto expectRows = [&](int first, int last) {
-        for (int code = first; code <= last; ++code)
-            EXPECT_EQ(rows.contains(code), !unused.contains(code) && !empty.contains(code)) << code;
-    };
-    expectRows(1001, 1365);
-    expectRows(2001, 2034);
-    for (const int code : empty)
-        EXPECT_EQ(messageOf(code), "") << code;
+        if (row.text[0] == '\0')
+            empty.push_back(row.code);
+    EXPECT_THAT(empty,
+                testing::UnorderedElementsAre(ERROR_READING_SYSTEM_FRU, ERROR_USER_SET_USERNAME, IPMI_RESPONSE_ERROR,
+                                              ERROR_IFWI_READED_LAST_ENTRY, ERROR_NAME_END));
+    EXPECT_EQ(common::errorRows().size(), 397U);
 }
 
 TEST(ErrorMgr, MissInsertsAnEmptyRowFromAnyThread)

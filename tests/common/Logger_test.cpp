@@ -67,25 +67,14 @@ protected:
     fs::path place = root.resolve(directory);
 };
 
-TEST_F(LoggerTest, FirstMessageOpensTheFileAndIsLost)
+TEST_F(LoggerTest, FirstMessageOpensTheFileForItsOwnerAloneAndIsLostAndALongOneIsCut)
 {
     log("first");
-    ASSERT_TRUE(fs::exists(file()));
+    EXPECT_EQ(fs::status(place).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(file()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_EQ(readAll(file()), "");
     log("second 100%");
     EXPECT_THAT(readAll(file()), MatchesRegex("\\[\\] \\[[0-9]{1,7}\\] \\[\\] second 100%\n"));
-}
-
-TEST_F(LoggerTest, DirectoryAndFileAreForTheOwnerAlone)
-{
-    log("opens");
-    EXPECT_EQ(fs::status(place).permissions(), fs::perms::owner_all);
-    EXPECT_EQ(fs::status(file()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-}
-
-TEST_F(LoggerTest, LongMessageIsCut)
-{
-    log("opens");
     log(std::string(5000, 'x'));
     EXPECT_THAT(readAll(file()), ContainsRegex("[^x]\\] x+\n$"));
     const std::string text = readAll(file());

@@ -16,18 +16,17 @@ TEST(Util, SplitTreatsSeparatorsAsASetAndYieldsNoEmptyField)
 
 TEST(Util, NumbersFromText)
 {
-    const struct {
-        const char* text;
-        int base;
-        long value;
-    } cases[] = {
-        {"ff", 16, 255}, {"0x10", 16, 16}, {"0x10", 0, 16},
-        {"-7", 10, -7},  {"12ab", 10, 12}, {"text", 10, 0},
-        {"", 10, 0},     {"010", 10, 10},  {"99999999999999999999", 10, 0},
-        {" 8 9", 10, 8},
-    };
-    for (const auto& row : cases)
-        EXPECT_EQ(Util::string_to_long(row.text, row.base), row.value) << row.text;
+    for (const auto& [text, base, value] : {std::tuple{"ff", 16, 255},
+                                            {"0x10", 16, 16},
+                                            {"0x10", 0, 16},
+                                            {"-7", 10, -7},
+                                            {"12ab", 10, 12},
+                                            {"text", 10, 0},
+                                            {"", 10, 0},
+                                            {"010", 10, 10},
+                                            {"99999999999999999999", 10, 0},
+                                            {" 8 9", 10, 8}})
+        EXPECT_EQ(Util::string_to_long(text, base), value) << text;
 }
 
 } // namespace

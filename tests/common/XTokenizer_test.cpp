@@ -22,22 +22,18 @@ RStatus failureOf(Action action)
 
 TEST(XTokenizer, CutsPathsIntoTokens)
 {
-    const struct {
-        const char* query;
-        Words tokens;
-    } cases[] = {
+    const std::pair<const char*, Words> cases[] = {
         {"", {}},
         {"/", {}},
         {"/BMC/INFO/VERSION", {"BMC", "INFO", "VERSION"}},
         {"BMC/INFO", {"BMC", "INFO"}},
         {"/BMC/INFO/", {"BMC", "INFO"}},
         {"/BMC/LAN[1]/ IP ", {"BMC", "LAN[1]", " IP "}},
-        {"/BMC/RECORD_TYPE[]/@children", {"BMC", "RECORD_TYPE[]", "@children"}},
-    };
-    for (const auto& row : cases) {
-        const XTokenizer tokenizer = XEngine().ParseXQuery(row.query);
-        EXPECT_EQ(tokenizer.TokenList(), row.tokens) << row.query;
-        EXPECT_EQ(tokenizer.NumOfTokens(), row.tokens.size()) << row.query;
+        {"/BMC/RECORD_TYPE[]/@children", {"BMC", "RECORD_TYPE[]", "@children"}}};
+    for (const auto& [query, tokens] : cases) {
+        const XTokenizer tokenizer = XEngine().ParseXQuery(query);
+        EXPECT_EQ(tokenizer.TokenList(), tokens) << query;
+        EXPECT_EQ(tokenizer.NumOfTokens(), tokens.size()) << query;
     }
 }
 
@@ -54,15 +50,13 @@ TEST(XTokenizer, AnEmptyTokenInsideAPathIsAnInvalidQuery)
 
 TEST(XTokenizer, QuotedPartsAreTakenWhole)
 {
-    const struct {
-        const char* text;
-        Words tokens;
-    } cases[] = {
-        {"/A/B", {"A", "B"}},        {"/A/\"x/y//z\"/B", {"A", "x/y//z", "B"}}, {"\"/x\"/B", {"/x", "B"}},
-        {"A/\"x/y\"", {"A", "x/y"}}, {"A/\"open/end", {"A", "open/end"}},
-    };
-    for (const auto& row : cases)
-        EXPECT_EQ(XTokenizer(row.text, '/', '"').TokenList(), row.tokens) << row.text;
+    const std::pair<const char*, Words> cases[] = {{"/A/B", {"A", "B"}},
+                                                   {"/A/\"x/y//z\"/B", {"A", "x/y//z", "B"}},
+                                                   {"\"/x\"/B", {"/x", "B"}},
+                                                   {"A/\"x/y\"", {"A", "x/y"}},
+                                                   {"A/\"open/end", {"A", "open/end"}}};
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(XTokenizer(text, '/', '"').TokenList(), tokens) << text;
     for (const char* text : {"A/\"\"/B", "A//B/\"x\"", "\"x\"\"y\""})
         EXPECT_EQ(failureOf([&] { XTokenizer(text, '/', '"'); }).mErrorCode, ERROR_INVALID_QUERY) << text;
 }

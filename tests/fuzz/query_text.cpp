@@ -1,3 +1,4 @@
+#include "common/Util.hpp"
 #include "tests/fuzz/World.hpp"
 
 #include "modules/System.hpp"
@@ -16,62 +17,15 @@ constexpr std::uint64_t mostSteps = 100; ///< each may copy a value of the great
 /// Operands from a list that holds what instructions look for, so that an input need not spell it.
 std::string operandOf(Input& input)
 {
-    static const char* const words[] = {"$A",
-                                        "$B",
-                                        "$C",
-                                        "$RESULT",
-                                        "$",
-                                        "$A$B",
-                                        "0",
-                                        "1",
-                                        "2",
-                                        "-1",
-                                        "10",
-                                        "FF",
-                                        "80000000",
-                                        "9223372036854775807",
-                                        "-9223372036854775808",
-                                        "99999999999999999999",
-                                        "1-SIZE",
-                                        "0-$A",
-                                        "-",
-                                        "SIZE",
-                                        "==",
-                                        "!=",
-                                        "<",
-                                        ">=",
-                                        "AND",
-                                        "OR",
-                                        "STRING",
-                                        "RANGE_CHECK",
-                                        "STR_SIZE_CHECK",
-                                        "ADD",
-                                        "MULTIPLY",
-                                        "DEVIDE",
-                                        "HEX2DEC",
-                                        "DEC2HEX",
-                                        "HEX2STR",
-                                        "STR2HEX",
-                                        "MASK",
-                                        "BIT_OR",
-                                        "LEFT_SHIFT",
-                                        "RIGHT_SHIFT",
-                                        "VALIDATE_MAC",
-                                        "VALIDATE_IPV6",
-                                        ":SPACE",
-                                        ":NULL",
-                                        "+",
-                                        "P",
-                                        "F",
-                                        "GET://T",
-                                        "SET://T",
-                                        "GET://BMC/ONE",
-                                        "GET://BMC/TWO[3]",
-                                        "GET://BMC/TWO[$A]",
-                                        "GET://BMC/ONE/@children",
-                                        "ERROR_LAN_IP_GET"};
+    static const std::vector<std::string> words =
+        Util::split("$A $B $C $RESULT $ $A$B 0 1 2 -1 10 FF 80000000 9223372036854775807 -9223372036854775808 "
+                    "99999999999999999999 1-SIZE 0-$A - SIZE == != < >= AND OR STRING RANGE_CHECK STR_SIZE_CHECK ADD "
+                    "MULTIPLY DEVIDE HEX2DEC DEC2HEX HEX2STR STR2HEX MASK BIT_OR LEFT_SHIFT RIGHT_SHIFT VALIDATE_MAC "
+                    "VALIDATE_IPV6 :SPACE :NULL + P F GET://T SET://T GET://BMC/ONE GET://BMC/TWO[3] GET://BMC/TWO[$A] "
+                    "GET://BMC/ONE/@children ERROR_LAN_IP_GET",
+                    " ");
     const std::uint8_t choice = input.byte();
-    return choice < std::size(words) ? words[choice] : input.text(choice & 0x0F);
+    return choice < words.size() ? words[choice] : input.text(choice & 0x0F);
 }
 
 Program scriptOf(Input& input)

@@ -3,18 +3,14 @@
 What the simulator refuses (self test, restart cause, power-on hours, policy; the GUID on its serial line) is left to the
 engine's files, and so is the power, which it calls on while its serial line is in use and off otherwise."""
 
-import json
-import os
 import re
-import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Simulator, build_folder
+from hwtools.bench import Simulator
+from lib.bench import QUICKSTART, ask
 
-HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
-LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
 FLAGS = {"true": "TRUE", "false": "FALSE", "active": "TRUE", "inactive": "FALSE", "yes": "TRUE", "no": "FALSE"}
 THRESHOLDS = ("LOWER_NONCRITICAL", "LOWER_CRITICAL", "LOWER_NONRECOVERABLE", "UPPER_NONCRITICAL", "UPPER_CRITICAL",
               "UPPER_NONRECOVERABLE")
@@ -59,20 +55,12 @@ ROWS = {
 class Controller(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(folder.cleanup)
-        cls.simulator = Simulator(ROOT / "share" / "boards" / "quickstart.py", Path(folder.name) / "bmc")
-        cls.simulator.__enter__()
-        cls.addClassCleanup(cls.simulator.stop)
+        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.simulator = cls.enterClassContext(Simulator(QUICKSTART, folder / "bmc"))
 
     def ask(self, path):
         """Paths to texts."""
-        done = subprocess.run([str(HWQUERY), "get", "--json", path], capture_output=True, encoding="latin-1", timeout=60,
-                              env=dict(os.environ, LD_PRELOAD=str(LIBRARY),
-                                       HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}"))
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
-        return {name: " ".join(node["values"]) if "values" in node else node
-                for name, node in json.loads(done.stdout)["nodes"].items()}
+        return {name: " ".join(node) if isinstance(node, list) else node for name, node in ask(self, self.simulator, path).items()}
 
     def lines(self, *command):
         return dict(re.findall(r"^ *([^:\n]+?) *: (.*?) *$", self.simulator.ipmitool(*command).stdout, re.M))

@@ -1,5 +1,5 @@
-"""The installed agent in a virtual server: as shipped over the kernel's driver and over the bare KCS port with the driver
-hidden, and in the plain mode."""
+"""The installed agent in a virtual server: as shipped over the kernel's driver, and in the plain mode over the bare KCS port
+with the driver hidden."""
 
 import contextlib
 import tempfile
@@ -104,7 +104,7 @@ def adding_events(simulator, share):
 
 
 class InstalledAgent(unittest.TestCase):
-    def check_server(self, driver, practical=1):
+    def check_server(self, driver, practical):
         with tempfile.TemporaryDirectory() as name, Simulator(BOARD, Path(name) / "bmc") as simulator:
             share = Path(name) / "share"
             share.mkdir()
@@ -135,14 +135,11 @@ class InstalledAgent(unittest.TestCase):
                               CRITICAL if 0 in sensors[INTRUSION][0]["states"] else HEALTHY,
                               [s["number"] for s in sensors[PROCESSOR]], lambda name: read_rows(find_object(name)), practical)
 
-    def test_over_the_kernel_driver(self):
-        self.check_server(driver=True)
+    def test_as_shipped_over_the_kernel_driver(self):
+        self.check_server(driver=True, practical=1)
 
-    def test_over_the_kcs_port_without_the_driver(self):
-        self.check_server(driver=False)
-
-    def test_in_the_plain_mode(self):
-        self.check_server(driver=True, practical=0)
+    def test_plainly_over_the_kcs_port_without_the_driver(self):
+        self.check_server(driver=False, practical=0)
 
 
 if __name__ == "__main__":

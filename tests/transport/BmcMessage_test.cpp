@@ -119,16 +119,6 @@ TEST_F(Message, RequestAboveItsLimitIsRefusedUnsent)
     EXPECT_TRUE(bmc.requests.empty());
 }
 
-TEST_F(Message, SilentDriverGivesAnEmptyAnswerAndNoOldData)
-{
-    answers = {{}};
-    ASSERT_EQ(send(3), 0);
-    EXPECT_EQ(response.length, 0);
-    EXPECT_EQ(response.completionCode, 0);
-    EXPECT_EQ(served, 1u);
-    EXPECT_EQ(SendTimedImbpRequest_t(nullptr, 1, nullptr, nullptr, nullptr), 1);
-}
-
 TEST_F(Message, InitialisationHappensOnce)
 {
     resetTransportForTests();

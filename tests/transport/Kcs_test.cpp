@@ -59,14 +59,6 @@ TEST_F(Kcs, StaleByteIsDrainedBeforeTheFrame)
     EXPECT_THAT(received, ElementsAre(7));
 }
 
-TEST_F(Kcs, BusyInterfaceGivesOneAfterTheAlarm)
-{
-    bmc.stuckIbf = true;
-    EXPECT_EQ(send({1, 2}), kcsBusy);
-    EXPECT_EQ(alarm.rung, 1);
-    EXPECT_TRUE(bmc.writes.empty());
-}
-
 TEST_F(Kcs, WrongStateWhileSendingGivesThreeWithoutRecovery)
 {
     for (const int failing : {0, 2, 3}) { // WRITE_START, a middle byte, WRITE_END
@@ -84,20 +76,6 @@ TEST_F(Kcs, ReadEndsByItsLimit)
     EXPECT_EQ(receive(0), kcsBufferFull);
     EXPECT_EQ(receive(3), kcsBufferFull) << "a frame of exactly the buffer's size counts as too long";
     EXPECT_THAT(received, ElementsAre(1, 2, 3));
-}
-
-TEST_F(Kcs, MissingBytesTimeOut)
-{
-    bmc.answer = [](const Bytes&) { return Bytes{1, 2}; };
-    bmc.stuckObf = true;
-    send({1});
-    EXPECT_EQ(receive(), kcsTimeout);
-    bmc.stuckObf = false;
-    bmc.noDummy = true;
-    send({1});
-    EXPECT_EQ(receive(), kcsTimeout) << "no dummy byte at the end";
-    EXPECT_THAT(received, ElementsAre(1, 2));
-    EXPECT_EQ(alarm.rung, 2);
 }
 
 TEST_F(Kcs, ErrorInReadIsRecoveredAndTheNextExchangeIsRight)

@@ -113,16 +113,9 @@ TEST_F(OpenIpmi, EmptyAnswerReadsAsLengthBelowZeroAndCopiesNothing)
     EXPECT_EQ(exchange(), ipmiMessageSize) << "longer than the buffer it came in";
 }
 
-TEST_F(OpenIpmi, CodeFFIsRepeatedUpToFiftyTimes)
+TEST_F(OpenIpmi, CodeFFIsRepeatedUpToFiftyTimesForASendMessageToo)
 {
-    int answers = 0;
-    driver.on(6, 1, [&](const IpmiRequest&) { return ++answers < 3 ? IpmiAnswer{0xFF} : IpmiAnswer{0, 5}; });
-    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), 0);
-    EXPECT_EQ(answers, 3);
-    EXPECT_EQ(response->data[0], 5);
-
     driver.on(6, 1, IpmiAnswer{0xFF});
-    driver.requests.clear();
     EXPECT_EQ(OpenIPMIProcessSendMessage(request.get(), response.get(), 0, 0x2C), 0);
     EXPECT_EQ(driver.requests.size(), 50u);
     EXPECT_EQ(driver.requests.back().target, 0x2C);
