@@ -200,28 +200,29 @@ TEST(Catalogue, EverySymbolThatIsReadIsSetSomewhere)
     anywhere.insert(ofHandlers.begin(), ofHandlers.end());
     for (const ParameterRow& row : parameterRows())
         anywhere.merge(symbolsOfQuery(row.key));
-    std::map<std::string, Names> writes, callees;
-    forEachStep([&](const std::string& key, Opcode opcode, const std::vector<std::string>& operands) {
+    std::map<std::string, Names> writes, known;
+    forEachStep([&](const std::string& key, Opcode, const std::vector<std::string>& operands) {
         if (operands.empty())
             return;
         writes[key].insert({operands.back(), "$" + operands.front(), "$RESULT", "$BMC_COMPLETION_CODE"});
         if (operands.back().starts_with("$/"))
             anywhere.insert(operands.back());
-        if (calls.contains(opcode))
-            callees[key].insert(withoutSubscripts(operands.front()));
+    });
+    for (auto& [key, names] : writes) {
+        names.merge(symbolsOfQuery(key));
+        known[key] = names;
+    }
+    forEachStep([&](const std::string& key, Opcode opcode, const std::vector<std::string>& operands) {
+        if (!calls.contains(opcode))
+            return;
+        const std::string callee = withoutSubscripts(operands.front());
+        known[key].insert(writes[callee].begin(), writes[callee].end());
+        known[callee].insert(writes[key].begin(), writes[key].end());
     });
     Names findings;
     forEachStep([&](const std::string& key, Opcode opcode, const std::vector<std::string>& operands) {
-        Names known = symbolsOfQuery(key);
-        known.insert(writes[key].begin(), writes[key].end());
-        for (const auto& [caller, called] : callees)
-            if (called.contains(key) || caller == key)
-                for (const std::string& other : caller == key ? called : Names{caller}) {
-                    known.merge(symbolsOfQuery(other));
-                    known.insert(writes[other].begin(), writes[other].end());
-                }
         for (const std::string& name : readsOf(opcode, operands))
-            if (!known.contains(name) && !anywhere.contains(name))
+            if (!known[key].contains(name) && !anywhere.contains(name))
                 findings.insert(key + " reads " + name);
     });
     EXPECT_THAT(findings, IsEmpty());
