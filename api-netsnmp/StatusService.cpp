@@ -5,6 +5,7 @@
 #include "client/traps/TestTraps.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "common/Facts.hpp"
+#include "common/Paths.hpp"
 #include "common/Report.hpp"
 #include "common/Waits.hpp"
 

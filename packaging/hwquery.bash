@@ -5,7 +5,7 @@ _hwquery() {
     case $command in /*) command=get ;; esac
     case $COMP_CWORD:$word in
         1:[!/]* | 1:)
-            help=$("${COMP_WORDS[0]}" --help 2> /dev/null | sed -n '/^Subcommands/,/^$/s/^  \([a-z]*\) .*/\1/p')
+            help=$("${COMP_WORDS[0]}" --help 2> /dev/null | sed -n '/^Subcommands/,/^$/s/^  \([a-z-]*\) .*/\1/p')
             mapfile -t COMPREPLY < <(compgen -W "$help" -- "$word")
             return ;;
         *:-*)
@@ -14,6 +14,7 @@ _hwquery() {
             return ;;
     esac
     case $command:$word in
+        check-config:*) compopt -o default; COMPREPLY=() ;;
         sel:*) mapfile -t COMPREPLY < <(compgen -W 'list info clear' -- "$word") ;;
         get:/* | set:/* | list:/*)
             mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" complete "${command/list/get}" "$word" 2> /dev/null)

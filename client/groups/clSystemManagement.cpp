@@ -1,8 +1,9 @@
 #include "client/groups/clSystemManagement.hpp"
 
+#include "common/ConfigCheck.hpp"
 #include "common/ConfigFile.hpp"
 #include "common/Paths.hpp"
-#include "common/Policy.hpp"
+#include "common/Report.hpp"
 #include "common/Seams.hpp"
 
 #include <algorithm>
@@ -52,9 +53,6 @@ struct NumberSetting {
     int systemManagement::*member;
 };
 
-/// Of old files: the agent only reads, whatever the file asks for.
-constexpr std::string_view keyWithoutEffect = "setsenabled";
-
 constexpr NumberSetting numberSettings[] = {
     {"platformid", &systemManagement::m_nPlatformId},
     {"trapsenabled", &systemManagement::m_nTrapsEnabled},
@@ -99,10 +97,15 @@ void silenceStderr()
 
 int systemManagement::init()
 {
-    if (!common::readConfigFile(systemPath(common::configPath),
-                                [this](const common::ConfigEntry& entry) { takeSetting(entry); })) {
+    const std::string path = systemPath(common::configPath);
+    if (!common::readConfigFile(path, [this](const common::ConfigEntry& entry) { takeSetting(entry); })) {
         trace("Error in opening config file %s\n", common::configPath);
         return CLIENT_ERROR_NO_CONFIG_FILE;
+    }
+    for (const common::ConfigRemark& remark : common::checkConfigFile(path)) {
+        trace("hwagent.conf line %d: %s\n", remark.line, remark.text.c_str());
+        common::report(common::Gravity::warning,
+                       "hwagent.conf line " + std::to_string(remark.line) + ": " + remark.text);
     }
     if (m_nDebugEnabled == 0)
         silenceStderr();
@@ -117,8 +120,6 @@ void systemManagement::takeSetting(const common::ConfigEntry& entry)
         copyText(this->*text->member, entry.value);
     else if (number != std::end(numberSettings))
         this->*number->member = numberOf(entry.value);
-    else if (entry.key != keyWithoutEffect && !common::isPolicyKey(entry.key))
-        trace("hwagent.conf line %d: unknown key \"%s\"\n", entry.line, entry.key.c_str());
 }
 
 int systemManagement::getIntInfo(_SMAttribute attribute, int, long& out)

@@ -17,7 +17,7 @@ constexpr std::size_t shortestLine = 2;
 /// Gathers a file into lines and drops those that are too long, without keeping more of them than that.
 class LineTaker {
 public:
-    explicit LineTaker(const std::function<void(const ConfigEntry&)>& taker) : take(taker) {}
+    LineTaker(const TakeEntry& taker, const TakeOddLine& oddTaker) : take(taker), takeOdd(oddTaker) {}
 
     void add(std::string_view text)
     {
@@ -32,16 +32,25 @@ public:
     void finish()
     {
         ++number;
-        if (line.size() <= longestLine)
-            if (auto entry = parseConfigLine(line)) {
-                entry->line = number;
-                take(*entry);
-            }
+        if (line.size() > longestLine)
+            passOver("longer than 1,023 characters: ignored");
+        else if (auto entry = parseConfigLine(line)) {
+            entry->line = number;
+            take(*entry);
+        } else if (const std::size_t first = line.find_first_not_of(" \t\r"); first < line.size() && line[first] != '#')
+            passOver("neither \"key = value\" nor a comment: ignored");
         line.clear();
     }
 
 private:
-    const std::function<void(const ConfigEntry&)>& take;
+    void passOver(const char* why)
+    {
+        if (takeOdd)
+            takeOdd(number, why);
+    }
+
+    const TakeEntry& take;
+    const TakeOddLine& takeOdd;
     std::string line;
     int number = 0;
 };
@@ -67,13 +76,13 @@ std::optional<ConfigEntry> parseConfigLine(std::string_view line)
     return entry;
 }
 
-bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take)
+bool readConfigFile(const std::string& path, const TakeEntry& take, const TakeOddLine& takeOdd)
 {
     // A pipe in the file's place must not make the start wait for a writer.
     const common::Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file.isRegularFile())
         return false;
-    LineTaker lines(take);
+    LineTaker lines(take, takeOdd);
     std::array<char, 4096> buffer{};
     for (ssize_t count = 0; (count = read(file.get(), buffer.data(), buffer.size())) > 0;)
         lines.add({buffer.data(), static_cast<std::size_t>(count)});

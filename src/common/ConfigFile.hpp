@@ -17,8 +17,12 @@ struct ConfigEntry {
 /// A NUL ends the line.
 std::optional<ConfigEntry> parseConfigLine(std::string_view line);
 
-/// Hands every entry of the file to `take`, in order. Lines of 1,024 characters and more are passed over. False if it
-/// could not be opened or is no regular file.
-bool readConfigFile(const std::string& path, const std::function<void(const ConfigEntry&)>& take);
+using TakeEntry = std::function<void(const ConfigEntry& entry)>;
+using TakeOddLine = std::function<void(int line, const char* why)>;
+
+/// Hands every entry of the file to `take`, in order. Lines that are no comments and hold none, or have 1,024
+/// characters and more, are passed over; `takeOdd` is told of them. False if it could not be opened or is no regular
+/// file.
+bool readConfigFile(const std::string& path, const TakeEntry& take, const TakeOddLine& takeOdd = {});
 
 } // namespace common

@@ -42,6 +42,12 @@ std::vector<std::uint8_t> readSmallFile(const std::string& path, std::size_t mos
     return data;
 }
 
+std::string readSmallText(const std::string& path, std::size_t most)
+{
+    const std::vector<std::uint8_t> bytes = readSmallFile(path, most);
+    return {bytes.begin(), bytes.end()};
+}
+
 File streamOver(Descriptor descriptor, const char* mode)
 {
     File stream(descriptor ? fdopen(descriptor.get(), mode) : nullptr);

@@ -45,6 +45,8 @@ File openToRead(const std::string& path);
 /// All bytes of the file, which may come in pieces; none if there is no file, it has more than `most`, or reading
 /// fails. Does not wait, whatever stands at the path.
 std::vector<std::uint8_t> readSmallFile(const std::string& path, std::size_t most);
+/// The same as text.
+std::string readSmallText(const std::string& path, std::size_t most);
 /// A stream over the descriptor, which it then owns; null, and the descriptor closed, if there is none.
 File streamOver(Descriptor descriptor, const char* mode);
 

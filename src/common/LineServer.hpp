@@ -10,10 +10,6 @@
 
 namespace common {
 
-/// Where the agent is asked how it is.
-inline constexpr char statusFolder[] = "/run/hwagent";
-inline constexpr char statusSocket[] = "status";
-
 /// The line behind every whole answer.
 inline constexpr char endOfAnswer[] = "end\n";
 

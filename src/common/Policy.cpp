@@ -117,11 +117,6 @@ void loadPolicy()
     readConfigFile(systemPath(configPath), [](const ConfigEntry& entry) { takeEntry(inForce, entry); });
 }
 
-bool isPolicyKey(std::string_view key)
-{
-    return key == practicalKey || std::ranges::find(figures, key, &Figure::key) != std::end(figures);
-}
-
 ScopedPolicy::ScopedPolicy(const Policy& replacement) : before(inForce)
 {
     inForce = replacement;

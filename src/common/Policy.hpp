@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <string_view>
 
 namespace common {
 
@@ -85,9 +84,6 @@ const Policy& policy();
 /// Reads the keys of the policy from hwagent.conf, at the start of a program and before its threads. Plain behaviour
 /// without the file or the key; a figure that is no number from 1 on is left as it was.
 void loadPolicy();
-
-/// Whether a key of hwagent.conf, in lower case, is one of the policy's.
-bool isPolicyKey(std::string_view key);
 
 /// Puts a policy in force for the life of a scope. For tests.
 class ScopedPolicy {

@@ -56,7 +56,10 @@ TEST_F(Configuration, KeysAndValuesAreTakenAsWritten)
     EXPECT_STREQ(group.m_stProductName, "a=b\r");
     EXPECT_STREQ(group.m_stProductVersion, "second");
     EXPECT_STREQ(group.m_stLocale, "de_DE.utf8");
-    EXPECT_EQ(messages, "hwagent.conf line 8: unknown key \"unknown\"\nafter");
+    EXPECT_EQ(messages, "hwagent.conf line 3: setsenabled has no effect: the agent only reads\n"
+                        "hwagent.conf line 4: platformid = \"2147483647abc\": takes a number\n"
+                        "hwagent.conf line 8: unknown key \"unknown\"\n"
+                        "hwagent.conf line 10: productversion again, in the place of line 9\nafter");
 }
 
 TEST_F(Configuration, OddLinesAreIgnored)

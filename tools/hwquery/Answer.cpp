@@ -103,6 +103,8 @@ std::string textOf(const Answer& answer)
     if (answer.nodes)
         for (const ResultMap& nodes : *answer.nodes)
             text += textOf(nodes);
+    if (!answer.text.empty())
+        return text + answer.text;
     for (const Table& table : answer.tables)
         text += (text.empty() ? "" : "\n") + textOf(table);
     return text;

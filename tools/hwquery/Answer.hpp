@@ -27,6 +27,7 @@ struct Table {
 struct Answer {
     std::optional<std::vector<ResultMap>> nodes; ///< one map for each query
     std::vector<Table> tables;
+    std::string text; ///< for people, in the place of the tables
     std::vector<Failure> failures;
 };
 

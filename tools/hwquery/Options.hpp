@@ -14,6 +14,9 @@ struct Options {
     std::string locale;                     ///< of the event log's words, "de_DE"; English if empty
     std::string passwordFile;               ///< where a secret stands; "-" is standard input
     std::string target = "0x20", lun = "0"; ///< of a raw request
+    std::string community = "public";       ///< of the SNMP request that looks at the tree
+    std::string snmp;                       ///< options of that request in the place of the community
+    std::string agent = "127.0.0.1";        ///< its address
     std::vector<std::string> words;         ///< the command's own, in their order
 };
 
@@ -33,5 +36,8 @@ int runSelInfo(const Options& options);
 int runSelClear(const Options& options);
 int runFru(const Options& options);
 int runInventory(const Options& options);
+int runStatus(const Options& options);
+int runTestTrap(const Options& options);
+int runCheckConfig(const Options& options);
 
 } // namespace hwquery

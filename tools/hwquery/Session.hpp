@@ -29,6 +29,7 @@ public:
     int finish();
 
     Answer answer;
+    bool needsRoot = true; ///< so that a failure may come of not being root
 
 private:
     bool query(const std::string& path, const SDK::Parameters& parameters, ResultMap& results);

@@ -18,9 +18,8 @@ constexpr char about[] =
 constexpr char after[] =
     "The path / lists where to begin; one that ends in /@children lists a branch without visiting it.\n"
     "hwquery /PATH is the same as hwquery get /PATH.\n\n"
-    "Exit status: 0 all was answered; 1 a query failed or had nothing in its answer; 2 wrong usage; 3 not done, "
-    "because\n"
-    "nobody agreed to it, --force was not given, or there was no password.\n";
+    "Exit status: 0 all was answered; 1 a query failed or had nothing in its answer, or something is not as it has to\n"
+    "be; 2 wrong usage; 3 not done, because nobody agreed to it, --force was not given, or there was no password.\n";
 
 constexpr char aboutJson[] =
     "print one JSON object: \"nodes\" by path with \"values\" or \"children\", or a list of\nobjects under the table's "
@@ -78,6 +77,15 @@ const Command commands[] = {
      hwquery::runFru,
      {{"DEVICE", "0 unless given", 0, 1}}},
     {"inventory", "system, processors and memory", hwquery::runInventory},
+    {"status", "how the agent is: why nothing is seen, and what to do", hwquery::runStatus},
+    {"test-trap",
+     "have the agent send a trap that says it is a test",
+     hwquery::runTestTrap,
+     {{"NAME", "of the trap in HWAGENT-MIB; trapSysReconfig unless given", 0, 1}}},
+    {"check-config",
+     "what is odd about hwagent.conf, by file and line",
+     hwquery::runCheckConfig,
+     {{"FILE", "the installed one unless given", 0, 1}}},
 };
 const Command selCommands[] = {
     {"list", "the records in words", hwquery::runSelList},
@@ -166,6 +174,16 @@ private:
             added.add_option("--locale", options.locale, aboutLocale)->option_text("NAME");
         if (command.run == hwquery::runSet)
             added.add_option("--password-file", options.passwordFile, aboutPassword)->option_text("FILE");
+        if (command.run == hwquery::runStatus) {
+            added.add_option("--community", options.community, "with which the tree is asked for; public unless given")
+                ->option_text("NAME");
+            added
+                .add_option("--snmp", options.snmp,
+                            "options of snmpget in the place of the community: --snmp='-v3 ...'")
+                ->option_text("OPTIONS");
+            added.add_option("--agent", options.agent, "where snmpd is asked, 127.0.0.1 unless given")
+                ->option_text("ADDRESS");
+        }
         if (command.run == hwquery::runList)
             added.add_flag("--markdown", options.markdown, "as the page docs/queries.md");
         if (command.run == hwquery::runRaw) {
