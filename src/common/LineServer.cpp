@@ -129,9 +129,12 @@ void LineServer::readRequest(Client& client)
     client.request.append(part, static_cast<std::size_t>(got));
     const std::size_t end = client.request.find('\n');
     if (std::min(end, client.request.size()) > longestRequest)
-        client.reply = std::string("error = the line is too long\n") + endOfAnswer;
+        client.reply = "error = the line is too long\n";
     else if (end != std::string::npos)
-        client.reply = answer(client.request.substr(0, end)) + endOfAnswer;
+        client.reply = answer(client.request.substr(0, end));
+    else
+        return;
+    client.reply += endOfAnswer;
 }
 
 Descriptor connectTo(const char* folder, const char* name)
