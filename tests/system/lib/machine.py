@@ -57,10 +57,11 @@ def _shared(tag, path, readonly=False):
 
 
 def run_in_machine(command, share, serial_port=None, driver=True, smbios=(), timeout=300, memory=768,
-                   systemd=False):
+                   systemd=False, root="/"):
     """Runs the shell text `command` as root in a fresh machine and returns its CompletedProcess. `share` is the folder
     that is /share inside; what else the command writes is lost. `serial_port`: VM line of the controller; `driver` False
-    leaves the KCS port to the command and hides the kernel's driver. `systemd`: the first process is systemd. BenchError when the machine does not get through."""
+    leaves the KCS port to the command and hides the kernel's driver. `systemd`: the first process is systemd. `root`: the
+    folder that is its root in place of the host's. BenchError when the machine does not get through."""
     with tempfile.TemporaryDirectory(prefix="machine.") as name:
         folder = Path(name)
         control = folder / "control"
@@ -74,7 +75,7 @@ def run_in_machine(command, share, serial_port=None, driver=True, smbios=(), tim
                      "-initrd", _initramfs(folder, kernel), "-append",
                      "console=ttyS0 quiet loglevel=4 panic=-1 mitigations=off tsc=reliable iomem=relaxed",
                      "-chardev", f"file,id=console,path={folder / 'console'}", "-serial", "chardev:console",
-                     *_shared("root", "/", readonly=True), *_shared("share", share), *_shared("control", control)]
+                     *_shared("root", root, readonly=True), *_shared("share", share), *_shared("control", control)]
         if serial_port:
             arguments += ["-chardev", f"socket,id=bmc,host=127.0.0.1,port={serial_port},reconnect=2",
                           "-device", "ipmi-bmc-extern,id=bmc0,chardev=bmc", "-device", "isa-ipmi-kcs,bmc=bmc0"]
