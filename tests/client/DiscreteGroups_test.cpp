@@ -99,17 +99,6 @@ const GroupCase groupCases[] = {
 
 using DiscreteGroups = ClientFixture;
 
-TEST_F(DiscreteGroups, MissingRowsAndForeignAttributesHaveTheirResults)
-{
-    addSensor({.type = 8, .linearization = 1});
-    const auto group = made<powerSupply>();
-    EXPECT_EQ(strInfo(*group, POWERSUPPLY_DESCRIPTION, -1), "! 25");
-    EXPECT_EQ(intData(*group, POWERSUPPLY_STATUS, 1), -25);
-    EXPECT_EQ(intInfo(*group, POWERSUPPLY_STATUS), -9);
-    EXPECT_EQ(strData(*group, POWERSUPPLY_DESCRIPTION), "! 9");
-    EXPECT_EQ(group->setIntData(POWERSUPPLY_STATUS, 0, 1), 4);
-}
-
 TEST_F(DiscreteGroups, OnlyVoltagesAndFansLeaveOutLinearSensorsAndNamelessOnesHaveThatOfTheGroup)
 {
     for (const GroupCase& each : groupCases) {
