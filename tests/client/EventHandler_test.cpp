@@ -61,14 +61,6 @@ TEST_F(Events, WithoutTrapsListsAndHealthFollowWithoutAWait)
     EXPECT_EQ(getHealthStatus(), 4);
 }
 
-TEST_F(Events, AnUnknownOldHealthStopsTheTrapAndNotTheChange)
-{
-    handler().m_nHealthStatus = 0;
-    happen(10, 7, 5, "something else");
-    EXPECT_THAT(trapsSent(), IsEmpty());
-    EXPECT_EQ(handler().m_nHealthStatus, 5);
-}
-
 TEST_F(Events, EachTrapWaitsThreeSecondsAndKeepsItsPlace)
 {
     eventData event;
@@ -83,21 +75,6 @@ TEST_F(Events, EachTrapWaitsThreeSecondsAndKeepsItsPlace)
                             testing::StartsWith("20.3"), testing::StartsWith("70.18"), testing::StartsWith("20.5")));
     EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(6, 3s));
     EXPECT_THAT(handler().mEventQueue, IsEmpty());
-}
-
-TEST_F(Events, GroupsAndSendersMustFit)
-{
-    eventData event;
-    event.nSeverity = 3;
-    event.nEventGroup = 14;
-    EXPECT_EQ(handler().send2ObjEvent(event), 9);
-    EXPECT_EQ(handler().send4ObjEvent(event), 0);
-    event.nEventGroup = 1;
-    EXPECT_EQ(handler().send4ObjEvent(event), 9);
-    EXPECT_EQ(handler().send2ObjEvent(event), 0);
-    event.nEventGroup = 2;
-    const std::string said = diagnosticsOf([&] { EXPECT_EQ(handler().send2ObjEvent(event), 9); });
-    EXPECT_THAT(said, testing::HasSubstr("eventHandler::send2ObjEvent()  Valid EventGroup, but OID is not available."));
 }
 
 TEST_F(Events, NothingIsSentBeforeTheGroupsAreFilled)

@@ -18,6 +18,8 @@ public:
     {
         const auto& [query, parameters] = *queries.begin();
         pass();
+        if (onGet)
+            onGet(query);
         const bool reads = query == "/BMC/SEL/TRANSLATED";
         if (reads)
             marks.push_back(parameters.at("RECORD_ID"));

@@ -111,20 +111,10 @@ TEST_F(Watcher, ARecordThatIsGoneSendsTheMarkToTheEndOfTheLog)
     EXPECT_THAT(trapsSent(), IsEmpty());
 }
 
-/// A record's text and what some of its fields become.
-struct Decoding {
-    const char* raw;
-    int recordId;
-    int mark;
-    int data1;
-    int data2;
-    int revision;
-    int trigger;
-};
-
 TEST_F(Watcher, FieldsAreDecodedUnevenly)
 {
-    constexpr Decoding decodings[] = {
+    // the text; then record id, mark, event data 1 and 2, revision, trigger
+    const std::tuple<const char*, int, int, int, int, int, int> decodings[] = {
         {"02 01 02 78 56 34 12 20 00 04 01 30 81 6F 00 A5", 2, 258, 6, '0', '0', 0x81},
         {"FF FE 02 78 56 34 12 20 00 04 01 30 01 A1 FF 00", 0xFF, 0xFEFF, 0, 'F', '0', 1},
         {"3 0 2 78 56 34 12 20 0 4 1 30 1 52 4 0", 3, 3, 52, '4', '4', 1},
@@ -133,18 +123,18 @@ TEST_F(Watcher, FieldsAreDecodedUnevenly)
         {"01  02", 1, 1, 0, 0, 0, 0},
         {"1 0 2 3 4 5 6 7 8 9 A B C 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30", 1, 1, 13, '1', '9', 12},
     };
-    for (const Decoding& decoding : decodings) {
-        SCOPED_TRACE(decoding.raw);
+    for (const auto& [raw, recordId, mark, data1, data2, revision, trigger] : decodings) {
+        SCOPED_TRACE(raw);
         m_iLastRecordID = lastRecordOfLog;
-        sSelEntry = decoding.raw;
+        sSelEntry = raw;
         DecodeSELQuery();
-        EXPECT_EQ(t_SelData.usRecordId, decoding.recordId);
-        EXPECT_EQ(m_iLastRecordID, decoding.mark);
-        EXPECT_EQ(t_SelData.ucEventData1, decoding.data1);
-        EXPECT_EQ(aSelWrapper.m_cInfo.m_ucEventData1, decoding.data1);
-        EXPECT_EQ(t_SelData.ucEventData2, decoding.data2);
-        EXPECT_EQ(t_SelData.ucEvmRev, decoding.revision);
-        EXPECT_EQ(t_SelData.ucEventTrigger, decoding.trigger);
+        EXPECT_EQ(t_SelData.usRecordId, recordId);
+        EXPECT_EQ(m_iLastRecordID, mark);
+        EXPECT_EQ(t_SelData.ucEventData1, data1);
+        EXPECT_EQ(aSelWrapper.m_cInfo.m_ucEventData1, data1);
+        EXPECT_EQ(t_SelData.ucEventData2, data2);
+        EXPECT_EQ(t_SelData.ucEvmRev, revision);
+        EXPECT_EQ(t_SelData.ucEventTrigger, trigger);
     }
     m_iLastRecordID = 300;
     sSelEntry = "2B 01";

@@ -9,6 +9,7 @@ from lib.freeipmi import compare_opinions
 from lib.sensors import GROUPS, compare_tables
 from lib.states import TABLES, compare_states
 
+HEALTHY = 2  # systemHealthStatus
 ALL_TABLES = [group.table for group in GROUPS] + [row[0] for row in TABLES]
 # statuses of all rows of the server of 2025 by whether the mode is practical, where a drive is missing in a slot with two
 # sensors, and one sensor's states are its maker's own
@@ -36,6 +37,7 @@ class ThresholdTables(unittest.TestCase):
             words = Counter(value for table in ALL_TABLES for row in read_rows(table) for name, value in row.items()
                             if name.endswith("StatusString") and not name.endswith("PresenceStatusString"))
             self.assertEqual(words, STATUSES[PRACTICAL])
+            self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
 
 
 if __name__ == "__main__":

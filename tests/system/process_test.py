@@ -1,7 +1,6 @@
 """The agent's process and its objects under a real snmpd: registrations, requests, refused sets, stops, crashes, restarts
 of the master agent."""
 
-import contextlib
 import os
 import re
 import signal
@@ -52,19 +51,20 @@ class Bench(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        with contextlib.ExitStack() as bench:
-            cls.folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-            cls.simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", cls.folder / "bmc"))
-            cls.master = bench.enter_context(MasterAgent(cls.folder / "master"))
-            cls.addClassCleanup(bench.pop_all().close)
+        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.simulator = cls.enterClassContext(Simulator(ROOT / "share" / "boards" / "quickstart.py", cls.folder / "bmc"))
+        cls.master = cls.enterClassContext(MasterAgent(cls.folder / "master"))
 
     CONFIGURATION = None  # the shipped one
 
-    def start_agent(self, name="agent", served=True):
-        agent = Agent(self.folder / f"{self._testMethodName}-{name}", self.simulator, self.master, self.CONFIGURATION)
-        agent.folder.mkdir()
+    def prepared(self, name="agent", simulator=None):
+        agent = Agent(self.folder / f"{self._testMethodName}-{name}", simulator or self.simulator, self.master, self.CONFIGURATION)
         agent.prepare()
         self.addCleanup(agent.stop)
+        return agent
+
+    def start_agent(self, name="agent", served=True):
+        agent = self.prepared(name)
         agent.start()
         if served:
             agent.wait_served()
@@ -79,10 +79,7 @@ class Requests(Bench):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.agent = Agent(cls.folder / "agent", cls.simulator, cls.master)
-        cls.agent.folder.mkdir()
-        cls.addClassCleanup(cls.agent.stop)
-        cls.agent.__enter__()
+        cls.agent = cls.enterClassContext(Agent(cls.folder / "agent", cls.simulator, cls.master))
         cls.agent.wait_served()
         cls.daemon = cls.agent.pid
         cls.walked = values(snmp(cls.master, "snmpwalk", BASE))
@@ -169,11 +166,7 @@ class Life(Bench):
         self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
 
     def test_closed_descriptors_do_not_reach_a_file(self):
-        agent = Agent(self.folder / "closed", self.simulator, self.master)
-        agent.folder.mkdir()
-        agent.prepare()
-        (agent.root / PID_FILE.lstrip("/")).write_text("")
-        self.addCleanup(agent.stop)
+        agent = self.prepared()
         subprocess.run(["sh", "-c", f"exec {agent.executable} <&- >&- 2>&-"], env=agent.environment(), check=True)
         agent.wait_served()
         self.assertEqual((agent.root / PID_FILE.lstrip("/")).read_text(), f"{agent.pid}\n")
@@ -198,10 +191,7 @@ class PracticalLife(Bench):
             for delay in (0, 0.5):
                 for moment in (0, 0.01, 0.05, 0.2, 1):
                     with self.subTest(delay=delay, moment=moment), line.faulty(Fault(delay=delay)):
-                        agent = Agent(self.folder / f"stopped-{delay}-{moment}", line, self.master, self.CONFIGURATION)
-                        agent.folder.mkdir()
-                        agent.prepare()
-                        self.addCleanup(agent.stop)
+                        agent = self.prepared(f"{delay}-{moment}", line)
                         agent.start()
                         time.sleep(moment)
                         self.assertEqual(end_by(agent, signal.SIGTERM, 1.5), 0)

@@ -9,28 +9,9 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import ROOT, Simulator
-from hwtools.ipmi import ONES, TWOS, convert, type_length
 from hwtools.mibtable import NO_VALUE, find_object
 from hwtools.tables import parse_walk, printed, rows, trouble
 from lib.bench import HWQUERY, QUICKSTART, over_the_library
-
-
-def factors(**some):
-    return dict(dict(m=1, b=0, r_exp=0, b_exp=0, linearisation=0, format=0), **some)
-
-
-class Records(unittest.TestCase):
-    def test_conversion_by_formats_signs_and_exponents(self):
-        for given, raw, value in ((factors(format=TWOS), 0xE2, -30), (factors(format=ONES), 0xE1, -30),
-                                  (factors(format=ONES), 0xFF, 0), (factors(m=-1, b=100), 60, 40),
-                                  (factors(m=65, b=-4, b_exp=1, r_exp=-2), 70, 45.1), (factors(linearisation=7), 4, 0.25),
-                                  (factors(linearisation=7), 0, None), (factors(linearisation=0x70), 5, None)):
-            with self.subTest(raw=raw, **given):
-                self.assertEqual(convert(given, raw), value)
-
-    def test_packed_texts(self):
-        self.assertEqual(type_length("IPMI", "6bit"), [0x83, 0x29, 0xDC, 0xA6])  # the example of IPMI's FRU definition
-        self.assertEqual(type_length("12-", "bcd"), [0x42, 0x12, 0xBA])
 
 
 class TranslationSources(unittest.TestCase):

@@ -200,15 +200,6 @@ TEST_F(Bridge, WaitsForAttentionBeforeTheFirstGetMessage)
     EXPECT_THAT(clock.sleeps, Each(std::chrono::nanoseconds(2ms)));
 }
 
-TEST_F(Bridge, RequestThatFitsNoSendMessageIsRefused)
-{
-    request->length = 65529;
-    EXPECT_EQ(exchange(), ipmiMessageSize);
-    EXPECT_TRUE(bmc.writes.empty());
-    const BMC_REQUEST flat{0xC0, 1, 6, 0, 65529, request->data};
-    EXPECT_EQ(SendMessagePX_Linux(&flat, &flatResponse, 0, 0xC0), 1);
-}
-
 TEST_F(Bridge, PxCountsAttemptsInPlaceOfAClock)
 {
     sendAlways = {0xC0};

@@ -4,10 +4,12 @@ its management controller behind a KCS port at CA2h. No KVM needed; a boot to th
 import os
 import shutil
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
 
+from hwtools.bench import Simulator
 from hwtools.processes import BenchError, end, spawn, tail
 
 VM = Path(__file__).resolve().parents[1] / "vm"
@@ -89,6 +91,17 @@ def run_in_machine(command, share, serial_port=None, driver=True, smbios=(), tim
             return _result(command, control, folder)
         finally:
             end(machine)
+
+
+def run_by_hand(command, board, share=None, **more):
+    """The same with a board's controller and this program's outputs and exit status for the command's; returns its output."""
+    with tempfile.TemporaryDirectory() as name, Simulator(board, Path(name) / "bmc") as simulator:
+        share = Path(share or Path(name) / "share")
+        share.mkdir(exist_ok=True)
+        done = run_in_machine(command, share, simulator.serial_port, **more)
+    sys.stdout.write(done.stdout)
+    sys.stderr.write(done.stderr)
+    return done
 
 
 def _result(command, control, folder):
