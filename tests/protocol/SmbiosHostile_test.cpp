@@ -27,7 +27,7 @@ std::string valueIn(const ResultMap& values, const std::string& path)
     return found == values.end() ? "(none)" : found->second.mXNodeList.front();
 }
 
-/// A sound chassis, one structure of type 2, and a memory array behind it.
+/// A sound chassis, one structure with a defect, and a memory array behind it.
 TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
 {
     struct Case {
@@ -36,6 +36,7 @@ TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
         std::string rest;
         bool walksOn; ///< the structure behind is reached
         const char *path = "Type3/Manufacturer", *value = "Sound";
+        unsigned type = 2;
     };
     const std::string none = SmbiosImage::zeros(2), endless = std::string("\x01\x02", 2) + "Whole" + '\0' + "Cut off";
     const std::string longString(300, 'x'), cut(255, 'x');
@@ -44,6 +45,7 @@ TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
         {"length 3", 3, none, false},
         {"length behind the end", 255, none, false},
         {"only a header", 4, none, true},
+        {"end of table", 4, none, false, "Type3/Manufacturer", "Sound", 127},
         {"empty first string", 5, std::string("\x02\0Second\0\0", 10), true},
         {"string index beyond the list", 5, std::string("\xC8Only\0\0", 7), true, "Type2/Manufacturer", ""},
         {"long string", 6, std::string("\1\2", 2) + longString + '\0' + "Next" + none, true, "Type2/Manufacturer",
@@ -58,7 +60,7 @@ TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
     for (const Case& one : cases) {
         SmbiosImage image(2, 7);
         image.add(3, bodyOf("'Sound' 01"));
-        image.addRaw(2, one.length, 1, one.rest);
+        image.addRaw(one.type, one.length, 1, one.rest);
         if (one.rest != endless)
             image.add(16, bodyOf("03 03 03"));
         ResultMap values;
