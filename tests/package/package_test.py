@@ -183,6 +183,11 @@ if [ "$DRIVER" = 1 ]; then
     systemctl restart hwagent
     within 60 known
     userdel hwagent
+else
+    echo "== tables out of /dev/mem"
+    sed -i 's/^practical = 1/practical = 0/' /etc/hwagent/hwagent.conf
+    systemctl restart hwagent
+    within 240 eval 'walk processorDeviceTable | grep -q Lakeside'
 fi
 
 echo "== remove"
