@@ -2,19 +2,17 @@
 
 import contextlib
 import os
-import re
 import signal
 import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ENTERPRISE, ROOT, Agent, MasterAgent, Simulator, build_folder
+from hwtools.bench import ENTERPRISE, Agent, MasterAgent, Simulator, build_folder, settings
 from hwtools.processes import is_running, wait_until
 from hwtools.tables import walk
 from lib.bench import QUICKSTART
 
 VALGRIND = ("valgrind", "--quiet", "--leak-check=full", "--show-leak-kinds=definite", "--errors-for-leak-kinds=definite")
-SHIPPED = ROOT / "packaging" / "hwagent.conf"
 TREE = tuple(map(int, ENTERPRISE.split(".")))
 
 
@@ -40,8 +38,7 @@ class Memory(unittest.TestCase):
         folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         simulator = self.enterContext(Simulator(QUICKSTART, folder / "bmc"))
         master = self.enterContext(MasterAgent(folder / "master"))
-        configuration = re.sub("^practical = .*", f"practical = {practical}", SHIPPED.read_text(), flags=re.M)
-        agent = self.enterContext(Agent(folder / "agent", simulator, master, configuration, under_valgrind(folder)))
+        agent = self.enterContext(Agent(folder / "agent", simulator, master, settings(practical=practical), under_valgrind(folder)))
         agent.wait_served(300)
         wait_until(lambda: len(walk(f"127.0.0.1:{master.port}", TREE, timeout=30)) > 400, 120, "the tables", step=1)
         daemon = agent.pid
