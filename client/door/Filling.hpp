@@ -13,6 +13,7 @@ namespace client::door {
 enum class Sources {
     firmware,   ///< its tables alone: memory
     repository, ///< sensors, and processors, which are matched with theirs
+    rest,       ///< the same, of a repository of which more has been read: what was known before stands
     machine,    ///< where the controller gives no records: what the firmware tells of processors, and the enclosure
     inventory,  ///< the controller's FRU inventory, which takes a slow controller minutes
 };

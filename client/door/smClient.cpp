@@ -100,6 +100,8 @@ bool isFilledFrom(_SMEntity entity, client::door::Sources sources)
     using client::door::Sources;
     if (sources == Sources::machine)
         return entity == PROCESSOR || entity == CHASSIS;
+    if (sources == Sources::rest)
+        sources = Sources::repository;
     return entity != SMINFO && sources == sourcesOf(entity);
 }
 
@@ -163,15 +165,23 @@ int smClient::runInit()
 bool smClient::fillGroups(client::door::Sources sources)
 {
     using namespace client::query;
+    using client::door::Sources;
     const unsigned long failuresBefore = interfaceFailures();
-    if (sources == client::door::Sources::repository) {
-        forgetStanding("/BMC/");
+    const bool isRest = sources == Sources::rest, isNew = sources == Sources::repository;
+    if (isRest || isNew) {
+        forgetStanding(isRest ? repositoryQuery : "/BMC/");
         if (!hasRepository())
             return false;
     }
-    for (const Group& group : groups)
-        if (isFilledFrom(group.entity, sources))
-            group.refill(*this, groupsGuard);
+    for (const Group& group : groups) {
+        if (!isFilledFrom(group.entity, sources))
+            continue;
+        group.refill(*this, groupsGuard);
+        BaseAccessor* const rows = group.find(*this);
+        const std::scoped_lock lock(groupsGuard);
+        for (int row = 0; isNew && row < rows->getCount(); ++row)
+            rows->outdate(row);
+    }
     return interfaceFailures() == failuresBefore;
 }
 

@@ -118,6 +118,8 @@ int SelFollower::turn()
 /// there are controllers that have none.
 bool SelFollower::mayTell()
 {
+    if (sensorsToCome)
+        return false;
     const auto answer = query::tryQuery(repository, "\nNo sensor data records for events\n");
     const auto list = answer ? answer->find(repository) : ResultMap::const_iterator();
     if (answer && list != answer->end() && !list->second.mXNodeList.empty())

@@ -4,6 +4,7 @@
 #include "common/Policy.hpp"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace client::groups {
@@ -12,16 +13,40 @@ namespace {
 
 using Sensors = std::vector<CSensorWrapper>;
 
-/// Takes the sensor with that packed id out of `sensors`.
-bool takeSensor(Sensors& sensors, int id, CSensorWrapper& out)
+/// What was read of a sensor whose record is the same holds.
+void keepFigures(const CSensorWrapper& from, CSensorWrapper& sensor)
 {
-    const auto found =
-        std::ranges::find_if(sensors, [id](const CSensorWrapper& sensor) { return sensor.m_cInfo.m_iIdNumber == id; });
+    if (!from.m_pRecord || !sensor.m_pRecord || *from.m_pRecord != *sensor.m_pRecord)
+        return;
+    sensor.m_cData = from.m_cData;
+    sensor.m_cInfo.m_iAccuracy = from.m_cInfo.m_iAccuracy;
+    sensor.m_cInfo.m_iTolerance = from.m_cInfo.m_iTolerance;
+    sensor.m_cInfo.m_iResolution = from.m_cInfo.m_iResolution;
+    sensor.m_pUnread = from.m_pUnread;
+    sensor.m_iReadAttempts = from.m_iReadAttempts;
+    sensor.m_bOutdated = from.m_bOutdated;
+}
+
+/// Takes the sensor of the place out of `sensors`.
+bool takeSensor(Sensors& sensors, CSensorWrapper& place)
+{
+    const auto found = std::ranges::find_if(sensors, [&place](const CSensorWrapper& sensor) {
+        return sensor.m_cInfo.m_iIdNumber == place.m_cInfo.m_iIdNumber;
+    });
     if (found == sensors.end())
         return false;
-    out = *found;
+    keepFigures(place, *found);
+    place = *found;
     sensors.erase(found);
     return true;
+}
+
+/// In the order in which the controller gives their records, so that rows have the same numbers whether they come
+/// together or as the records are read.
+bool isEarlier(const CSensorWrapper& left, const CSensorWrapper& right)
+{
+    const std::string &a = left.m_sRecordPath, &b = right.m_sRecordPath;
+    return std::pair(a.size(), std::string_view(a)) < std::pair(b.size(), std::string_view(b));
 }
 
 bool takeFirst(Sensors& sensors, CSensorWrapper& out)
@@ -62,8 +87,11 @@ readings::SensorDatabase& SensorRows::begin()
 
 void SensorRows::settle(const char* defaultName)
 {
+    const bool grows = common::policy().fillsBehindRegistration;
+    if (grows)
+        std::ranges::stable_sort(fresh->m_pT, isEarlier);
     nameSensors(defaultName);
-    if (!common::policy().fillsBehindRegistration)
+    if (!grows)
         goLive();
     else if (database)
         keepPlaces();
@@ -89,7 +117,7 @@ void SensorRows::keepPlaces()
     std::vector<bool> stands;
     stands.reserve(places.size());
     for (CSensorWrapper& place : places)
-        stands.push_back(takeSensor(found, place.m_cInfo.m_iIdNumber, place));
+        stands.push_back(takeSensor(found, place));
     for (std::size_t at = 0; at < places.size(); ++at)
         stands[at] = stands[at] || takeFirst(found, places[at]);
     for (; !places.empty() && !stands.back(); stands.pop_back())

@@ -41,6 +41,8 @@ using Notes = std::unordered_map<std::string, Note>;
 
 /// Not destroyed at exit: detached threads may still look something up.
 Notes& notes = *std::make_unique<Notes>().release();
+/// The pass under way was interrupted.
+bool goesOn = false;
 /// How long the last pass, or the present one, takes; at least the configured period.
 std::chrono::nanoseconds period{0};
 Moment passBegan{};
@@ -89,31 +91,46 @@ bool isDue(const Note& note, Moment now)
 {
     if (!note.wanted)
         return false;
-    if (note.isReading || note.failures == 0)
-        return note.isReading || !note.answer;
+    if (note.isReading)
+        return std::max(note.published, note.tried) <= passBegan;
+    if (note.failures == 0)
+        return !note.answer;
     const int periods = note.failures < 6 ? 1 << note.failures : mostWaitedPeriods;
     return !note.answer && now - note.tried >= periods * presentPeriod();
 }
 
+bool isNewReading(const Note& note)
+{
+    return note.isReading && !note.answer && note.tried == Moment();
+}
+
 struct Due {
-    Moment lookedUp;
+    Moment lookedUp; ///< for a reading that was never asked, later than all
     std::string query;
 };
 
-/// Latest looked up first, so that what managers ask is the freshest; then in the order of the texts.
+/// Sensors of new rows first; then the latest looked up, so that what managers ask is the freshest; then in the order
+/// of the texts.
 std::vector<Due> listDue()
 {
     std::vector<Due> due;
     const Moment now = current<Clock>().steady();
     {
         const std::scoped_lock lock(ql_initialized_flag_mtx);
-        passBegan = now;
+        if (!std::exchange(goesOn, false))
+            passBegan = now;
         for (const auto& [query, unused] : refresh_map)
             if (const auto note = notes.find(query); note != notes.end() && isDue(note->second, now))
-                due.push_back({note->second.lookedUp, query});
+                due.push_back({isNewReading(note->second) ? Moment::max() : note->second.lookedUp, query});
     }
     std::ranges::stable_sort(due, std::greater(), &Due::lookedUp);
     return due;
+}
+
+void noteTried(const std::string& query)
+{
+    const std::scoped_lock lock(ql_initialized_flag_mtx);
+    noteOf(query).tried = current<Clock>().steady();
 }
 
 void noteFailure(const std::string& query, const std::string& why)
@@ -146,8 +163,10 @@ bool ask(const std::string& query)
         ResultMap answer;
         askController(query, answer);
     } catch (const ResultStatus& failure) {
-        if (isOfInterface(failure))
+        if (isOfInterface(failure)) {
+            noteTried(query);
             return false;
+        }
         noteFailure(query, reasonOf(failure));
     } catch (const abi::__forced_unwind&) {
         throw;
@@ -246,8 +265,11 @@ PassEnd readWanted(const std::function<bool()>& goOn)
 {
     int silent = 0;
     for (const Due& due : listDue()) {
-        if (!goOn())
+        if (!goOn()) {
+            const std::scoped_lock lock(ql_initialized_flag_mtx);
+            goesOn = true;
             return PassEnd::interrupted;
+        }
         silent = ask(due.query) ? 0 : silent + 1;
         if (silent == failuresOfASilentController)
             return PassEnd::silent;
@@ -275,6 +297,14 @@ try {
     return false;
 }
 
+Progress readRepository(std::chrono::nanoseconds time)
+try {
+    return current<QueryBackend>().readRepository(time) ? Progress::more : Progress::ended;
+} catch (const ResultStatus& failure) {
+    interfaceFailed += isOfInterface(failure);
+    return Progress::failed;
+}
+
 unsigned long interfaceFailures()
 {
     return interfaceFailed;
@@ -294,6 +324,7 @@ void forgetAll()
     refresh_map.clear();
     period = {};
     passBegan = {};
+    goesOn = false;
 }
 
 } // namespace client::query

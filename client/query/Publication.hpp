@@ -46,8 +46,9 @@ void forgetStanding(const std::string& prefix);
 /// How a pass ended: all asked, stopped by the caller, or given up on a controller that is silent.
 enum class PassEnd { whole, interrupted, silent };
 
-/// Asks every wanted query that is due, those that somebody looked for last first. A failing query harms itself alone.
-/// Ends early when `goOn`, called before each, says no, or when the controller's interface fails three times in a row.
+/// Asks every wanted query that is due: sensors that were never read first, then what somebody looked for last. A
+/// failing query harms itself alone. Ends early when the controller's interface fails three times in a row, or when
+/// `goOn`, called before each, says no; the next call goes on with what such a pass has left.
 PassEnd readWanted(const std::function<bool()>& goOn);
 
 /// What a pass took bears on how long a reading holds: a controller may be slower than the configured period.
@@ -60,6 +61,12 @@ bool takeNewlyWanted();
 
 /// Whether the repository of sensor data records has changed since it was read; false when it cannot be asked.
 bool repositoryChanged();
+
+/// How a reading of the repository went: it came to its end, there is more to read, or that could not be read now.
+enum class Progress { ended, more, failed };
+
+/// Reads the repository for about `time`, on from where the last call ended. What has been read is found by queries.
+Progress readRepository(std::chrono::nanoseconds time);
 
 /// How often the controller's interface has failed the calling thread since the process began.
 unsigned long interfaceFailures();

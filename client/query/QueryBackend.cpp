@@ -12,6 +12,7 @@ struct SdkBackend final : QueryBackend {
     void get(SDK::QueryMap queries, ResultMap& results) override { bios.Get(queries, results); }
     void setFlags(unsigned char flags) override { bios.SetFlags(flags); }
     bool repositoryChanged() override { return bios.repositoryChanged(); }
+    bool readRepository(std::chrono::nanoseconds time) override { return bios.readRepository(time); }
 };
 
 } // namespace

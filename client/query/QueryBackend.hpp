@@ -12,6 +12,7 @@ struct QueryBackend {
     virtual void setFlags(unsigned char flags) = 0;
     /// See SDK::System.
     virtual bool repositoryChanged() = 0;
+    virtual bool readRepository(std::chrono::nanoseconds time) = 0;
     static QueryBackend& real();
 };
 

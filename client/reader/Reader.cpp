@@ -1,6 +1,7 @@
 #include "client/reader/Reader.hpp"
 
 #include "client/door/Filling.hpp"
+#include "client/events/SelFollower.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/Publication.hpp"
 #include "common/Facts.hpp"
@@ -19,9 +20,11 @@ namespace {
 using namespace std::chrono_literals;
 using door::Sources;
 using query::PassEnd;
+using query::Progress;
 
 constexpr auto pollPeriod = 10s;
 constexpr auto pauseOfSilence = 1s; ///< before a silent controller is tried again
+constexpr auto longestPiece = 16s;
 constexpr auto longestFillPause = 60s;
 constexpr auto longestRest = 60s;
 constexpr auto repositoryPeriod = 30s;
@@ -59,12 +62,32 @@ void Reader::fillWhenDue()
         fillFromRepository();
 }
 
+/// Rows come with each piece; rows that replace others, at the end.
 void Reader::fillFromRepository()
 {
-    repositoryRead = door::fillGroups(Sources::repository);
-    common::noteFact(common::recordsFact, repositoryRead ? "read" : "none so far");
-    if (repositoryRead)
+    const bool isRest = repositoryGoesOn && !readsAnew;
+    const Moment began = now();
+    const Progress progress = query::readRepository(piece);
+    if (progress == Progress::failed && repositoryGoesOn) {
+        nextFill = now() + pauseOfSilence;
         return;
+    }
+    repositoryGoesOn = progress == Progress::more;
+    events::logFollower().waitForSensors(repositoryGoesOn && !readsAnew);
+    const bool fills = !repositoryGoesOn || !readsAnew;
+    if (fills && !door::fillGroups(isRest ? Sources::rest : Sources::repository))
+        return haveNoRecords();
+    repositoryRead = !repositoryGoesOn;
+    common::noteFact(common::recordsFact, repositoryRead ? "read" : "read in part so far");
+    readsAnew = readsAnew && repositoryGoesOn;
+    // meanwhile the sensors that are known are read
+    nextFill = now() + (now() - began) / 2;
+    piece = repositoryGoesOn ? std::min<Duration>(2 * piece, longestPiece) : shortestPiece;
+}
+
+void Reader::haveNoRecords()
+{
+    common::noteFact(common::recordsFact, "none so far");
     if (!common::stillStands(common::controllerKey))
         common::reportLimited(common::Gravity::warning, "repository", "the BMC gives no sensor data records so far");
     if (!std::exchange(machineRead, true))
@@ -83,6 +106,7 @@ void Reader::followRepository()
         return;
     common::report(common::Gravity::notice, "the BMC's sensor data records have changed: read anew");
     repositoryRead = inventoryRead = false;
+    readsAnew = true;
     nextFill = now();
 }
 
@@ -102,21 +126,25 @@ bool Reader::goOn()
 {
     common::cancelHere();
     pollWhenDue();
-    return true;
+    return !repositoryGoesOn || now() < nextFill;
 }
 
 void Reader::readWhenDue()
 {
-    const Moment began = now();
-    if (began < nextPass)
+    if (now() < nextPass)
         return;
+    if (!std::exchange(passGoesOn, false))
+        passBegan = now();
     query::takeNewlyWanted();
     const PassEnd end = query::readWanted([this] { return goOn(); });
-    if (end == PassEnd::silent || !readFiguresFor(now() - began)) {
+    passGoesOn = end == PassEnd::interrupted;
+    if (passGoesOn)
+        return;
+    if (end == PassEnd::silent || !readFiguresFor(now() - passBegan)) {
         nextPass = now() + pauseOfSilence;
         return;
     }
-    endPass(began);
+    endPass();
     if (repositoryRead && !inventoryRead)
         inventoryRead = door::fillGroups(Sources::inventory);
 }
@@ -128,12 +156,13 @@ bool Reader::readFiguresFor(Duration readings)
     return door::readUnreadFigures([this, deadline] { return goOn() && now() < deadline; });
 }
 
-/// A slow controller rests, too.
-void Reader::endPass(Moment began)
+/// A slow controller rests, too, unless there is more of its repository to read.
+void Reader::endPass()
 {
-    const Duration length = now() - began;
-    const Duration rest =
+    const Duration length = now() - passBegan;
+    const Duration usualRest =
         std::max<Duration>(common::policy().refreshPeriod - length, std::min<Duration>(length / 4, longestRest));
+    const Duration rest = repositoryGoesOn ? piece : usualRest;
     query::setRefreshPeriod(length + rest);
     common::noteFact(common::refreshFact, "in " + secondsOf(length) + ", again in " + secondsOf(rest));
     nextPass = now() + rest;
@@ -143,8 +172,10 @@ void Reader::nap()
 {
     if (query::takeNewlyWanted() || std::exchange(eventsCame, false))
         nextPass = now();
-    else if (const Duration left = std::min(nextPoll, nextPass) - now(); left > 0ns)
+    else if (const Duration left = std::min(nextPoll, nextPass) - now(); left > 0ns) {
         common::waitInterruptibly(std::min<Duration>(left, longestNap));
+        nextFill = repositoryGoesOn ? std::min(nextFill, now()) : nextFill;
+    }
 }
 
 } // namespace client::reader

@@ -18,24 +18,33 @@ private:
 
     void fillWhenDue();
     void fillFromRepository();
+    void haveNoRecords();
     void followRepository();
     void pollWhenDue();
     void readWhenDue();
     bool readFiguresFor(Duration readings);
-    void endPass(Moment began);
+    void endPass();
     void nap();
     bool goOn();
 
+    /// A slow controller gives a few records in that time, one of usual speed all.
+    static constexpr Duration shortestPiece = std::chrono::seconds(3);
+
     bool firmwareRead = false;
     bool repositoryRead = false;
+    bool repositoryGoesOn = false; ///< a part of it has been read
+    bool readsAnew = false;        ///< earlier rows stand meanwhile
     bool inventoryRead = false;
     bool machineRead = false;                     ///< what does not need the records
     bool eventsCame = false;                      ///< since the last pass
+    Duration piece = shortestPiece;               ///< so long the repository is read at a time
     Duration fillPause = std::chrono::seconds(5); ///< grows while there is no repository
     Moment nextFill{};
     Moment nextRepositoryLook{};
     Moment nextPoll{};
     Moment nextPass{};
+    Moment passBegan{};
+    bool passGoesOn = false; ///< after an interruption
 };
 
 } // namespace client::reader

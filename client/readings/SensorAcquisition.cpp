@@ -190,11 +190,13 @@ void readName(CSensorInfo& info)
         info.m_cDescription.SetString(name->c_str());
 }
 
-void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multiplier, bool discrete)
+void appendSensor(const std::string& path, const ipmi::SdrView& record, SensorDatabase& db, long multiplier,
+                  bool discrete)
 {
     if (!record.isReadable())
         return;
     CSensorWrapper wrapper;
+    wrapper.m_sRecordPath = path;
     wrapper.m_cInfo = decodeRecord(record);
     const Judged judged = wrapper.m_cInfo.m_eJudged;
     if (judged == Judged::byStates)
@@ -210,10 +212,10 @@ void appendSensor(const ipmi::SdrView& record, SensorDatabase& db, long multipli
 }
 
 template<class Visit>
-void forEachRecord(const std::string& path, const char* complaint, Visit visit)
+void forEachRecord(const std::string& query, const char* complaint, Visit visit)
 {
-    trace("%s", path.c_str());
-    for (const auto& [key, node] : tryQuery(path, complaint).value_or(ResultMap())) {
+    trace("%s", query.c_str());
+    for (const auto& [path, node] : tryQuery(query, complaint).value_or(ResultMap())) {
         if (node.mType != NODE_LEAF)
             continue;
         if (node.mXNodeList.empty()) {
@@ -221,7 +223,7 @@ void forEachRecord(const std::string& path, const char* complaint, Visit visit)
             continue;
         }
         const ipmi::Bytes record = ipmi::parseBytes(node.mXNodeList.front().substr(0, recordTextBytes - 1));
-        visit(ipmi::SdrView(record));
+        visit(path, ipmi::SdrView(record));
     }
 }
 
@@ -279,7 +281,9 @@ void storeReading(CSensorWrapper& wrapper, const std::string& value, long multip
 void GetAllSensorData(int sensorType, SensorDatabase* db, long multiplier, bool discrete)
 {
     forEachRecord("/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]", "\n SensorType Query Failed\n",
-                  [&](const ipmi::SdrView& record) { appendSensor(record, *db, multiplier, discrete); });
+                  [&](const std::string& path, const ipmi::SdrView& record) {
+                      appendSensor(path, record, *db, multiplier, discrete);
+                  });
     trace("\n End of the GetSDRData Function");
 }
 
@@ -287,9 +291,9 @@ void client::readings::readOtherSensors(std::span<const int> types, SensorDataba
 {
     for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact})
         forEachRecord("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", "\n RecordType Query Failed\n",
-                      [&](const ipmi::SdrView& record) {
+                      [&](const std::string& path, const ipmi::SdrView& record) {
                           if (std::ranges::find(types, record.sensorType().value_or(0)) == types.end())
-                              appendSensor(record, db, multiplier, true);
+                              appendSensor(path, record, db, multiplier, true);
                       });
 }
 

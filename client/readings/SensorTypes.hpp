@@ -85,6 +85,7 @@ struct CSensorWrapper {
 
     CSensorInfo m_cInfo;
     CSensorData m_cData;
+    std::string m_sRecordPath; ///< among the controller's records
     /// The record while the sensor's bounds and figures have yet to be read from it; null once they are known.
     std::shared_ptr<const ipmi::Bytes> m_pUnread;
     int m_iReadAttempts = 0;                      ///< at those bounds and figures

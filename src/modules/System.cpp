@@ -53,6 +53,11 @@ bool System::repositoryChanged()
     return Module::BMCConfig::BMCConfigModule::repositoryChanged();
 }
 
+bool System::readRepository(std::chrono::nanoseconds time)
+{
+    return Module::BMCConfig::BMCConfigModule::readRepository(time);
+}
+
 unsigned long long System::exchanges()
 {
     return Platform::exchangeCount();

@@ -4,6 +4,7 @@
 #include "common/XNode.hpp"
 #include "platform/SameAnswers.hpp"
 
+#include <chrono>
 #include <map>
 #include <string>
 
@@ -31,6 +32,9 @@ public:
     /// Whether the BMC has other sensor data records than those that queries are answered from, or the rest of them can
     /// be had by now. The next query reads them anew. One exchange; false without Policy::followsRepository.
     bool repositoryChanged();
+    /// Reads the BMC's sensor data records for about `time`, if they are to be read (anew), and says whether there are
+    /// more: the next call goes on. Queries have meanwhile what was read so far, or the earlier records until the end.
+    bool readRepository(std::chrono::nanoseconds time);
     /// How many exchanges with a controller this process has begun.
     static unsigned long long exchanges();
     /// Start-up word: bit 0 locks, bits 1, 2, 3 log categories, bit 5 logging off.

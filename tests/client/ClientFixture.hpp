@@ -37,6 +37,7 @@ public:
     }
     void setFlags(unsigned char flags) override { flagsSet.push_back(flags); }
     bool repositoryChanged() override { return std::exchange(changed, false); }
+    bool readRepository(std::chrono::nanoseconds time) override { return onRead && onRead(time); }
 
     /// `query` answers itself with one value.
     void answer(const std::string& query, const std::string& value) { answers[query] = {{query, leaf({value})}}; }
@@ -52,7 +53,8 @@ public:
     std::function<void(const std::string&)> onGet;
     std::vector<std::string> asked;
     std::vector<int> flagsSet;
-    bool changed = false; ///< the repository
+    bool changed = false;                                 ///< the repository
+    std::function<bool(std::chrono::nanoseconds)> onRead; ///< reads a piece of it, and says whether there is more
 };
 
 /// What a test says of one sensor; it becomes an SDR in text and the answers to the sensor's queries.

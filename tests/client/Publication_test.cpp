@@ -229,6 +229,38 @@ TEST_F(FilledBehind, HealthIsTheWorstOfWhatTheSensorsSayAndUnavailableWithoutThe
     EXPECT_EQ(healthAfter(60), ENUM_STATUS_UNAVAILABLE);
 }
 
+TEST_F(FilledBehind, RowsComeWithThePiecesOfTheRepositoryAndAreReadInBetween)
+{
+    // the order of texts would be 1, 10, 11, 2
+    int read = 0;
+    sdk.onRead = [&](std::chrono::nanoseconds time) {
+        clock.advance(time);
+        for (const int last = std::min(read + 4, 12); read < last;)
+            addSensor({.number = ++read, .name = "S" + std::to_string(read)});
+        return read < 12;
+    };
+    sdk.onGet = [this](const std::string& query) {
+        if (query.ends_with("/INTERPRET_SENSOR_VALUE"))
+            clock.advance(1s);
+    };
+    start();
+    const std::string bound = Sensor{}.path() + "/THRESHOLD/UPPER_CRITICAL";
+    turns(1);
+    EXPECT_EQ(sdk.timesAsked(bound), 0) << "readings first";
+    EXPECT_EQ(getCount(VOLTAGE), 4);
+    EXPECT_EQ(voltage(VOLTAGE_READING, 0), 12050);
+    EXPECT_EQ(voltage(VOLTAGE_READING, 3), noValue) << "half as long as the piece took";
+    turns(1);
+    EXPECT_EQ(getCount(VOLTAGE), 8);
+    EXPECT_EQ(voltage(VOLTAGE_READING, 3), 12050);
+    turns(20);
+    for (int row = 0; row < 12; ++row) {
+        EXPECT_EQ(strInfo(*client.mVoltageProbe, VOLTAGE_DESCRIPTION, row), "S" + std::to_string(row + 1));
+        EXPECT_EQ(voltage(VOLTAGE_STATUS, row), ENUM_STATUS_HEALTHY);
+    }
+    EXPECT_EQ(sdk.timesAsked(bound), 1);
+}
+
 TEST_F(FilledBehind, RowsKeepTheirNumbersWhenTheRepositoryChanges)
 {
     for (const int number : {1, 2, 3})

@@ -58,7 +58,7 @@ class Bench:
         return read_object(f"127.0.0.1:{self.master.port}", find_object(name))
 
     def readings(self):
-        """Degrees by number of the sensor; rows come in the order of the record names as texts."""
+        """Degrees by number of the sensor; in the order of the rows."""
         found = self.read("temperatureProbeTable")
         numbers = [int(row["temperatureDescription"].split()[1]) for row in found]
         return dict(zip(numbers, (row["temperatureReading"] // 10 for row in found)))

@@ -7,7 +7,7 @@
 #include "modules/bmc/HandlerTable.hpp"
 #include "modules/bmc/catalogue/Catalogue.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
-#include "modules/bmc/subjects/SdrRepository.hpp"
+#include "modules/bmc/subjects/Sdr.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -195,6 +195,18 @@ void BMCConfigModule::retryFru(SymbolMap& answers, const std::string& key,
 bool BMCConfigModule::repositoryChanged()
 {
     return SdrRepository::changed(BMC_EXEC_LOCAL);
+}
+
+bool BMCConfigModule::readRepository(std::chrono::nanoseconds time)
+{
+    bool more = false;
+    withOneErrorType(sdrPath(1), COMMAND_GET, [&] {
+        BMCConfigModule module;
+        module.LoadDB();
+        Interpreter interpreter = module.makeInterpreter();
+        more = Sdr(&interpreter, BMC_EXEC_LOCAL).readPiece(time);
+    });
+    return more;
 }
 
 void BMCConfigModule::GetIPMI(const std::string& request, std::vector<std::string>& reply)

@@ -3,6 +3,7 @@
 #include "modules/bmc/engine/Databases.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -35,6 +36,8 @@ public:
     /// Whether the BMC's sensor data records are to be read anew, which the next query does; see
     /// SdrRepository::changed.
     static bool repositoryChanged();
+    /// Reads the sensor data records for about `time`; see Sdr::readPiece.
+    static bool readRepository(std::chrono::nanoseconds time);
 
     void GetIPMI(const std::string& request, std::vector<std::string>& reply);
     bool SelectIPMIInterface(int interface);

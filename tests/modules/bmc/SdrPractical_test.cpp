@@ -185,6 +185,66 @@ TEST_F(SdrPractical, ChangedRepositoryIsReadAgainAndOneThatCannotBeStands)
     EXPECT_FALSE(BMCConfigModule::repositoryChanged());
 }
 
+TEST_F(SdrPractical, RepositoryReadInPiecesIsThereFromTheFirstOnAndGoesOnWhereItWas)
+{
+    const auto slow = [this](const IpmiRequest&) {
+        clock.advance(1s);
+        return IpmiAnswer{};
+    };
+    const auto exchanges = [this] { return std::exchange(bmc.requests, {}).size(); };
+    disturb(slow);
+    Module::BMCConfig::Cache::instance().Clear();
+    EXPECT_TRUE(BMCConfigModule::readRepository(5s));
+    EXPECT_EQ(again(), "5");
+    EXPECT_TRUE(bmc.requests.empty()) << "nobody else reads on";
+    EXPECT_TRUE(BMCConfigModule::readRepository(10s));
+    EXPECT_EQ(exchanges(), 2 + 10U) << "state and reservation";
+    EXPECT_EQ(again(), "15");
+    EXPECT_EQ(text("/BMC/SDR[15]"), line(records[14]));
+
+    disturb([](const IpmiRequest&) { return IpmiAnswer(300); });
+    EXPECT_TRUE(BMCConfigModule::readRepository(5s));
+    EXPECT_EQ(again(), "15");
+    bmc.on(0x0A, 0x20, IpmiAnswer(300));
+    for (int tries = 0; tries < 9; ++tries)
+        EXPECT_THROW(BMCConfigModule::readRepository(5s), ResultStatus);
+    EXPECT_EQ(again(), "15") << "a silent controller costs nothing that was read";
+    bmc.on(0x0A, 0x20, [this](const IpmiRequest&) { return info; });
+    disturb(slow);
+    EXPECT_TRUE(BMCConfigModule::readRepository(20s));
+    EXPECT_EQ(again(), "35");
+
+    change(); // ids may be others now
+    EXPECT_TRUE(BMCConfigModule::readRepository(20s));
+    EXPECT_EQ(again(), "35") << "what was read stands until the end";
+    EXPECT_FALSE(std::filesystem::exists(root.resolve(file)));
+    bmc.requests.clear();
+    EXPECT_FALSE(BMCConfigModule::readRepository(100s));
+    EXPECT_EQ(exchanges(), 2 + 72U);
+    EXPECT_EQ(again(), "92");
+    EXPECT_FALSE(BMCConfigModule::readRepository(100s));
+    EXPECT_FALSE(BMCConfigModule::repositoryChanged());
+    EXPECT_THAT(bmc.requests, SizeIs(1));
+    EXPECT_EQ(start(), "92");
+    EXPECT_THAT(bmc.requests, SizeIs(3)) << "the disk has all of it";
+}
+
+TEST_F(SdrPractical, RecordThatCannotBeReadEndsAReadingInPiecesAtTheThirdTry)
+{
+    disturb([](const IpmiRequest& request) { return request.data[2] == 50 ? IpmiAnswer{0xFF} : IpmiAnswer{}; });
+    Module::BMCConfig::Cache::instance().Clear();
+    EXPECT_TRUE(BMCConfigModule::readRepository(1h));
+    EXPECT_TRUE(BMCConfigModule::readRepository(1h));
+    EXPECT_FALSE(BMCConfigModule::readRepository(1h));
+    EXPECT_EQ(again(), "49");
+    EXPECT_FALSE(BMCConfigModule::repositoryChanged());
+    clock.advance(30s);
+    disturb([](const IpmiRequest&) { return IpmiAnswer{}; });
+    EXPECT_TRUE(BMCConfigModule::repositoryChanged());
+    EXPECT_FALSE(BMCConfigModule::readRepository(1h));
+    EXPECT_EQ(again(), "92");
+}
+
 TEST_F(SdrPractical, RepositoryThatCannotBeReadIsLeftAloneForAWhile)
 {
     const auto refuse = [this](std::uint8_t reserve, std::uint8_t read) {

@@ -5,7 +5,7 @@ from dataclasses import dataclass
 from hwtools.board import CURRENT, FAN, TEMPERATURE, VOLTAGE
 from hwtools.ipmi import convert
 from hwtools.mibtable import NO_VALUE, find_object
-from lib.states import is_linear, key_of, parse_elist, practical_status
+from lib.states import is_linear, key_of, parse_elist, place_of, practical_status
 
 BOUNDS = ("lnr", "lc", "lnc", "unc", "uc", "unr")  # ipmitool's order of columns
 COLUMN_OF = {"unr": "UpperNonRecoverableThreshold", "uc": "UpperCriticalThreshold", "unc": "UpperNonCriticalThreshold",
@@ -67,8 +67,7 @@ def expected_rows(group, board, seen, said, practical):
     lines = {key_of(sensor): line for sensor, line in zip(board.sensors, seen, strict=True)}
     chosen = [sensor for sensor in board.sensors
               if sensor["type"] == group.kind and (not group.linear_only or is_linear(sensor, practical))]
-    # rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]
-    chosen.sort(key=lambda sensor: f"SDR[{sensor['record_id']}]")
+    chosen.sort(key=lambda sensor: place_of(sensor, practical))
     keys = [(sensor["owner"], sensor["lun"] if practical else 0, sensor["number"]) for sensor in chosen]
     make = _practical_row if practical else _plain_row
     return [_whole_row(group, place, name, sensor, *make(group, sensor, lines[key], said[key]))

@@ -144,14 +144,21 @@ def key_of(sensor):
 
 def expected_rows(board, said, prefix, kinds, meaning, extra, practical):
     """Rows of one table, {column name: value}. `said`: what ipmitool says of each sensor."""
-    rows = []
+    chosen = []
     others = {s["type"] for s in board.sensors} - IN_A_TABLE if practical and prefix == "miscellaneousSensor" else ()
     for types in [*({kind} for kind in kinds), others]:
-        chosen = [s for s in board.sensors if s["type"] in types and not (s["type"] in (VOLTAGE, FAN) and is_linear(s, practical))]
-        # rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]
-        chosen.sort(key=lambda s: (types is others and s["record"] != "full", f"SDR[{s['record_id']}]"))
-        rows += [_expected_row(prefix, sensor, *said[key_of(sensor)], meaning, extra, practical) for sensor in chosen]
+        same = [s for s in board.sensors if s["type"] in types and not (s["type"] in (VOLTAGE, FAN) and is_linear(s, practical))]
+        chosen += sorted(same, key=lambda s: place_of(s, practical))
+    if practical:
+        chosen.sort(key=lambda s: place_of(s, practical))
+    rows = [_expected_row(prefix, sensor, *said[key_of(sensor)], meaning, extra, practical) for sensor in chosen]
     return [{prefix + "Index": place, **row} for place, row in enumerate(rows, 1)]
+
+
+def place_of(sensor, practical):
+    """Rows come in the order of the record names as texts, where SDR[10] stands before SDR[2]; in the practical mode in that
+    of the records, in which they are read."""
+    return sensor["record_id"] if practical else f"SDR[{sensor['record_id']}]"
 
 
 def is_linear(sensor, practical):

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Seams.hpp"
 #include "modules/bmc/engine/Interpreter.hpp"
 #include "modules/bmc/subjects/SdrFile.hpp"
 #include "modules/bmc/subjects/SdrRepository.hpp"
@@ -8,10 +9,27 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace Module::BMCConfig {
+
+/// A reading of the repository, under way or come to its end.
+struct SdrWalk {
+    SdrTexts records;
+    std::optional<std::string> mark; ///< the repository's state when it began (see SdrState.hpp), where that is asked
+    std::string identity;            ///< the controller's, for the copy on the disk
+    std::size_t most = 0;            ///< records after which a walk that has not come to an end is given up
+    std::vector<bool> asked;         ///< record ids
+    unsigned next = 0;               ///< record id; 0 is the first record's
+    bool isInPieces = false;         ///< goes on later where a record cannot be read now
+    bool isAside = false;            ///< an earlier repository stands until its end
+    bool isCopy = false;             ///< the disk's
+    bool isWhole = true;
+    bool hasEnded = false;
+    int failures = 0; ///< of the next record
+};
 
 /// Answers "GET://BMC/SDR..." and "SET://BMC/SDR/...". The BMC's repository is read once into the engine's cache, and
 /// all lookups are made there. Results: a record is its bytes as hexadecimal text, a list the paths of records
@@ -41,6 +59,12 @@ public:
     void read(const std::string& query, SymbolMap& result, bool lock);
     void read_with_lock(const std::string& query, SymbolMap& result) { read(query, result, true); }
 
+    /// Reads a repository that is to be read, or read anew, for about `time`, and the next call goes on from there.
+    /// Lookups find what has been read so far, or the earlier repository until the end. Whether there is more to read;
+    /// a record that cannot be read is tried in three calls. Errors of the message layer pass through as ResultStatus
+    /// and end nothing that has begun to be read.
+    bool readPiece(std::chrono::nanoseconds time);
+
     /// Appends the items of cached `record` that the filter names; `exclude` those that it does not name.
     void filter(const std::string& record, const std::string& filterName, std::vector<std::string>& out);
     void exclude(const std::string& record, const std::string& filterName, std::vector<std::string>& out);
@@ -69,8 +93,13 @@ private:
     bool isToBeReadAnew(bool hasOne) const;
     /// A repository that is there stands when the reading fails.
     void readAnew(bool hasOne);
-    /// read_with_lock, or the copy on the disk.
-    void readOrLoad(const std::string& query, SymbolMap& result);
+    /// What is to be read, or has been read already: the copy on the disk.
+    SdrWalk begin();
+    void finish(const SdrWalk& walk);
+    /// To its end, or until the moment.
+    void walkOn(SdrWalk& walk, Clock::SteadyPoint until = Clock::SteadyPoint::max());
+    void readOn(bool hasOne, Clock::SteadyPoint until);
+    static bool isStillThere(const SdrWalk& walk);
 
     struct Record {
         unsigned id = 0;
@@ -78,13 +107,11 @@ private:
         Items bytes;
     };
     enum class Outcome { whole, unreadable, end, givenUp };
-    struct Reading {
-        SdrTexts records;
-        bool isWhole = true;
-    };
 
-    /// `most`: records after which a walk that has not come to an end is given up.
-    Reading walk(std::size_t most);
+    /// One record.
+    void step(SdrWalk& walk);
+    /// Whether the walk is to wait for its next record instead of ending.
+    static bool waits(SdrWalk& walk);
     bool reserve();
     /// `id` 0 is the first record's; another record in the answer's place ends the walk.
     Outcome readRecord(unsigned id, Record& record);
@@ -103,7 +130,7 @@ private:
     bool stepDown(std::size_t refused);
     std::size_t rememberedPiece() const;
     void rememberPiece();
-    void keep(const Reading& got, const std::string& query, SymbolMap& result, bool lock);
+    void keep(const SdrWalk& walk, const std::string& query, SymbolMap& result, bool lock);
     void keepRecords(const SdrTexts& records, const std::string& query, SymbolMap& result, bool lock);
     void leaveAlone(std::chrono::nanoseconds duration);
     void setCache(const std::string& key, const Symbol& value, bool lock);

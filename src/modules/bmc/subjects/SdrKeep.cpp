@@ -24,6 +24,8 @@ constexpr auto pauseAfterFailure = 10s, pauseBeforeRest = 30s;
 
 /// The reservation, and the symbols that say what to read, serve one reading at a time.
 std::mutex reading;
+/// What is read piece by piece, under that mutex. It goes with the cache.
+std::optional<SdrWalk> underWay;
 
 /// Without a count that can be right the record ids end the walk.
 std::size_t mostRecords(const std::optional<SdrState>& state)
@@ -58,13 +60,11 @@ bool Sdr::isToBeReadAnew(bool hasOne) const
 
 void Sdr::readAnew(bool hasOne)
 {
-    setCache(sdrAnewKey, Symbol(), true);
-    setCache(sdrRetryKey, Symbol(), true);
     try {
-        SymbolMap local;
-        readOrLoad(sdrListKey, local);
-        if (local[sdrListKey].size() == 0)
-            leaveAlone(pauseAfterFailure);
+        SdrWalk walk = begin();
+        if (!walk.hasEnded)
+            walkOn(walk);
+        finish(walk);
     } catch (const ResultStatus&) {
         leaveAlone(pauseAfterFailure);
         if (!hasOne)
@@ -72,36 +72,94 @@ void Sdr::readAnew(bool hasOne)
     }
 }
 
-void Sdr::readOrLoad(const std::string& query, SymbolMap& result)
+SdrWalk Sdr::begin()
 {
+    setCache(sdrAnewKey, Symbol(), true);
+    setCache(sdrRetryKey, Symbol(), true);
     const common::Policy& policy = common::policy();
+    SdrWalk walk;
+    walk.most = anyNumber;
     if (exec != BMC_EXEC_LOCAL || !(policy.keepsRepositoryOnDisk || policy.followsRepository))
-        return read_with_lock(query, result);
+        return walk;
     const std::optional<SdrState> state = readSdrState();
-    const std::string mark = state ? state->mark : std::string();
-    const std::string identity =
-        policy.keepsRepositoryOnDisk && !mark.empty() ? readControllerIdentity() : std::string();
-    Reading got;
-    const std::optional<SdrTexts> copy = identity.empty() ? std::nullopt : loadRepository(identity, mark);
-    if (copy)
-        got.records = *copy;
-    else
-        got = walk(mostRecords(state));
-    keep(got, query, result, true);
-    setCache(sdrMarkKey, Symbol(mark), true);
-    if (!copy && got.isWhole && !got.records.empty() && !identity.empty())
-        saveRepository(identity, mark, got.records);
+    walk.mark = state ? state->mark : std::string();
+    walk.most = mostRecords(state);
+    if (policy.keepsRepositoryOnDisk && !walk.mark->empty())
+        walk.identity = readControllerIdentity();
+    if (const auto copy = walk.identity.empty() ? std::nullopt : loadRepository(walk.identity, *walk.mark)) {
+        walk.records = *copy;
+        walk.isCopy = walk.hasEnded = true;
+    }
+    return walk;
 }
 
-void Sdr::keep(const Reading& got, const std::string& query, SymbolMap& result, bool lock)
+void Sdr::finish(const SdrWalk& walk)
 {
-    if (got.isWhole)
-        return keepRecords(got.records, query, result, lock);
+    SymbolMap local;
+    keep(walk, sdrListKey, local, true);
+    if (walk.mark)
+        setCache(sdrMarkKey, Symbol(*walk.mark), true);
+    if (!walk.isCopy && walk.isWhole && !walk.records.empty() && !walk.identity.empty())
+        saveRepository(walk.identity, *walk.mark, walk.records);
+    if (local[sdrListKey].size() == 0)
+        leaveAlone(pauseAfterFailure);
+}
+
+bool Sdr::readPiece(std::chrono::nanoseconds time)
+{
+    const std::lock_guard hold(reading);
+    if (Cache::instance().Get(sdrWalkKey, exec).size() == 0)
+        underWay.reset();
+    const bool hasOne = SdrRepository::current(exec) != nullptr;
+    if (!underWay && !isToBeReadAnew(hasOne))
+        return false;
+    try {
+        readOn(hasOne, current<Clock>().steady() + time);
+    } catch (const ResultStatus&) {
+        if (!underWay || underWay->records.empty()) {
+            underWay.reset();
+            leaveAlone(pauseAfterFailure);
+        }
+        throw;
+    }
+    if (underWay->hasEnded) {
+        finish(*underWay);
+        underWay.reset();
+    } else if (!underWay->isAside) {
+        SymbolMap local;
+        keepRecords(underWay->records, sdrListKey, local, true);
+    }
+    return underWay.has_value();
+}
+
+void Sdr::readOn(bool hasOne, Clock::SteadyPoint until)
+{
+    if (!underWay || !isStillThere(*underWay)) {
+        underWay = begin();
+        underWay->isInPieces = true;
+        underWay->isAside = hasOne;
+        setCache(sdrWalkKey, Symbol("1"), true);
+    }
+    if (!underWay->hasEnded)
+        walkOn(*underWay, until);
+}
+
+/// Record ids hold as long as the repository does not change.
+bool Sdr::isStillThere(const SdrWalk& walk)
+{
+    const std::optional<SdrState> state = walk.mark ? readSdrState() : std::nullopt;
+    return mostRecords(state) == walk.most && (state ? state->mark : std::string()) == walk.mark.value_or("");
+}
+
+void Sdr::keep(const SdrWalk& walk, const std::string& query, SymbolMap& result, bool lock)
+{
+    if (walk.isWhole)
+        return keepRecords(walk.records, query, result, lock);
     // Otherwise nothing goes to the cache, and the next query reads anew.
     result[query] = Symbol(NODE_NONLEAF, {});
-    if (!common::policy().keepsPartialRepository || got.records.empty())
+    if (!common::policy().keepsPartialRepository || walk.records.empty())
         return;
-    keepRecords(got.records, query, result, lock);
+    keepRecords(walk.records, query, result, lock);
     leaveAlone(pauseBeforeRest);
 }
 

@@ -31,6 +31,8 @@ constexpr std::size_t largestPart = 1, smallestPiece = std::size(pieces) - 1;
 constexpr std::size_t headerSize = ipmi::sdr::headerSize, recordLimit = 1024;
 constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, behind the completion code
 constexpr int repeatLimit = 100;
+/// Of one record in a repository that is read in pieces, each a while behind the one before.
+constexpr int mostFailures = 3;
 constexpr unsigned lastRecord = 0xFFFF, recordIds = 0x10000;
 
 /// Before a repeat a controller that may come round gets time, each time more; the pauses of one reading come to a
@@ -71,34 +73,50 @@ unsigned toRecordId(const std::string& low, const std::string& high)
 
 void Sdr::read(const std::string& query, SymbolMap& result, bool lock)
 {
-    keep(walk(recordIds), query, result, lock);
+    SdrWalk walk;
+    walk.most = recordIds;
+    walkOn(walk);
+    keep(walk, query, result, lock);
 }
 
-Sdr::Reading Sdr::walk(std::size_t most)
+void Sdr::walkOn(SdrWalk& walk, Clock::SteadyPoint until)
 {
-    const bool keepsPart = common::policy().keepsPartialRepository;
-    std::vector<bool> asked(recordIds);
     patience = longestPatience;
     repeatsLeft = repeatLimit;
     piece = rememberedPiece();
-    bool more = reserve();
-    Reading got{.records = {}, .isWhole = more || !keepsPart};
-    for (unsigned id = 0; more && !asked[id] && got.records.size() < most;) {
-        asked[id] = true;
-        Record record;
-        const Outcome outcome = tryRecord(id, record, !got.records.empty());
-        if (outcome == Outcome::end)
-            break;
-        got.isWhole = got.isWhole && outcome != Outcome::givenUp;
-        if (outcome == Outcome::givenUp && !keepsPart)
-            break;
-        asked[record.id] = true; // the first record goes by the id 0 too; a walk that comes back to it has come round
-        if (outcome == Outcome::whole)
-            got.records.push_back(" " + ipmi::hexBytes(ipmi::parseBytes(record.bytes)));
-        id = record.next;
-        more = id != lastRecord;
+    walk.asked.resize(recordIds);
+    if (!reserve()) {
+        walk.hasEnded = !waits(walk);
+        walk.isWhole = !common::policy().keepsPartialRepository;
+        return;
     }
-    return got;
+    do
+        step(walk);
+    while (!walk.hasEnded && walk.failures == 0 && ::current<Clock>().steady() < until);
+}
+
+void Sdr::step(SdrWalk& walk)
+{
+    const bool keepsPart = common::policy().keepsPartialRepository;
+    Record record;
+    const Outcome outcome = tryRecord(walk.next, record, !walk.records.empty());
+    const bool leadsOn = outcome != Outcome::givenUp || record.next != lastRecord;
+    if (!leadsOn && waits(walk))
+        return;
+    walk.failures = 0;
+    walk.isWhole = walk.isWhole && outcome != Outcome::givenUp;
+    if (outcome == Outcome::whole)
+        walk.records.push_back(" " + ipmi::hexBytes(ipmi::parseBytes(record.bytes)));
+    // the first record goes by the id 0 too; a walk that comes back to it has come round
+    walk.asked[walk.next] = walk.asked[record.id] = true;
+    walk.next = record.next;
+    walk.hasEnded = outcome == Outcome::end || (outcome == Outcome::givenUp && !keepsPart) || walk.next == lastRecord ||
+                    walk.asked[walk.next] || walk.records.size() >= walk.most;
+}
+
+bool Sdr::waits(SdrWalk& walk)
+{
+    return walk.isInPieces && !walk.records.empty() && ++walk.failures < mostFailures;
 }
 
 Sdr::Outcome Sdr::tryRecord(unsigned id, Record& record, bool others)

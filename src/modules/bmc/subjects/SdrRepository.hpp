@@ -17,11 +17,12 @@ inline const std::string sdrStampKey = "GET://BMC/SDR/STAMP";
 
 /// What else is remembered of a reading: the size of pieces that the controller took; the state in which the repository
 /// was (see SdrState.hpp); before when one that could not be read, or not as a whole, is left alone, in nanoseconds of
-/// the steady clock; and whether the next query reads it anew.
+/// the steady clock; whether the next query reads it anew; and whether a part has been read and the rest is to follow.
 inline const std::string sdrPieceKey = "GET://BMC/SDR/PIECE";
 inline const std::string sdrMarkKey = "GET://BMC/SDR/MARK";
 inline const std::string sdrRetryKey = "GET://BMC/SDR/RETRY";
 inline const std::string sdrAnewKey = "GET://BMC/SDR/ANEW";
+inline const std::string sdrWalkKey = "GET://BMC/SDR/WALK";
 
 /// Whether a moment that sdrRetryKey names has come.
 bool hasCome(const std::string& moment);
