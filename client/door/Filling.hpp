@@ -32,6 +32,9 @@ std::optional<status::DeviceStatus> readPresentStatus(int deviceId);
 /// The bounds of the sensor may have changed with an event: they are read again among those that are missing.
 void noteEventOf(int deviceId);
 
+/// Whether all rows have been read since the controller was silent last. Until then a change of the health is not told.
+void noteAllRead(bool all);
+
 /// Brings the lists of devices in trouble and the system's health in line with what the sensors say now. Waits for
 /// nobody; any thread.
 void followReadings();

@@ -170,6 +170,11 @@ void noteEventOf(int deviceId)
     forward(0, &smClient::noteEventOf, deviceId);
 }
 
+void noteAllRead(bool all)
+{
+    forward(0, &smClient::noteAllRead, all);
+}
+
 void followReadings()
 {
     forward(0, &smClient::followReadings);

@@ -226,6 +226,12 @@ int smClient::noteEventOf(int deviceId)
     return CLIENT_SUCCESS;
 }
 
+int smClient::noteAllRead(bool all)
+{
+    allRead = all;
+    return CLIENT_SUCCESS;
+}
+
 int smClient::followReadings()
 {
     std::vector<client::status::DeviceStatus> present;
@@ -239,7 +245,7 @@ int smClient::followReadings()
         }
     }
     if (mEventHandler)
-        mEventHandler->followReadings(present, 2 * client::query::refreshPeriod());
+        mEventHandler->followReadings(present, 2 * client::query::refreshPeriod(), allRead);
     return CLIENT_SUCCESS;
 }
 

@@ -49,6 +49,7 @@ public:
     bool readUnreadFigures(const std::function<bool()>& goOn);
     std::optional<client::status::DeviceStatus> readPresentStatus(int deviceId);
     int noteEventOf(int deviceId);
+    int noteAllRead(bool all);
     int followReadings();
     /// See Standing.hpp.
     std::vector<client::door::GroupStanding> standingOfGroups();
@@ -75,6 +76,8 @@ public:
     std::atomic<int> m_bInitComplete{0};
 
 private:
+    std::atomic<bool> allRead{false}; ///< rows
+
     int runInit();
     void withSensor(int deviceId, const std::function<void(BaseAccessor& group, int row)>& use);
 };

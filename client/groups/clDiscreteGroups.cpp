@@ -48,6 +48,11 @@ int statusNumberByEnum(std::string_view text, const StatusWords& words)
     return getNewHealthEnum(mapValueToStatusEnum(text, words));
 }
 
+int redundancyOf(std::string_view text)
+{
+    return mapValueToRedundancyStatus(text, common::policy().judgesEachState);
+}
+
 constexpr DiscreteTraits powerSupplyTraits{
     .firstAttribute = POWERSUPPLY_DEVICEID,
     .sensorTypes = powerSupplyTypes,
@@ -63,7 +68,7 @@ constexpr DiscreteTraits powerUnitTraits{
     .defaultName = "HW_PowerUnit",
     .words = &redundancyWords,
     .statusNumber = statusNumberByEnum,
-    .extraNumber = mapValueToRedundancyStatus,
+    .extraNumber = redundancyOf,
     .database = &pPowerUnitWrapper,
 };
 
@@ -73,7 +78,7 @@ constexpr DiscreteTraits coolingUnitTraits{
     .defaultName = "HW_CoolingUnit",
     .words = &redundancyWords,
     .statusNumber = statusNumberByWord,
-    .extraNumber = mapValueToRedundancyStatus,
+    .extraNumber = redundancyOf,
     .database = &pCoolingUnitWrapper,
 };
 

@@ -141,6 +141,7 @@ void Reader::readWhenDue()
     if (passGoesOn)
         return;
     if (end == PassEnd::silent || !readFiguresFor(now() - passBegan)) {
+        door::noteAllRead(false);
         nextPass = now() + pauseOfSilence;
         return;
     }
@@ -153,7 +154,14 @@ void Reader::readWhenDue()
 bool Reader::readFiguresFor(Duration readings)
 {
     const Moment deadline = now() + std::max<Duration>(readings, common::policy().refreshPeriod);
-    return door::readUnreadFigures([this, deadline] { return goOn() && now() < deadline; });
+    bool isCut = false;
+    const bool answered = door::readUnreadFigures([&] {
+        isCut = isCut || !goOn() || now() >= deadline;
+        return !isCut;
+    });
+    if (answered && !isCut && repositoryRead)
+        door::noteAllRead(true);
+    return answered;
 }
 
 /// A slow controller rests, too, unless there is more of its repository to read.

@@ -25,6 +25,7 @@ constexpr std::string_view nonRedundantFromFull =
     "State changed from Full or Degraded Redundancy to Non-Redunduncy with Sufficient Resources";
 constexpr std::string_view nonRedundantFromInsufficient =
     "State changed from Insufficient Resources to Non-Redundancy with Sufficient Resources";
+constexpr std::string_view nonRedundantSufficient = "Non-Redundancy with Sufficient Resources";
 constexpr std::string_view nonRedundantInsufficient = "Non-Redundancy with Insufficient Resources";
 
 constexpr StateWordRow powerSupplyRows[] = {
@@ -430,12 +431,14 @@ int mapValueToStatusEnum(std::string_view text, const StatusWords& words)
     return count == 0 ? -1 : status;
 }
 
-int mapValueToRedundancyStatus(std::string_view text)
+int mapValueToRedundancyStatus(std::string_view text, bool eachWord)
 {
     int status = redundancyUnknown;
     forEachWord(text, [&](std::string_view word) {
         if (const auto* const row = findWord(redundancyStatusRows, word, &RedundancyRow::word))
             status = row->overwrites ? row->status : std::max<int>(status, row->status);
+        else if (eachWord && word == nonRedundantSufficient)
+            status = redundancyNone;
     });
     return status;
 }

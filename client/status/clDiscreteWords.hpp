@@ -46,8 +46,8 @@ const char* judgeStates(std::string_view states, std::span<const ipmi::State> kn
 int mapValueToStatusEnum(std::string_view text, const StatusWords& words);
 
 /// The redundancy that the text of a redundancy sensor tells: 2 unknown, 3 full, 4 degraded, 5 lost, 6 none left, 8 all
-/// states deasserted.
-int mapValueToRedundancyStatus(std::string_view text);
+/// states deasserted. `eachWord`: none left, too, where what is left suffices.
+int mapValueToRedundancyStatus(std::string_view text, bool eachWord = false);
 
 /// Whether a drive is in its slot: "Device Inserted/Present", "Device Removed/Absent", or "Unavailable".
 const char* mapValueToPresenceStatusString(std::string_view text);

@@ -22,6 +22,7 @@ using namespace std::chrono_literals;
 constexpr auto pauseBeforeTrap = 3s;
 constexpr auto pauseOfInit = 1s;
 constexpr int healthGroup = 1;
+constexpr int agesWithoutAll = 15;
 
 /// All there is to know about an event's trap, or why there is none.
 const TrapOid* chooseOid(const TrapGroup* group, const eventData& event, const char* badGroup, const char* noOid)
@@ -193,7 +194,13 @@ void eventHandler::changeHealth(int newHealth)
 {
     if (agent.isTrapEnabled())
         sendHealthEvent(newHealth);
+    toldHealth = newHealth;
     trace("checkEventLists:: Update System Health old=%d new m_nHealthStatus=%d\n", m_nHealthStatus, newHealth);
+    takeHealth(newHealth);
+}
+
+void eventHandler::takeHealth(int newHealth)
+{
     agent.setHealthStatus(getNewHealthEnum(newHealth));
     m_nHealthStatus = newHealth;
 }
@@ -237,19 +244,33 @@ bool eventHandler::hasEventWithin(int deviceId, std::chrono::nanoseconds age)
     return false;
 }
 
-void eventHandler::followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age)
+void eventHandler::followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age,
+                                  bool all)
 {
     const std::scoped_lock lock(SyncMutex);
     const bool isAnyKnown = takeStatuses(present, age);
-    const bool wasKnown = m_nHealthStatus >= ENUM_STATUS_OK;
-    int health = ENUM_STATUS_OK;
-    const bool changes = needHealthEvent(0, &health);
-    if (isAnyKnown && wasKnown && changes)
+    const auto now = current<Clock>().steady();
+    if (isAnyKnown && m_nHealthStatus < ENUM_STATUS_OK)
+        knownSince = now;
+    const bool tells = isAnyKnown && (all || now - knownSince > agesWithoutAll * age);
+    const int health = isAnyKnown ? worstPresent() : ENUM_STATUS_UNKNOWN;
+    if (tells && toldHealth != 0 && toldHealth != health) {
+        m_nHealthStatus = toldHealth;
         changeHealth(health);
-    else if (isAnyKnown != wasKnown) {
-        m_nHealthStatus = isAnyKnown ? health : ENUM_STATUS_UNKNOWN;
-        agent.setHealthStatus(getNewHealthEnum(m_nHealthStatus));
+    } else if (m_nHealthStatus != health) {
+        takeHealth(health);
     }
+    if (tells)
+        toldHealth = health;
+}
+
+int eventHandler::worstPresent() const
+{
+    if (!mNonRecList.empty())
+        return ENUM_STATUS_NONREC;
+    if (!mCriticalList.empty())
+        return ENUM_STATUS_CRITICAL;
+    return mNonCriList.empty() ? ENUM_STATUS_OK : ENUM_STATUS_NONCRI;
 }
 
 bool eventHandler::needHealthEvent(int severity, int* newHealth) const

@@ -57,8 +57,11 @@ public:
     void holdHealth(bool hold);
     /// Brings lists and health in line with what sensors say now; those without a status change nothing. Nor do devices
     /// of which an event came within `age`: their readings may be older than it. As long as no sensor has a status, the
-    /// health is unavailable. Its first value is no change, and no trap.
-    void followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age);
+    /// health is unavailable. Its first value is no change, and no trap. As long as not `all` sensors have been read,
+    /// but not longer than fifteen times `age`, the health follows those that are known and is not told; then it is, if
+    /// it is another than was told last.
+    void followReadings(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age,
+                        bool all = true);
     /// 1, and no trap, if there is no word for the old or the new health.
     int sendHealthEvent(int newHealth);
 
@@ -74,13 +77,17 @@ private:
     int sendEvent(const eventData& event, const std::string& shown);
     bool hasPart(int deviceId) const;
     void changeHealth(int newHealth);
+    void takeHealth(int newHealth);
+    int worstPresent() const;
     bool takeStatuses(std::span<const client::status::DeviceStatus> present, std::chrono::nanoseconds age);
     bool hasEventWithin(int deviceId, std::chrono::nanoseconds age);
 
     client::traps::AgentState& agent;
     std::mutex SyncMutex;
     client::traps::TrapMaker traps;
-    std::set<int> followed; ///< devices whose sensors had a status at the last look; under SyncMutex
+    int toldHealth = 0;              ///< what managers know, 0 at first; under SyncMutex
+    Clock::SteadyPoint knownSince{}; ///< that any sensor has a status; under SyncMutex
+    std::set<int> followed;          ///< devices whose sensors had a status at the last look; under SyncMutex
     std::map<int, Clock::SteadyPoint> lastEvents; ///< of devices whose readings may be older; under SyncMutex
 };
 

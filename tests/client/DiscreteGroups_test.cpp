@@ -42,6 +42,9 @@ TEST(DiscreteWords, ListsAreTakenWordByWord)
         EXPECT_EQ(mapValueToStatusEnum(text, redundancyWords), status) << text;
         EXPECT_EQ(mapValueToRedundancyStatus(text), redundancy) << text;
     }
+    constexpr const char* offsetThree = "Redundancy Lost,Non-Redundancy with Sufficient Resources";
+    EXPECT_EQ(mapValueToRedundancyStatus(offsetThree), 5);
+    EXPECT_EQ(mapValueToRedundancyStatus(offsetThree, true), 6);
 }
 
 /// The SDK's words of a sensor of `readingType` and `sensorType`.

@@ -169,6 +169,28 @@ TEST_F(PacedEvents, OldEventsGiveWayToReadingsAndNewOnesDoNot)
     EXPECT_EQ(handler().m_nHealthStatus, 5);
 }
 
+TEST_F(PacedEvents, HealthIsToldWhenAllRowsHaveBeenReadAndOnlyIfItIsAnotherThanTheLastTold)
+{
+    using Present = std::vector<client::status::DeviceStatus>;
+    const auto follow = [this](const Present& present, bool all) {
+        handler().followReadings(present, 20s, all);
+        return handler().m_nHealthStatus;
+    };
+    follow({}, false);
+    EXPECT_EQ(follow({{7, 3}}, false), 3);
+    EXPECT_EQ(follow({{7, 3}, {8, 5}}, false), 5);
+    EXPECT_EQ(follow({{7, 3}, {8, 5}, {9, 6}}, true), 6);
+    EXPECT_THAT(trapsSent(), IsEmpty()) << "a start, however slow";
+    EXPECT_LT(follow({}, false), 3);
+    EXPECT_EQ(follow({{7, 3}, {8, 3}, {9, 3}}, false), 3);
+    EXPECT_EQ(follow({{7, 3}, {8, 5}, {9, 6}}, true), 6);
+    EXPECT_THAT(trapsSent(), IsEmpty()) << "a silence, and as before";
+    EXPECT_EQ(follow({{7, 4}, {8, 3}, {9, 3}}, false), 4);
+    clock.advance(1h);
+    EXPECT_EQ(follow({{7, 5}, {8, 3}, {9, 3}}, false), 5);
+    EXPECT_THAT(trapsSent(), testing::SizeIs(1)) << "not all could be read for long";
+}
+
 TEST_F(PacedEvents, WithoutASessionTheyWait)
 {
     sessionIs(false);

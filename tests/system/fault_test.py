@@ -12,10 +12,10 @@ import unittest
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from hwtools.bench import Agent, MasterAgent, Simulator
+from hwtools.bench import UNAVAILABLE, Agent, MasterAgent, Simulator, settings
 from hwtools.board import BMC_ADDRESS
 from hwtools.faultline import Fault, FaultLine
-from hwtools.mibtable import find_object
+from hwtools.mibtable import NO_VALUE, find_object
 from hwtools.processes import BenchError, wait_until
 from hwtools.tables import read_object
 
@@ -25,6 +25,7 @@ OK, _, UNKNOWN, _, LOST, _, ABSENT, _, INITIALISING, _ = CODES = (
     0, 0xC0, 0xC1, 0xC3, 0xC5, 0xC9, 0xCB, 0xCC, 0xD2, 0xFF)
 SENSORS = range(1, 15)
 SCANNED = 0xC0
+HEALTHY = "2"
 UNANSWERED = 4   # seconds that the driver waits for the controller
 BACK = 15        # seconds for the next refresh and what is left of this one
 
@@ -42,15 +43,18 @@ def reading_fault(number, **deed):
 class Bench:
     """A running agent on a line that can be spoilt. Notes how long its answers take."""
 
-    def __init__(self, stack, faults=()):
+    def __init__(self, stack, faults=(), configuration=None):
         folder = Path(stack.enter_context(tempfile.TemporaryDirectory()))
         (folder / "faulty.py").write_text(BOARD)
         self.simulator = stack.enter_context(Simulator(folder / "faulty.py", folder / "bmc"))
         self.line = stack.enter_context(FaultLine(self.simulator))
         stack.enter_context(self.line.faulty(*faults))
         self.master = stack.enter_context(MasterAgent(folder / "master"))
-        self.agent = stack.enter_context(Agent(folder / "agent", self.line, self.master))
-        self.agent.wait_served()
+        self.agent = stack.enter_context(Agent(folder / "agent", self.line, self.master, configuration))
+        if configuration:
+            wait_until(self.agent.health, 5, "the agent's registration")
+        else:
+            self.agent.wait_served()
         self.pid = self.agent.pid
         self.raised = 0
 
@@ -169,6 +173,33 @@ class StartingAgent(unittest.TestCase):
         for deed in (dict(code=INITIALISING), dict(answer=bytes((OK,))), dict(answer=b"\0" + b"\xff" * 255)):
             with self.subTest(deed={key: str(value)[:20] for key, value in deed.items()}):
                 self.check([Fault(**deed)], [])
+
+
+class BusyController(unittest.TestCase):
+    """In the practical mode."""
+
+    def test_one_that_is_busy_for_long_costs_no_row_and_no_answer(self):
+        with contextlib.ExitStack() as stack:
+            bench = Bench(stack, [Fault(code=BUSY)], settings(practical=1, refreshPeriod=2, exchangeBudget=500))
+
+            def hold(seconds, shown):
+                """Whether that is so in the end; each second without an answer fails."""
+                limit = time.monotonic() + seconds
+                while time.monotonic() < limit:
+                    found = (bench.agent.health(), set(bench.readings().values()))
+                    self.assertIn(found[0], (UNAVAILABLE, HEALTHY))
+                    time.sleep(0.25)
+                self.assertEqual(found, shown)
+
+            hold(8, (UNAVAILABLE, set()))
+            with bench.line.faulty():
+                bench.wait_shown(60)
+            with bench.line.faulty(Fault(code=TIMEOUT)):
+                hold(20, (UNAVAILABLE, {NO_VALUE // 10}))
+            bench.raise_all()
+            bench.wait_shown(30)
+            wait_until(lambda: bench.agent.health() == HEALTHY, 10, "the health")
+            self.assertEqual(bench.agent.pid, bench.pid)
 
 
 if __name__ == "__main__":

@@ -175,6 +175,7 @@ def _expected_row(prefix, sensor, state, words, meaning, extra, practical):
         return {prefix + column: content for column, content in row.items()}  # a reading may be here too, but no state
     if practical:
         status, value = practical_status(sensor, state, words), meaning.get(words, (0, None))[1] if extra else None
+        value = 6 if extra and meaning is REDUNDANCY and SUFFICIENT in words else value
     else:
         status, value = meaning[words] if extra else (meaning[words], None)
     row |= {"Description": sensor["name"]} if not practical else {}
