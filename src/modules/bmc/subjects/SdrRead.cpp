@@ -32,7 +32,7 @@ constexpr std::size_t headerSize = ipmi::sdr::headerSize, recordLimit = 1024;
 constexpr std::size_t nextIdItem = 1, dataItem = 3; ///< places in the answer, behind the completion code
 constexpr int repeatLimit = 100;
 /// Of one record in a repository that is read in pieces, each a while behind the one before.
-constexpr int mostFailures = 3;
+constexpr int mostTries = 3;
 constexpr unsigned lastRecord = 0xFFFF, recordIds = 0x10000;
 
 /// Before a repeat a controller that may come round gets time, each time more; the pauses of one reading come to a
@@ -116,7 +116,7 @@ void Sdr::step(SdrWalk& walk)
 
 bool Sdr::waits(SdrWalk& walk)
 {
-    return walk.isInPieces && !walk.records.empty() && ++walk.failures < mostFailures;
+    return walk.isInPieces && !walk.records.empty() && ++walk.failures < mostTries;
 }
 
 Sdr::Outcome Sdr::tryRecord(unsigned id, Record& record, bool others)
