@@ -217,7 +217,7 @@ class Server(unittest.TestCase):
             adding = threading.Thread(target=add)
             adding.start()
             try:
-                done = run_in_machine(f"DRIVER={int(driver)}\n{GUEST}", share, simulator.serial_port, driver, SMBIOS, timeout=800,
+                done = run_in_machine(f"DRIVER={int(driver)}\n{GUEST}", share, simulator.serial_port, driver, SMBIOS, timeout=1800,
                                       systemd=True, root=clean_root())
             finally:
                 over.set()
