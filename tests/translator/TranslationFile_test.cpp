@@ -68,6 +68,10 @@ TEST(TranslationFile, MalformedLinesAreLeftOutAndTheOthersKept)
     EXPECT_EQ(file.findMiscString(4), L"good");
     for (const int absent : {1, 2, 3})
         EXPECT_THROW(file.findMiscString(absent), MetaInfoTableError);
+    const TranslationFile events =
+        fileOf(L"$x 1\n" + sectionOf(9, L"&0c\t0\nxx\n01\t100\t\t0\t0\t\t\"too large\"\n0a\t\t\t0\t0\t\t\"good\"\n"));
+    EXPECT_EQ(events.findSpecificTranslation({.sensorType = 0x0C, .event1 = 0x0A}).translation, L"good");
+    EXPECT_THROW(events.findSpecificTranslation({.sensorType = 0x0C, .event1 = 1}), EventTableError);
 }
 
 TEST(TranslationFile, TheCountBoundsASectionAndAHugeOneDoesNoHarm)

@@ -236,4 +236,12 @@ TEST(Records, RepositoryLeavesOutWhatIsNoSensor)
     EXPECT_EQ(repository.find(0x200005).getIDString(), L"P5V");
     EXPECT_THROW(repository.find(0x200006), SDRRepositoryError);
     EXPECT_EQ(SDREntry(nullptr, 64).getIDString(), L"");
+    const std::pair<std::vector<std::uint8_t>, const wchar_t*> codings[] = {
+        {{0x83, 0x29, 0xDC, 0xA6}, L"IPMI"}, {{0x42, 0x12, 0xAB}, L"12 -"}, {{0x04, 'A', 0, 'B', 0}, L"AB"}};
+    for (const auto& [coded, name] : codings) {
+        auto sdr = voltageSdr();
+        sdr.resize(64);
+        std::ranges::copy(coded, sdr.begin() + 47);
+        EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).getIDString(), name);
+    }
 }

@@ -91,6 +91,11 @@ TEST(FruArea, UntrustworthyAreaHasEmptyFields)
     }
 }
 
+TEST(FruArea, BoardsHaveTheirDateInMinutesSince1996)
+{
+    EXPECT_EQ(textsOf(FruArea::Board, area({0, 0x10, 0x20, 0x30, 0xC1}, 1)).at(1), "12/30/2001-05:36:00");
+}
+
 class Fru : public SdrFixture {
 protected:
     static constexpr std::size_t productAt = 520; ///< offsets take their high byte, of bytes and of words

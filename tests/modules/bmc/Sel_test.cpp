@@ -288,6 +288,15 @@ TEST_F(Sel, TextsAreCutToTheRoomThatReadersHave)
     EXPECT_EQ(field(results, 0, "SEVERITY").size(), 19U);
 }
 
+TEST_F(Sel, VoltageFaultWhoseSensorCannotBeAskedForLeavesTheOthers)
+{
+    fill({1, 2});
+    log[0][10] = 2, log[0][12] = 3, log[0][13] = 0x81, log[0][14] = 0x20;
+    const ResultMap results = translate({});
+    EXPECT_THAT(idsIn(results), ElementsAre("01", "02"));
+    EXPECT_EQ(field(results, 1, "SEVERITY"), "CRITICAL");
+}
+
 TEST_F(Sel, GivenRecordsAreTranslatedWithoutTheLog)
 {
     const std::string raw = "09 00 02 00 00 00 50 01 00 04 0C 05 6F 01 A2 0F";

@@ -80,6 +80,11 @@ TEST(SensorConversion, ToleranceAndAccuracyAreTakenFromTheirBits)
     EXPECT_NEAR(tolerance, -14.0, 1e-12);
     CVTCUtilities::CalculateTolerance(3, 2, -1, 7, &tolerance);
     EXPECT_EQ(tolerance, 0.0);
+    int factor = 0;
+    CVTCUtilities::CalculateMultiplier(0x34, 0x7F, &factor);
+    EXPECT_EQ(factor, 0x134);
+    CVTCUtilities::CalculateOffset(0xFF, 0xE5, &factor);
+    EXPECT_EQ(factor, -1);
     unsigned accuracy = 0;
     CVTCUtilities::CalculateAccuracy(0xC5, 0x7F, &accuracy);
     EXPECT_EQ(accuracy, 0x1C5U);
