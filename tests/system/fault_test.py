@@ -21,7 +21,7 @@ from hwtools.tables import read_object
 
 SENSOR, STORAGE = 0x04, 0x0A
 GET_READING, RESERVE_SDRS, GET_SDR = 0x2D, 0x22, 0x23
-OK, _, UNKNOWN, _, LOST, _, ABSENT, _, INITIALISING, _ = CODES = (
+OK, BUSY, UNKNOWN, TIMEOUT, LOST, _, ABSENT, _, INITIALISING, _ = CODES = (
     0, 0xC0, 0xC1, 0xC3, 0xC5, 0xC9, 0xCB, 0xCC, 0xD2, 0xFF)
 SENSORS = range(1, 15)
 SCANNED = 0xC0
