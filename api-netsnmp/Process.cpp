@@ -233,4 +233,5 @@ void daemonize()
     [[maybe_unused]] const int moved = chdir("/");
     umask(0);
     agent::writePidFile();
+    common::report(common::Gravity::notice, "started");
 }

@@ -3,6 +3,7 @@
 #include "client/door/Functions.hpp"
 #include "common/Bell.hpp"
 #include "common/Policy.hpp"
+#include "common/Report.hpp"
 #include "common/Seams.hpp"
 #include "common/Stopwatch.hpp"
 
@@ -11,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <pthread.h>
+#include <string>
 #include <unistd.h>
 
 namespace {
@@ -69,6 +71,7 @@ void cancelStopTimer()
 void serveStop(int sig)
 {
     std::fprintf(stderr, "Caught signal %d\n", sig);
+    common::report(common::Gravity::notice, "stops, by signal " + std::to_string(sig));
     if (agent::printLocalTime("Signal received at: "))
         keep_running = 0;
     else

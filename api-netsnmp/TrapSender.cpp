@@ -3,8 +3,10 @@
 #include "api-netsnmp/Signals.hpp"
 #include "client/traps/TrapQueue.hpp"
 #include "common/Policy.hpp"
+#include "common/Report.hpp"
 
 #include <cstdio>
+#include <utility>
 
 // The library's headers want this one first and lean on each other's order.
 // clang-format off
@@ -27,7 +29,10 @@ bool lossIsTold = false;
 
 int noteSession(int, int event, void*, void*)
 {
-    hasSession = event == SNMPD_CALLBACK_INDEX_START;
+    const bool had = std::exchange(hasSession, event == SNMPD_CALLBACK_INDEX_START);
+    if (hasSession != had)
+        common::report(hasSession ? common::Gravity::notice : common::Gravity::warning,
+                       hasSession ? "connected to the master agent" : "the master agent is gone");
     if (hasSession)
         lossIsTold = false;
     client::traps::sessionIs(hasSession);

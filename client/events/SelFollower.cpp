@@ -166,7 +166,9 @@ void SelFollower::begin()
     }
     mark.begin(trail);
     const std::string* const last = trail.back(0);
-    common::noteFact(common::eventFact, last ? "behind record " + hexId(*last) : "at the log's beginning");
+    const std::string place = last ? "behind record " + hexId(*last) : "at the log's beginning";
+    common::noteFact(common::eventFact, place);
+    common::report(common::Gravity::notice, "the event log is followed from " + place);
     hasBegun = true;
 }
 
@@ -237,7 +239,7 @@ SelFollower::Step SelFollower::takeFresh(const Page& page, const std::vector<std
 void SelFollower::take(const Page& page, std::size_t place)
 {
     const std::string& record = page.log.records[place];
-    traps::beginRecord(++number);
+    traps::beginRecord(++number, idOf(record));
     handleRecord(page.answer, page.answer.at(page.keys[place]));
     common::noteFact(common::eventFact, "record " + hexId(record) + ": " + t_SelData.sEventDiscription);
     trail.add(record);

@@ -1,6 +1,7 @@
 #include "client/reader/Reader.hpp"
 
 #include "client/door/Filling.hpp"
+#include "client/door/Standing.hpp"
 #include "client/events/SelFollower.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/Publication.hpp"
@@ -30,6 +31,16 @@ constexpr auto longestRest = 60s;
 constexpr auto repositoryPeriod = 30s;
 constexpr auto longestNap = 1s; ///< what is looked up for the first time is read soon
 
+/// "temperatureProbe 7, ..." of the groups that have some.
+std::string listOfRows()
+{
+    std::string list;
+    for (const door::GroupStanding& group : door::standingOfGroups())
+        if (group.rows > 0)
+            list += (list.empty() ? "" : ", ") + group.name + " " + std::to_string(group.rows);
+    return list;
+}
+
 auto now()
 {
     return current<Clock>().steady();
@@ -50,7 +61,17 @@ void Reader::turn()
     fillWhenDue();
     pollWhenDue();
     readWhenDue();
+    tellTransport();
     nap();
+}
+
+void Reader::tellTransport()
+{
+    for (const common::Fact& fact : common::facts())
+        if (fact.name == common::transportFact && fact.text != toldTransport) {
+            toldTransport = fact.text;
+            common::report(common::Gravity::notice, "the way to the BMC: " + fact.text);
+        }
 }
 
 void Reader::fillWhenDue()
@@ -79,6 +100,8 @@ void Reader::fillFromRepository()
         return haveNoRecords();
     repositoryRead = !repositoryGoesOn;
     common::noteFact(common::recordsFact, repositoryRead ? "read" : "read in part so far");
+    if (repositoryRead)
+        common::report(common::Gravity::notice, "rows: " + listOfRows());
     readsAnew = readsAnew && repositoryGoesOn;
     // meanwhile the sensors that are known are read
     nextFill = now() + (now() - began) / 2;

@@ -2,6 +2,8 @@
 
 #include "common/Seams.hpp"
 
+#include <string>
+
 namespace client::reader {
 
 /// The one thread of the practical mode that talks with the controller: it fills the groups behind the registration,
@@ -25,6 +27,7 @@ private:
     bool readFiguresFor(Duration readings);
     void endPass();
     void nap();
+    void tellTransport();
     bool goOn();
 
     /// A slow controller gives a few records in that time, one of usual speed all.
@@ -39,6 +42,7 @@ private:
     bool eventsCame = false;                      ///< since the last pass
     Duration piece = shortestPiece;               ///< so long the repository is read at a time
     Duration fillPause = std::chrono::seconds(5); ///< grows while there is no repository
+    std::string toldTransport;                    ///< the way to the controller
     Moment nextFill{};
     Moment nextRepositoryLook{};
     Moment nextPoll{};

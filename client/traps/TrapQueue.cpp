@@ -8,6 +8,7 @@
 #include "common/Seams.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -23,6 +24,7 @@ constexpr unsigned long noRecord = std::numeric_limits<unsigned long>::max();
 struct Waiting {
     Trap trap;
     unsigned long record;
+    unsigned id; ///< of the record in the log
     bool isPaced;
 };
 
@@ -66,6 +68,7 @@ struct Queue {
     Bucket bucket;
     bool isOpen = true;
     unsigned long record = 0;            ///< that traps are queued for
+    unsigned id = 0;                     ///< of it in the log
     unsigned long lastQueued = 0;        ///< that one was queued for
     unsigned long onTheirWay = noRecord; ///< the oldest of the traps that were taken
     unsigned long dropped = 0;
@@ -75,7 +78,7 @@ struct Queue {
 
     void add(Trap trap, bool isPaced)
     {
-        waiting.push_back({std::move(trap), record, isPaced});
+        waiting.push_back({std::move(trap), record, id, isPaced});
         lastQueued = record;
     }
 };
@@ -88,6 +91,15 @@ std::string textOf(const Trap& trap)
     constexpr std::size_t textPlace = 1;
     const auto* const text = trap.size() > textPlace ? std::get_if<std::string>(&trap[textPlace].value) : nullptr;
     return text ? *text : std::string();
+}
+
+/// "trapTUpCri of record 0012: Status is Upper Critical"
+std::string lineOf(const Waiting& waiting)
+{
+    char record[32] = "";
+    if (waiting.id != 0)
+        std::snprintf(record, sizeof record, " of record %04X", waiting.id);
+    return nameOf(waiting.trap) + record + ": " + textOf(waiting.trap);
 }
 
 /// Of those that begin to be dropped.
@@ -125,7 +137,7 @@ void queueTestTrap(Trap trap)
 {
     const std::scoped_lock lock(guard);
     const unsigned long record = queue.waiting.empty() ? noRecord : queue.waiting.front().record;
-    queue.waiting.push_front({std::move(trap), record, false});
+    queue.waiting.push_front({std::move(trap), record, 0, false});
     common::loopBell().ring();
 }
 
@@ -138,6 +150,7 @@ TrapStanding trapStanding()
 std::deque<Trap> takeTraps()
 {
     std::deque<Trap> taken;
+    std::vector<std::string> lines;
     unsigned long dropped = 0;
     {
         const std::scoped_lock lock(guard);
@@ -146,6 +159,7 @@ std::deque<Trap> takeTraps()
             if (front.isPaced)
                 queue.bucket.takeOne();
             queue.onTheirWay = std::min(queue.onTheirWay, front.record);
+            lines.push_back(lineOf(front));
             taken.push_back(std::move(front.trap));
             queue.waiting.pop_front();
         }
@@ -153,8 +167,10 @@ std::deque<Trap> takeTraps()
         if (queue.waiting.size() <= queue.mostWaiting() / 2)
             dropped = std::exchange(queue.dropped, 0);
     }
-    if (!taken.empty())
-        common::noteFact(common::trapFact, nameOf(taken.back()) + ": " + textOf(taken.back()));
+    for (const std::string& line : lines)
+        common::report(common::Gravity::notice, "trap " + line);
+    if (!lines.empty())
+        common::noteFact(common::trapFact, lines.back());
     if (dropped > 0)
         common::report(common::Gravity::warning, std::to_string(dropped) + " traps were dropped; there is room again");
     return taken;
@@ -191,10 +207,11 @@ void callForTraps()
         common::loopBell().ring();
 }
 
-void beginRecord(unsigned long number)
+void beginRecord(unsigned long number, unsigned id)
 {
     const std::scoped_lock lock(guard);
     queue.record = number;
+    queue.id = id;
 }
 
 unsigned long lastQueuedRecord()

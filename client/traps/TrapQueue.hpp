@@ -43,7 +43,7 @@ std::chrono::milliseconds untilNextTrap(std::chrono::milliseconds otherwise);
 void callForTraps();
 
 /// The traps queued from here on belong to the record of that number, which only grows. Numbers start at 1.
-void beginRecord(unsigned long number);
+void beginRecord(unsigned long number, unsigned id = 0);
 /// The record of the trap queued last.
 unsigned long lastQueuedRecord();
 /// The oldest record with a trap that waits or is on its way; the greatest number if there is none.

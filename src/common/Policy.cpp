@@ -61,6 +61,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::refusesSecondAgent,
     &Policy::backsOffCrashes,
     &Policy::endsWithoutResources,
+    &Policy::tellsServiceManager,
     &Policy::answersStatus,
 };
 

@@ -65,6 +65,7 @@ struct Policy {
     bool refusesSecondAgent = false;   ///< Process: a lock that only root can take is held for the daemon's life
     bool backsOffCrashes = false;      ///< Process: growing pauses between starts after crashes; also after SIGKILL
     bool endsWithoutResources = false; ///< Process: too few descriptors or semaphores end the start with a message
+    bool tellsServiceManager = false;  ///< StatusService: a line of state for systemctl, where there is a socket for it
     bool answersStatus = false;        ///< BackgroundThreads: a socket below /run at which root asks how the agent is
 
     // Figures of the mode, each a key of hwagent.conf in lower case.

@@ -7,6 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+
 namespace {
 
 using namespace client::traps;
@@ -36,6 +39,31 @@ TEST_F(StatusService, TellsWhatWasNotedWithItsAgeInLinesThatStayLines)
                                                     "rows.temperatureProbe = 2\nsilent.temperatureProbe = Inlet air\n");
     for (const char* unknown : {"", " ", "stat", "status\r", "STATUS", "test-trapX"})
         EXPECT_EQ(agent::answerStatusRequest(unknown), "error = unknown request\n") << unknown;
+}
+
+TEST_F(StatusService, TheServiceManagerGetsALineWhereItListens)
+{
+    EXPECT_EQ(agent::stateInWords().substr(agent::stateInWords().find(',')),
+              ", health warning, 2 rows, 1 without a value");
+    const common::Descriptor manager(socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socklen_t length = sizeof(sa_family_t); // the kernel gives it a name without a file
+    ASSERT_EQ(bind(manager.get(), reinterpret_cast<sockaddr*>(&address), length), 0);
+    length = sizeof address;
+    getsockname(manager.get(), reinterpret_cast<sockaddr*>(&address), &length);
+    const std::string name(address.sun_path + 1, length - offsetof(sockaddr_un, sun_path) - 1);
+
+    for (const char* nobody : {"", "@", "/nonexistent/socket"}) {
+        setenv("NOTIFY_SOCKET", nobody, 1);
+        agent::tellServiceManager("to nobody");
+    }
+    setenv("NOTIFY_SOCKET", ("@" + name).c_str(), 1);
+    agent::tellServiceManager("all is well");
+    unsetenv("NOTIFY_SOCKET");
+    char text[64] = {};
+    EXPECT_EQ(recv(manager.get(), text, sizeof text - 1, 0), 18);
+    EXPECT_STREQ(text, "STATUS=all is well");
 }
 
 TEST_F(StatusService, ATestTrapLeavesBeforeWaitingOnesAndHoldsUpNoMark)

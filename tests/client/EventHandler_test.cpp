@@ -146,13 +146,20 @@ TEST_F(PacedEvents, WhatFindsNoRoomIsDroppedAndSaidToBe)
     happenTimes(9);
     EXPECT_EQ(log.lines, "more than 6 traps wait for the master agent: new ones are dropped\n");
     log.lines.clear();
+    beginRecord(1, 0x1A);
     EXPECT_EQ(taken(), " 1 2 3");
-    EXPECT_EQ(log.lines, "3 traps were dropped; there is room again\n");
+    EXPECT_EQ(log.lines, "trap trapHardwareFail: undetermined system hardware failure 1\n"
+                         "trap trapHardwareFail: undetermined system hardware failure 2\n"
+                         "trap trapHardwareFail: undetermined system hardware failure 3\n"
+                         "3 traps were dropped; there is room again\n");
+    log.lines.clear();
     happenTimes(1);
     clock.advance(1500ms);
     EXPECT_EQ(taken(), " 4 5 6");
     clock.advance(1h);
     EXPECT_EQ(taken(), " 10");
+    EXPECT_THAT(log.lines, testing::EndsWith("trap trapHardwareFail of record 001A: undetermined system hardware "
+                                             "failure 10\n"));
 }
 
 TEST_F(PacedEvents, OldEventsGiveWayToReadingsAndNewOnesDoNot)

@@ -4,6 +4,7 @@
 #include "client/door/smClient.hpp"
 #include "client/reader/Reader.hpp"
 #include "common/ConfigFile.hpp"
+#include "common/Facts.hpp"
 #include "common/Paths.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
@@ -166,7 +167,10 @@ TEST_F(FilledBehind, StartsWithoutAQueryAndFillsBehind)
     EXPECT_TRUE(sdk.asked.empty());
     EXPECT_EQ(getCount(VOLTAGE), 0);
     EXPECT_EQ(getHealthStatus(), ENUM_STATUS_UNAVAILABLE);
+    common::noteFact(common::transportFact, "a port");
     turns(1);
+    EXPECT_EQ(log.lines.front(), "rows: voltageProbe 1, chassisInfo 1");
+    EXPECT_EQ(log.lines.back(), "the way to the BMC: a port");
     EXPECT_EQ(getCount(VOLTAGE), 1);
     EXPECT_EQ(voltage(VOLTAGE_READING), 12050);
     EXPECT_EQ(voltage(VOLTAGE_UPPERCRITICALTHRESHOLD), 14000);

@@ -264,14 +264,32 @@ std::string padded(std::string text, std::size_t width)
     return text;
 }
 
+/// The words in lines of 80 columns, from the second on behind blanks in the place of what stands before them.
+std::string wrapped(const std::string& words, std::size_t before)
+{
+    constexpr std::size_t width = 80;
+    std::string text;
+    std::size_t column = before;
+    for (const std::string& word : Util::split(words, " ")) {
+        const bool fits = column == before || column + 1 + word.size() <= width;
+        if (!fits)
+            text += "\n" + std::string(before, ' ');
+        column = (fits ? column : before) + (column == before || !fits ? 0 : 1) + word.size();
+        text += (text.empty() || text.back() == ' ' ? "" : " ") + word;
+    }
+    return text + "\n";
+}
+
 void addFinding(Answer& answer, const char* name, const Finding& finding)
 {
-    constexpr std::size_t nameWidth = 12, stateWidth = 6;
+    constexpr std::size_t nameWidth = 12, stateWidth = 6, wordsBegin = nameWidth + stateWidth;
+    constexpr std::string_view arrow = "-> ";
     const std::string advice = finding.state == Finding::ok ? "" : finding.advice;
     answer.tables.front().rows.push_back({name, stateWords[finding.state], finding.words, advice});
-    answer.text += padded(name, nameWidth) + padded(stateWords[finding.state], stateWidth) + finding.words + "\n";
+    answer.text +=
+        padded(name, nameWidth) + padded(stateWords[finding.state], stateWidth) + wrapped(finding.words, wordsBegin);
     if (!advice.empty())
-        answer.text += std::string(nameWidth + stateWidth, ' ') + "-> " + advice + "\n";
+        answer.text += padded("", wordsBegin).append(arrow) + wrapped(advice, wordsBegin + arrow.size());
 }
 
 Table groupTable(const DaemonAnswer& daemon)
