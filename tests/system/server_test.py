@@ -108,10 +108,12 @@ class InstalledAgent(unittest.TestCase):
             share = Path(name) / "share"
             share.mkdir()
             with adding_events(simulator, share):
-                done = run_in_machine(GUEST, share, simulator.serial_port, driver, SMBIOS, timeout=280)
+                done = run_in_machine(GUEST, share, simulator.serial_port, driver, SMBIOS, timeout=280,
+                                      entry_point=64 if driver else 32)
             self.assertEqual((done.returncode, done.stderr), (0, ""),
                              "\n" + tail(share / "snmpd.log") + "\n" + tail(share / "agent.log"))
             self.assertEqual(bool((share / "device.txt").read_text()), driver)
+            self.assertIn("SMBIOS 3." if driver else "SMBIOS 2.", (share / "dmidecode.txt").read_text())
             walk = parse_walk((share / "walk.txt").read_text(encoding="latin-1"), BASE)
 
             def read_rows(thing):
