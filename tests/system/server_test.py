@@ -56,7 +56,16 @@ until
     [ $i -lt 200 ]
     sleep 1
 done
-snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)} > /share/walk.txt
+# and what rows come meanwhile: two walks that are alike but for the time between them
+until
+    cp /tmp/walk /tmp/walk.before 2> /dev/null
+    snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)} > /tmp/walk
+    cmp -s /tmp/walk /tmp/walk.before; do
+    i=$((i + 1))
+    [ $i -lt 200 ]
+    sleep 8
+done
+cp /tmp/walk /share/walk.txt
 ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 dmidecode > /share/dmidecode.txt
 [ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
