@@ -21,12 +21,12 @@ import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
-sys.path[:0] = [str(ROOT / "tools"), str(ROOT / "tests" / "system")]
+sys.path.insert(0, str(ROOT / "tools"))
 
 from hwtools.bench import COMMUNITY, ENTERPRISE, Agent, MasterAgent, Simulator, build_folder, settings  # noqa: E402
 from hwtools.faultline import Fault, FaultLine  # noqa: E402
+from hwtools.machine import run_in_machine  # noqa: E402
 from hwtools.processes import BenchError  # noqa: E402
-from lib.machine import run_in_machine  # noqa: E402
 
 HEALTH = ENTERPRISE + ".2.10.3.5.100.1.0"
 TREE = ENTERPRISE + ".2.10.3.5"

@@ -104,7 +104,7 @@ def main():
     os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
     with contextlib.ExitStack() as bench:
         folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-        simulator = bench.enter_context(Simulator(ROOT / "tests" / "boards" / "full100.py", folder / "bmc"))
+        simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "full100.py", folder / "bmc"))
         real = bench.enter_context(MasterAgent(folder / "real"))
         agent = bench.enter_context(Agent(folder / "agent", simulator, real))
         agent.wait_served()

@@ -11,8 +11,8 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import ROOT, Simulator
+from hwtools.machine import newest_kernel, run_in_machine
 from hwtools.processes import tail, wait_until
-from lib.machine import newest_kernel, run_in_machine
 
 PACKAGES = ROOT / "build" / "package"
 NAMES = ("hwagent", "hwagent-common", "hwagent-mibs", "hwquery")

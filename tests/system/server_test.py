@@ -8,16 +8,16 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import ROOT, SEL_MARK, Simulator, build_folder
+from hwtools.machine import run_in_machine
 from hwtools.mibtable import BASE, dotted, find_object
 from hwtools.processes import tail, wait_until
 from hwtools.tables import WALK_FORM, parse_walk, rows
+from hwtools.traps import FORM, NUMBERS, parse_traps
 from lib.firmware import compare_inventory, parse_dmidecode
-from lib.machine import run_in_machine
 from lib.sensors import compare_tables
 from lib.states import compare_states
-from lib.traps import FORM, NUMBERS, parse_traps
 
-BOARD = ROOT / "tests" / "boards" / "full100.py"
+BOARD = ROOT / "share" / "boards" / "full100.py"
 INTRUSION, PROCESSOR = 5, 7
 HEALTHY, CRITICAL = 2, 4
 CHASSIS = find_object("chassisInformationGroup").oid

@@ -13,8 +13,8 @@ from pathlib import Path
 
 from hwtools.bench import RUN_FOLDER, Agent, MasterAgent, Simulator, settings
 from hwtools.processes import wait_until
+from hwtools.traps import TrapReceiver
 from lib.bench import HWQUERY, QUICKSTART
-from lib.traps import TrapReceiver
 
 NARROW = "view narrow included .1.3.6.1.2.1.1\nrocommunity narrow 127.0.0.1 -V narrow\n"
 PLACES = 8  # of trap texts shown

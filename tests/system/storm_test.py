@@ -8,7 +8,7 @@ from pathlib import Path
 
 from hwtools.bench import COMMUNITY, ENTERPRISE, MasterAgent, build_folder
 from hwtools.processes import end, spawn
-from lib.traps import TrapReceiver
+from hwtools.traps import TrapReceiver
 
 BASE = ENTERPRISE + ".2.10.3.5"
 SYSTEM_SEVERITY = BASE + ".100.1.0"

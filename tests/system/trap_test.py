@@ -12,8 +12,8 @@ from pathlib import Path
 from hwtools.bench import COMMUNITY, ENTERPRISE, Agent, MasterAgent, Simulator, settings
 from hwtools.mibtable import OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
 from hwtools.processes import wait_until
+from hwtools.traps import TrapReceiver
 from lib.bench import BOARDS, QUICKSTART
-from lib.traps import TrapReceiver
 
 BASE = ENTERPRISE + ".2.10.3.5"
 TEXT, SEVERITY = BASE + ".1000.10.1", BASE + ".1000.10.2"

@@ -11,8 +11,8 @@ from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, build_folder
 from hwtools.mibtable import find_object
 from hwtools.tables import read_object
 
-QUICKSTART = ROOT / "share" / "boards" / "quickstart.py"
-BOARDS = ROOT / "tests" / "boards"
+BOARDS = ROOT / "share" / "boards"
+QUICKSTART = BOARDS / "quickstart.py"
 PRACTICAL = os.environ.get("HWAGENT_PRACTICAL") == "1"
 HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
 LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"

@@ -9,10 +9,10 @@ import tempfile
 import time
 from pathlib import Path
 
-from hwtools.bench import Simulator
-from hwtools.processes import BenchError, end, spawn, tail
+from .bench import ROOT, Simulator
+from .processes import BenchError, end, spawn, tail
 
-VM = Path(__file__).resolve().parents[1] / "vm"
+VM = ROOT / "tools" / "vm"
 MODULES = ("virtio_pci", "9pnet_virtio", "9p", "overlay")
 SYSTEM_PATH = os.environ["PATH"] + ":/usr/sbin:/sbin"
 
