@@ -4,6 +4,9 @@
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin:$PATH
 root=$(cd "$(dirname "$0")/.." && pwd)
 
+# note KIND NUMBER WHAT: for scripts/summary, which says at the end what was run; the kinds are "seconds" and "count".
+note() { [ -z "${HWAGENT_RECORD-}" ] || echo "$*" >> "$HWAGENT_RECORD"; }
+
 # One line before a step that takes long.
 step() { echo "==> $*"; }
 
@@ -25,4 +28,5 @@ timed() {
     step "$name"
     "$@"
     echo "==> $name: $((SECONDS - begin)) s"
+    note seconds $((SECONDS - begin)) "$name"
 }
