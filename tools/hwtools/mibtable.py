@@ -50,9 +50,11 @@ class MibObject:
 
 @dataclass
 class Trap:
-    """`constant`: its name in the agent's sources; `carries`: names of its objects, in the order of the message."""
+    """`constant`: its name in the agent's sources; `severity`: the words of STATUS that it carries as a rule, "warning or
+    critical"; `carries`: names of its objects, in the order of the message."""
     constant: str
     arc: tuple
+    severity: str
     text: str
     carries: tuple
 
@@ -276,7 +278,8 @@ TRAP_ARC, TRAP_OBJECT_ARC = 1000, 10
 TRAP_OBJECTS = (
     Column(1, "trapDescription", "", "What has happened, in the words that the translation files give or with the new state at "
            "its end.", kind="event"),
-    Column(2, "trapSeverity", "", "State that the event stands for.", values=STATUS),
+    Column(2, "trapSeverity", "", "State that the event stands for. The traps' descriptions say what it is as a rule.",
+           values=STATUS),
     Column(3, "trapSlotDescription", "", "Name of the slot.", kind="text"),
     Column(4, "trapSlotDeviceId", "", "Identifies the slot's sensor as device ids of rows do."))
 TRAP_AREAS = {TRAP_OBJECT_ARC: "trapObjects", 20: "healthTraps", 30: "chassisTraps", 40: "processorTraps", 50: "powerTraps",
@@ -293,71 +296,87 @@ def _row(prefix):
 
 
 def _traps(area, carries, rows, first=1):
-    return [Trap(constant, (TRAP_ARC, area, number), text, carries) for number, (constant, text) in enumerate(rows, first)]
+    return [Trap(constant, (TRAP_ARC, area, number), severity, text, carries)
+            for number, (constant, severity, text) in enumerate(rows, first)]
 
 
 def _redundancy(prefix, things):
-    return ((prefix + "FullRedund", f"The {things} are fully redundant."),
-            (prefix + "RedundDegraded", f"The redundancy of the {things} is degraded."),
-            (prefix + "RedundLost", f"The redundancy of the {things} is lost."))
+    return ((prefix + "FullRedund", "healthy", f"The {things} are fully redundant."),
+            (prefix + "RedundDegraded", "warning", f"The redundancy of the {things} is degraded."),
+            (prefix + "RedundLost", "critical", f"The redundancy of the {things} is lost."))
 
 
 def _bounds(prefix, thing):
     """The seven of a sensor with thresholds, from the lowest bound to the highest."""
-    return ((prefix + "LowNonRec", f"A {thing} is below its lower non-recoverable bound."),
-            (prefix + "LowCri", f"A {thing} is below its lower critical bound."),
-            (prefix + "LowNonCri", f"A {thing} is below its lower non-critical bound."),
-            (prefix + "EventOk", f"A {thing} is back within its bounds."),
-            (prefix + "UpNonCri", f"A {thing} is above its upper non-critical bound."),
-            (prefix + "UpCri", f"A {thing} is above its upper critical bound."),
-            (prefix + "UpNonRec", f"A {thing} is above its upper non-recoverable bound."))
+    return ((prefix + "LowNonRec", "critical", f"A {thing} is below its lower non-recoverable bound."),
+            (prefix + "LowCri", "critical", f"A {thing} is below its lower critical bound."),
+            (prefix + "LowNonCri", "warning", f"A {thing} is below its lower non-critical bound."),
+            (prefix + "EventOk", "healthy", f"A {thing} is back within its bounds."),
+            (prefix + "UpNonCri", "warning", f"A {thing} is above its upper non-critical bound."),
+            (prefix + "UpCri", "critical", f"A {thing} is above its upper critical bound."),
+            (prefix + "UpNonRec", "critical", f"A {thing} is above its upper non-recoverable bound."))
 
 
 def _performance(prefix, thing):
-    return ((prefix + "PerformMet", f"A {thing} works as it should."),
-            (prefix + "PerformLags", f"A {thing} does not work as it should."))
+    return ((prefix + "PerformMet", "healthy", f"A {thing} works as it should."),
+            (prefix + "PerformLags", "warning", f"A {thing} does not work as it should."))
 
 
 TRAPS = (
-    *_traps(20, HEALTH, [("Health" + word, f"The health of the whole system is now {state}.") for word, state in (
-        ("Other", "of another kind"), ("Unknown", "unknown"), ("Ok", "good"), ("NonCri", "impaired, but not critical"),
-        ("Critical", "critical"), ("NonRec", "beyond recovery"))]),
+    *_traps(20, HEALTH, [("Health" + word, severity, f"The health of the whole system is now {state}.")
+                        for word, severity, state in (
+        ("Other", "unavailable", "of another kind"), ("Unknown", "unavailable", "unknown"), ("Ok", "healthy", "good"),
+        ("NonCri", "warning", "impaired, but not critical"),
+        ("Critical", "critical", "critical"),
+        ("NonRec", "critical", "beyond recovery"))]),
     *_traps(30, PLAIN, (
-        ("IntrusionDetected", "The chassis is reported closed without a word of an intrusion."),
-        ("IntrusionCleared", "Any other record of the chassis sensor, an intrusion among them: the description tells which."),
-        ("LanLeashLost", "The server was unplugged from its network."))),
+        ("IntrusionDetected", "healthy", "The chassis is reported closed without a word of an intrusion."),
+        ("IntrusionCleared", "any", "Any other record of the chassis sensor, an intrusion among them: the "
+         "description tells which."),
+        ("LanLeashLost", "warning", "The server was unplugged from its network."))),
     *_traps(40, _row("processor"), (
-        ("ProcIERR", "A processor reports an internal error."), ("ProcThermal", "A processor stopped because it was too hot."),
-        ("ProcFRB1", "A processor failed its self-test."), ("ProcFRB2", "A processor hung in the power-on self-test."),
-        ("ProcFRB3", "A processor did not start."), ("ProcConfigErr", "Processors are not configured as they have to be."),
-        ("ProcPresence", "A processor was found."), ("ProcDisabled", "A processor was disabled."),
-        ("ProcEnabled", "A terminator was found in a processor's place."),
-        ("ProcSMBIOS", "The firmware reports an error of a processor that cannot be corrected."))),
+        ("ProcIERR", "critical", "A processor reports an internal error."),
+        ("ProcThermal", "critical", "A processor stopped because it was too hot."),
+        ("ProcFRB1", "critical", "A processor failed its self-test."),
+        ("ProcFRB2", "critical", "A processor hung in the power-on self-test."),
+        ("ProcFRB3", "critical", "A processor did not start."),
+        ("ProcConfigErr", "warning", "Processors are not configured as they have to be."),
+        ("ProcPresence", "healthy", "A processor was found."),
+        ("ProcDisabled", "critical", "A processor was disabled."),
+        ("ProcEnabled", "healthy", "A terminator was found in a processor's place."),
+        ("ProcSMBIOS", "warning or critical", "The firmware reports an error of a processor that cannot be corrected."))),
     *_traps(50, _row("powerUnit"), _redundancy("PU", "power supplies")),
     *_traps(50, _row("powerSupply"), (
-        ("PSPresent", "A power supply was found."), ("PSRemoval", "A power supply was removed."),
-        ("PSFailure", "A power supply failed."), ("PSPredFailure", "A power supply is about to fail."),
-        ("PSACLost", "A power supply lost its input."), ("PSACOK", "A power supply has its input again.")), first=4),
+        ("PSPresent", "healthy", "A power supply was found."),
+        ("PSRemoval", "warning", "A power supply was removed."),
+        ("PSFailure", "critical", "A power supply failed."),
+        ("PSPredFailure", "warning", "A power supply is about to fail."),
+        ("PSACLost", "critical", "A power supply lost its input."),
+        ("PSACOK", "healthy", "A power supply has its input again.")), first=4),
     *_traps(50, _row("voltage"), _bounds("V", "voltage"), first=10),
     *_traps(50, _row("discreteVoltage"), _performance("DV", "voltage regulator"), first=17),
     *_traps(60, _row("memoryDevice"), (
-        ("MemSingleBit", "A memory module had an error of a single bit, or one that could not be corrected: the description "
-         "tells which."),
-        ("MemMultiBit", "A memory module had an error of several bits."), ("MemParity", "A memory module had a parity error."),
-        ("MemScrubFail", "Scrubbing a memory module failed."))),
+        ("MemSingleBit", "warning or critical", "A memory module had an error of a single bit, or one that could "
+         "not be corrected: the description tells which."),
+        ("MemMultiBit", "critical", "A memory module had an error of several bits."),
+        ("MemParity", "critical", "A memory module had a parity error."),
+        ("MemScrubFail", "critical", "Scrubbing a memory module failed."))),
     *_traps(70, _row("coolingUnit"), _redundancy("CU", "fans")),
     *_traps(70, _row("coolingDevice"), _bounds("C", "fan's speed"), first=4),
     *_traps(70, _row("discreteCooling"), _performance("DC", "fan"), first=11),
     *_traps(70, _row("temperature"), _bounds("T", "temperature"), first=13),
     *_traps(80, SLOT, (
-        ("SlotOk", "A slot works as it should."), ("SlotFault", "A slot has a fault."),
-        ("SlotPowerOff", "A slot's power is off."), ("SlotPowerOn", "A slot's power is on."))),
+        ("SlotOk", "healthy", "A slot works as it should."),
+        ("SlotFault", "warning or critical", "A slot has a fault."),
+        ("SlotPowerOff", "healthy", "A slot's power is off."),
+        ("SlotPowerOn", "healthy", "A slot's power is on."))),
     *_traps(90, PLAIN, (
-        ("SysReconfig", "The system has been reconfigured."), ("SysBoot", "The system booted."),
-        ("HardwareFail", "Hardware failed, and it is not known which."))),
+        ("SysReconfig", "healthy", "The system has been reconfigured."),
+        ("SysBoot", "healthy", "The system booted."),
+        ("HardwareFail", "critical", "Hardware failed, and it is not known which."))),
     *_traps(100, _row("driveSlot"), (
-        ("DriveSlotDeviceRemovedEventOid", "A drive was removed from its slot."),
-        ("DriveSlotDeviceInsertedEventOid", "A drive was inserted in a slot."))),
+        ("DriveSlotDeviceRemovedEventOid", "warning", "A drive was removed from its slot."),
+        ("DriveSlotDeviceInsertedEventOid", "healthy", "A drive was inserted in a slot."))),
     *_traps(110, PLAIN, (
-        ("PGSurgeLoopEvtAsserted", "The surge of the power good signal began."),
-        ("PGSurgeLoopEvtDeasserted", "The surge of the power good signal is over."))))
+        ("PGSurgeLoopEvtAsserted", "critical", "The surge of the power good signal began."),
+        ("PGSurgeLoopEvtDeasserted", "healthy", "The surge of the power good signal is over."))))

@@ -157,7 +157,9 @@ def trouble(objects):
             if state in parts:
                 parts[state].append(row.get(prefix + "Description", prefix))
     told = "; ".join(f"{state}: {', '.join(names)}" for state, names in parts.items() if names)
-    return textwrap.fill(f"In trouble: {told}" if told else "Nothing is in trouble.", WIDTH, subsequent_indent="  ")
+    unread = any(row.get("systemHealthStatus") == 1 for _, found in objects for row in found)
+    calm = "Nothing is in trouble." if not unread else "The health is unavailable: no sensor has told its state."
+    return textwrap.fill(f"In trouble: {told}" if told else calm, WIDTH, subsequent_indent="  ")
 
 
 def coloured(line, wanted):
