@@ -161,6 +161,15 @@ void checkResources()
         std::exit(1);
 }
 
+void refuseArguments(int count)
+{
+    constexpr int wrongUse = 2;
+    if (!common::policy().refusesSecondAgent || count < 2)
+        return;
+    std::fputs("usage: hwAgent\nIt takes no options and makes a daemon of itself; see hwAgent(8).\n", stderr);
+    std::exit(wrongUse);
+}
+
 void refuseSecondAgent()
 {
     if (!common::policy().refusesSecondAgent)

@@ -5,10 +5,11 @@
 #include "api-netsnmp/Subagent.hpp"
 #include "common/Policy.hpp"
 
-int main()
+int main(int argc, char**)
 {
     agent::openStandardDescriptors();
     common::loadPolicy();
+    agent::refuseArguments(argc);
     agent::checkResources();
     agent::refuseSecondAgent();
     agent::raiseStackLimit();

@@ -177,9 +177,9 @@ class PracticalLife(Bench):
 
     CONFIGURATION = "practical = 1\ndebugEnabled = 1\n"
 
-    def run_again(self, agent, *prefix):
+    def run_again(self, agent, *prefix, after=()):
         """Starts the same agent another time; (status, what it says)."""
-        done = subprocess.run([*prefix, str(agent.executable)], env=agent.environment(), stdin=subprocess.DEVNULL,
+        done = subprocess.run([*prefix, str(agent.executable), *after], env=agent.environment(), stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, timeout=20)
         return done.returncode, done.stderr
 
@@ -201,6 +201,7 @@ class PracticalLife(Bench):
         daemon = agent.pid
         status, said = self.run_again(agent)
         self.assertEqual((status, said), (1, "hwAgent: another agent runs already\n"))
+        self.assertRegex(str(self.run_again(agent, after=["--help"])), r"^\(2, 'usage: hwAgent\\n[^\\]*\\n'\)$")
         self.assertEqual(agent.pid, daemon)
         self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
         self.assertEqual(end_by(agent, signal.SIGTERM), 0)
