@@ -12,9 +12,11 @@ import unittest
 from pathlib import Path
 
 from hwtools.bench import RUN_FOLDER, Agent, MasterAgent, Simulator, settings
+from hwtools.mibtable import TRAPS, dotted
 from hwtools.processes import wait_until
 from hwtools.traps import TrapReceiver
 from lib.bench import HWQUERY, QUICKSTART
+from lib.traps import check_traps
 
 NARROW = "view narrow included .1.3.6.1.2.1.1\nrocommunity narrow 127.0.0.1 -V narrow\n"
 PLACES = 8  # of trap texts shown
@@ -26,30 +28,31 @@ class Status(unittest.TestCase):
         with contextlib.ExitStack() as bench:
             folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
             cls.receiver = bench.enter_context(TrapReceiver(folder / "manager"))
-            simulator = bench.enter_context(Simulator(QUICKSTART, folder / "bmc"))
+            cls.simulator = simulator = bench.enter_context(Simulator(QUICKSTART, folder / "bmc"))
             cls.master = bench.enter_context(MasterAgent(folder / "master", cls.receiver.sink + NARROW))
             cls.agent = bench.enter_context(Agent(folder / "agent", simulator, cls.master,
-                                                  settings(practical=1, trapsEnabled=1, debugEnabled=1)))
+                                                  settings(practical=1, trapsEnabled=1, exchangeBudget=1000)))
             cls.agent.wait_served()
             cls.addClassCleanup(bench.pop_all().close)
 
-    def run_query(self, *words, **more):
-        return subprocess.run([HWQUERY, *words], capture_output=True, text=True, env=self.agent.environment(), timeout=60,
-                              **more)
+    def run_query(self, *words, **environment):
+        return subprocess.run([HWQUERY, *words], capture_output=True, text=True, env=self.agent.environment() | environment,
+                              timeout=60)
 
-    def findings(self, *words, status=0, **more):
-        """State and text of each check."""
-        done = self.run_query("status", "--json", "--agent", f"127.0.0.1:{self.master.port}", *words, **more)
+    def findings(self, *words, status=0, **environment):
+        """State and text of each check, and what to do."""
+        done = self.run_query("status", "--json", "--agent", f"127.0.0.1:{self.master.port}", *words, **environment)
         self.assertEqual((done.returncode, done.stderr), (status, ""), done.stdout)
         told = json.loads(done.stdout)
         self.assertEqual(told["failures"], [])
         for row in told["status"]:
             self.assertEqual(row["state"] == "ok", not row["advice"], row)
-        return {row["check"]: (row["state"], row["finding"]) for row in told["status"]}, told["groups"]
+        return {row["check"]: (row["state"], row["finding"], row["advice"]) for row in told["status"]}, told["groups"]
 
-    def check(self, found, check, state, words):
+    def check(self, found, check, state, words, advice=""):
         self.assertEqual(found[check][0], state, found)
         self.assertRegex(found[check][1], words)
+        self.assertIn(advice, found[check][2])
 
     def test_all_is_told_of_an_agent_that_serves(self):
         wait_until(lambda: "refresh" in self.findings()[0], 20, "the first refresh")
@@ -87,6 +90,37 @@ class Status(unittest.TestCase):
         done = self.run_query("test-trap", "trapNonsense")
         self.assertEqual(done.returncode, 1)
         self.assertIn("no trap of that name", done.stderr)
+
+    def test_every_trap_of_the_mib_can_be_tried_and_is_as_the_mib_says(self):
+        before = len(self.receiver.traps())
+        for trap in TRAPS:
+            self.assertEqual(self.run_query("test-trap", trap.name).stdout, f"sent = {trap.name}\n")
+        arrived = self.receiver.wait_for(before + len(TRAPS), 30)[before:]
+        self.assertEqual([(name, values[0][1]) for name, values in arrived],
+                         [(dotted(trap.arc[1:]), f"TEST, nothing has happened: {trap.name}") for trap in TRAPS])
+        check_traps(self, arrived)
+
+    def test_what_keeps_the_controller_from_being_asked(self):
+        with tempfile.TemporaryDirectory() as alone:
+            for words, found, without_driver in (("none [integrity] confidentiality", "integrity", "BAD"),
+                                                 ("[none] integrity confidentiality", "none", "ok")):
+                for root in (self.agent.root, Path(alone)):
+                    locked = root / "sys/kernel/security/lockdown"
+                    locked.parent.mkdir(parents=True, exist_ok=True)
+                    locked.write_text(words + "\n")
+                self.check(self.findings()[0], "lockdown", "ok", f"^{found}$")
+                told = self.findings(status=1, HWAGENT_PRELOAD_ROOT=alone)[0]
+                self.check(told, "daemon", "BAD", "^not running$", "systemctl start hwagent")
+                self.check(told, "lockdown", without_driver, f"^{found}$", "only its driver" if without_driver == "BAD" else "")
+        self.simulator.process.send_signal(signal.SIGSTOP)
+        try:
+            wait_until(lambda: self.run_query("status").returncode == 1, 60, "word of the silence", 1)
+            self.check(self.findings(status=1)[0], "controller", "BAD", r"^no answer since \d\d:\d\d:\d\d$",
+                       "ipmitool mc info")
+        finally:
+            self.simulator.process.send_signal(signal.SIGCONT)
+        wait_until(lambda: self.run_query("status").returncode == 0, 60, "an answer", 1)
+        self.check(self.findings()[0], "controller", "ok", r"^answers \(\d+ s ago\)$")
 
     def test_the_socket_is_roots_and_a_dead_daemons_is_none(self):
         folder = self.agent.root / RUN_FOLDER.lstrip("/")

@@ -163,6 +163,8 @@ Finding checkTransport(const Evidence& evidence)
 Finding checkController(const Evidence& evidence)
 {
     const std::string words = evidence.daemon.at("controller");
+    if (evidence.daemon.at("transport") == "none")
+        return {Finding::note, "none", "see transport"};
     if (words.starts_with("no answer"))
         return {Finding::bad, words, "ipmitool mc info; a controller that hangs may need the mains taken off"};
     return {Finding::ok, words.empty() ? "answers" : withAge(evidence.daemon, "controller"), ""};
@@ -170,7 +172,8 @@ Finding checkController(const Evidence& evidence)
 
 Finding checkLockdown(const Evidence& evidence)
 {
-    const bool needsPorts = !evidence.hasDevice && evidence.lockdown != "none" && !evidence.lockdown.empty();
+    const bool hasDriversWay = evidence.hasDevice || evidence.daemon.at("transport").starts_with("kernel's driver");
+    const bool needsPorts = !hasDriversWay && evidence.lockdown != "none" && !evidence.lockdown.empty();
     return {needsPorts ? Finding::bad : Finding::ok, evidence.lockdown.empty() ? "none" : evidence.lockdown,
             needsPorts ? "the kernel keeps the ports from everyone: only its driver reaches the controller" : ""};
 }
