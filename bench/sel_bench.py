@@ -6,19 +6,16 @@ simulator's LAN. Printed are medians and ratios.
 HWAGENT_BUILD names the build folder (default build/release)."""
 
 import argparse
-import contextlib
-import os
 import statistics
 import subprocess
 import sys
-import tempfile
 import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 
-from hwtools.bench import Simulator, build_folder  # noqa: E402
+from hwtools.bench import HWQUERY, QUICKSTART, Bench, build_folder, over_the_library  # noqa: E402
 
 def timed(command, environment):
     start = time.perf_counter()
@@ -31,15 +28,12 @@ def main():
     parser.add_argument("--records", type=int, default=1000)
     parser.add_argument("--rounds", type=int, default=5)
     arguments = parser.parse_args()
-    with contextlib.ExitStack() as bench:
-        folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-        simulator = bench.enter_context(Simulator(ROOT / "share" / "boards" / "quickstart.py", folder / "bmc"))
+    with Bench() as bench:
+        simulator = bench.simulate(QUICKSTART)
         simulator.ipmitool("sel", "clear")
         fill(simulator, arguments.records)
-        environment = dict(os.environ, LD_PRELOAD=str(build_folder() / "tools/ipmi-preload/libhwagent-preload.so"),
-                           HWAGENT_PRELOAD_BMC=f"127.0.0.1:{simulator.serial_port}",
-                           HRS_PATH_QL=f"{build_folder()}/translations/")
-        commands = {"hwquery": [build_folder() / "tools/hwquery/hwquery", "get", "/BMC/SEL/TRANSLATED"],
+        environment = over_the_library(simulator, HRS_PATH_QL=f"{build_folder()}/translations/")
+        commands = {"hwquery": [HWQUERY, "get", "/BMC/SEL/TRANSLATED"],
                     "ipmitool, same road": ["ipmitool", "-I", "open", "sel", "elist"],
                     "ipmitool, LAN": simulator.ipmitool("sel", "elist").args}
         times = {name: [] for name in commands}

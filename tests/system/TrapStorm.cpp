@@ -42,17 +42,6 @@ struct SharedBackend : ScriptedBackend {
 
 constexpr int temperatureSensors = 40;
 
-void describeController(SharedBackend& sdk)
-{
-    for (int number = 1; number <= temperatureSensors; ++number) {
-        const Sensor sensor{.number = number, .type = 1, .name = "Sensor " + std::to_string(number)};
-        ResultMap& records = sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"];
-        records["/BMC/SDR[" + std::to_string(number) + "]"] = ScriptedBackend::leaf({sensor.record()});
-        sdk.answer(sensor.path() + "/NAME", sensor.name);
-        sdk.answer(sensor.path() + "/INTERPRET_SENSOR_VALUE", sensor.value);
-    }
-}
-
 void raiseTemperature(int turn)
 {
     EVENT_DATA_STRUCT record;
@@ -83,23 +72,16 @@ void storm(int count)
     common::loopBell().ring();
 }
 
-common::Policy policyOf(bool isPaced)
-{
-    common::Policy policy;
-    policy.pacesTrapsApart = isPaced;
-    policy.trapsPerSecond = 500;
-    return policy;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     const int count = argc > 1 ? std::atoi(argv[1]) : 1000;
-    const common::ScopedPolicy policy(policyOf(argc > 2));
+    const common::ScopedPolicy policy({.pacesTrapsApart = argc > 2, .trapsPerSecond = 500});
     traceWanted = false;
     SharedBackend sdk;
-    describeController(sdk);
+    for (int number = 1; number <= temperatureSensors; ++number)
+        sdk.addSensor({.number = number, .type = 1, .name = "Sensor " + std::to_string(number)});
     HastyClock& clock = *std::make_unique<HastyClock>().release(); // read by threads to the last
     const ScopedSeam<QueryBackend> useSdk(sdk);
     const ScopedSeam<Clock> useClock(clock);

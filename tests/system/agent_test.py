@@ -4,7 +4,8 @@ ipmitool."""
 import unittest
 from collections import Counter
 
-from lib.bench import BOARDS, PRACTICAL, QUICKSTART, agent_on
+from hwtools.bench import BOARDS, QUICKSTART
+from lib.bench import PRACTICAL, agent_on
 from lib.freeipmi import compare_opinions
 from lib.sensors import GROUPS, compare_tables
 from lib.states import TABLES, compare_states
@@ -38,7 +39,3 @@ class ThresholdTables(unittest.TestCase):
                             if name.endswith("StatusString") and not name.endswith("PresenceStatusString"))
             self.assertEqual(words, STATUSES[PRACTICAL])
             self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -4,12 +4,10 @@ What the simulator refuses (self test, restart cause, power-on hours, policy; th
 engine's files, and so is the power, which it calls on while its serial line is in use and off otherwise."""
 
 import re
-import tempfile
 import unittest
-from pathlib import Path
 
-from hwtools.bench import Simulator
-from lib.bench import QUICKSTART, ask
+from hwtools.bench import QUICKSTART, Bench
+from lib.bench import ask
 
 FLAGS = {"true": "TRUE", "false": "FALSE", "active": "TRUE", "inactive": "FALSE", "yes": "TRUE", "no": "FALSE"}
 THRESHOLDS = ("LOWER_NONCRITICAL", "LOWER_CRITICAL", "LOWER_NONRECOVERABLE", "UPPER_NONCRITICAL", "UPPER_CRITICAL",
@@ -55,8 +53,7 @@ ROWS = {
 class Controller(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.simulator = cls.enterClassContext(Simulator(QUICKSTART, folder / "bmc"))
+        cls.simulator = cls.enterClassContext(Bench()).simulate(QUICKSTART)
 
     def ask(self, path):
         """Paths to texts."""
@@ -104,7 +101,3 @@ class Controller(unittest.TestCase):
             told = self.ask(f"/BMC/SENSOR[{number}]/EVENT")
             self.assertEqual([int(told[f"/BMC/SENSOR[{number}]/EVENT/{event}"], 16) for event in EVENTS],
                              list(self.raw(0x04, 0x29, number)))
-
-
-if __name__ == "__main__":
-    unittest.main()

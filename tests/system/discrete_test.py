@@ -3,7 +3,8 @@ against what ipmitool says of the same bits."""
 
 import unittest
 
-from lib.bench import BOARDS, PRACTICAL, agent_on
+from hwtools.bench import BOARDS
+from lib.bench import PRACTICAL, agent_on
 from lib.freeipmi import compare_opinions
 from lib.states import compare_states
 
@@ -17,7 +18,3 @@ class DiscreteTables(unittest.TestCase):
             # a fan whose record says linear is among the fans with readings
             fans = read_rows("coolingDeviceTable")
             self.assertEqual([row["coolingDeviceDescription"] for row in fans], ["Fan In Readings"])
-
-
-if __name__ == "__main__":
-    unittest.main()

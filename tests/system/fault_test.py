@@ -2,26 +2,22 @@
 
 What a row shows while its reading fails is the reading of the start: rows keep that one, and each request starts from it."""
 
-import contextlib
 import os
 import signal
-import tempfile
 import threading
 import time
 import unittest
 from concurrent.futures import ThreadPoolExecutor
-from pathlib import Path
 
-from hwtools.bench import UNAVAILABLE, Agent, MasterAgent, Simulator, settings
+from hwtools.bench import UNAVAILABLE, Bench, settings
 from hwtools.board import BMC_ADDRESS
 from hwtools.faultline import Fault, FaultLine
-from hwtools.mibtable import NO_VALUE, find_object
+from hwtools.mibtable import NO_VALUE
 from hwtools.processes import BenchError, wait_until
-from hwtools.tables import read_object
 
 SENSOR, STORAGE = 0x04, 0x0A
 GET_READING, RESERVE_SDRS, GET_SDR = 0x2D, 0x22, 0x23
-OK, BUSY, UNKNOWN, TIMEOUT, LOST, _, ABSENT, _, INITIALISING, _ = CODES = (
+OK, BUSY, UNKNOWN, TIMEOUT, LOST, _, _, _, INITIALISING, _ = CODES = (
     0, 0xC0, 0xC1, 0xC3, 0xC5, 0xC9, 0xCB, 0xCC, 0xD2, 0xFF)
 SENSORS = range(1, 15)
 SCANNED = 0xC0
@@ -40,26 +36,21 @@ def reading_fault(number, **deed):
     return Fault(SENSOR, GET_READING, (number,), **deed)
 
 
-class Bench:
-    """A running agent on a line that can be spoilt. Notes how long its answers take."""
+class Spoilt(Bench):
+    """A running agent on a line that can be spoilt."""
 
-    def __init__(self, stack, faults=(), configuration=None):
-        folder = Path(stack.enter_context(tempfile.TemporaryDirectory()))
-        (folder / "faulty.py").write_text(BOARD)
-        self.simulator = stack.enter_context(Simulator(folder / "faulty.py", folder / "bmc"))
-        self.line = stack.enter_context(FaultLine(self.simulator))
-        stack.enter_context(self.line.faulty(*faults))
-        self.master = stack.enter_context(MasterAgent(folder / "master"))
-        self.agent = stack.enter_context(Agent(folder / "agent", self.line, self.master, configuration))
+    def begin(self, *faults, configuration=None):
+        self.simulate(BOARD)
+        self.line = self.enter_context(FaultLine(self.simulator))
+        self.enter_context(self.line.faulty(*faults))
+        self.start_agent(configuration, line=self.line)
         if configuration:
             wait_until(self.agent.health, 5, "the agent's registration")
         else:
             self.agent.wait_served()
         self.pid = self.agent.pid
         self.raised = 0
-
-    def read(self, name):
-        return read_object(f"127.0.0.1:{self.master.port}", find_object(name))
+        return self
 
     def readings(self):
         """Degrees by number of the sensor; in the order of the rows."""
@@ -92,11 +83,9 @@ class Bench:
 class RunningAgent(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        with contextlib.ExitStack() as stack:
-            cls.bench = Bench(stack)
-            cls.bench.raise_all()
-            cls.bench.wait_shown()
-            cls.addClassCleanup(stack.pop_all().close)
+        cls.bench = cls.enterClassContext(Spoilt()).begin()
+        cls.bench.raise_all()
+        cls.bench.wait_shown()
 
     def tearDown(self):
         self.assertEqual(self.bench.agent.pid, self.bench.pid)
@@ -152,35 +141,26 @@ class RunningAgent(unittest.TestCase):
 
 
 class StartingAgent(unittest.TestCase):
-    def check(self, faults, numbers):
-        with contextlib.ExitStack() as stack:
-            bench = Bench(stack, faults)
-            self.assertEqual(sorted(bench.readings()), list(numbers))
-            self.assertEqual(bench.read("systemManagementSoftwareGroup")[0]["systemProductName"], "hwAgent")
-            self.assertEqual(bench.agent.pid, bench.pid)
-            for fault in faults:
+    def test_what_cannot_be_read_at_the_start_leaves_tables_empty_and_the_rest_serves(self):
+        for name, fault, numbers in (
+                ("reservations are lost", Fault(STORAGE, GET_SDR, skip=3, times=5, code=LOST), list(SENSORS)),
+                ("none is given", Fault(STORAGE, RESERVE_SDRS, code=UNKNOWN), []),
+                ("nothing but refusals", Fault(code=INITIALISING), []), ("empty answers", Fault(answer=bytes((OK,))), []),
+                ("senseless answers", Fault(answer=b"\0" + b"\xff" * 255), [])):
+            with self.subTest(name), Spoilt() as bench:
+                bench.begin(fault)
+                self.assertEqual(sorted(bench.readings()), numbers)
+                self.assertEqual(bench.read("systemManagementSoftwareGroup")[0]["systemProductName"], "hwAgent")
+                self.assertEqual(bench.agent.pid, bench.pid)
                 self.assertGreater(fault.hits, fault.skip, "never met")
-
-    def test_lost_reservations_cost_no_record(self):
-        self.check([Fault(STORAGE, GET_SDR, skip=3, times=5, code=LOST)], SENSORS)
-
-    def test_a_repository_that_refuses_leaves_its_tables_empty(self):
-        for command, code in ((RESERVE_SDRS, UNKNOWN), (GET_SDR, ABSENT)):
-            with self.subTest(command=command, code=code):
-                self.check([Fault(STORAGE, command, code=code)], [])
-
-    def test_a_controller_that_answers_nothing_right_leaves_all_tables_empty(self):
-        for deed in (dict(code=INITIALISING), dict(answer=bytes((OK,))), dict(answer=b"\0" + b"\xff" * 255)):
-            with self.subTest(deed={key: str(value)[:20] for key, value in deed.items()}):
-                self.check([Fault(**deed)], [])
 
 
 class BusyController(unittest.TestCase):
     """In the practical mode."""
 
     def test_one_that_is_busy_for_long_costs_no_row_and_no_answer(self):
-        with contextlib.ExitStack() as stack:
-            bench = Bench(stack, [Fault(code=BUSY)], settings(practical=1, refreshPeriod=2, exchangeBudget=500))
+        with Spoilt() as bench:
+            bench.begin(Fault(code=BUSY), configuration=settings(practical=1, refreshPeriod=2, exchangeBudget=500))
 
             def hold(seconds, shown):
                 """Whether that is so in the end; each second without an answer fails."""
@@ -200,7 +180,3 @@ class BusyController(unittest.TestCase):
             bench.wait_shown(30)
             wait_until(lambda: bench.agent.health() == HEALTHY, 10, "the health")
             self.assertEqual(bench.agent.pid, bench.pid)
-
-
-if __name__ == "__main__":
-    unittest.main()

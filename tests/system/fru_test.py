@@ -6,12 +6,11 @@ import re
 import tempfile
 import unittest
 from datetime import datetime
-from pathlib import Path
 from unittest.mock import patch
 
-from hwtools.bench import Simulator
+from hwtools.bench import QUICKSTART, Simulator
 from hwtools.ipmi import checksum, type_length
-from lib.bench import QUICKSTART, ask
+from lib.bench import ask
 
 AREAS = {"Chassis": "CHASSISAREA", "Board": "BOARDAREA", "Product": "PRODUCTAREA"}
 # What ipmitool calls a field behind the name of its area, in the order of the area.
@@ -89,9 +88,7 @@ class Inventory(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.enterClassContext(patch.dict(os.environ, TZ="UTC"))  # of ipmitool's dates
-        folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(folder.cleanup)
-        cls.simulator = Simulator(QUICKSTART, Path(folder.name) / "bmc")
+        cls.simulator = Simulator(QUICKSTART, cls.enterClassContext(tempfile.TemporaryDirectory()))
         dice = random.Random(1996)
         cls.sound = {"board's own": 0}
         cls.damaged = {}
@@ -103,8 +100,7 @@ class Inventory(unittest.TestCase):
         for number, (name, (data, lost)) in enumerate(DAMAGED.items(), 100):
             cls.add(number, data)
             cls.damaged[name] = number, lost
-        cls.simulator.__enter__()
-        cls.addClassCleanup(cls.simulator.stop)
+        cls.enterClassContext(cls.simulator)
 
     @classmethod
     def add(cls, number, data):
@@ -149,6 +145,3 @@ class Inventory(unittest.TestCase):
             with self.subTest(name):
                 wanted = self.shown(number) | {kind: {"CUSTOM_FIELD": []} for kind in lost}
                 self.assertEqual(self.told(number), wanted)
-
-if __name__ == "__main__":
-    unittest.main()

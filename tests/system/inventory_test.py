@@ -1,21 +1,18 @@
 """Processors, memory and chassis from the firmware's tables and the FRU inventory to SNMP, against dmidecode and ipmitool on
 the same images."""
 
-import contextlib
 import subprocess
 import tempfile
 import unittest
-from pathlib import Path
 
-from hwtools.bench import Agent, MasterAgent, Simulator, settings
-from hwtools.mibtable import find_object
+from hwtools.bench import BOARDS, HWQUERY, QUICKSTART, Agent, Bench, MasterAgent, settings
 from hwtools.processes import wait_until
 from hwtools.smbios import KERNEL
-from hwtools.tables import read_object
-from lib.bench import BOARDS, HWQUERY, PRACTICAL, QUICKSTART, agent_on
+from lib.bench import PRACTICAL, agent_on
 from lib.firmware import compare_inventory, parse_dmidecode
 
 UNAVAILABLE, HEALTHY, CRITICAL = 1, 2, 4
+BARE = "from hwtools.board import Board\nboard = Board('bare')\n"
 PROCESSOR = 7
 
 
@@ -53,34 +50,25 @@ class InventoryTables(unittest.TestCase):
 
 class BareMachine(unittest.TestCase):
     def test_a_machine_without_tables_and_inventory_has_none_and_still_serves(self):
-        with tempfile.TemporaryDirectory() as folder:
-            bare = Path(folder) / "bare.py"
-            bare.write_text("from hwtools.board import Board\nboard = Board('bare')\n")
+        def wipe(simulator):
+            simulator.board.smbios.image = lambda: bytes(1 << 20)
 
-            def wipe(simulator):
-                simulator.board.smbios.image = lambda: bytes(1 << 20)
-
-            with agent_on(bare, wipe) as (_, read_rows):
-                for table in ("processorDeviceTable", "physicalMemoryArrayTable", "physicalMemoryDeviceTable"):
-                    self.assertEqual(read_rows(table), [])
-                chassis = read_rows("chassisInformationGroup")[0]
-                self.assertEqual((chassis["chassisStatus"], chassis["chassisContainerType"], chassis["chassisSerialNumber"]),
-                                 (HEALTHY, 2, ""))
-                self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
-
+        with agent_on(BARE, wipe) as (_, read_rows):
+            for table in ("processorDeviceTable", "physicalMemoryArrayTable", "physicalMemoryDeviceTable"):
+                self.assertEqual(read_rows(table), [])
+            chassis = read_rows("chassisInformationGroup")[0]
+            self.assertEqual((chassis["chassisStatus"], chassis["chassisContainerType"], chassis["chassisSerialNumber"]),
+                             (HEALTHY, 2, ""))
+            self.assertEqual(read_rows("systemManagementSoftwareGroup")[0]["systemHealthStatus"], HEALTHY)
 
     def test_without_records_of_sensors_the_firmware_still_tells_in_the_mode(self):
-        with tempfile.TemporaryDirectory() as name, contextlib.ExitStack() as bench:
-            folder = Path(name)
-            (folder / "bare.py").write_text("from hwtools.board import Board\nboard = Board('bare')\n"
-                                            "board.smbios.processor('Socket 0', 'Lakeside Silicon', 'K8', 1)\n"
-                                            "board.smbios.chassis(0x17, 'Lakeside Works', 'A1', 'C-7741', 'RACK-7')\n")
-            simulator = bench.enter_context(Simulator(folder / "bare.py", folder / "bmc"))
-            master = bench.enter_context(MasterAgent(folder / "master"))
-            agent = bench.enter_context(Agent(folder / "agent", simulator, master, settings(practical=1)))
+        with Bench() as bench:
+            bench.simulate(BARE + "board.smbios.processor('Socket 0', 'Lakeside Silicon', 'K8', 1)\n"
+                                  "board.smbios.chassis(0x17, 'Lakeside Works', 'A1', 'C-7741', 'RACK-7')\n")
+            agent = bench.start_agent(settings(practical=1))
 
             def first_row(table):
-                return (read_object(f"127.0.0.1:{master.port}", find_object(table)) or [{}])[0]
+                return (bench.read(table) or [{}])[0]
 
             wait_until(lambda: first_row("chassisInformationGroup").get("chassisSerialNumber") == "C-7741", 30, "the enclosure")
             self.assertEqual(first_row("processorDeviceTable")["processorDescription"], "Socket 0 (8 cores, 16 threads)")
@@ -90,9 +78,8 @@ class BareMachine(unittest.TestCase):
 class BoardName(unittest.TestCase):
     def test_the_firmware_names_the_board_before_its_tables_do(self):
         variable = "sys/firmware/efi/efivars/FWVERSIONDATA-ec87d643-eba4-4bb5-a1e5-3f3e36b20da9"
-        with tempfile.TemporaryDirectory() as name, \
-                Simulator(BOARDS / "inventory.py", Path(name) / "bmc") as simulator:
-            agent = Agent(Path(name) / "agent", simulator, MasterAgent(Path(name) / "master"))
+        with Bench() as bench:
+            agent = Agent(bench.folder / "agent", bench.simulate(BOARDS / "inventory.py"), MasterAgent(bench.folder / "master"))
             agent.prepare()
             for data, model in ((None, "Larch-2"), (b"\7\0\0\0$VER2.1 $FIDAlder-2_        \0", "Alder-2_")):
                 if data:
@@ -101,7 +88,3 @@ class BoardName(unittest.TestCase):
                 shown = subprocess.run([HWQUERY, "get", "/BIOS/PlatformID"],
                                        capture_output=True, text=True, env=agent.environment())
                 self.assertEqual((shown.stdout, shown.stderr), (f"/BIOS/PlatformID = {model}\n", ""))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -3,14 +3,11 @@
 import contextlib
 import os
 import signal
-import tempfile
 import unittest
-from pathlib import Path
 
-from hwtools.bench import ENTERPRISE, Agent, MasterAgent, Simulator, build_folder, settings
+from hwtools.bench import ENTERPRISE, QUICKSTART, Bench, build_folder, settings
 from hwtools.processes import is_running, wait_until
 from hwtools.tables import walk
-from lib.bench import QUICKSTART
 
 VALGRIND = ("valgrind", "--quiet", "--leak-check=full", "--show-leak-kinds=definite", "--errors-for-leak-kinds=definite")
 TREE = tuple(map(int, ENTERPRISE.split(".")))
@@ -35,15 +32,14 @@ def stopped(pid):
 class Memory(unittest.TestCase):
     def check(self, practical):
         """Runs the agent in the mode, and fails for what valgrind has to say."""
-        folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
-        simulator = self.enterContext(Simulator(QUICKSTART, folder / "bmc"))
-        master = self.enterContext(MasterAgent(folder / "master"))
-        agent = self.enterContext(Agent(folder / "agent", simulator, master, settings(practical=practical), under_valgrind(folder)))
+        bench = self.enterContext(Bench())
+        bench.simulate(QUICKSTART)
+        agent = bench.start_agent(settings(practical=practical), executable=under_valgrind(bench.folder))
         agent.wait_served(300)
-        wait_until(lambda: len(walk(f"127.0.0.1:{master.port}", TREE, timeout=30)) > 400, 120, "the tables", step=1)
+        wait_until(lambda: len(walk(f"127.0.0.1:{bench.master.port}", TREE, timeout=30)) > 400, 120, "the tables", step=1)
         daemon = agent.pid
         wait_until(lambda: stopped(daemon), 60, "the daemon's end", step=1)
-        reports = {path.name: path.read_text() for path in folder.glob("report.*")}
+        reports = {path.name: path.read_text() for path in bench.folder.glob("report.*")}
         self.assertEqual(reports.get(f"report.{daemon}"), "")
         self.assertEqual("".join(reports.values()), "")
 
@@ -52,7 +48,3 @@ class Memory(unittest.TestCase):
 
     def test_nothing_is_used_out_of_place_or_lost_without_it(self):
         self.check(practical=0)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,6 +1,5 @@
 """HWAGENT-MIB as the programs of a manager read it."""
 
-import contextlib
 import os
 import re
 import subprocess
@@ -9,9 +8,8 @@ import unittest
 from collections import Counter
 from pathlib import Path
 
-from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, settings
+from hwtools.bench import BOARDS, ROOT, Bench, settings
 from hwtools.mibtable import BASE, OBJECTS, TRAP_ARC, TRAP_OBJECT_ARC, TRAP_OBJECTS, TRAPS, dotted
-from lib.bench import BOARDS
 
 MIBS = ROOT / "share" / "mibs"
 FOLDERS = f"{MIBS}:{MIBS / 'minimal'}"
@@ -77,21 +75,15 @@ class LiveWalk(unittest.TestCase):
 
     def test_every_instance_is_in_the_mib_with_its_syntax(self):
         columns = {c.name: (thing.scalar, self.OF_LABELS if c.values else self.FORMS[c.kind]) for thing in OBJECTS for c in thing.columns}
-        with contextlib.ExitStack() as bench:
-            folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-            simulator = bench.enter_context(Simulator(BOARDS / "server2025.py", folder / "bmc"))
-            master = bench.enter_context(MasterAgent(folder / "master"))
-            bench.enter_context(Agent(folder / "agent", simulator, master, settings(practical=1))).wait_served()
+        with Bench() as bench:
+            bench.simulate(BOARDS / "server2025.py")
+            bench.start_agent(settings(practical=1)).wait_served()
             walked = subprocess.run(["snmpbulkwalk", "-v2c", "-c", "public", "-M", FOLDERS, "-m", "HWAGENT-MIB", "-OU",
-                                     f"127.0.0.1:{master.port}", dotted(BASE)], capture_output=True, text=True,
-                                    env=dict(os.environ, SNMP_PERSISTENT_DIR=str(folder))).stdout
+                                     f"127.0.0.1:{bench.master.port}", dotted(BASE)], capture_output=True, text=True,
+                                    env=dict(os.environ, SNMP_PERSISTENT_DIR=str(bench.folder))).stdout
         for line in walked.splitlines():
             name, instance, value = re.fullmatch(r"HWAGENT-MIB::(\w+)\.(\d+) = (.*)", line).groups()
             is_scalar, form = columns[name]
             self.assertRegex(value, rf"\A{form}\Z", line)
             self.assertEqual(instance == "0", is_scalar, line)
         self.assertGreater(walked.count("\n"), 1500)
-
-
-if __name__ == "__main__":
-    unittest.main()

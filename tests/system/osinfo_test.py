@@ -37,7 +37,3 @@ class ThisMachine(unittest.TestCase):
         df = [line.split() for line in run("df", "-k").splitlines()[1:]]
         self.assertTrue(df)
         self.assertEqual(sorted(self.of("drive")), sorted([row[5], row[1]] for row in df))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -4,8 +4,7 @@ import subprocess
 import tempfile
 import unittest
 
-from hwtools.bench import Simulator
-from lib.bench import BOARDS, QUICKSTART, over_the_library
+from hwtools.bench import BOARDS, QUICKSTART, Simulator, over_the_library
 
 SUBJECTS = (["mc", "info"], ["sdr", "elist"], ["sensor"], ["sel", "elist"], ["fru"])
 
@@ -21,7 +20,3 @@ class IpmitoolOverTheLibrary(unittest.TestCase):
                         self.assertEqual(direct.stdout, simulator.ipmitool(*subject).stdout)
                         self.assertEqual((direct.stderr, direct.returncode), ("", 0))
                         self.assertTrue(direct.stdout.strip())
-
-
-if __name__ == "__main__":
-    unittest.main()

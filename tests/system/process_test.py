@@ -5,12 +5,11 @@ import os
 import re
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
 from pathlib import Path
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, PID_FILE, ROOT, Agent, MasterAgent, Simulator
+from hwtools.bench import COMMUNITY, ENTERPRISE, PID_FILE, QUICKSTART, Agent, Bench, MasterAgent
 from hwtools.faultline import Fault, FaultLine
 from hwtools.mibtable import OBJECTS, dotted
 from hwtools.processes import is_running, tail, wait_until
@@ -46,14 +45,14 @@ def thread_names(pid):
     return [(task / "comm").read_text().strip() for task in Path(f"/proc/{pid}/task").iterdir()]
 
 
-class Bench(unittest.TestCase):
+class WithMaster(unittest.TestCase):
     """Simulator and snmpd for a class."""
 
     @classmethod
     def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.simulator = cls.enterClassContext(Simulator(ROOT / "share" / "boards" / "quickstart.py", cls.folder / "bmc"))
-        cls.master = cls.enterClassContext(MasterAgent(cls.folder / "master"))
+        bench = cls.enterClassContext(Bench())
+        cls.folder, cls.simulator = bench.folder, bench.simulate(QUICKSTART)
+        cls.master = bench.enter_context(MasterAgent(cls.folder / "master"))
 
     CONFIGURATION = None  # the shipped one
 
@@ -73,7 +72,7 @@ class Bench(unittest.TestCase):
         return agent
 
 
-class Requests(Bench):
+class Requests(WithMaster):
     """One agent, asked in every way."""
 
     @classmethod
@@ -128,7 +127,7 @@ class Requests(Bench):
         self.assertTrue(is_running(self.daemon))
 
 
-class Life(Bench):
+class Life(WithMaster):
     """Starts and ends of the process, plainly."""
 
     CONFIGURATION = "practical = 0\n"
@@ -157,14 +156,6 @@ class Life(Bench):
         self.assertEqual(end_by(agent, signal.SIGKILL), 0)
         self.assertIn("Killed by 9\n", (agent.folder / "agent.log").read_text())
 
-    def test_a_second_agent_leaves_the_first_one_serving(self):
-        first = self.start_agent("first")
-        second = self.start_agent("second", served=False)
-        time.sleep(1)
-        second.stop()
-        self.assertTrue(is_running(first.pid))
-        self.assertIn(PROBE, values(snmp(self.master, "snmpget", PROBE)))
-
     def test_closed_descriptors_do_not_reach_a_file(self):
         agent = self.prepared()
         subprocess.run(["sh", "-c", f"exec {agent.executable} <&- >&- 2>&-"], env=agent.environment(), check=True)
@@ -172,7 +163,7 @@ class Life(Bench):
         self.assertEqual((agent.root / PID_FILE.lstrip("/")).read_text(), f"{agent.pid}\n")
 
 
-class PracticalLife(Bench):
+class PracticalLife(WithMaster):
     """Starts and ends where the agent is to serve, whatever happens."""
 
     CONFIGURATION = "practical = 1\ndebugEnabled = 1\n"
@@ -228,7 +219,7 @@ class PracticalLife(Bench):
         self.assertEqual(agent.processes(), [])
 
 
-class MasterFaults(Bench):
+class MasterFaults(WithMaster):
     """The master agent comes and goes; the agent stays."""
 
     def test_restarts_in_the_middle_of_requests_are_survived_and_a_stop_is_clean(self):
@@ -260,7 +251,3 @@ class MasterFaults(Bench):
         self.master.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.master.process.send_signal, signal.SIGCONT)
         self.assertEqual(end_by(agent, signal.SIGTERM), 0)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,13 +1,11 @@
 """The event log as the SDK tells it, against ipmitool on the same simulator: bytes, ids, times, names, erasure."""
 
 import os
-import tempfile
 import unittest
-from pathlib import Path
 from unittest.mock import patch
 
-from hwtools.bench import Simulator
-from lib.bench import QUICKSTART, ask
+from hwtools.bench import QUICKSTART, Bench
+from lib.bench import ask
 
 # Record types and all behind them; 0xDC is a start of the system. The maker's id behind the time reads the same both
 # ways, for ipmitool writes it reversed.
@@ -17,9 +15,9 @@ MAKERS = [[0xC7, 1, 2, 3, 4, 0x57, 0x01, 0x57, 9, 8, 7, 6, 5, 4], [0xF3, *range(
 
 class EventLog(unittest.TestCase):
     def setUp(self):
-        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.enterContext(patch.dict(os.environ, TZ="UTC"))  # of ipmitool's times
-        self.simulator = self.enterContext(Simulator(QUICKSTART, self.folder / "bmc"))
+        self.bench = self.enterContext(Bench())
+        self.simulator = self.bench.simulate(QUICKSTART)
 
     def ask(self, path, *options):
         """The answer's nodes below `path`, by their names behind it."""
@@ -36,7 +34,7 @@ class EventLog(unittest.TestCase):
                 for line in self.simulator.ipmitool("sel", "elist").stdout.splitlines()]
 
     def add_events(self, count):
-        events = self.folder / "events"
+        events = self.bench.folder / "events"
         events.write_text("".join(f"0x04 0x01 0x02 0x{1 if i % 3 else 0x81:02x} 0x57 0x{i % 256:02x} 0x46 # warm\n"
                                   for i in range(count)))
         self.simulator.ipmitool("sel", "add", str(events))
@@ -45,7 +43,7 @@ class EventLog(unittest.TestCase):
         for record in MAKERS:
             self.simulator.ipmitool("raw", "0x0a", "0x44", "0", "0", *map(str, record))
         self.add_events(5)
-        written = self.folder / "raw"
+        written = self.bench.folder / "raw"
         self.simulator.ipmitool("sel", "writeraw", str(written))
         records, listed = self.translated(), self.listed()
         self.assertEqual(bytes.fromhex("".join(record["RAW"] for record in records)), written.read_bytes())
@@ -81,7 +79,3 @@ class EventLog(unittest.TestCase):
     def test_a_thousand_records_are_all_told(self):
         self.add_events(1000)
         self.assertEqual(len(self.translated()), len(self.listed()))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -36,6 +36,29 @@ TRAPS = [("70.18", "Status is Upper Critical"),
 
 GUEST = f"""
 set -e
+# waits COUNT SECONDS COMMAND...: tries the command, so often at most with so long between
+waits() {{
+    left=$1 pause=$2
+    shift 2
+    until "$@"; do
+        left=$((left - 1))
+        [ $left -gt 0 ]
+        sleep $pause
+    done
+}}
+# health and the chassis' inventory: the first readings and what is read last
+has_read() {{
+    snmpget -v2c -c public -Oqv -r0 -t2 127.0.0.1 {' '.join("." + dotted(oid) for oid in READ)} 2> /dev/null > /tmp/read
+    [ "$(grep -cE '^([2-9]|[1-9][0-9]+)$' /tmp/read)" = {len(READ)} ]
+}}
+# and what rows come meanwhile: two walks that are alike but for the time between them
+walks_alike() {{
+    cp /tmp/walk /tmp/walk.before 2> /dev/null
+    snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)} > /tmp/walk
+    cmp -s /tmp/walk /tmp/walk.before
+}}
+knows_log() {{ [ -e {SEL_MARK} ] || grep -q 'Structures related to SEL are initialized' /tmp/agent.log; }}
+gone() {{ ! grep -qsx hwAgent /proc/[0-9]*/comm; }}
 cmake --install {build_folder()} > /share/install.log
 sed -i -E 's/^(trapsEnabled|debugEnabled) = 0$/\\1 = 1/' /usr/local/hwagent/conf/hwagent.conf
 printf 'master agentx\\nagentAddress udp:127.0.0.1:161\\nrocommunity public\\ntrap2sink 127.0.0.1:162 public\\n' > /tmp/snmpd.conf
@@ -47,48 +70,17 @@ sleep 1
 # each line into the shared folder takes a way through the host: the log is copied at the end
 trap 'cp /tmp/agent.log /share' EXIT
 /usr/local/hwagent/bin/hwAgent > /tmp/agent.log 2>&1
-i=0
-# health and the chassis' inventory: the first readings and what is read last
-until
-    snmpget -v2c -c public -Oqv -r0 -t2 127.0.0.1 {' '.join("." + dotted(oid) for oid in READ)} 2> /dev/null > /tmp/read
-    [ "$(grep -cE '^([2-9]|[1-9][0-9]+)$' /tmp/read)" = {len(READ)} ]; do
-    i=$((i + 1))
-    [ $i -lt 200 ]
-    sleep 1
-done
-# and what rows come meanwhile: two walks that are alike but for the time between them
-until
-    cp /tmp/walk /tmp/walk.before 2> /dev/null
-    snmpbulkwalk -v2c -c public {' '.join(WALK_FORM)} -t 10 127.0.0.1 .{dotted(BASE)} > /tmp/walk
-    cmp -s /tmp/walk /tmp/walk.before; do
-    i=$((i + 1))
-    [ $i -lt 200 ]
-    sleep 8
-done
+waits 200 1 has_read
+waits 50 8 walks_alike
 cp /tmp/walk /share/walk.txt
 ls /dev/ipmi0 > /share/device.txt 2> /dev/null || true
 dmidecode > /share/dmidecode.txt
 [ ! -e /dev/ipmi0 ] || ipmitool fru print 0 > /share/fru.txt
-i=0
-until [ -e {SEL_MARK} ] || grep -q 'Structures related to SEL are initialized' /tmp/agent.log; do
-    i=$((i + 1))
-    [ $i -lt 60 ]
-    sleep 0.5
-done
+waits 60 0.5 knows_log
 : > /share/ready
-i=0
-until grep -q 'Cooling Full' /share/traps.txt; do
-    i=$((i + 1))
-    [ $i -lt 120 ]
-    sleep 0.5
-done
+waits 120 0.5 grep -q 'Cooling Full' /share/traps.txt
 kill "$(cat /var/run/hwagentd.pid)"
-i=0
-while grep -qsx hwAgent /proc/[0-9]*/comm; do
-    i=$((i + 1))
-    [ $i -lt 20 ]
-    sleep 0.5
-done
+waits 20 0.5 gone
 """
 
 
@@ -149,7 +141,3 @@ class InstalledAgent(unittest.TestCase):
 
     def test_over_the_kcs_port_without_the_driver(self):
         self.check_server(driver=False)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -6,10 +6,9 @@ import pty
 import subprocess
 import tempfile
 import unittest
-from pathlib import Path
 
-from hwtools.bench import Simulator
-from lib.bench import HWQUERY, QUICKSTART, ask, over_the_library
+from hwtools.bench import HWQUERY, QUICKSTART, Bench, over_the_library
+from lib.bench import ask
 
 # ipmi_sim asks a program for what a chassis remembers.
 CHASSIS = """#!/bin/sh
@@ -83,15 +82,15 @@ READ_BY_BOTH = (
 class Settings(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        program = folder / "chassis"
-        program.write_text(CHASSIS.format(folder=folder))
+        bench = cls.enterClassContext(Bench())
+        program = bench.folder / "chassis"
+        program.write_text(CHASSIS.format(folder=bench.folder))
         program.chmod(0o755)
         line, end = pty.openpty()
         cls.addClassCleanup(os.close, line)
         cls.addClassCleanup(os.close, end)
-        cls.simulator = cls.enterClassContext(Simulator(
-            QUICKSTART, folder / "bmc", f'  chassis_control "{program} 0x20"\n  sol "{os.ttyname(end)}" 115200\n'))
+        cls.simulator = bench.simulate(
+            QUICKSTART, f'  chassis_control "{program} 0x20"\n  sol "{os.ttyname(end)}" 115200\n')
 
     def read(self, path):
         return " ".join(ask(self, self.simulator, path)[path])
@@ -154,7 +153,3 @@ class Settings(unittest.TestCase):
     def write_password_back(self):
         subprocess.run([HWQUERY, "set", "--yes", "/BMC/USER[2]/PASSWORD"], input="hwpass\n", text=True, check=True,
                        env=over_the_library(self.simulator))
-
-
-if __name__ == "__main__":
-    unittest.main()

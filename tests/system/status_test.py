@@ -11,11 +11,10 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import RUN_FOLDER, Agent, MasterAgent, Simulator, settings
+from hwtools.bench import HWQUERY, QUICKSTART, RUN_FOLDER, Agent, MasterAgent, Simulator, settings
 from hwtools.mibtable import TRAPS, dotted
 from hwtools.processes import wait_until
 from hwtools.traps import TrapReceiver
-from lib.bench import HWQUERY, QUICKSTART
 from lib.traps import check_traps
 
 NARROW = "view narrow included .1.3.6.1.2.1.1\nrocommunity narrow 127.0.0.1 -V narrow\n"

@@ -58,7 +58,3 @@ class Storm(unittest.TestCase):
             yield walker
         finally:
             end(walker)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -8,10 +8,9 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from hwtools.bench import ROOT, Simulator
+from hwtools.bench import HWQUERY, QUICKSTART, ROOT, Bench, over_the_library
 from hwtools.mibtable import NO_VALUE, find_object
 from hwtools.tables import parse_walk, printed, rows, trouble
-from lib.bench import HWQUERY, QUICKSTART, over_the_library
 
 
 class TranslationSources(unittest.TestCase):
@@ -63,10 +62,7 @@ class Queries(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(folder.cleanup)
-        simulator = cls.enterClassContext(Simulator(QUICKSTART, Path(folder.name) / "bmc"))
-        cls.environment = over_the_library(simulator)
+        cls.environment = over_the_library(cls.enterClassContext(Bench()).simulate(QUICKSTART))
 
     def run_get(self, *words):
         done = subprocess.run([HWQUERY, "get", *words], capture_output=True, text=True,
@@ -126,7 +122,3 @@ class Walks(unittest.TestCase):
         self.assertLessEqual(max(map(len, lines)), 80)
         self.assertEqual(sum(line.startswith("  row 3") for line in lines), 2)
         self.assertIn("size 0.00292969 GB", " ".join(lines))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -3,15 +3,12 @@
 import os
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
-from pathlib import Path
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, Agent, MasterAgent, Simulator, settings
+from hwtools.bench import BOARDS, COMMUNITY, ENTERPRISE, QUICKSTART, Bench, settings
 from hwtools.processes import wait_until
 from hwtools.traps import TrapReceiver
-from lib.bench import BOARDS, QUICKSTART
 from lib.traps import check_traps
 
 BASE = ENTERPRISE + ".2.10.3.5"
@@ -40,7 +37,7 @@ def health(before, after, severity):
     return [(TEXT, f"System health was changed from {before} to {after}."), (SYSTEM_SEVERITY, severity)]
 
 
-class Bench(unittest.TestCase):
+class Followed(unittest.TestCase):
     """A manager, a simulator, a master agent, and an agent that follows the event log, for the tests of a class; each looks
     at what has come since it began."""
 
@@ -48,11 +45,11 @@ class Bench(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.receiver = cls.enterClassContext(TrapReceiver(folder / "manager"))
-        cls.simulator = cls.enterClassContext(Simulator(cls.BOARD, folder / "bmc"))
-        cls.master = cls.enterClassContext(MasterAgent(folder / "master", cls.receiver.sink))
-        cls.agent = cls.enterClassContext(Agent(folder / "agent", cls.simulator, cls.master, settings(**cls.SETTINGS)))
+        bench = cls.enterClassContext(Bench())
+        cls.receiver = bench.enter_context(TrapReceiver(bench.folder / "manager"))
+        cls.simulator = bench.simulate(cls.BOARD)
+        cls.agent = bench.start_agent(settings(**cls.SETTINGS), cls.receiver.sink)
+        cls.master = bench.master
         cls.agent.wait_served()
         wait_until(cls.agent.knows_log, 30, "the first poll")
 
@@ -81,17 +78,13 @@ class Bench(unittest.TestCase):
         self.simulator.ipmitool("raw", "0x0a", "0x44", *(hex(byte) for byte in (
             0, 0, 2, 0, 0, 0, 0, 0x20, 0, 4, sensor_type, sensor, trigger, *data)))
 
-    def get(self, name):
-        return subprocess.run(["snmpget", "-v2c", "-c", COMMUNITY, "-Oqv", f"127.0.0.1:{self.master.port}", name],
-                              capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout.strip()
-
     def row_of(self, table, sensor):
         walked = subprocess.run(["snmpwalk", "-v2c", "-c", COMMUNITY, "-Onq", f"127.0.0.1:{self.master.port}",
                                  f"{BASE}.{table}.1.2"], capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout
         return next(line.split()[0].rsplit(".", 1)[1] for line in walked.splitlines() if line.split()[1] == device_id(sensor))
 
 
-class Traps(Bench):
+class Traps(Followed):
     def test_a_loss_of_the_master_is_told_once_while_events_are_kept_track_of(self):
         self.lose_master()
         for _ in range(2):
@@ -101,7 +94,7 @@ class Traps(Bench):
         self.assertEqual(self.diagnostics().count("traps are lost until it is back"), 1)
         self.master.start()
         self.agent.wait_served(30)
-        self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
+        self.assertEqual(self.agent.health(), CRITICAL)
         self.log(TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)
         self.assertEqual([name for name, _ in self.wait_for(2, POLL_SECONDS + TRAP_SECONDS * 3)], ["70.16", "20.3"])
 
@@ -125,7 +118,7 @@ class Traps(Bench):
         time.sleep(TRAP_SECONDS + 1)
         self.assertEqual(self.traps(), expected)
         check_traps(self, expected)
-        self.assertEqual(self.get(SYSTEM_SEVERITY), CRITICAL)
+        self.assertEqual(self.agent.health(), CRITICAL)
 
     def test_in_the_pause_before_a_trap_a_stop_is_clean(self):
         self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
@@ -136,7 +129,7 @@ class Traps(Bench):
         self.assertNotIn("Caught SIGSEGV", self.diagnostics())
 
 
-class PracticalHealth(Bench):
+class PracticalHealth(Followed):
     BOARD, SETTINGS = BOARDS / "server2025.py", PRACTICAL
 
     def test_it_follows_what_is_there_and_a_recovery_from_one_state_tells_the_one_that_still_holds(self):
@@ -156,12 +149,12 @@ class PracticalHealth(Bench):
             with self.subTest(sensor=reading):
                 self.simulator.say(f"sensor_set_{command} {reading}")
                 expected += traps
-                wait_until(lambda health=health_then: self.get(SYSTEM_SEVERITY) == health and len(texts()) >= len(expected), 60,
+                wait_until(lambda health=health_then: self.agent.health() == health and len(texts()) >= len(expected), 60,
                            "health and traps", 0.2)
                 self.assertEqual(texts(), expected)
 
 
-class PracticalTraps(Bench):
+class PracticalTraps(Followed):
     """The log is followed over whatever happens to it and to the agent; a record is told once."""
 
     SETTINGS = PRACTICAL
@@ -210,7 +203,3 @@ class PracticalTraps(Bench):
         wait_until(lambda: self.told() >= 6, 3 * POLL_SECONDS, "the first of the traps", 0.02)
         os.kill(self.agent.pid, signal.SIGKILL)
         self.expect(15, 60, most=16)  # killed between a trap and its note, it tells that one again
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -2,6 +2,7 @@
 
 Each part is a context manager that keeps all its files in the folder it is given and binds 127.0.0.1 only."""
 
+import contextlib
 import csv
 import os
 import re
@@ -15,10 +16,14 @@ from pathlib import Path
 
 from . import simfiles
 from .board import load_board
+from .mibtable import find_object
 from .processes import (BenchError, adopt_orphans, end, find_by_environment, free_port, parent_of, reap_orphans, spawn, tail,
                         wait_until)
+from .tables import read_object
 
 ROOT = Path(__file__).resolve().parents[2]
+BOARDS = ROOT / "share" / "boards"
+QUICKSTART = BOARDS / "quickstart.py"
 AGENT_HOME = "/usr/local/hwagent"
 TRANSLATIONS = "/usr/local/share/morvandale"
 PID_FILE = "/var/run/hwagentd.pid"
@@ -35,6 +40,15 @@ ENTERPRISE = "1.3.6.1.4.1.44444"
 def build_folder():
     """Where the executables under test are: HWAGENT_BUILD, or the release build."""
     return Path(os.environ.get("HWAGENT_BUILD", ROOT / "build" / "release"))
+
+
+HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
+LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
+
+
+def over_the_library(simulator, **more):
+    """The environment of a program whose /dev/ipmi0 is the simulator."""
+    return dict(os.environ, LD_PRELOAD=str(LIBRARY), HWAGENT_PRELOAD_BMC=f"127.0.0.1:{simulator.serial_port}", **more)
 
 
 def settings(**keys):
@@ -205,11 +219,10 @@ class Agent:
             (snmp / f"{name}.conf").write_text(f"agentXSocket unix:{self.master.agentx}\nagentXPingInterval 2\n")
 
     def environment(self):
-        return dict(os.environ, MIBS="", SNMPCONFPATH=str(self.folder / "snmp"),
+        return over_the_library(
+            self.simulator, MIBS="", SNMPCONFPATH=str(self.folder / "snmp"),
                     SNMP_PERSISTENT_DIR=str(self.folder / "snmp"),
-                    LD_PRELOAD=str(build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"),
-                    HWAGENT_PRELOAD_ROOT=str(self.root),
-                    HWAGENT_PRELOAD_BMC=f"127.0.0.1:{self.simulator.serial_port}")
+                    HWAGENT_PRELOAD_ROOT=str(self.root))
 
     def start(self):
         """Starts it and waits until its daemon runs."""
@@ -272,3 +285,29 @@ class Agent:
         for pid in running:
             os.kill(pid, signal.SIGKILL)
         reap_orphans()
+
+
+class Bench(contextlib.ExitStack):
+    """Parts that end together, in a folder that is gone then: a simulator, and master agent and agent behind it."""
+
+    def __enter__(self):
+        self.folder = Path(self.enter_context(tempfile.TemporaryDirectory()))
+        return super().__enter__()
+
+    def simulate(self, board, more=""):
+        """The simulator of a board: its file, or the text of one."""
+        if isinstance(board, str):
+            (self.folder / "board.py").write_text(board)
+            board = self.folder / "board.py"
+        self.simulator = self.enter_context(Simulator(board, self.folder / "bmc", more))
+        return self.simulator
+
+    def start_agent(self, configuration=None, extra="", line=None, executable=None):
+        """`extra`: further lines for the master agent; `line`: what stands between simulator and agent."""
+        self.master = self.enter_context(MasterAgent(self.folder / "master", extra))
+        self.agent = self.enter_context(Agent(self.folder / "agent", line or self.simulator, self.master, configuration, executable))
+        return self.agent
+
+    def read(self, thing):
+        """Rows of an object of the MIB, by its name or whole."""
+        return read_object(f"127.0.0.1:{self.master.port}", find_object(thing) if isinstance(thing, str) else thing)

@@ -4,36 +4,19 @@ import contextlib
 import json
 import os
 import subprocess
-import tempfile
-from pathlib import Path
 
-from hwtools.bench import ROOT, Agent, MasterAgent, Simulator, build_folder
-from hwtools.mibtable import find_object
-from hwtools.tables import read_object
+from hwtools.bench import HWQUERY, Bench, build_folder, over_the_library
 
-BOARDS = ROOT / "share" / "boards"
-QUICKSTART = BOARDS / "quickstart.py"
 PRACTICAL = os.environ.get("HWAGENT_PRACTICAL") == "1"
-HWQUERY = build_folder() / "tools" / "hwquery" / "hwquery"
-LIBRARY = build_folder() / "tools" / "ipmi-preload" / "libhwagent-preload.so"
 
 
 @contextlib.contextmanager
 def agent_on(board, prepare=lambda simulator: None):
     """A running agent on a board: its simulator, and a function that reads the rows of an object, by name or whole."""
-    with contextlib.ExitStack() as bench:
-        folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
-        simulator = bench.enter_context(Simulator(board, folder / "bmc"))
-        prepare(simulator)
-        master = bench.enter_context(MasterAgent(folder / "master"))
-        bench.enter_context(Agent(folder / "agent", simulator, master)).wait_served()
-        yield simulator, lambda thing: read_object(f"127.0.0.1:{master.port}",
-                                                   find_object(thing) if isinstance(thing, str) else thing)
-
-
-def over_the_library(simulator, **more):
-    """The environment of a program whose /dev/ipmi0 is the simulator."""
-    return dict(os.environ, LD_PRELOAD=str(LIBRARY), HWAGENT_PRELOAD_BMC=f"127.0.0.1:{simulator.serial_port}", **more)
+    with Bench() as bench:
+        prepare(bench.simulate(board))
+        bench.start_agent().wait_served()
+        yield bench.simulator, bench.read
 
 
 def ask(test, simulator, path, *options):
