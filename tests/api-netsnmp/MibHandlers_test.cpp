@@ -105,38 +105,37 @@ void shutdownSMClient() {}
 
 namespace {
 struct Object {
-    _SMEntity entity;
     std::span<const oid> place;
     std::span<const variable2> rows;
     bool isTable = place.size() == std::tuple_size_v<mib::TableOid>;
 };
 
+/// In the order of their entities.
 const std::vector<Object>& objects()
 {
-#define OBJECT(entity, name)                                                                                           \
+#define OBJECT(name)                                                                                                   \
+    Object                                                                                                             \
     {                                                                                                                  \
-        entity, name##_variables_oid, name##_variables                                                                 \
+        name##_variables_oid, name##_variables                                                                         \
     }
-    static const std::vector<Object> all = {
-        OBJECT(SMINFO, systemManagementSoftwareGroup),
-        OBJECT(CHASSIS, chassisInformationGroup),
-        OBJECT(PROCESSOR, processorDeviceTable),
-        OBJECT(DISCRETE_PROCESSOR, discreteProcessorTable),
-        OBJECT(POWERUNIT, powerUnitTable),
-        OBJECT(POWERSUPPLY, powerSupplyTable),
-        OBJECT(VOLTAGE, voltageProbeTable),
-        OBJECT(DISCRETEVOLTAGE, discreteVoltageProbeTable),
-        OBJECT(CURRENT, currentProbeTable),
-        OBJECT(MEMORYARRAY, physicalMemoryArrayTable),
-        OBJECT(MEMORYDEVICE, physicalMemoryDeviceTable),
-        OBJECT(DISCRETE_MEMORY, discreteMemoryTable),
-        OBJECT(COOLINGUNIT, coolingUnitTable),
-        OBJECT(COOLINGDEVICE, coolingDeviceTable),
-        OBJECT(DISCRETECOOLING, discreteCoolingDeviceTable),
-        OBJECT(TEMPERATURE, temperatureProbeTable),
-        OBJECT(DRIVESLOT, driveSlotPresenceSensorTable),
-        OBJECT(MISCELLANEOUS, miscellaneousSensorTable),
-    };
+    static const std::vector<Object> all = {OBJECT(systemManagementSoftwareGroup),
+                                            OBJECT(chassisInformationGroup),
+                                            OBJECT(processorDeviceTable),
+                                            OBJECT(discreteProcessorTable),
+                                            OBJECT(powerUnitTable),
+                                            OBJECT(powerSupplyTable),
+                                            OBJECT(voltageProbeTable),
+                                            OBJECT(discreteVoltageProbeTable),
+                                            OBJECT(currentProbeTable),
+                                            OBJECT(physicalMemoryArrayTable),
+                                            OBJECT(physicalMemoryDeviceTable),
+                                            OBJECT(discreteMemoryTable),
+                                            OBJECT(coolingUnitTable),
+                                            OBJECT(coolingDeviceTable),
+                                            OBJECT(discreteCoolingDeviceTable),
+                                            OBJECT(temperatureProbeTable),
+                                            OBJECT(driveSlotPresenceSensorTable),
+                                            OBJECT(miscellaneousSensorTable)};
 #undef OBJECT
     return all;
 }
@@ -203,7 +202,7 @@ TEST_F(MibHandlers, AllColumnsInOrderAskForTheAttributesInTheirRunningOrder)
             const Answer answer = getInstance(object, row, object.isTable ? 2 : 0);
             bool isText = false;
             for (const Call& call : theClient.calls) {
-                EXPECT_EQ(call.entity, object.entity);
+                EXPECT_EQ(call.entity, &object - objects().data() + SMINFO);
                 EXPECT_EQ(call.row, object.isTable ? 1 : 0);
                 attributes.push_back(call.attribute);
                 isText = call.through == Through::strInfo || call.through == Through::strData;
@@ -265,24 +264,14 @@ TEST_F(MibHandlers, WhatCannotBeReadIsZeroOrEmptyAndATextIsCutAtTheBuffer)
 }
 
 namespace {
-namespace phase {
-// The library's short names are taken by the test framework.
-constexpr int reserve1 = SNMP_MSG_INTERNAL_SET_RESERVE1;
-constexpr int reserve2 = SNMP_MSG_INTERNAL_SET_RESERVE2;
-constexpr int action = SNMP_MSG_INTERNAL_SET_ACTION;
-constexpr int commit = SNMP_MSG_INTERNAL_SET_COMMIT;
-constexpr int release = SNMP_MSG_INTERNAL_SET_FREE;
-constexpr int undo = SNMP_MSG_INTERNAL_SET_UNDO;
-} // namespace phase
-
 /// One phase of a SET of `value` on row 2 of the column.
-int setPhase(WriteMethod* write, int action, long value = 77, u_char type = ASN_INTEGER, std::size_t length = 8,
+int setPhase(WriteMethod* write, int phase, long value = 77, u_char type = ASN_INTEGER, std::size_t length = 8,
              oid row = 2)
 {
     oid name[] = {1, 3, 6, row};
     static long place;
     place = value;
-    return write(action, reinterpret_cast<u_char*>(&place), type, length, nullptr, name, 4);
+    return write(phase, reinterpret_cast<u_char*>(&place), type, length, nullptr, name, 4);
 }
 } // namespace
 
@@ -297,44 +286,39 @@ TEST_F(MibHandlers, SetWritesTheAttributeThatTheColumnReadsUnlessSetsAreDisabled
             theClient = {};
             WriteMethod* write = getInstance(object, row, 2).write;
             const Call read = theClient.calls.back();
-            for (int action = phase::reserve1; action <= phase::undo; ++action)
-                EXPECT_EQ(setPhase(write, action, 1, ASN_OCTET_STR, 100), SNMP_ERR_NOTWRITABLE);
+            for (int phase = SNMP_MSG_INTERNAL_SET_RESERVE1; phase <= SNMP_MSG_INTERNAL_SET_UNDO; ++phase)
+                EXPECT_EQ(setPhase(write, phase, 1, ASN_OCTET_STR, 100), SNMP_ERR_NOTWRITABLE);
             EXPECT_EQ(theClient.calls.size(), 1U);
             theClient.setsEnabled = 1;
-            for (const int action : {phase::reserve1, phase::reserve2, phase::action, phase::commit})
-                EXPECT_EQ(setPhase(write, action), SNMP_ERR_NOERROR);
+            for (int phase = SNMP_MSG_INTERNAL_SET_RESERVE1; phase <= SNMP_MSG_INTERNAL_SET_COMMIT; ++phase)
+                EXPECT_EQ(setPhase(write, phase), SNMP_ERR_NOERROR);
             EXPECT_EQ(theClient.calls.back(), (Call{Through::setInt, read.entity, read.attribute, 1}));
             EXPECT_EQ(theClient.written, 77);
         }
     EXPECT_EQ(columns, 24);
 }
 
-TEST_F(MibHandlers, UndoWritesTheValueReadBefore)
+TEST_F(MibHandlers, UndoWritesTheValueReadBeforeAndBadValuesAndFailuresHaveTheirErrors)
 {
     theClient.setsEnabled = 1;
     theClient.number = -5;
-    for (const int action : {phase::reserve1, phase::reserve2, phase::action})
-        EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, action), SNMP_ERR_NOERROR);
-    theClient.result = CLIENT_ERROR_NO_ROW;
-    EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::undo), SNMP_ERR_NOERROR);
-    EXPECT_EQ(theClient.written, -5);
-    theClient.calls.clear();
-    EXPECT_EQ(setPhase(write_currentLowerCriticalThreshold, phase::release), SNMP_ERR_NOERROR);
-    EXPECT_TRUE(theClient.calls.empty());
-}
-
-TEST_F(MibHandlers, BadValuesAndFailuresHaveTheirErrors)
-{
-    theClient.setsEnabled = 1;
     WriteMethod* write = write_voltageLowerNonRecoverableThreshold;
+    for (int phase = SNMP_MSG_INTERNAL_SET_RESERVE1; phase <= SNMP_MSG_INTERNAL_SET_ACTION; ++phase)
+        EXPECT_EQ(setPhase(write, phase), SNMP_ERR_NOERROR);
+    theClient.result = CLIENT_ERROR_NO_ROW;
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_UNDO), SNMP_ERR_NOERROR);
+    EXPECT_EQ(theClient.written, -5);
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_RESERVE2), SNMP_ERR_INCONSISTENTVALUE);
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_ACTION), SNMP_ERR_INCONSISTENTVALUE);
+    theClient = {};
+    theClient.setsEnabled = 1;
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_FREE), SNMP_ERR_NOERROR);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(setPhase(write, phase::reserve1, 1, ASN_OCTET_STR), SNMP_ERR_WRONGTYPE);
-    EXPECT_EQ(setPhase(write, phase::reserve1, 1, ASN_INTEGER, 9), SNMP_ERR_WRONGLENGTH);
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_RESERVE1, 1, ASN_OCTET_STR), SNMP_ERR_WRONGTYPE);
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_RESERVE1, 1, ASN_INTEGER, 9), SNMP_ERR_WRONGLENGTH);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "write to voltageLowerNonRecoverableThreshold not ASN_INTEGER\n"
                                                       "write to voltageLowerNonRecoverableThreshold: bad length\n");
-    EXPECT_EQ(setPhase(write, phase::reserve2, 1, ASN_INTEGER, 8, 0xffffffff), SNMP_ERR_NOERROR);
+    EXPECT_TRUE(theClient.calls.empty());
+    EXPECT_EQ(setPhase(write, SNMP_MSG_INTERNAL_SET_RESERVE2, 1, ASN_INTEGER, 8, 0xffffffff), SNMP_ERR_NOERROR);
     EXPECT_EQ(theClient.calls.back().row, -1);
-    theClient.result = CLIENT_ERROR_NO_ROW;
-    EXPECT_EQ(setPhase(write, phase::reserve2), SNMP_ERR_INCONSISTENTVALUE);
-    EXPECT_EQ(setPhase(write, phase::action), SNMP_ERR_INCONSISTENTVALUE);
 }

@@ -68,44 +68,36 @@ TEST(Process, StackLimitIsRaisedOnlyIfItIsBelow)
                   1);
 }
 
-/// What is said in a process whose resource has the limit. Through a pipe, which no limit on files concerns.
-std::string exhaustionUnder(__rlimit_resource resource, rlim_t soft)
+/// What checkResources says in a process whose resource has the limit, through a pipe, which no limit on files
+/// concerns; "ended" behind it for the end of the process.
+std::string checkUnder(__rlimit_resource resource, rlim_t soft)
 {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
-    exitStatusUnder(resource, soft, [&] {
+    const int status = exitStatusUnder(resource, soft, [&] {
         dup2(ends[1], STDERR_FILENO);
         std::signal(SIGXFSZ, SIG_IGN);
-        agent::tellExhaustion();
-        return 0;
+        agent::checkResources();
+        return 7;
     });
     close(ends[1]);
     char text[256] = {};
-    const ssize_t size = read(ends[0], text, sizeof text);
+    EXPECT_GE(read(ends[0], text, sizeof text - 1), 0);
     close(ends[0]);
-    return {text, static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+    return text + std::string(status == 7 ? "" : status == 1 ? "ended" : "died");
 }
 
-TEST(Process, WhatTheAgentWillLackIsSaid)
+TEST(Process, WhatTheAgentWillLackIsSaidAndEndsItByThePolicyAlone)
 {
-    EXPECT_EQ(exhaustionUnder(RLIMIT_NOFILE, 1024), "");
-    EXPECT_THAT(exhaustionUnder(RLIMIT_NOFILE, 10), testing::HasSubstr("hwAgent: too few file descriptors: "));
-    // A file that may not grow stands for a full /dev/shm.
-    EXPECT_THAT(exhaustionUnder(RLIMIT_FSIZE, 0), testing::StartsWith("hwAgent: no named semaphores"));
-}
-
-TEST(Process, WhatTheAgentWillLackEndsItByThePolicyAlone)
-{
+    using testing::AllOf, testing::EndsWith, testing::StartsWith;
     for (const bool ends : {false, true}) {
         const common::ScopedPolicy policy({.endsWithoutResources = ends});
-        for (const rlim_t descriptors : {10, 1024})
-            EXPECT_EQ(exitStatusUnder(RLIMIT_NOFILE, descriptors,
-                                      [] {
-                                          close(STDERR_FILENO);
-                                          agent::checkResources();
-                                          return 7;
-                                      }),
-                      ends && descriptors == 10 ? 1 : 7);
+        EXPECT_EQ(checkUnder(RLIMIT_NOFILE, 1024), "");
+        EXPECT_THAT(checkUnder(RLIMIT_NOFILE, 10),
+                    AllOf(StartsWith("hwAgent: too few file descriptors: "), EndsWith(ends ? "ended" : "\n")));
+        // A file that may not grow stands for a full /dev/shm.
+        EXPECT_THAT(checkUnder(RLIMIT_FSIZE, 0),
+                    AllOf(StartsWith("hwAgent: no named semaphores"), EndsWith(ends ? "ended" : "\n")));
     }
 }
 

@@ -14,31 +14,11 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// Keeps the events instead of making traps of them.
-class KeepingHandler : public eventHandler {
-public:
-    using eventHandler::eventHandler;
-    int processEvent() override
-    {
-        for (const eventData& event : mEventQueue)
-            kept.push_back(event);
-        shown = mShownTexts.empty() ? "" : mShownTexts.back();
-        mEventQueue.clear();
-        mShownTexts.clear();
-        return 0;
-    }
-    std::vector<eventData> kept;
-    std::string shown;
-};
-
 class Classifying : public EventFixture {
 protected:
     Classifying()
     {
-        auto keeping = std::make_unique<KeepingHandler>(client);
-        handlerInUse = keeping.get();
-        events = &keeping->kept;
-        client.mEventHandler = std::move(keeping);
+        client.mSystemManagement->m_nTrapsEnabled = 0;
         for (int type = 1; type < 256; ++type)
             addSensor({.number = 0x30, .type = type, .name = "Sensor", .lun = 0x41});
         sdk.answers["/BMC/SDR/RECORD_TYPE[1]"] = sdk.answers["/BMC/SDR/SENSOR_TYPE[1]"];
@@ -63,13 +43,12 @@ protected:
         EVENT_DATA_STRUCT record = recordOf(sensorType, trigger, data1);
         copyText(record.sEventDiscription, description);
         aSelWrapper.m_cInfo.m_cSensorType.SetString(std::to_string(sensorType).c_str());
-        events->clear();
+        watching.kept.clear();
         routeEvent(record);
-        return *events;
+        return watching.kept;
     }
 
-    KeepingHandler* handlerInUse;
-    std::vector<eventData>* events;
+    WatchingHandler& watching = watchEvents();
 };
 
 /// A record, and the event it makes.
@@ -123,11 +102,11 @@ TEST_F(Classifying, TheFirmwaresOwnProcessorRecordsSayThemselvesHowGraveTheyAre)
         record.usGeneratorID = static_cast<unsigned short>(c.generator);
         record.ucEventData2 = static_cast<unsigned char>(c.data2);
         record.ucEventData3 = static_cast<unsigned char>(c.data3);
-        events->clear();
+        watching.kept.clear();
         routeEvent(record);
-        ASSERT_EQ(events->size(), 1U);
-        EXPECT_EQ(events->front().nSeverity, c.severity) << c.generator << ' ' << c.data3;
-        EXPECT_EQ(events->front().nDeviceId >> 16 & 0xFF, c.sensor) << c.generator;
+        ASSERT_EQ(watching.kept.size(), 1U);
+        EXPECT_EQ(watching.kept.front().nSeverity, c.severity) << c.generator << ' ' << c.data3;
+        EXPECT_EQ(watching.kept.front().nDeviceId >> 16 & 0xFF, c.sensor) << c.generator;
     }
 }
 
@@ -162,7 +141,7 @@ TEST_F(Classifying, AmongSensorsOfOneNumberTheOneOfTheEventsMakerIsMeant)
         ASSERT_EQ(got.size(), 1U) << maker;
         EXPECT_EQ(got[0].nInstIndex, row) << maker;
         EXPECT_STREQ(got[0].stDeviceDesc, name);
-        EXPECT_EQ(handlerInUse->shown, std::string(name) + " reports it has become critical. Status is Critical");
+        EXPECT_EQ(watching.shown, std::string(name) + " reports it has become critical. Status is Critical");
     }
 }
 

@@ -17,46 +17,6 @@
 using namespace client::query;
 using namespace client::words;
 
-/// An SDK made of a list of answers: leaves for the queries it knows, ResultStatus for all others.
-class ScriptedBackend : public QueryBackend {
-public:
-    void get(const std::string& query, ResultMap& results) override
-    {
-        asked.push_back(query);
-        if (onGet)
-            onGet(query);
-        const auto answer = answers.find(query);
-        if (answer == answers.end())
-            throw ResultStatus(ERROR_INVALID_QUERY, "no such answer", query, COMMAND_GET);
-        results = answer->second;
-    }
-    void get(SDK::QueryMap queries, ResultMap& results) override
-    {
-        for (const auto& [query, unused] : queries)
-            get(query, results);
-    }
-    void setFlags(unsigned char flags) override { flagsSet.push_back(flags); }
-    bool repositoryChanged() override { return std::exchange(changed, false); }
-    bool readRepository(std::chrono::nanoseconds time) override { return onRead && onRead(time); }
-
-    /// `query` answers itself with one value.
-    void answer(const std::string& query, const std::string& value) { answers[query] = {{query, leaf({value})}}; }
-    static _XNode leaf(std::vector<std::string> values)
-    {
-        _XNode node;
-        node.mXNodeList = std::move(values);
-        return node;
-    }
-    long timesAsked(const std::string& query) const { return std::count(asked.begin(), asked.end(), query); }
-
-    std::map<std::string, ResultMap> answers;
-    std::function<void(const std::string&)> onGet;
-    std::vector<std::string> asked;
-    std::vector<int> flagsSet;
-    bool changed = false;                                 ///< the repository
-    std::function<bool(std::chrono::nanoseconds)> onRead; ///< reads a piece of it, and says whether there is more
-};
-
 /// What a test says of one sensor; it becomes an SDR in text and the answers to the sensor's queries.
 struct Sensor {
     int number = 1;
@@ -100,6 +60,64 @@ struct Sensor {
     }
 };
 
+/// An SDK made of a list of answers: leaves for the queries it knows, ResultStatus for all others.
+class ScriptedBackend : public QueryBackend {
+public:
+    void get(const std::string& query, ResultMap& results) override
+    {
+        asked.push_back(query);
+        if (onGet)
+            onGet(query);
+        const auto answer = answers.find(query);
+        if (answer == answers.end())
+            throw ResultStatus(ERROR_INVALID_QUERY, "no such answer", query, COMMAND_GET);
+        results = answer->second;
+    }
+    void get(SDK::QueryMap queries, ResultMap& results) override
+    {
+        for (const auto& [query, unused] : queries)
+            get(query, results);
+    }
+    void setFlags(unsigned char flags) override { flagsSet.push_back(flags); }
+    bool repositoryChanged() override { return std::exchange(changed, false); }
+    bool readRepository(std::chrono::nanoseconds time) override { return onRead && onRead(time); }
+
+    /// `query` answers itself with one value.
+    void answer(const std::string& query, const std::string& value) { answers[query] = {{query, leaf({value})}}; }
+    static _XNode leaf(std::vector<std::string> values)
+    {
+        _XNode node;
+        node.mXNodeList = std::move(values);
+        return node;
+    }
+    void addSensor(const Sensor& sensor)
+    {
+        static const char* const words[] = {"LOWER_CRITICAL",    "LOWER_NONCRITICAL", "LOWER_NONRECOVERABLE",
+                                            "UPPER_NONCRITICAL", "UPPER_CRITICAL",    "UPPER_NONRECOVERABLE"};
+        const std::string list = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensor.type) + "]";
+        ResultMap& records = answers[list];
+        records["/BMC/SDR[" + std::to_string(records.size() + 1) + "]"] = leaf({sensor.record()});
+        const std::string path = sensor.path();
+        answer(path + "/NAME", sensor.name);
+        answer(path + "/INTERPRET_SENSOR_VALUE", sensor.value);
+        for (std::size_t bound = 0; bound < std::size(words); ++bound) {
+            answer(path + "/THRESHOLD/" + words[bound], sensor.bounds[bound]);
+            answer(path + "/INTERPRET_SENSOR_VALUE[" + sensor.bounds[bound] + "]", sensor.bounds[bound] + ".000000");
+        }
+        answer(path + "/RESOLUTION", "3");
+        answer(path + "/TOLERANCE", "2.000000");
+        answer(path + "/ACCURACY", "7");
+    }
+    long timesAsked(const std::string& query) const { return std::count(asked.begin(), asked.end(), query); }
+
+    std::map<std::string, ResultMap> answers;
+    std::function<void(const std::string&)> onGet;
+    std::vector<std::string> asked;
+    std::vector<int> flagsSet;
+    bool changed = false;                                 ///< the repository
+    std::function<bool(std::chrono::nanoseconds)> onRead; ///< reads a piece of it, and says whether there is more
+};
+
 /// A client's world without hardware: scripted SDK, standing clock, empty cache, silent diagnostics.
 class ClientFixture : public testing::Test {
 protected:
@@ -115,30 +133,18 @@ protected:
         traceWanted = false;
     }
 
-    void addSensor(const Sensor& sensor)
-    {
-        static const char* const words[] = {"LOWER_CRITICAL",    "LOWER_NONCRITICAL", "LOWER_NONRECOVERABLE",
-                                            "UPPER_NONCRITICAL", "UPPER_CRITICAL",    "UPPER_NONRECOVERABLE"};
-        const std::string list = "/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensor.type) + "]";
-        ResultMap& records = sdk.answers[list];
-        records["/BMC/SDR[" + std::to_string(records.size() + 1) + "]"] = ScriptedBackend::leaf({sensor.record()});
-        const std::string path = sensor.path();
-        sdk.answer(path + "/NAME", sensor.name);
-        sdk.answer(path + "/INTERPRET_SENSOR_VALUE", sensor.value);
-        for (std::size_t bound = 0; bound < std::size(words); ++bound) {
-            sdk.answer(path + "/THRESHOLD/" + words[bound], sensor.bounds[bound]);
-            sdk.answer(path + "/INTERPRET_SENSOR_VALUE[" + sensor.bounds[bound] + "]",
-                       sensor.bounds[bound] + ".000000");
-        }
-        sdk.answer(path + "/RESOLUTION", "3");
-        sdk.answer(path + "/TOLERANCE", "2.000000");
-        sdk.answer(path + "/ACCURACY", "7");
-    }
-
+    void addSensor(const Sensor& sensor) { sdk.addSensor(sensor); }
     /// A changed reading, as a refresh would bring it.
     void changeReading(const Sensor& sensor, const std::string& value)
     {
         sdk.answer(sensor.path() + "/INTERPRET_SENSOR_VALUE", value);
+        cache_map.clear();
+    }
+
+    /// Leaves nothing that answers.
+    void forget()
+    {
+        sdk.answers.clear();
         cache_map.clear();
     }
 

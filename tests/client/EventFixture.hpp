@@ -8,6 +8,21 @@
 using namespace client::events;
 using namespace client::traps;
 
+/// Keeps what passes it, and the text of the last trap.
+class WatchingHandler : public eventHandler {
+public:
+    using eventHandler::eventHandler;
+    int processEvent() override
+    {
+        kept.insert(kept.end(), mEventQueue.begin(), mEventQueue.end());
+        for (const std::string& text : mShownTexts)
+            shown = text;
+        return eventHandler::processEvent();
+    }
+    std::vector<eventData> kept;
+    std::string shown;
+};
+
 /// A client whose groups are filled, with traps on and an empty event road.
 class EventFixture : public ClientFixture {
 protected:
@@ -38,6 +53,13 @@ protected:
     }
 
     eventHandler& handler() { return *client.mEventHandler; }
+    WatchingHandler& watchEvents()
+    {
+        auto watching = std::make_unique<WatchingHandler>(client);
+        WatchingHandler& handler = *watching;
+        client.mEventHandler = std::move(watching);
+        return handler;
+    }
 
     /// The queued traps as "group.number text"; emptied.
     static std::vector<std::string> trapsSent()
@@ -49,6 +71,15 @@ protected:
                            std::get<std::string>(trap[1].value));
         }
         return sent;
+    }
+
+    /// Only their names, each with a space behind it.
+    static std::string trapNames()
+    {
+        std::string names;
+        for (const std::string& trap : trapsSent())
+            names += trap.substr(0, trap.find(' ') + 1);
+        return names;
     }
 
     /// What the code under test writes to its diagnostics.

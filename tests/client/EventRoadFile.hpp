@@ -8,7 +8,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <set>
 #include <sstream>
 
 // The rows of event-road.txt, whose head tells how they are read.
@@ -23,9 +22,9 @@ struct EventKind {
     int sensorType;
     int eventType;
     int data1;
-    bool isOver;
+    bool isOver = false;
 
-    std::string key() const { return hex(eventType) + " " + hex(data1) + (isOver ? " d" : " a"); }
+    auto operator<=>(const EventKind&) const = default;
 };
 
 inline std::string nameOf(int sensorType)
@@ -88,7 +87,7 @@ inline const std::map<std::string, std::string> said = {
     {"advice0A", ". Find out what the sensor watches and check that part and its surroundings"},
     {"advice0C", ". Find out what the sensor watches and check that part and its surroundings"}};
 
-/// What event-road.txt says; its head tells how.
+/// What event-road.txt says of each kind of event; its head tells how.
 class Expectations {
 public:
     explicit Expectations(const char* path)
@@ -99,79 +98,11 @@ public:
                 add(line);
     }
 
-    /// "missing" for a case without a row.
-    std::string of(const EventKind& kind)
+    /// "trap severity row health text", "-" for a record that makes no event.
+    static std::string outcome(const EventKind& kind, const std::string& side)
     {
-        for (const std::string& key : {hex(kind.sensorType) + " " + kind.key(), hex(kind.sensorType) + " *"})
-            if (const auto found = sides.find(key); found != sides.end()) {
-                unused.erase(key);
-                return found->second == "-" ? "-" : outcome(found->second, kind);
-            }
-        return "missing";
-    }
-
-    std::set<std::string> unused;
-
-private:
-    void add(const std::string& line)
-    {
-        const std::size_t bar = line.find(" | "), second = line.find(" | ", bar + 3);
-        const std::string asserted = line.substr(bar + 3, second - bar - 3), ended = line.substr(second + 3);
-        std::istringstream words(line.substr(0, bar));
-        std::string types, eventTypes, data;
-        words >> types >> eventTypes >> data;
-        const std::size_t mirror = data.find('~');
-        for (const std::string& type : listed(types))
-            for (const std::string& eventType : listed(eventTypes)) {
-                const std::string front = type + " " + eventType;
-                if (eventType == "*")
-                    put(front, asserted);
-                for (const std::string& each : listed(data.substr(0, mirror))) {
-                    put(front + " " + each + " a", asserted);
-                    put(front + " " + each + " d", ended);
-                }
-                if (mirror != std::string::npos) {
-                    put(front + " " + data.substr(mirror + 1) + " a", ended);
-                    put(front + " " + data.substr(mirror + 1) + " d", asserted);
-                }
-            }
-    }
-
-    void put(const std::string& key, const std::string& side)
-    {
-        EXPECT_TRUE(sides.emplace(key, side).second) << "twice: " << key;
-        unused.insert(key);
-    }
-
-    /// What a field stands for: "01,50-52" is 01, 50, 51 and 52; a list's name what that holds.
-    static std::vector<std::string> listed(const std::string& field)
-    {
-        std::vector<std::string> all;
-        std::istringstream items(field);
-        for (std::string item; std::getline(items, item, ',');) {
-            const std::size_t dash = item.find('-');
-            if (const auto list = lists.find(item); list != lists.end())
-                std::ranges::copy(listed(list->second), std::back_inserter(all));
-            else if (dash == std::string::npos)
-                all.push_back(item);
-            else
-                for (int each = std::stoi(item, nullptr, 16); each <= std::stoi(item.substr(dash + 1), nullptr, 16);
-                     ++each)
-                    all.push_back(hex(each));
-        }
-        return all;
-    }
-
-    static const Family& familyOf(const EventKind& kind)
-    {
-        const std::string type = hex(kind.sensorType), whole = type + "/" + hex(kind.eventType);
-        return *std::ranges::find_if(families, [&](const Family& family) {
-            return family.types == whole || std::ranges::count(listed(family.types), type) > 0;
-        });
-    }
-
-    static std::string outcome(const std::string& side, const EventKind& kind)
-    {
+        if (side == "-")
+            return side;
         const Family& family = familyOf(kind);
         const std::size_t begin = side.front() == '[' ? side.find(']') + 2 : 0;
         const std::string word = side.substr(begin, side.find(' ', begin) - begin);
@@ -200,6 +131,61 @@ private:
         return line.str();
     }
 
+    std::map<EventKind, std::string> sides;
+
+private:
+    void add(const std::string& line)
+    {
+        const std::size_t bar = line.find(" | "), second = line.find(" | ", bar + 3);
+        const std::string asserted = line.substr(bar + 3, second - bar - 3), ended = line.substr(second + 3);
+        std::istringstream words(line.substr(0, bar));
+        std::string types, eventTypes, data;
+        words >> types >> eventTypes >> data;
+        const std::size_t mirror = data.find('~');
+        for (const int type : listed(types))
+            for (const int eventType : listed(eventTypes)) {
+                for (const int data1 : listed(data.substr(0, mirror)))
+                    put({type, eventType, data1}, asserted, ended);
+                if (mirror != std::string::npos)
+                    put({type, eventType, listed(data.substr(mirror + 1)).front()}, ended, asserted);
+            }
+    }
+
+    void put(EventKind kind, const std::string& asserted, const std::string& ended)
+    {
+        EXPECT_TRUE(sides.emplace(kind, asserted).second)
+            << "twice: " << hex(kind.sensorType) << ' ' << hex(kind.data1);
+        kind.isOver = true;
+        sides.emplace(kind, ended);
+    }
+
+    /// What a field stands for: "01,50-52" is 1, 50h, 51h and 52h; a list's name what that holds.
+    static std::vector<int> listed(const std::string& field)
+    {
+        std::vector<int> all;
+        std::istringstream items(field);
+        for (std::string item; std::getline(items, item, ',');) {
+            const auto list = lists.find(item);
+            if (list != lists.end())
+                std::ranges::copy(listed(list->second), std::back_inserter(all));
+            else
+                for (int each = std::stoi(item, nullptr, 16);
+                     each <= std::stoi(item.substr(item.find('-') + 1), nullptr, 16); ++each)
+                    all.push_back(each);
+        }
+        return all;
+    }
+
+    static const Family& familyOf(const EventKind& kind)
+    {
+        const std::string whole = hex(kind.sensorType) + "/" + hex(kind.eventType);
+        return *std::ranges::find_if(families, [&](const Family& family) {
+            return family.types.find('/') == std::string::npos
+                       ? std::ranges::count(listed(family.types), kind.sensorType) > 0
+                       : family.types == whole;
+        });
+    }
+
     static std::string filled(std::string words, const EventKind& kind, bool isTranslated)
     {
         for (std::size_t open; (open = words.find('<')) != std::string::npos;) {
@@ -217,6 +203,4 @@ private:
         }
         return words;
     }
-
-    std::map<std::string, std::string> sides;
 };

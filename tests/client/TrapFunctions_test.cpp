@@ -20,15 +20,14 @@ eventData event(int group, int severity, const char* text)
     return made;
 }
 
-/// An event and the two last numbers of its trap's name; 0, 0 for no trap.
+/// An event and the two last numbers of its trap's name, 0, 0 for no trap; choices that no record of the event log
+/// makes, or that hang on an order.
 struct Choice {
     int group;
     int severity;
     const char* text;
     SubId arc[2];
 };
-
-/// Choices that no record of the event log makes, or that hang on an order.
 constexpr Choice choices[] = {{4, 4, "lower", {70, 6}},
                               {4, 4, "LOWER", {70, 8}},
                               {4, 2, "Lower", {0, 0}},
@@ -82,7 +81,6 @@ const std::vector<SubId> trapOidName = {1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
 
 TEST(TrapVarbinds, SeverityOnTheWireHasFourSteps)
 {
-    traceWanted = false;
     const long shown[] = {1, 1, 1, 2, 3, 4, 4, 1};
     for (int severity = 0; severity < 8; ++severity)
         EXPECT_EQ(TrapMaker::makeTwoObjects(event(2, severity, ""), SysBoot).back().value,
@@ -90,20 +88,21 @@ TEST(TrapVarbinds, SeverityOnTheWireHasFourSteps)
             << severity;
 }
 
-/// Where the objects of a group's trap stand.
-struct Place {
-    int group;
-    SubId arc[2];
-};
-
 TEST(TrapVarbinds, FourObjectsAreNamedByTableAndRow)
 {
     traceWanted = false;
-    constexpr Place places[] = {{4, {600, 20}},  {5, {600, 10}},  {8, {500, 20}},  {10, {400, 20}},
-                                {11, {400, 10}}, {12, {300, 10}}, {14, {600, 40}}, {15, {400, 30}},
-                                {17, {400, 40}}, {18, {600, 30}}, {19, {700, 10}}};
     TrapMaker maker;
-    for (const auto& [group, arc] : places) {
+    for (const auto& [group, table, tail] : std::initializer_list<std::tuple<int, SubId, SubId>>{{4, 600, 20},
+                                                                                                 {5, 600, 10},
+                                                                                                 {8, 500, 20},
+                                                                                                 {10, 400, 20},
+                                                                                                 {11, 400, 10},
+                                                                                                 {12, 300, 10},
+                                                                                                 {14, 600, 40},
+                                                                                                 {15, 400, 30},
+                                                                                                 {17, 400, 40},
+                                                                                                 {18, 600, 30},
+                                                                                                 {19, 700, 10}}) {
         eventData made = event(group, 5, "Status is Lower Critical");
         made.nInstIndex = 258;
         made.nDeviceId = 0x01032001;
@@ -111,9 +110,9 @@ TEST(TrapVarbinds, FourObjectsAreNamedByTableAndRow)
         EXPECT_EQ(maker.makeFourObjects(*findTrapGroup(group), made, TLowCri),
                   (Trap{{trapOidName, name({1000, 70, 14})},
                         {name({1000, 10, 1}), std::string("Status is Lower Critical")},
-                        {name({arc[0], arc[1], 1, 5, 258}), 4L},
-                        {name({arc[0], arc[1], 1, 3, 258}), std::string("Front Panel Temp")},
-                        {name({arc[0], arc[1], 1, 2, 258}), 0x01032001L}}))
+                        {name({table, tail, 1, 5, 258}), 4L},
+                        {name({table, tail, 1, 3, 258}), std::string("Front Panel Temp")},
+                        {name({table, tail, 1, 2, 258}), 0x01032001L}}))
             << group;
     }
 }

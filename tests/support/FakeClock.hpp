@@ -2,6 +2,7 @@
 
 #include "common/Seams.hpp"
 
+#include <functional>
 #include <vector>
 
 /// A clock that stands still but for sleeps, which take no time and are kept in a list. Install it with
@@ -24,6 +25,8 @@ public:
     {
         sleeps.push_back(duration);
         advance(duration);
+        if (onSleep)
+            onSleep();
     }
 
     void advance(std::chrono::nanoseconds duration)
@@ -34,6 +37,8 @@ public:
 
     /// Every sleep so far, in order.
     std::vector<std::chrono::nanoseconds> sleeps;
+    /// What happens in each of them.
+    std::function<void()> onSleep;
     /// How far each reading of the clock moves it on, for loops that wait by the clock alone.
     std::chrono::nanoseconds perReading{0};
     /// The time of day; a test may set it as an administrator would.

@@ -1,8 +1,10 @@
+#include "client/query/CacheRefresher.hpp"
 #include "client/query/HWAGENTLock.hpp"
 #include "client/status/StateWords.hpp"
 #include "common/Policy.hpp"
 #include "tests/client/ClientFixture.hpp"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <semaphore.h>
 #include <thread>
@@ -28,16 +30,15 @@ protected:
     {
         pthread_mutex_lock(&snmp_mtx);
         std::thread asker([this] { ask("/A"); });
-        timespec deadline{};
-        clock_gettime(CLOCK_REALTIME, &deadline);
-        deadline.tv_nsec += 200'000'000;
-        deadline.tv_sec += deadline.tv_nsec / 1'000'000'000;
-        deadline.tv_nsec %= 1'000'000'000;
+        const auto until = (std::chrono::system_clock::now() + 200ms).time_since_epoch();
+        const timespec deadline{until / 1s, until % 1s / 1ns};
         const int waited = pthread_cond_timedwait(&cache_refresh_condt, &snmp_mtx, &deadline);
         pthread_mutex_unlock(&snmp_mtx);
         asker.join();
         return waited == 0;
     }
+
+    const std::string name = "/HWAGENT_GLOBAL_LOCK_QL_" + std::to_string(getpid());
 };
 
 TEST_F(QueryClient, SecondQueryIsAnsweredFromTheCache)
@@ -93,7 +94,6 @@ TEST_F(QueryClient, HitSignalsWhenTheCacheIsOldOrTheRefresherFarBack)
 
 TEST_F(QueryClient, MapQueryPassesTheCacheAndHoldsItsLockOnlyMeanwhile)
 {
-    const std::string name = "/HWAGENT_GLOBAL_LOCK_QL_" + std::to_string(getpid());
     bool held = false;
     sdk.onGet = [&](const std::string&) {
         sem_t* const lock = sem_open(name.c_str(), 0);
@@ -110,35 +110,24 @@ TEST_F(QueryClient, MapQueryPassesTheCacheAndHoldsItsLockOnlyMeanwhile)
     EXPECT_EQ(sem_open(name.c_str(), 0), SEM_FAILED);
 }
 
-/// A clock that lets go of a lock at the third sleep.
-struct ReleasingClock : FakeClock {
-    void sleepFor(std::chrono::nanoseconds duration) override
-    {
-        FakeClock::sleepFor(duration);
-        if (sleeps.size() == 3)
-            lock->_Unlock();
-    }
-    HWAGENTLock* lock = nullptr;
-};
-
 TEST_F(QueryClient, MapQueryWaitsForTheLockOfAnother)
 {
     ask("/A");
     HWAGENTLock other("HWAGENT_GLOBAL_LOCK_QL");
     ASSERT_EQ(other.Lock(), 1);
-    ReleasingClock releasing;
-    releasing.lock = &other;
-    const ScopedSeam<Clock> use(releasing);
+    clock.onSleep = [&] {
+        if (clock.sleeps.size() == 3)
+            other._Unlock();
+    };
     ResultMap result;
     CallQLGetMapInterface({{"/A", {}}}, result);
     EXPECT_EQ(result.size(), 1U);
-    EXPECT_EQ(releasing.sleeps, std::vector<std::chrono::nanoseconds>(3, 2s + 1ms));
+    EXPECT_EQ(clock.sleeps, std::vector<std::chrono::nanoseconds>(3, 2s + 1ms));
 }
 
 TEST_F(QueryClient, LockWithinTheProcessHasNoNameThatAnotherCouldTake)
 {
     const common::ScopedPolicy practical(common::practicalPolicy());
-    const std::string name = "/HWAGENT_GLOBAL_LOCK_QL_" + std::to_string(getpid());
     sem_close(sem_open(name.c_str(), O_CREAT, 0600, 1U));
     HWAGENTLock lock("HWAGENT_GLOBAL_LOCK_QL");
     EXPECT_EQ(lock.Lock(), 1);
@@ -150,11 +139,87 @@ TEST_F(QueryClient, LockWithinTheProcessHasNoNameThatAnotherCouldTake)
 
 TEST_F(QueryClient, LockLeftByADeadProcessOfThisNumberIsRemovedAtTheFirstQuery)
 {
-    const std::string name = "/HWAGENT_GLOBAL_LOCK_QL_" + std::to_string(getpid());
     sem_close(sem_open(name.c_str(), O_CREAT, 0600, 1U));
     ResultMap result;
     CallQLGetMapInterface({{"/A", {}}}, result);
     EXPECT_TRUE(clock.sleeps.empty());
+}
+
+class Refresher : public ClientFixture {
+protected:
+    Refresher()
+    {
+        for (const char* const query : {"/A", "/B"}) {
+            sdk.answer(query, "new");
+            refresh_map[query];
+            cache_map[query] = {{query, ScriptedBackend::leaf({"old"})}};
+        }
+        cache_map["/kept"];
+    }
+
+    std::string cached(const std::string& query) { return cache_map.at(query).at(query).mXNodeList.front(); }
+};
+
+TEST_F(Refresher, MapsCanBeUsedWhileThePassAsks)
+{
+    sdk.onGet = [](const std::string& query) {
+        ASSERT_TRUE(ql_initialized_flag_mtx.try_lock()) << query;
+        refresh_map["/joined meanwhile"];
+        ql_initialized_flag_mtx.unlock();
+    };
+    refresh_cache();
+    EXPECT_EQ(sdk.asked, (std::vector<std::string>{"/A", "/B"}));
+}
+
+TEST_F(Refresher, FailingQueryPassesUpAndBlocksLaterPasses)
+{
+    sdk.answers.erase("/B");
+    EXPECT_THROW(refresh_cache(), ResultStatus);
+    EXPECT_EQ(in_refresh, 1);
+    EXPECT_EQ(cached("/A"), "old");
+    sdk.asked.clear();
+    EXPECT_EQ(refresh_cache(), 0);
+    EXPECT_TRUE(sdk.asked.empty());
+}
+
+TEST_F(Refresher, TimeOutDoublesTheWaitAndRefreshes)
+{
+    EXPECT_TRUE(refreshIsDue(ETIMEDOUT));
+    EXPECT_EQ(sleep_interval, 6);
+    sleep_interval = 1 << 30;
+    EXPECT_TRUE(refreshIsDue(ETIMEDOUT));
+    EXPECT_EQ(sleep_interval, 1 << 30);
+}
+
+TEST_F(Refresher, SignalRefreshesUnlessTheLatestRequestIsOneToTenSecondsOld)
+{
+    for (const auto& [age, due] : {std::pair{-1, true}, {0, true}, {1, false}, {10, false}, {11, true}}) {
+        sleep_interval = 48;
+        last_req_time = steadySeconds() - age;
+        clock.time -= 1h; // the time of day has no say
+        EXPECT_EQ(refreshIsDue(0), due) << age;
+        EXPECT_EQ(sleep_interval, 3);
+    }
+}
+
+TEST_F(Refresher, TurnSurvivesAFailingPassAndLetsGoOfTheMutex)
+{
+    for (const bool known : {true, false}) {
+        in_refresh = 0;
+        sdk.onGet = [known](const std::string& query) {
+            EXPECT_EQ(pthread_mutex_trylock(&snmp_mtx), EBUSY) << "those who wait for fresh answers wait here";
+            if (known)
+                throw ResultStatus(ERROR_INVALID_QUERY, "", query, COMMAND_GET);
+            throw std::bad_alloc();
+        };
+        sleep_interval = 3;
+        clock.steadyTime = {}; // long past: the wait times out at once
+        check_sensors_cache_turn();
+        EXPECT_EQ(sleep_interval, 6);
+        EXPECT_EQ(in_refresh, 1);
+        EXPECT_EQ(pthread_mutex_trylock(&snmp_mtx), 0);
+        pthread_mutex_unlock(&snmp_mtx);
+    }
 }
 
 TEST(StateWords, ListsAreMappedWordByWord)
