@@ -2,10 +2,12 @@
 take away, and the service in the virtual server with systemd as first process, over the kernel's driver, as a user without rights
 over it, and over the bare KCS port."""
 
+import json
 import re
 import shutil
 import subprocess
 import tempfile
+import textwrap
 import threading
 import unittest
 from pathlib import Path
@@ -57,6 +59,11 @@ def second_version(folder):
         if configuration.exists():
             configuration.write_text(configuration.read_text() + "# of the second version\n")
         sh(f"dpkg-deb -b {tree} {folder}; rm -r {tree}")
+
+
+def steps_of_the_readme():
+    """What README.md has an administrator do once the packages are built."""
+    return textwrap.dedent((ROOT / "README.md").read_text().split("    scripts/package\n")[1].split("\n\n")[0]) + "\n"
 
 
 class CleanRoot(unittest.TestCase):
@@ -111,8 +118,9 @@ class CleanRoot(unittest.TestCase):
 GUEST = r"""
 set -e
 exec 2>&1
-get() { snmpget -v3 -l authPriv -u monitor -a SHA-256 -A authpass99 -x AES -X privpass99 -m HWAGENT-MIB -r0 -t3 -Oqv 127.0.0.1 "$@"; }
-walk() { snmpbulkwalk -v3 -l authPriv -u monitor -a SHA-256 -A authpass99 -x AES -X privpass99 -m HWAGENT-MIB -t 10 -Oq 127.0.0.1 "$@"; }
+as() { "$1" -v3 -l authPriv -u monitor -a SHA-256 -A $auth -x AES -X $priv -m HWAGENT-MIB -r0 -t 10 "$2" 127.0.0.1 "$3"; }
+get() { as snmpget -Oqv "$@"; }
+walk() { as snmpbulkwalk -Oq "$@"; }
 # within SECONDS COMMAND: waits for the command to hold
 within() {
     end=$(($(date +%s) + $1))
@@ -124,6 +132,19 @@ within() {
 }
 known() { get systemHealthStatus.0 | grep -qE 'healthy|warning|critical|nonCritical'; }
 daemon() { head -n 1 /run/hwagentd.pid; }
+shown() { systemctl status --no-pager hwagent | grep -q 'Status: "Connected to snmpd, health [a-z]*, [1-9][0-9]* rows'; }
+# tell NAME: what root is told, what another is, and what the service's manager says
+tell() {
+    within 60 shown
+    hwquery status --json > "/share/$1.json" || true
+    setpriv --reuid=65534 --regid=65534 --clear-groups hwquery status > "/share/$1.refused" || true
+    systemctl status --no-pager hwagent > "/share/$1.unit"
+}
+# exposed TENTHS: what systemd thinks of the unit as it is now, which fails when it is more
+exposed() {
+    systemd-analyze security --no-pager --offline=yes --threshold="$1" /lib/systemd/system/hwagent.service > /tmp/exposed
+    tail -n 1 /tmp/exposed
+}
 replaced() { [ "$(daemon)" != "$old" ] && known; }
 gone() { ! grep -qsx hwAgent /proc/[0-9]*/comm; }
 told() { grep -q "$1" /tmp/traps.txt; }
@@ -134,16 +155,15 @@ leftovers() {
 [ "$DRIVER" = 0 ] || modprobe -r ipmi_devintf # the unit loads it again
 leftovers > /tmp/before
 
-echo "== install"
-dpkg -i /share/packages/*.deb
+echo "== install, as README.md says"
+cd /share
+. /share/steps
 sed -i 's/^trapsEnabled = 0/trapsEnabled = 1/' /etc/hwagent/hwagent.conf
-systemctl stop snmpd
-sed -i 's/^#rouser monitor/rouser monitor/' /etc/snmp/snmpd.conf.d/hwagent.conf
-echo 'trap2sink 127.0.0.1:1162 public' >> /etc/snmp/snmpd.conf.d/hwagent.conf
-mkdir -p /var/lib/snmp
-echo 'createUser monitor SHA-256 authpass99 AES privpass99' >> /var/lib/snmp/snmpd.conf
-echo 'disableAuthorization yes' > /tmp/snmptrapd.conf
-snmptrapd -C -c /tmp/snmptrapd.conf -m HWAGENT-MIB:SNMPv2-MIB -Lf /tmp/traps.txt udp:127.0.0.1:1162
+# the drop-in's example of informs, to a manager that takes them from that user alone
+sed -i "/^#trapsess -Ci/{s/#//; s/AUTHPASSWORD/$auth/; s/PRIVPASSWORD/$priv/; s/manager.example.org/127.0.0.1:1162/}" \
+    /etc/snmp/snmpd.conf.d/hwagent.conf
+printf 'createUser monitor SHA-256 %s AES %s\nauthUser log monitor priv\n' $auth $priv > /tmp/snmptrapd.conf
+SNMP_PERSISTENT_DIR=/tmp/snmptrapd snmptrapd -C -c /tmp/snmptrapd.conf -m HWAGENT-MIB:SNMPv2-MIB -Lf /tmp/traps.txt udp:127.0.0.1:1162
 systemctl restart snmpd hwagent
 within 120 known
 [ -e /dev/ipmi0 ] && echo "device: yes" || echo "device: no"
@@ -151,10 +171,13 @@ walk temperatureProbeTable > /share/temperatures.txt
 within 60 test -e /var/lib/hwagent/sel-mark
 within 60 eval 'walk processorDeviceTable | grep -q Lakeside'
 walk processorDeviceTable > /share/processors.txt
-systemctl status --no-pager hwagent > /share/status.txt
-grep -E 'CapBnd|Seccomp:|NoNewPrivs' /proc/$(daemon)/status > /share/rights.txt
+tell root
+exposed 35
 : > /share/ready
 within 90 told "Socket 0 Die"
+hwquery test-trap
+within 30 told "TEST, nothing has happened: trapSysReconfig"
+journalctl -t hwAgent --no-pager -o json --output-fields=PRIORITY,MESSAGE > /share/journal
 echo "== crash"
 old=$(daemon)
 kill -SEGV "$old"
@@ -177,7 +200,11 @@ if [ "$DRIVER" = 1 ]; then
     echo "user: $(stat -c %U /proc/$(daemon))"
     grep -E 'CapBnd|CapEff' /proc/$(daemon)/status
     within 60 eval 'walk processorDeviceTable | grep -q Lakeside'
-    walk temperatureProbeTable > /share/temperatures2.txt
+    walk temperatureProbeTable > /share/again.txt
+    tell user
+    exposed 20
+    hwquery test-trap trapTUpCri
+    within 30 told "TEST, nothing has happened: trapTUpCri"
     rm -r /etc/systemd/system/hwagent.service.d
     systemctl daemon-reload
     systemctl restart hwagent
@@ -188,6 +215,8 @@ else
     sed -i 's/^practical = 1/practical = 0/' /etc/hwagent/hwagent.conf
     systemctl restart hwagent
     within 240 eval 'walk processorDeviceTable | grep -q Lakeside'
+    walk temperatureProbeTable > /share/again.txt
+    hwquery status --json > /share/plain.json || true
 fi
 
 echo "== remove"
@@ -206,7 +235,8 @@ class Server(unittest.TestCase):
     def check_server(self, driver):
         with tempfile.TemporaryDirectory() as name, Simulator(BOARD, Path(name) / "bmc") as simulator:
             share = Path(name) / "share"
-            shutil.copytree(PACKAGES, share / "packages", ignore=packages_only)
+            shutil.copytree(PACKAGES, share / "build" / "package", ignore=packages_only)
+            (share / "steps").write_text(steps_of_the_readme())
             second_version(share / "second")
             over = threading.Event()
 
@@ -225,10 +255,41 @@ class Server(unittest.TestCase):
             print(done.stdout)
             self.assertEqual(done.returncode, 0)
             self.assertIn(f"device: {'yes' if driver else 'no'}", done.stdout)
+            self.check_journal((share / "journal").read_text(), "driver, /dev/ipmi0" if driver else "KCS port")
+            for step in ("root", *(["user"] if driver else [])):
+                self.check_told(share / step, "driver, /dev/ipmi0$" if driver else "^KCS port, without")
+            rows, again = (set((share / name).read_text().splitlines()) for name in ("temperatures.txt", "again.txt"))
+            self.assertGreater(len(rows), 7 * 10)
             if driver:
                 self.assertIn("user: hwagent", done.stdout)
                 self.assertIn("CapEff:\t0000000000000000", done.stdout)
-                self.assertEqual((share / "temperatures.txt").read_text(), (share / "temperatures2.txt").read_text())
+                self.assertEqual(rows, again)
+            else:
+                plain = "temperature(Index|DeviceId|Description|Reading)"
+                self.assertEqual(*({row for row in each if re.match(plain, row)} for each in (rows, again)))
+                self.assertEqual(self.findings(share / "plain")["daemon"][0], "note")
+
+    def findings(self, place):
+        told = json.loads(place.with_suffix(".json").read_text())["status"]
+        return {row["check"]: (row["state"], row["finding"]) for row in told}
+
+    def check_journal(self, text, way):
+        """All that one has to know stands in it, with its gravity, and nothing twice."""
+        lines = [(line["PRIORITY"], line["MESSAGE"]) for line in map(json.loads, text.splitlines())]
+        for gravity, words in (("5", "started"), ("5", rf"the way to the BMC: .*{way}.*"), ("5", "connected to the master agent"),
+                               ("5", "rows: .*temperatureProbe 7.*"), ("5", "the event log is followed from .*"),
+                               ("5", r"trap trapTUp\w+.*record [0-9a-fA-F]{4}.*"), ("5", "trap trapSysReconfig.*TEST.*")):
+            self.assertTrue([line for line in lines if line[0] == gravity and re.fullmatch(words, line[1])], (words, lines))
+        self.assertLess(len(lines), 40)
+
+    def check_told(self, place, way):
+        found = self.findings(place)
+        self.assertNotIn("BAD", {state for state, _ in found.values()}, found)
+        for check, words in (("daemon", r"^process \d+, for "), ("master", "^connected"), ("tree", "^seen with community public"),
+                             ("transport", way), ("controller", "^answers"), ("rows", r"\btemperatureProbe 7\b")):
+            self.assertRegex(found[check][1], words)
+        self.assertRegex(place.with_suffix(".refused").read_text(), r"(?m)^daemon +BAD +not to be asked by you$")
+        self.assertRegex(place.with_suffix(".unit").read_text(), r"Active: active \(running\)")
 
     def test_over_the_kernel_driver(self):
         self.check_server(driver=True)
