@@ -140,7 +140,8 @@ Finding checkTree(const Evidence& evidence)
     case TreeView::notTried:
         break;
     }
-    return {Finding::note, "not tried: there is no snmpget", "apt-get install snmp"};
+    return {Finding::note, "not tried: there is no snmpget",
+            "install the package snmp, or net-snmp-utils on systems with RPM"};
 }
 
 Finding checkTransport(const Evidence& evidence)
