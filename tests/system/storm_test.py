@@ -2,11 +2,9 @@
 
 import contextlib
 import os
-import tempfile
 import unittest
-from pathlib import Path
 
-from hwtools.bench import COMMUNITY, ENTERPRISE, MasterAgent, build_folder
+from hwtools.bench import COMMUNITY, ENTERPRISE, Bench, MasterAgent, build_folder
 from hwtools.processes import end, spawn
 from hwtools.traps import TrapReceiver
 
@@ -25,12 +23,12 @@ class Storm(unittest.TestCase):
                 self.check(*mode)
 
     def check(self, *mode):
-        with contextlib.ExitStack() as bench:
-            folder = Path(bench.enter_context(tempfile.TemporaryDirectory()))
+        with Bench() as bench:
+            folder = bench.folder
             receiver = bench.enter_context(TrapReceiver(folder / "manager"))
             master = bench.enter_context(MasterAgent(folder / "master", receiver.sink))
-            (folder / "hwAgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
-            (folder / "hwSubgent.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
+            for name in ("hwAgent", "hwSubgent"):
+                (folder / f"{name}.conf").write_text(f"agentXSocket unix:{master.agentx}\n")
             environment = dict(os.environ, MIBS="", SNMPCONFPATH=str(folder), SNMP_PERSISTENT_DIR=str(folder))
             storm = spawn([build_folder() / "tests" / "system" / "hw_trap_storm", str(self.EVENTS), *mode], folder / "storm.log",
                           env=environment)
