@@ -1,12 +1,12 @@
 """What scripts/check-layers refuses, on a small house of two floors and a door; and what the link-time check refuses."""
-import os
 import re
 import subprocess
 import tempfile
 import unittest
+from pathlib import Path
 
-ROOT = os.path.join(os.path.dirname(__file__), "..", "..")
-CHECK = os.path.join(ROOT, "scripts", "check-layers")
+from hwtools.bench import ROOT
+
 
 HOUSE = {
     "src/ground/CMakeLists.txt": "hw_library(hw_ground)\n",
@@ -33,10 +33,9 @@ REFUSED = [
 def check(changes):
     with tempfile.TemporaryDirectory() as root:
         for name, text in {**HOUSE, **changes}.items():
-            os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
-            with open(os.path.join(root, name), "w", encoding="utf-8") as file:
-                file.write(text)
-        return subprocess.run([CHECK, root], capture_output=True, text=True, check=False)
+            Path(root, name).parent.mkdir(parents=True, exist_ok=True)
+            Path(root, name).write_text(text)
+        return subprocess.run([ROOT / "scripts" / "check-layers", root], capture_output=True, text=True, check=False)
 
 
 class Layers(unittest.TestCase):
@@ -54,15 +53,15 @@ class Layers(unittest.TestCase):
 
 class OneDefinition(unittest.TestCase):
     def test_two_types_of_one_name_do_not_link(self):
-        with open(os.path.join(ROOT, "api-netsnmp", "CMakeLists.txt"), encoding="utf-8") as file:
-            options = re.search(r"target_link_options\(hw_one_definition PRIVATE ([^)]*)\)", file.read()).group(1).split()
+        options = re.search(r"target_link_options\(hw_one_definition PRIVATE ([^)]*)\)",
+                            (ROOT / "api-netsnmp" / "CMakeLists.txt").read_text()).group(1).split()
         compiler = ["g++", "-x", "c++", "-O2", "-flto", "-ffat-lto-objects", "-c", "-", "-o"]
         with tempfile.TemporaryDirectory() as folder:
-            objects = [os.path.join(folder, name) for name in ("first.o", "second.o")]
+            objects = [Path(folder, name) for name in ("first.o", "second.o")]
             for place, field in zip(objects, ("int", "double")):
                 other = "int use(S&);\nint main() { S s{}; return use(s); }" if field == "int" else "int use(S& s) { return int(s.a); }"
                 subprocess.run([*compiler, place], input=f"struct S {{ {field} a; }};\n{other}\n", text=True, check=True)
-            link = subprocess.run(["g++", "-fno-lto", *options, *objects, "-o", os.path.join(folder, "program")],
+            link = subprocess.run(["g++", "-fno-lto", *options, *objects, "-o", Path(folder, "program")],
                                   capture_output=True, text=True, check=False)
         self.assertNotEqual(link.returncode, 0)
         self.assertIn("violates the C++ One Definition Rule", link.stderr)

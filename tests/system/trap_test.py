@@ -2,11 +2,10 @@
 
 import os
 import signal
-import subprocess
 import time
 import unittest
 
-from hwtools.bench import BOARDS, COMMUNITY, ENTERPRISE, QUICKSTART, Bench, settings
+from hwtools.bench import BOARDS, ENTERPRISE, QUICKSTART, Bench, settings
 from hwtools.processes import wait_until
 from hwtools.traps import TrapReceiver
 from lib.traps import check_traps
@@ -45,7 +44,7 @@ class Followed(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        bench = cls.enterClassContext(Bench())
+        cls.bench = bench = cls.enterClassContext(Bench())
         cls.receiver = bench.enter_context(TrapReceiver(bench.folder / "manager"))
         cls.simulator = bench.simulate(cls.BOARD)
         cls.agent = bench.start_agent(settings(**cls.SETTINGS), cls.receiver.sink)
@@ -79,9 +78,8 @@ class Followed(unittest.TestCase):
             0, 0, 2, 0, 0, 0, 0, 0x20, 0, 4, sensor_type, sensor, trigger, *data)))
 
     def row_of(self, table, sensor):
-        walked = subprocess.run(["snmpwalk", "-v2c", "-c", COMMUNITY, "-Onq", f"127.0.0.1:{self.master.port}",
-                                 f"{BASE}.{table}.1.2"], capture_output=True, text=True, env=dict(os.environ, MIBS="")).stdout
-        return next(line.split()[0].rsplit(".", 1)[1] for line in walked.splitlines() if line.split()[1] == device_id(sensor))
+        """The row of a table whose first columns are index and device id."""
+        return next(row[0] for row in map(list, map(dict.values, self.bench.read(table))) if str(row[1]) == device_id(sensor))
 
 
 class Traps(Followed):
@@ -99,7 +97,7 @@ class Traps(Followed):
         self.assertEqual([name for name, _ in self.wait_for(2, POLL_SECONDS + TRAP_SECONDS * 3)], ["70.16", "20.3"])
 
     def test_events_become_traps_and_the_health_follows_them(self):
-        hot, unit = self.row_of("600.40", SOCKET_0_DIE), self.row_of("400.10", SUPPLY_REDUND)
+        hot, unit = self.row_of("temperatureProbeTable", SOCKET_0_DIE), self.row_of("powerUnitTable", SUPPLY_REDUND)
         for record in ((TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96), (POWER_UNIT, SUPPLY_REDUND, 0x0B, 0x01, 0xFF, 0xFF),
                        (INTRUSION, LID, 0x6F, 0x00, 0xFF, 0xFF), (PROCESSOR, SOCKET_1, 0x6F, 0x01, 0xFF, 0xFF),
                        (MEMORY, SLOT_B0, 0x6F, 0x00, 0xFF, 0xFF), (TEMPERATURE, SOCKET_0_DIE, 0x81, 0x59, 90, 96)):
