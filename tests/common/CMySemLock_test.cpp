@@ -1,12 +1,12 @@
 #include "common/CMySemLock.hpp"
 #include "common/Policy.hpp"
 #include "tests/support/FakeClock.hpp"
+#include "tests/support/Threads.hpp"
 
 #include <atomic>
 #include <fcntl.h>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <unistd.h>
 
 using Common::CMySemLock;
@@ -66,17 +66,12 @@ int crowd()
     std::atomic<int> inside = 0;
     std::atomic<int> most = 0;
     int turns = 0; // deliberately unguarded but for the lock
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] {
-            for (int turn = 0; turn < 25; ++turn) {
-                const NamedLock lock("COMMON_TEST_EXCLUDE");
-                most = std::max(most.load(), ++inside);
-                ++turns;
-                --inside;
-            }
-        });
-    threads.clear();
+    inThreads(25, [&](int, int) {
+        const NamedLock lock("COMMON_TEST_EXCLUDE");
+        most = std::max(most.load(), ++inside);
+        ++turns;
+        --inside;
+    });
     EXPECT_EQ(turns, 100);
     return most;
 }

@@ -40,7 +40,7 @@ protected:
         return text + (got < 0 && errno == EAGAIN ? "open" : "");
     }
 
-    void serve()
+    static void serve(common::LineServer& server)
     {
         for (int turn = 0; turn < 3; ++turn)
             server.serve(0ms);
@@ -80,8 +80,7 @@ TEST_F(LineServer, ALineIsAnsweredAndTheSocketGoesWithTheServer)
         common::LineServer brief([](const std::string& request) { return request + "\n"; });
         ASSERT_TRUE(brief.open(folder, "s"));
         const Descriptor asks = connectAndSay("status\nand more\n");
-        for (int turn = 0; turn < 3; ++turn)
-            brief.serve(0ms);
+        serve(brief);
         EXPECT_EQ(heard(asks), "status\nend\n");
     }
     EXPECT_FALSE(fs::exists(path("/s")));
@@ -96,23 +95,23 @@ TEST_F(LineServer, WhoSaysTooMuchOrTooLittleOrReadsNothingHoldsUpNobody)
     const Descriptor wordyLine = connectAndSay(std::string(256, 'x') + "\n");
     connectAndSay("gone before the end");
     connectAndSay("gone before the answer\n");
-    serve();
+    serve(server);
     EXPECT_EQ(heard(wordy), "error = the line is too long\nend\n");
     EXPECT_EQ(heard(wordyLine), "error = the line is too long\nend\n");
     EXPECT_EQ(heard(silent), "open");
     send(silent.get(), "us\n", 3, 0);
-    serve();
+    serve(server);
     EXPECT_EQ(heard(silent), "you said status\nend\n");
 
     std::vector<Descriptor> many;
     for (int count = 0; count < 8; ++count)
         many.push_back(connectAndSay("no line's end"));
-    serve();
+    serve(server);
     const Descriptor ninth = connectAndSay("x\n");
-    serve();
+    serve(server);
     EXPECT_EQ(heard(ninth), "open");
     clock.advance(6s);
-    serve();
+    serve(server);
     EXPECT_EQ(heard(many.front()), "");
     EXPECT_EQ(heard(ninth), "you said x\nend\n");
 }
@@ -122,8 +121,7 @@ TEST_F(LineServer, AnAnswerThatNobodyReadsIsGivenUp)
     common::LineServer talker([](const std::string&) { return std::string(4 << 20, 'x'); });
     ASSERT_TRUE(talker.open(folder, "s"));
     const Descriptor lazy = connectAndSay("all\n"), other = connectAndSay("waits\n");
-    for (int turn = 0; turn < 3; ++turn)
-        talker.serve(0ms);
+    serve(talker);
     clock.advance(6s);
     talker.serve(0ms);
     const std::string taken = heard(lazy);

@@ -1,11 +1,11 @@
 #include "common/Logger.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/TempRoot.hpp"
+#include "tests/support/Threads.hpp"
 
 #include <cstdlib>
 #include <ctime>
 #include <sys/stat.h>
-#include <thread>
 
 namespace fs = std::filesystem;
 using LOGGER::Category;
@@ -141,13 +141,7 @@ TEST_F(LoggerTest, CategoriesAndTheOffSwitchDecideWhatIsFormatted)
 TEST_F(LoggerTest, ThreadsLoseNoLine)
 {
     log("opens");
-    std::vector<std::jthread> writers;
-    for (int i = 0; i < 4; ++i)
-        writers.emplace_back([this] {
-            for (int turn = 0; turn < 250; ++turn)
-                log("whole line");
-        });
-    writers.clear();
+    inThreads(250, [this](int, int) { log("whole line"); });
     EXPECT_EQ(countLines(file()), 1000);
 }
 

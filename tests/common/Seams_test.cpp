@@ -26,6 +26,8 @@ TEST(RunCommand, ReturnsStatusAndOutput)
     EXPECT_EQ(runCommand({"sh", "-c", "kill -9 $$"}), -1);
     EXPECT_EQ(runCommand({"no-such-program-of-ours"}), 127);
     EXPECT_EQ(runCommand({}), -1);
+    const std::string hostile = "a b; echo $HOME `id` 'x' \"y\" > /nowhere";
+    EXPECT_EQ(runAndRead({"printf", "%s|", hostile, "*"}).second, hostile + "|*|") << "without a shell";
 }
 
 TEST(RunCommand, FindsTheSystemsProgramsWhateverPathSays)
@@ -55,12 +57,6 @@ TEST(RunCommand, EndsWhatDoesNotEnd)
     const auto before = std::exchange(CommandRunner::real().limit, std::chrono::milliseconds(50));
     EXPECT_EQ(runCommand({"sleep", "1000"}), -1);
     CommandRunner::real().limit = before;
-}
-
-TEST(RunCommand, PassesWordsOnWithoutAShell)
-{
-    const std::string hostile = "a b; echo $HOME `id` 'x' \"y\" > /nowhere";
-    EXPECT_EQ(runAndRead({"printf", "%s|", hostile, "*"}).second, hostile + "|*|");
 }
 
 TEST(RunCommand, LeavesNoDescriptorOpenAndNothingToRead)

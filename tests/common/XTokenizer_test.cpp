@@ -1,6 +1,6 @@
 #include "common/ErrorName.hpp"
-#include "common/ResultStatus.hpp"
 #include "common/XTokenizer.hpp"
+#include "tests/support/Failure.hpp"
 
 using Common::XEngine;
 using Common::XTokenizer;
@@ -8,17 +8,6 @@ using testing::ElementsAre;
 using Words = std::vector<std::string>;
 
 namespace {
-
-template<class Action>
-RStatus failureOf(Action action)
-{
-    try {
-        action();
-    } catch (const ResultStatus& status) {
-        return *status.Get().begin();
-    }
-    return {};
-}
 
 TEST(XTokenizer, CutsPathsIntoTokens)
 {
@@ -40,11 +29,9 @@ TEST(XTokenizer, CutsPathsIntoTokens)
 TEST(XTokenizer, AnEmptyTokenInsideAPathIsAnInvalidQuery)
 {
     for (const char* query : {"//", "//BMC", "/BMC//INFO", "BMC//", "/BMC///INFO"}) {
-        const RStatus failure = failureOf([&] { XEngine().ParseXQuery(query); });
-        EXPECT_EQ(failure.mErrorCode, ERROR_INVALID_QUERY) << query;
-        EXPECT_EQ(failure.mXQuery, query);
-        EXPECT_EQ(failure.mCommand, COMMAND_GET);
-        EXPECT_EQ(failure.mErrorString, "Invalid Query");
+        const Failure failure = failureOf([&] { XEngine().ParseXQuery(query); });
+        EXPECT_EQ(failure.text(), "1001 " + std::string(query));
+        EXPECT_EQ(failure.words, "Invalid Query");
     }
 }
 
@@ -58,7 +45,7 @@ TEST(XTokenizer, QuotedPartsAreTakenWhole)
     for (const auto& [text, tokens] : cases)
         EXPECT_EQ(XTokenizer(text, '/', '"').TokenList(), tokens) << text;
     for (const char* text : {"A/\"\"/B", "A//B/\"x\"", "\"x\"\"y\""})
-        EXPECT_EQ(failureOf([&] { XTokenizer(text, '/', '"'); }).mErrorCode, ERROR_INVALID_QUERY) << text;
+        EXPECT_EQ(failureOf([&] { XTokenizer(text, '/', '"'); }).code, ERROR_INVALID_QUERY) << text;
 }
 
 TEST(XTokenizer, SubscriptsGiveKeysAndTokens)
@@ -68,9 +55,8 @@ TEST(XTokenizer, SubscriptsGiveKeysAndTokens)
     EXPECT_THAT(keys, ElementsAre("1", "a", "", "2"));
     EXPECT_THAT(bracketed, ElementsAre("LAN[1]", "X[a][b]", "RECORD_TYPE[]", "]Y[2]"));
 
-    const RStatus failure = failureOf([&] { XTokenizer::GetSubscriptKeys({"]LAN[1"}, keys, bracketed); });
-    EXPECT_EQ(failure.mErrorCode, ERROR_INDEX_DATA_NOT_AVAILABLE);
-    EXPECT_EQ(failure.mXQuery, "end ] bracket not found");
+    EXPECT_EQ(failureOf([&] { XTokenizer::GetSubscriptKeys({"]LAN[1"}, keys, bracketed); }).text(),
+              "1105 end ] bracket not found");
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "ipmi/Hex.hpp"
 #include "ipmi/SdrView.hpp"
-#include "ipmi/SelView.hpp"
-#include "ipmi/SensorReading.hpp"
+#include "ipmi/States.hpp"
 #include "ipmi/TimeStamp.hpp"
 
 #include <cmath>
+#include <fstream>
+#include <map>
+#include <regex>
 
 namespace {
 
@@ -29,58 +31,26 @@ TEST(Hex, TextOfAnyWriterGivesTheSameBytes)
     EXPECT_EQ(ipmi::hexBytes(ipmi::parseBytes("a 0 fe")), "0A 00 FE");
 }
 
-TEST(SdrView, FieldsAreWhereTheStandardHasThem)
-{
-    const Bytes full = countingRecord(1), compact = countingRecord(2), eventOnly = countingRecord(3);
-    for (const Bytes& record : {full, compact, eventOnly}) {
-        const ipmi::SdrView view(record);
-        EXPECT_TRUE(view.isSensor());
-        EXPECT_EQ((std::vector<int>{view.version(), view.owner(), view.lunByte(), view.number(), view.entityId(),
-                                    view.entityInstance()}),
-                  (std::vector<int>{2, 5, 6, 7, 8, 9}));
-    }
-    EXPECT_EQ(ipmi::SdrView(full).sensorType(), 12);
-    EXPECT_EQ(ipmi::SdrView(compact).eventType(), 13);
-    EXPECT_EQ(ipmi::SdrView(eventOnly).sensorType(), 10);
-    EXPECT_EQ(ipmi::SdrView(eventOnly).eventType(), 11);
-    EXPECT_FALSE(ipmi::SdrView(eventOnly).isReadable());
-    EXPECT_EQ(ipmi::SdrView(full).readableStates(), 0x1312);
-    EXPECT_EQ(ipmi::SdrView(full).units().base, 21);
-    EXPECT_EQ(ipmi::SdrView(full).units().modifier, 22);
-}
-
 TEST(SdrView, ALocatorIsNoSensorAndAShortRecordHasNothing)
 {
-    const Bytes locator = countingRecord(0x12);
-    EXPECT_FALSE(ipmi::SdrView(locator).isSensor());
-    EXPECT_EQ(ipmi::SdrView(locator).sensorType(), std::nullopt);
+    EXPECT_FALSE(ipmi::SdrView(countingRecord(0x12)).isSensor());
+    EXPECT_EQ(ipmi::SdrView(countingRecord(0x12)).sensorType(), std::nullopt);
     const Bytes cut = countingRecord(1, 12);
     EXPECT_EQ(ipmi::SdrView(cut).sensorType(), std::nullopt);
-    EXPECT_EQ(ipmi::SdrView(cut).number(), 7);
     EXPECT_EQ(ipmi::SdrView(cut).at(40), 0);
     EXPECT_TRUE(ipmi::SdrView(cut).name().bytes.empty());
 }
 
 TEST(SdrView, ChannelLunAndPackedIdComeFromOneByte)
 {
-    struct Row {
-        std::uint8_t owner, lunByte, number;
-        int channel, lun;
-        std::int32_t id;
-    };
-    constexpr Row rows[] = {
-        {0x20, 0x00, 0x05, 0, 0, 0x00052000},
-        {0x2C, 0x63, 0x41, 6, 3, 0x0341'2C03},
-        {0xC0, 0xF1, 0xFE, 15, 1, 0x07FE'C001},
-        {0x41, 0x1C, 0x80, 1, 0, 0x0080'4100}, // the bits between are reserved
-    };
-    for (const Row& row : rows) {
+    using Row = std::tuple<std::uint8_t, std::uint8_t, std::uint8_t, int, int, std::int32_t>;
+    for (const auto& [owner, lunByte, number, channel, lun, id] :
+         {Row{0x20, 0x00, 0x05, 0, 0, 0x00052000}, Row{0x2C, 0x63, 0x41, 6, 3, 0x0341'2C03},
+          Row{0xC0, 0xF1, 0xFE, 15, 1, 0x07FE'C001}, Row{0x41, 0x1C, 0x80, 1, 0, 0x0080'4100}}) {
         Bytes record = countingRecord(2);
-        record[5] = row.owner, record[6] = row.lunByte, record[7] = row.number;
+        record[5] = owner, record[6] = lunByte, record[7] = number;
         const ipmi::SdrView view(record);
-        EXPECT_EQ(view.channel(), row.channel);
-        EXPECT_EQ(view.lun(), row.lun);
-        EXPECT_EQ(view.packedId(), row.id);
+        EXPECT_EQ(std::tuple(view.channel(), view.lun(), view.packedId()), std::tuple(channel, lun, id));
     }
 }
 
@@ -129,39 +99,6 @@ TEST(Conversion, EachLinearisationIsItsOwnFunction)
         EXPECT_DOUBLE_EQ(ipmi::linearise(code, 8), values[code]) << int{code};
 }
 
-TEST(Units, BitsOfTheFlagsAreReadApart)
-{
-    const ipmi::Units units{0b10'101'01'1, 4, 0};
-    EXPECT_EQ(units.format(), ipmi::DataFormat::twosComplement);
-    EXPECT_EQ(units.rate(), 5);
-    EXPECT_EQ(units.modifierUse(), ipmi::ModifierUse::perUnit);
-    EXPECT_TRUE(units.isPercentage());
-}
-
-TEST(SelView, FieldsAreWhereTheStandardHasThem)
-{
-    const Bytes record = ipmi::parseBytes("01 02 02 10 20 30 40 41 63 04 05 06 87 5A 11 12 99");
-    const ipmi::SelView view(record);
-    EXPECT_EQ(view.id(), 0x0201U);
-    EXPECT_EQ(view.seconds(), 0x40302010U);
-    EXPECT_EQ(view.generator(), 0x41);
-    EXPECT_EQ(view.channel(), 6);
-    EXPECT_EQ(view.lun(), 3);
-    EXPECT_EQ(view.sensorType(), 5);
-    EXPECT_EQ(view.sensorNumber(), 6);
-    EXPECT_TRUE(view.isDeassertion());
-    EXPECT_EQ(view.eventType(), 7);
-    EXPECT_EQ(view.offset(), 0x0A);
-    EXPECT_EQ(view.data2Kind(), ipmi::DataKind::reading);
-    EXPECT_EQ(view.data3Kind(), ipmi::DataKind::reading);
-    EXPECT_EQ(view.eventData(2), 0x11);
-    EXPECT_EQ(view.eventData(3), 0x12);
-    EXPECT_EQ(view.manufacturer(), 0x046341U);
-    EXPECT_THAT(view.extension(), ElementsAre(0x99));
-    EXPECT_EQ(view.oemTimestampedData().front(), 5);
-    EXPECT_EQ(view.oemData().front(), 0x10);
-}
-
 TEST(TimeStamp, WhatIsNoTimeSaysSo)
 {
     EXPECT_EQ(ipmi::timeStampText(0xFFFFFFFF), "Invalid Time Stamp");
@@ -170,16 +107,36 @@ TEST(TimeStamp, WhatIsNoTimeSaysSo)
     EXPECT_EQ(ipmi::dateAndTime(ipmi::fruEpoch), "01/01/1996-00:00:00");
 }
 
-TEST(SensorReading, AShortAnswerHasNoStates)
+using ipmi::Gravity;
+
+const std::map<std::string, Gravity> letters = {{"U", Gravity::untold},
+                                                {"I", Gravity::fine},
+                                                {"W", Gravity::nonCritical},
+                                                {"C", Gravity::critical},
+                                                {"N", Gravity::nonRecoverable}};
+
+/// The texts of the event log say of each state how grave it is; log and table are two lists of one thing.
+TEST(States, AreAsGraveAsTheEventLogSays)
 {
-    const Bytes answer{0x12, 0x20, 0x02, 0x81};
-    const ipmi::SensorReading reading(answer);
-    EXPECT_EQ(reading.raw(), 0x12);
-    EXPECT_TRUE(reading.isUnavailable());
-    EXPECT_EQ(reading.states(), 0x8102);
-    EXPECT_TRUE(reading.isSet(1));
-    EXPECT_FALSE(reading.isSet(0));
-    EXPECT_EQ(ipmi::SensorReading(ipmi::ByteView(answer).first(2)).states(), 0);
+    const std::regex section(R"(\[(generic|specific|override)\.(..)(..)?\])"),
+        state(R"rx("(..)" = \["(.)", "(.)".*)rx");
+    std::ifstream log(HWAGENT_ENGLISH);
+    std::span<const ipmi::State> states;
+    int count = 0;
+    for (std::string line; std::getline(log, line);) {
+        std::smatch part;
+        if (std::regex_match(line, part, section))
+            states = part[1] == "generic"    ? ipmi::statesOf(ipmi::parseByte(part[2]), 0xEE)
+                     : part[1] == "specific" ? ipmi::statesOf(0x6F, ipmi::parseByte(part[2]))
+                                             : ipmi::statesOf(ipmi::parseByte(part[2]), ipmi::parseByte(part[3]));
+        if (!std::regex_match(line, part, state) || part[1] == "FF")
+            continue;
+        ASSERT_LT(ipmi::parseByte(part[1]), states.size()) << line;
+        EXPECT_EQ(states[ipmi::parseByte(part[1])].gravity, letters.at(part[2])) << line;
+        EXPECT_EQ(states[ipmi::parseByte(part[1])].ofEnd, letters.at(part[3])) << line;
+        ++count;
+    }
+    EXPECT_GT(count, 200);
 }
 
 } // namespace

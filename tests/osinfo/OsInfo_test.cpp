@@ -1,6 +1,8 @@
 #include "osinfo/OsInfo.hpp"
 
+#include "common/Util.hpp"
 #include "osinfo/OsCalls.hpp"
+#include "tests/support/FakePrograms.hpp"
 #include "tests/support/TempRoot.hpp"
 
 #include <algorithm>
@@ -14,23 +16,6 @@
 #include <unistd.h>
 
 namespace {
-
-/// Programs that print what the test says; any other is absent.
-struct FakePrograms : CommandRunner {
-    int run(const std::vector<std::string>& argv, int output) override
-    {
-        asked.push_back(argv);
-        const auto program = prints.find(argv.size() > 2 ? argv[2] : "");
-        if (program == prints.end())
-            return 127;
-        const std::string& text = program->second;
-        return write(output, text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? status : -1;
-    }
-
-    std::map<std::string, std::string> prints;
-    std::vector<std::vector<std::string>> asked;
-    int status = 0;
-};
 
 /// A host with one interface that is up, and a SCSI drive behind every device.
 struct FakeCalls : osinfo::OsCalls {
@@ -77,10 +62,8 @@ struct FakeCalls : osinfo::OsCalls {
         const std::string& answer = header.cmdp[1] & 1 ? serialPage : standardPage;
         std::memcpy(header.dxferp, answer.data(), answer.size());
         header.resid = static_cast<int>(header.dxfer_len - answer.size());
-        header.status = scsiStatus;
-        header.driver_status = driverStatus;
-        header.host_status = hostStatus;
-        return ioctlResult;
+        std::tie(header.status, header.driver_status, header.host_status, std::ignore) = outcome;
+        return std::get<int>(outcome);
     }
 
     std::string name = "host";
@@ -90,12 +73,14 @@ struct FakeCalls : osinfo::OsCalls {
     std::vector<int> handedOut;
     std::string standardPage = std::string("\0\0\6\2\x1f\0\0\0", 8) + "Lakeside" + "Drive 2000      " + "1.0 ";
     std::string serialPage = std::string("\0\x80\0\x08", 4) + " SN-4711";
-    unsigned char scsiStatus = 0;
-    unsigned short driverStatus = 0, hostStatus = 0;
-    int ioctlResult = 0;
+    std::tuple<unsigned char, unsigned short, unsigned short, int> outcome; ///< of the drive, driver, host, call
 };
 
-using Texts = std::vector<std::string>;
+/// Fields as one line.
+std::string line(const std::vector<std::string>& fields)
+{
+    return Util::join(fields, "|");
+}
 
 class OsInfo : public testing::Test {
 protected:
@@ -110,11 +95,11 @@ TEST_F(OsInfo, HostWithoutANameIsNone)
 {
     _OSINFO info;
     GetOSInfo(info);
-    EXPECT_EQ((Texts{info.HostName, info.NodeName, info.Machine}), (Texts{"host", "node", "x86_64"}));
+    EXPECT_EQ(line({info.HostName, info.NodeName, info.Machine}), "host|node|x86_64");
     calls.name = "";
     calls.kernelResult = -1;
     GetOSInfo(info);
-    EXPECT_EQ((Texts{info.HostName, info.NodeName}), (Texts{"(none)", ""}));
+    EXPECT_EQ(line({info.HostName, info.NodeName}), "(none)|");
 }
 
 TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
@@ -138,9 +123,9 @@ TEST_F(OsInfo, MemoryIsTakenByLabelAndOddLinesLeaveBlanks)
                                     "VmallocUsed:       15100 kB");
     _MEMINFO info;
     GetMemInfo(info);
-    EXPECT_EQ((Texts{info.TotalPhysical, info.FreePhysical, info.TotalSwap, info.FreeSwap, info.TotalVirtual,
-                     info.FreeVirtual}),
-              (Texts{"24684088", "", "", "77", "34359738367", "34359723267"}));
+    EXPECT_EQ(line({info.TotalPhysical, info.FreePhysical, info.TotalSwap, info.FreeSwap, info.TotalVirtual,
+                    info.FreeVirtual}),
+              "24684088|||77|34359738367|34359723267");
     root.write("/proc/meminfo", "VmallocTotal: 10 kB\nVmallocUsed: 11 kB\n");
     GetMemInfo(info);
     EXPECT_EQ(info.FreeVirtual, "0");
@@ -158,12 +143,11 @@ TEST_F(OsInfo, InterfacesHaveAddressStateGatewayAndBootProtocol)
     std::vector<_NICINFO> nics(3);
     GetNICInfo(nics);
     ASSERT_EQ(nics.size(), 2U);
-    const auto textsOf = [](const _NICINFO& nic) {
-        return Texts{nic.Name, nic.MacAddress, nic.State, nic.DefaultGateway, nic.FixedAddress};
+    const auto textOf = [](const _NICINFO& nic) {
+        return line({nic.Name, nic.MacAddress, nic.State, nic.DefaultGateway, nic.FixedAddress, nic.BootProtocol});
     };
-    EXPECT_EQ(textsOf(nics[0]), (Texts{"eth1", "00:1b:a1:ff:4d:05", "UP", "10.0.1.1", "YES"}));
-    EXPECT_EQ(textsOf(nics[1]), (Texts{"eth10", "", "", "10.0.10.1", "NO"}));
-    EXPECT_EQ(nics[1].BootProtocol, "dhcp");
+    EXPECT_EQ(textOf(nics[0]), "eth1|00:1b:a1:ff:4d:05|UP|10.0.1.1|YES|static");
+    EXPECT_EQ(textOf(nics[1]), "eth10|||10.0.10.1|NO|dhcp");
     EXPECT_TRUE(calls.allClosed(4)) << "sockets";
     calls.interfaceFlags = 0;
     GetDriverInfo("eth1", nics.begin());
@@ -199,13 +183,13 @@ TEST_F(OsInfo, FileSystemsAreReadAroundBlanksAndOddLines)
     std::vector<_DRIVEINFO> drives;
     GetDriveData(drives);
     ASSERT_EQ(drives.size(), 4U);
-    const auto textsOf = [](const _DRIVEINFO& drive) {
-        return Texts{drive.Name, drive.MountPoint, drive.Size, drive.Free, drive.UsedPercent};
+    const auto textOf = [](const _DRIVEINFO& drive) {
+        return line({drive.Name, drive.MountPoint, drive.Size, drive.Free, drive.UsedPercent});
     };
-    EXPECT_EQ(textsOf(drives[0]), (Texts{"/dev/sda1", "/", "1000", "250", "75.000000"}));
-    EXPECT_EQ(textsOf(drives[1]), (Texts{"//server/my share", "/mnt/my share", "200", "150", "25.000000"}));
-    EXPECT_EQ(textsOf(drives[2]), (Texts{"none", "/proc", "", "", ""}));
-    EXPECT_EQ((Texts{drives[3].Name, drives[3].UsedPercent}), (Texts{"zero", ""}));
+    EXPECT_EQ(textOf(drives[0]), "/dev/sda1|/|1000|250|75.000000");
+    EXPECT_EQ(textOf(drives[1]), "//server/my share|/mnt/my share|200|150|25.000000");
+    EXPECT_EQ(textOf(drives[2]), "none|/proc|||");
+    EXPECT_EQ(textOf(drives[3]), "zero||0|0|");
 }
 
 TEST_F(OsInfo, AbsentProgramsLeaveEmptyListsAndPlantedFilesAlone)
@@ -237,38 +221,30 @@ TEST_F(OsInfo, PhysicalDrivesAreThoseThatThePartitionListNames)
     std::vector<_PHYSICALDRIVEINFO> drives;
     GetPhysicalDriveData(drives);
     ASSERT_EQ(drives.size(), 7U);
-    const Texts sizes[] = {{"/dev/sda", "931.5", "GiB"},
-                           {"/dev/sdb", "1.8", "TiB"},
-                           {"/dev/sdc", "0.500000", "GB"},
-                           {"/dev/sdd", "", ""},
-                           {"/dev/sde", "", ""}};
+    const char* const sizes[] = {"/dev/sda|931.5|GiB", "/dev/sdb|1.8|TiB", "/dev/sdc|0.500000|GB", "/dev/sdd||",
+                                 "/dev/sde||"};
     for (std::size_t place = 0; place < std::size(sizes); ++place)
-        EXPECT_EQ((Texts{drives[place].Name, drives[place].Size, drives[place].SizeUnit}), sizes[place]);
+        EXPECT_EQ(line({drives[place].Name, drives[place].Size, drives[place].SizeUnit}), sizes[place]);
     EXPECT_EQ(drives[5].Size.size(), 303U) << "1e300 in full";
     EXPECT_EQ(drives[6].Size, "");
-    EXPECT_EQ((Texts{drives[1].Model, drives[1].SerialNumber, drives[1].Revision}),
-              (Texts{"Lakeside Drive 2000", "SN-4711", "1.0"}));
+    EXPECT_EQ(line({drives[1].Model, drives[1].SerialNumber, drives[1].Revision}), "Lakeside Drive 2000|SN-4711|1.0");
     EXPECT_EQ(calls.opened.front(), root.resolve("/dev/sda"));
     EXPECT_TRUE(calls.allClosed(7));
 }
 
 TEST_F(OsInfo, InquiryMustHaveSucceededAndIsReadNoFurtherThanItReaches)
 {
-    struct Case {
-        unsigned char status;
-        unsigned short driver, host;
-        int result;
-        bool works;
-    };
-    for (const Case& each : {Case{0, 0, 0, 0, true}, Case{0, 8, 0, 0, true}, Case{2, 8, 0, 0, false},
-                             Case{0, 6, 0, 0, false}, Case{0, 8, 3, 0, false}, Case{0, 0, 0, -1, false}}) {
-        calls.scsiStatus = each.status;
-        calls.driverStatus = each.driver;
-        calls.hostStatus = each.host;
-        calls.ioctlResult = each.result;
+    using Outcome = decltype(calls.outcome);
+    for (const auto& [outcome, works] : {std::pair{Outcome{0, 0, 0, 0}, true},
+                                         {Outcome{0, 8, 0, 0}, true},
+                                         {Outcome{2, 8, 0, 0}, false},
+                                         {Outcome{0, 6, 0, 0}, false},
+                                         {Outcome{0, 8, 3, 0}, false},
+                                         {Outcome{0, 0, 0, -1}, false}}) {
+        calls.outcome = outcome;
         _PHYSICALDRIVEINFO info;
-        EXPECT_EQ(GetPhysicalDriveInfo_SGIO(3, info), each.works);
-        EXPECT_EQ(info.Model, each.works ? "Lakeside Drive 2000" : "");
+        EXPECT_EQ(GetPhysicalDriveInfo_SGIO(3, info), works);
+        EXPECT_EQ(info.Model, works ? "Lakeside Drive 2000" : "");
     }
     calls = FakeCalls();
     calls.standardPage.resize(33);
@@ -283,13 +259,11 @@ TEST_F(OsInfo, HelpersAreBoundedAndTakeNull)
 {
     EXPECT_FALSE(DoesFileExist(nullptr));
     EXPECT_FALSE(DoesFileExist("/etc/none"));
-    root.write("/etc/some", "");
-    EXPECT_TRUE(DoesFileExist("/etc/some"));
+    EXPECT_TRUE(DoesFileExist(root.write("/etc/some", "").c_str() + root.resolve("").size()));
     setenv("HWAGENT_OSINFO_TEST", "abcdef", 1);
     char out[8] = "#######";
     EXPECT_TRUE(GetEnvVariable("HWAGENT_OSINFO_TEST", out, 4));
-    EXPECT_STREQ(out, "abc");
-    EXPECT_EQ(out[4], '#');
+    EXPECT_EQ(std::string(out, 5), std::string("abc\0#", 5));
     EXPECT_FALSE(GetEnvVariable("HWAGENT_OSINFO_NONE", out, 4));
     EXPECT_TRUE(GetEnvVariable("HWAGENT_OSINFO_TEST", out, 0));
 }

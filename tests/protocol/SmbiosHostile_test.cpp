@@ -72,37 +72,28 @@ TEST(SmbiosHostile, SoundStructuresInFrontOfADefectStay)
 
 TEST(SmbiosHostile, CountsAndLengthsThatDisagreeEndAtTheSmaller)
 {
-    struct Case {
-        const char* name;
-        unsigned count, length;
-        const char* tag;
-    };
-    // The whole table holds a chassis (13 bytes) and a board.
-    static constexpr Case cases[] = {{"count too high", 65535, 0, "Board"},
-                                     {"count too low", 1, 0, "(none)"},
-                                     {"count 0", 0, 0, "(none)"},
-                                     {"length within the board", 2, 20, "(none)"},
-                                     {"length beyond the image", 2, 65535, "Board"}};
-    for (const Case& one : cases) {
+    // The whole table holds a chassis (13 bytes) and a board: count, length, what the board is.
+    constexpr std::tuple<const char*, unsigned, unsigned, const char*> cases[] = {
+        {"count too high", 65535, 0, "Board"},
+        {"count too low", 1, 0, "(none)"},
+        {"count 0", 0, 0, "(none)"},
+        {"length within the board", 2, 20, "(none)"},
+        {"length beyond the image", 2, 65535, "Board"}};
+    for (const auto& [name, count, length, tag] : cases) {
         SmbiosImage image(2, 7);
         image.add(3, bodyOf("'Sound' 01"));
         image.add(2, bodyOf("'Board' *6"));
-        image.count = one.count;
-        image.tableLength = one.length;
+        image.count = count;
+        image.tableLength = length;
         ResultMap values;
-        EXPECT_EQ(readAll(image.dump(), values), 0) << one.name;
-        EXPECT_EQ(valueIn(values, "Type2/Manufacturer"), one.tag) << one.name;
+        EXPECT_EQ(readAll(image.dump(), values), 0) << name;
+        EXPECT_EQ(valueIn(values, "Type2/Manufacturer"), tag) << name;
     }
 }
 
 TEST(SmbiosHostile, EntryPointsThatCannotBeTrustedAreRefused)
 {
-    struct Case {
-        const char* name;
-        void (*spoil)(std::string& dump);
-        int error;
-    };
-    static const Case cases[] = {
+    const std::tuple<const char*, void (*)(std::string & dump), int> cases[] = {
         {"no anchor", [](std::string& dump) { dump[0] = 'x'; }, ERROR_NO_SMBIOS_ENTRY_PTR},
         {"the other anchor", [](std::string& dump) { dump.replace(0, 5, "_SM3_"); }, ERROR_NO_SMBIOS_ENTRY_PTR},
         {"sum", [](std::string& dump) { ++dump[4]; }, ERROR_CHECKSUM_INCORRECT},
@@ -112,11 +103,11 @@ TEST(SmbiosHostile, EntryPointsThatCannotBeTrustedAreRefused)
         {"empty", [](std::string& dump) { dump.clear(); }, ERROR_NO_SMBIOS_ENTRY_PTR},
         {"table outside", [](std::string& dump) { dump = SmbiosImage(2, 7).entryPoint(0x10000); },
          ERROR_NO_SMBIOS_ENTRY_PTR}};
-    for (const Case& one : cases) {
+    for (const auto& [name, spoil, error] : cases) {
         std::string dump = serverImage(2, 7).dump();
-        one.spoil(dump);
+        spoil(dump);
         ResultMap values;
-        EXPECT_EQ(readAll(dump, values), one.error) << one.name;
+        EXPECT_EQ(readAll(dump, values), error) << name;
     }
 }
 

@@ -23,3 +23,10 @@ Failure failureOf(Call call)
     }
     return {};
 }
+
+/// "code detail" of the failure, empty without one.
+template<class Call>
+std::string failureTextOf(Call call)
+{
+    return failureOf(call).text();
+}

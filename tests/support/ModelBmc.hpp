@@ -49,14 +49,16 @@ public:
     int waitReadable(int fd, std::chrono::milliseconds limit) override;
     int close(int fd) override;
 
-private:
+protected:
     struct Reply {
         long msgid;
         std::uint8_t netFn, cmd;
         IpmiAnswer bytes;
         Clock::SteadyPoint ready;
     };
+    std::deque<Reply> replies; ///< that wait to be received
 
+private:
     int send(void* argument);
     int receive(void* argument);
 
@@ -64,5 +66,4 @@ private:
 
     std::map<std::uint16_t, Handler> handlers;
     Handler others;
-    std::deque<Reply> replies;
 };

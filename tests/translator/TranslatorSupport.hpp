@@ -1,7 +1,9 @@
 #pragma once
 
+#include "ipmi/Hex.hpp"
 #include "tests/support/Failure.hpp"
 #include "tests/support/TempRoot.hpp"
+#include "tests/support/TextTable.hpp"
 #include "translator/TranslatorImpl.hpp"
 
 #include <algorithm>
@@ -33,6 +35,15 @@ struct Event {
     }
 };
 
+/// The event of these bytes: sensor type, event type with its direction, event data (FFh where they end), record type.
+inline Event eventOf(const std::string& hex)
+{
+    std::vector<std::uint8_t> bytes = ipmi::parseBytes(hex);
+    bytes.resize(std::max<std::size_t>(bytes.size(), 3));
+    bytes.resize(std::max<std::size_t>(bytes.size(), 5), 0xFF);
+    return {bytes[0], bytes[1] & 0x7F, bytes[2], bytes[3], bytes[4], bytes[1] > 0x7F, bytes.size() > 5 ? bytes[5] : 2};
+}
+
 inline std::wstring translated(Translator& translator, const Event& event)
 {
     const auto record = event.record();
@@ -42,17 +53,9 @@ inline std::wstring translated(Translator& translator, const Event& event)
 /// A full record of sensor 5, a voltage of the BMC: value = (25 raw - 7) / 1000, called "P5V".
 inline std::vector<std::uint8_t> voltageSdr()
 {
-    std::vector<std::uint8_t> sdr(51);
-    sdr[3] = 0x01;
-    sdr[5] = 0x20;
-    sdr[7] = 0x05;
-    sdr[12] = 0x02;
-    sdr[21] = 0x04;
-    sdr[24] = 25;
-    sdr[26] = 0xF9; // B = -7, ten bits of two's complement
-    sdr[27] = 0xC0;
-    sdr[29] = 0xD0; // result exponent -3
-    sdr[47] = 0xC3;
-    std::ranges::copy(std::string_view("P5V"), sdr.begin() + 48);
+    auto sdr =
+        ipmi::parseBytes("00 00 00 01 00 20 00 05 00 00 00 00 02 00 00 00 00 00 00 00 00 04 00 00 19 00 F9 C0 00 D0");
+    sdr.resize(47);
+    sdr.insert(sdr.end(), {0xC3, 'P', '5', 'V'}); // B is -7 in ten bits, the result's exponent -3
     return sdr;
 }

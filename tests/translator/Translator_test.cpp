@@ -46,50 +46,53 @@ protected:
 
 } // namespace
 
-TEST_F(TranslatorOfRecords, ThresholdTextHasReadingThresholdAndUnits)
+TEST_F(TranslatorOfRecords, TextAndSeverityFollowTypeOffsetAndDirection)
 {
+    constexpr char rows[] = R"(
+02 01 50 C8 BE | Warning P5V Lower 4.993 Volts 4.743 Do it. | Warning
+02 81 50 | P5V - transition to OK | Informational
+02 01 59 | Upper | CRITICAL
+02 01 02 | no numbers | CRITICAL
+02 81 02 | no numbers | Informational
+0C 6F 00 | specific | CRITICAL
+0C EF 00 | specific | Warning
+0C 6F 01 | override | Informational
+0C 00 00 | Unknown Event. | Informational
+0C 70 00 | oem generic | Informational
+0C 0D 00 |  | Informational
+0C 6E 00 |  | Informational
+0C 7F 00 |  | Informational
+00 03 01 | reports it has been asserted, Assertion Event. | Informational
+00 83 01 | reports it has been asserted, Deassertion Event. | Informational
+00 03 00 | reports it has been deasserted, Assertion Event. | Informational
+00 03 A0 1C 02 | reports it has been deasserted (event data 2 0x1C, event data 3 0x02). | Informational)";
     translator.setSDRRepository({voltageSdr()});
-    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 200, .event3 = 190}),
-              "Warning P5V Lower 4.993 Volts 4.743 Do it.");
-    EXPECT_EQ(translator.getSensorName(), L"P5V");
-    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .deasserted = true}), "P5V - transition to OK");
-    EXPECT_EQ(text({.sensorType = 2, .eventType = 1, .event1 = 0x59}), "Upper");
+    for (const auto& row : rowsOf(rows)) {
+        EXPECT_EQ(text(eventOf(row[0])), row[1]) << row[0];
+        EXPECT_EQ(narrowText(translator.getEventSeverity()), row[2]) << row[0];
+    }
 }
 
-TEST_F(TranslatorOfRecords, UnitsHaveModifierAndRate)
+/// Behind the bytes of units and modifier what the values of readings FEh and 01h are.
+TEST_F(TranslatorOfRecords, UnitsHaveModifierAndRateAndReadingsTheirFormat)
 {
-    const auto units = [&](int flags, int base, int modifier) {
+    constexpr char rows[] = R"(
+02 04 14 | 6.343 Volts/seconds 0.018
+04 04 14 | 6.343 Volts*seconds 0.018
+18 12 00 | 6.343 RPM per second 0.018
+81 00 00 | -0.057 % 0.018
+40 04 00 | -0.032 Volts 0.018
+C0 04 00 | none Volts none)";
+    for (const auto& row : rowsOf(rows)) {
         auto sdr = voltageSdr();
-        sdr[20] = static_cast<std::uint8_t>(flags);
-        sdr[21] = static_cast<std::uint8_t>(base);
-        sdr[22] = static_cast<std::uint8_t>(modifier);
+        std::ranges::copy(ipmi::parseBytes(row[0]), sdr.begin() + 20);
         translator.setSDRRepository({sdr});
-        return text({.sensorType = 2, .eventType = 1, .event1 = 0x50, .event2 = 0xFE, .event3 = 1});
-    };
-    EXPECT_EQ(units(0x02, 0x04, 0x14), "Warning P5V Lower 6.343 Volts/seconds 0.018 Do it.");
-    EXPECT_EQ(units(0x04, 0x04, 0x14), "Warning P5V Lower 6.343 Volts*seconds 0.018 Do it.");
-    EXPECT_EQ(units(0x18, 0x12, 0), "Warning P5V Lower 6.343 RPM per second 0.018 Do it.");
-    EXPECT_EQ(units(0x81, 0, 0), "Warning P5V Lower -0.057 % 0.018 Do it.") << "two's complement, percentage";
-    EXPECT_EQ(units(0x40, 4, 0), "Warning P5V Lower -0.032 Volts 0.018 Do it.") << "one's complement";
-    EXPECT_EQ(units(0xC0, 4, 0), "Warning P5V Lower none Volts none Do it.") << "no analog reading";
-}
-
-TEST_F(TranslatorOfRecords, SeverityFollowsTheDirectionAndThenTheDefaultOfTheType)
-{
-    text({.sensorType = 0x0C});
-    EXPECT_EQ(translator.getEventSeverity(), L"CRITICAL");
-    text({.sensorType = 0x0C, .deasserted = true});
-    EXPECT_EQ(translator.getEventSeverity(), L"Warning");
-    text({.sensorType = 2, .eventType = 1, .event1 = 2});
-    EXPECT_EQ(translator.getEventSeverity(), L"CRITICAL");
-    text({.sensorType = 2, .eventType = 1, .event1 = 2, .deasserted = true});
-    EXPECT_EQ(translator.getEventSeverity(), L"Informational");
+        EXPECT_EQ(text(eventOf("02 01 50 FE 01")), "Warning P5V Lower " + row[1] + " Do it.");
+    }
 }
 
 TEST_F(TranslatorOfRecords, PlatformGoesBeforeOverrideBeforeTable)
 {
-    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 0}), "specific");
-    EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 1}), "override");
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "no platform";
     translator.setPlatformID(0x28);
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "platform");
@@ -99,14 +102,6 @@ TEST_F(TranslatorOfRecords, PlatformGoesBeforeOverrideBeforeTable)
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "platform");
     translator.setPlatformName("OAKWOOD");
     EXPECT_EQ(text({.sensorType = 0x0C, .event1 = 2}), "override 2") << "a name that the file does not have";
-}
-
-TEST_F(TranslatorOfRecords, EventTypesTakeTheirRoutes)
-{
-    EXPECT_EQ(text({.sensorType = 0x0C, .eventType = 0}), "Unknown Event.");
-    EXPECT_EQ(text({.sensorType = 0x0C, .eventType = 0x70}), "oem generic");
-    for (const int none : {0x0D, 0x6E, 0x7F})
-        EXPECT_EQ(text({.sensorType = 0x0C, .eventType = none}), "");
 }
 
 TEST_F(TranslatorOfRecords, AnEventThatNoTableHasFailsAndStillGivesTheRest)
@@ -140,47 +135,35 @@ TEST_F(TranslatorOfRecords, OemRecordsAreFoundByTheirBytes)
     EXPECT_EQ(translator.getSensorName(), L"OEM Non-Timestamped SEL event");
 }
 
-TEST_F(TranslatorOfRecords, AssertionTextHasItsFormByStateDirectionAndList)
-{
-    EXPECT_EQ(text({.eventType = 3, .event1 = 1}), "reports it has been asserted, Assertion Event.");
-    EXPECT_EQ(text({.eventType = 3, .event1 = 1, .deasserted = true}),
-              "reports it has been asserted, Deassertion Event.");
-    EXPECT_EQ(text({.eventType = 3, .event1 = 0}), "reports it has been deasserted, Assertion Event.");
-    EXPECT_EQ(text({.eventType = 3, .event1 = 0xA0, .event2 = 0x1C, .event3 = 2}),
-              "reports it has been deasserted (event data 2 0x1C, event data 3 0x02).");
-}
-
 TEST_F(TranslatorOfRecords, TokensAreFilledFromEventData)
 {
-    const Event place{.event1 = 0xA0, .event2 = 0x23, .event3 = 0xAD}; // AD: bits 101 011 01
-    const std::pair<const char*, const char*> rows[] = {
-        {"%evd3%", "173"},
-        {"%Number event2:<#>%", "<35>"},
-        {"%Bits event3:7-5%", "5"},
-        {"%Bits event3:4-2| (#)%", " (3)"},
-        {"%Bits event3:9-2%", "unknown"},
-        {"%UserID and ChannelNumber%", " (user ID 35, channel number 13)"},
-        {"%CPU%%CHANNEL%", "CPU_6, Channel = D"},
-        {"%CPU_DIMM Number%", "CPU_6, DIMM_2, "},
-        {"%Memory Pair%", "DIMM_1, DIMM_2, "},
-        {"%Rank info%", "RANK_3, "},
-        {"%CPU bitmap%", "CPU_1, CPU_2, CPU_6, "},
-        {"%bus%", " (BUS:0x23, DEV:0x15, FUN:0x05)"},
-        {"%Vendor_ID%", "0xad23"},
-        {"%version%", "23.ad"},
-        {"%fru state change%", "State change by an operator at the hot swap handle"},
-        {"%CATERR Type%", " Reserved"},
-        {"100% %none% [none] %", "100% %none% [none] %"},
-        {"%", "%"},
-        {"[sensor_name", "[sensor_name"},
-    };
-    for (const auto& [token, filled] : rows)
-        EXPECT_EQ(textOfToken(token, place), filled) << token;
-    const Event bare{.event1 = 0x00, .event2 = 0x00, .event3 = 0x18};
-    EXPECT_EQ(textOfToken("%Number event3: (module #)%", bare), "") << "not specified";
-    EXPECT_EQ(textOfToken("%Number event3%", bare), "unknown");
-    EXPECT_EQ(textOfToken("%UserID and ChannelNumber%", bare), " (user ID unspecified, channel number 8)");
-    EXPECT_EQ(textOfToken("%CHANNEL%", bare), "Channel = Reserved");
+    // ADh: bits 101 011 01
+    constexpr char rows[] = R"(
+A0 23 AD | %evd3% | 173
+A0 23 AD | %Number event2:<#>% | <35>
+A0 23 AD | %Bits event3:7-5% | 5
+A0 23 AD | %Bits event3:4-2| (#)% |  (3)
+A0 23 AD | %Bits event3:9-2% | unknown
+A0 23 AD | %UserID and ChannelNumber% |  (user ID 35, channel number 13)
+00 00 18 | %UserID and ChannelNumber% |  (user ID unspecified, channel number 8)
+A0 23 AD | %CPU%%CHANNEL% | CPU_6, Channel = D
+00 00 18 | %CHANNEL% | Channel = Reserved
+A0 23 AD | %CPU_DIMM Number%! | CPU_6, DIMM_2, !
+A0 23 AD | %Memory Pair%! | DIMM_1, DIMM_2, !
+A0 23 AD | %Rank info%! | RANK_3, !
+A0 23 AD | %CPU bitmap%! | CPU_1, CPU_2, CPU_6, !
+A0 23 AD | %bus% |  (BUS:0x23, DEV:0x15, FUN:0x05)
+A0 23 AD | %Vendor_ID% | 0xad23
+A0 23 AD | %version% | 23.ad
+A0 23 AD | %fru state change% | State change by an operator at the hot swap handle
+A0 23 AD | %CATERR Type% |  Reserved
+A0 23 AD | 100% %none% [none] % | 100% %none% [none] %
+A0 23 AD | % | %
+A0 23 AD | [sensor_name | [sensor_name
+00 00 18 | %Number event3: (module #)% |
+00 00 18 | %Number event3% | unknown)";
+    for (const auto& row : rowsOf(rows))
+        EXPECT_EQ(textOfToken(row[1], eventOf("0C 6F " + row[0])), row[2]) << row[1];
 }
 
 TEST_F(TranslatorOfRecords, ASensorNameWithTokensIsTakenAsItIs)
@@ -207,24 +190,9 @@ TEST_F(TranslatorOfRecords, VersionsFollowTheFirmwareFamilyWhereTheRecordIsLongE
 
 TEST_F(TranslatorOfRecords, VoltageFaultNamesTheBitOfItsByte)
 {
-    const auto offset = [&](const Event& event) {
-        return translator.getVoltageFaultSensorOffset(event.record().data(), 16);
-    };
-    EXPECT_EQ(offset({.sensorType = 2, .eventType = 3, .event1 = 0x81, .event2 = 0x20}), 5);
-    EXPECT_EQ(offset({.sensorType = 2, .eventType = 3, .event1 = 0x01, .event2 = 0x20}), -1);
-    EXPECT_EQ(offset({.sensorType = 2, .eventType = 1, .event1 = 0x81, .event2 = 0x20}), -1);
-    EXPECT_EQ(offset({.sensorType = 1, .eventType = 3, .event1 = 0x81, .event2 = 0x20}), -1);
-}
-
-TEST(Records, OnlyAFullRecordWithALinearFormulaIsLinear)
-{
-    for (const auto& [type, function, linear] :
-         {std::tuple{1, 0x00, true}, {1, 0xEF, true}, {1, 0x70, false}, {2, 0, false}}) {
-        auto sdr = voltageSdr();
-        sdr[3] = static_cast<std::uint8_t>(type);
-        sdr[23] = static_cast<std::uint8_t>(function);
-        EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).isLinear(), linear) << type << " " << function;
-    }
+    for (const auto& [bytes, offset] :
+         {std::pair{"02 03 81 20", 5}, {"02 03 01 20", -1}, {"02 01 81 20", -1}, {"01 03 81 20", -1}})
+        EXPECT_EQ(translator.getVoltageFaultSensorOffset(eventOf(bytes).record().data(), 16), offset) << bytes;
 }
 
 TEST(Records, RepositoryLeavesOutWhatIsNoSensor)
@@ -236,12 +204,18 @@ TEST(Records, RepositoryLeavesOutWhatIsNoSensor)
     EXPECT_EQ(repository.find(0x200005).getIDString(), L"P5V");
     EXPECT_THROW(repository.find(0x200006), SDRRepositoryError);
     EXPECT_EQ(SDREntry(nullptr, 64).getIDString(), L"");
-    const std::pair<std::vector<std::uint8_t>, const wchar_t*> codings[] = {
-        {{0x83, 0x29, 0xDC, 0xA6}, L"IPMI"}, {{0x42, 0x12, 0xAB}, L"12 -"}, {{0x04, 'A', 0, 'B', 0}, L"AB"}};
-    for (const auto& [coded, name] : codings) {
+    for (const auto& [coded, name] :
+         {std::pair{"83 29 DC A6", L"IPMI"}, {"42 12 AB", L"12 -"}, {"04 41 00 42 00", L"AB"}}) {
         auto sdr = voltageSdr();
         sdr.resize(64);
-        std::ranges::copy(coded, sdr.begin() + 47);
+        std::ranges::copy(ipmi::parseBytes(coded), sdr.begin() + 47);
         EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).getIDString(), name);
+    }
+    for (const auto& [type, function, linear] :
+         {std::tuple{1, 0x00, true}, {1, 0xEF, true}, {1, 0x70, false}, {2, 0, false}}) {
+        auto sdr = voltageSdr();
+        sdr[3] = static_cast<std::uint8_t>(type);
+        sdr[23] = static_cast<std::uint8_t>(function);
+        EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).isLinear(), linear) << type << " " << function;
     }
 }

@@ -23,7 +23,6 @@ class Bridge : public testing::Test, protected PortMachine {
 protected:
     Bridge()
     {
-        resetTransportForTests();
         bmc.latency = 0;
         bmc.attention = true;
         bmc.answer = [this](const Bytes& frame) { return serve(frame); };
@@ -113,10 +112,7 @@ TEST_F(Bridge, BudgetEndsWhatWouldLoopForGoodWithoutAdvancingTheSequence)
     bmc.answer = [](const Bytes&) { return Bytes{0x1C, 0x34}; };
     EXPECT_EQ(exchange(), -504) << "the Send Message itself fails";
     EXPECT_EQ(transportState().processSendSequence.current(), 1);
-}
-
-TEST_F(Bridge, BudgetEndsThoughTheTimeOfDayIsSetBack)
-{
+    clock.perReading = 0ms; // the time of day is set back, and only the steady clock goes on
     getAlways = Bytes{refused};
     bmc.answer = [this](const Bytes& frame) {
         clock.time -= 1h;
@@ -198,6 +194,15 @@ TEST_F(Bridge, WaitsForAttentionBeforeTheFirstGetMessage)
     ASSERT_EQ(exchange(), 0);
     EXPECT_EQ(clock.sleeps.size(), 251u);
     EXPECT_THAT(clock.sleeps, Each(std::chrono::nanoseconds(2ms)));
+}
+
+TEST_F(Bridge, RequestThatFitsNoSendMessageIsRefused)
+{
+    request->length = 65529;
+    EXPECT_EQ(exchange(), ipmiMessageSize);
+    const BMC_REQUEST flat{0xC0, 1, 6, 0, 65529, request->data};
+    EXPECT_EQ(SendMessagePX_Linux(&flat, &flatResponse, 0, 0xC0), 1);
+    EXPECT_TRUE(bmc.writes.empty());
 }
 
 TEST_F(Bridge, PxCountsAttemptsInPlaceOfAClock)

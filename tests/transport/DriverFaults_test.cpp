@@ -17,16 +17,14 @@ struct Outcome {
     std::chrono::nanoseconds took{0};
 };
 
-class DriverFaults : public testing::Test {
+class DriverFaults : public testing::Test, protected DriverMachine {
 protected:
     DriverFaults()
     {
-        resetTransportForTests();
         driver.clock = &clock;
         driver.on(sensorEvent, getReading, IpmiAnswer{0, 0x42});
         InitilizeIPMB_Interface();
     }
-    ~DriverFaults() override { resetTransportForTests(); }
 
     Outcome ask(std::uint8_t sensor = 1, std::uint8_t target = 0x20)
     {
@@ -46,11 +44,6 @@ protected:
             return times-- > 0 ? IpmiAnswer{code} : IpmiAnswer{0, 0x42};
         });
     }
-
-    TroubledDriver driver;
-    FakeClock clock;
-    ScopedSeam<DeviceFile> useDriver{driver};
-    ScopedSeam<Clock> useClock{clock};
 };
 
 TEST_F(DriverFaults, SilenceIsAFailureOfFiveSecondsAndPlainlyAnEmptyAnswerOfAHundred)

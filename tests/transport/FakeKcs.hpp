@@ -3,6 +3,7 @@
 #include "tests/support/FakeClock.hpp"
 #include "transport/Kcs.hpp"
 #include "transport/MachineIo.hpp"
+#include "transport/TransportState.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -15,8 +16,14 @@ class FakeKcs : public transport::PortIo {
 public:
     using Bytes = std::vector<std::uint8_t>;
 
-    /// Gives the answer frame for a request frame.
-    std::function<Bytes(const Bytes&)> answer = [](const Bytes&) { return Bytes{}; };
+    /// Gives the answer frame for a request frame, a sound one with the byte 42h.
+    std::function<Bytes(const Bytes&)> answer = [](const Bytes& frame) {
+        return Bytes{static_cast<std::uint8_t>(frame[0] | 4), frame[1], 0, 0x42};
+    };
+    /// With a clock a request takes its time before there is an answer.
+    FakeClock* clock = nullptr;
+    std::chrono::nanoseconds answerTime{0};
+    int looks = 0;
 
     int latency = 2;
     bool privilege = true;
@@ -45,6 +52,9 @@ public:
 
     std::uint8_t in(std::uint16_t port) override
     {
+        ++looks;
+        if (clock && clock->steadyTime < busyUntil)
+            return transport::kcsIbf;
         if (absent)
             return 0xFF;
         return port == transport::kcsStatusPort ? readStatus() : takeByte();
@@ -121,6 +131,8 @@ private:
             startReading(failedRecoveries-- > 0 ? Bytes{} : Bytes{0x01});
         } else if (state == transport::kcsWriteState) {
             request.push_back(byte);
+            if (lastByte && clock)
+                busyUntil = clock->steadyTime + answerTime;
             if (lastByte)
                 startReading(answer(request));
         } else if (state == transport::kcsReadState && byte == transport::kcsRead) {
@@ -156,6 +168,7 @@ private:
     int ibfReads = 0, obfReads = 0;
     Bytes request, response;
     std::size_t position = 0;
+    Clock::SteadyPoint busyUntil{};
 };
 
 /// Rings after a number of fruitless looks at the status.
@@ -185,8 +198,12 @@ private:
     int looks = 0;
 };
 
-/// Ports, alarm and clock of a machine whose BMC is reached by KCS, in force for the object's life.
+/// Ports, alarm and clock of a machine whose BMC is reached by KCS, in force for the object's life; nothing is known of
+/// it yet.
 struct PortMachine {
+    PortMachine() { transport::resetTransportForTests(); }
+    ~PortMachine() { transport::resetTransportForTests(); }
+
     FakeKcs bmc;
     FakeAlarm alarm;
     FakeClock clock;

@@ -1,7 +1,6 @@
 #include "common/Policy.hpp"
 #include "tests/transport/FakeKcs.hpp"
 #include "transport/BmcMessage.hpp"
-#include "transport/TransportState.hpp"
 
 using namespace transport;
 
@@ -10,39 +9,13 @@ namespace {
 using namespace std::chrono_literals;
 using Bytes = FakeKcs::Bytes;
 
-/// Takes its time over each request, by the clock.
-class SlowKcs : public FakeKcs {
-public:
-    explicit SlowKcs(FakeClock& used) : clock(used)
-    {
-        answer = [this](const Bytes& frame) {
-            busyUntil = clock.steadyTime + answerTime;
-            return Bytes{static_cast<std::uint8_t>(frame[0] | 4), frame[1], 0, 0x42};
-        };
-    }
-
-    std::uint8_t in(std::uint16_t port) override
-    {
-        ++looks;
-        return clock.steadyTime < busyUntil ? kcsIbf : FakeKcs::in(port);
-    }
-
-    std::chrono::nanoseconds answerTime{0};
-    int looks = 0;
-
-private:
-    FakeClock& clock;
-    Clock::SteadyPoint busyUntil{};
-};
-
-class KcsFaults : public testing::Test {
+class KcsFaults : public testing::Test, protected PortMachine {
 protected:
     KcsFaults()
     {
-        resetTransportForTests();
         clock.perReading = 5us;
+        bmc.clock = &clock;
     }
-    ~KcsFaults() override { resetTransportForTests(); }
 
     bool ask()
     {
@@ -54,19 +27,12 @@ protected:
         return answered && response.data[0] == 0x42;
     }
 
-    FakeClock clock;
-    SlowKcs bmc{clock};
-    FakeAlarm alarm;
-    ScopedSeam<PortIo> usePorts{bmc};
-    ScopedSeam<Alarm> useAlarm{alarm};
-    ScopedSeam<Clock> useClock{clock};
     std::chrono::nanoseconds took{};
 };
 
 TEST_F(KcsFaults, ControllerThatHangsCostsFiveSecondsInsteadOfFourTimesFifteen)
 {
-    for (bool SlowKcs::*const fault :
-         {static_cast<bool SlowKcs::*>(&FakeKcs::stuckIbf), static_cast<bool SlowKcs::*>(&FakeKcs::stuckObf)}) {
+    for (bool FakeKcs::*const fault : {&FakeKcs::stuckIbf, &FakeKcs::stuckObf}) {
         bmc.*fault = true;
         alarm.rung = 0;
         EXPECT_FALSE(ask());

@@ -1,7 +1,6 @@
 #include "transport/Kcs.hpp"
 
 #include "tests/transport/FakeKcs.hpp"
-#include "transport/TransportState.hpp"
 
 #include <csignal>
 #include <unistd.h>
@@ -19,7 +18,6 @@ constexpr std::uint16_t data = KCSAddress, command = kcsStatusPort;
 
 class Kcs : public testing::Test, protected PortMachine {
 protected:
-    Kcs() { resetTransportForTests(); }
     ~Kcs() override { EXPECT_EQ(alarm.armed, alarm.disarmed); }
 
     int send(const Bytes& frame) { return KCSSendMessage(frame.data(), static_cast<unsigned>(frame.size())); }

@@ -1,7 +1,7 @@
 #include "transport/OpenIpmi.hpp"
 
 #include "common/Policy.hpp"
-#include "tests/support/FakeClock.hpp"
+#include "tests/support/FakePrograms.hpp"
 #include "tests/support/TempRoot.hpp"
 #include "tests/transport/TroubledDriver.hpp"
 
@@ -15,11 +15,10 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-class OpenIpmi : public testing::Test {
+class OpenIpmi : public testing::Test, protected DriverMachine {
 protected:
     OpenIpmi()
     {
-        resetTransportForTests();
         transportState().OpenIPMIPresence = 1;
         *request = {
             .target = 0x20, .netFn = 6, .lun = 3, .cmd = 1, .data = {0xA1, 0xB2}, .length = 2, .completionCode = 0};
@@ -28,10 +27,6 @@ protected:
 
     int exchange(long msgid = 1) { return OpenIPMIProcessMessage(request.get(), response.get(), msgid); }
 
-    TroubledDriver driver;
-    FakeClock clock;
-    ScopedSeam<DeviceFile> useDriver{driver};
-    ScopedSeam<Clock> useClock{clock};
     std::unique_ptr<BMC_MESSAGE> request = std::make_unique<BMC_MESSAGE>();
     std::unique_ptr<BMC_MESSAGE> response = std::make_unique<BMC_MESSAGE>();
 };
@@ -51,6 +46,8 @@ TEST_F(OpenIpmi, RequestIsAddressedByItsTargetAndAnswerTakenApart)
         EXPECT_EQ(driver.requests.back().lun, 3);
     }
     EXPECT_THAT(driver.requests.back().data, ElementsAre(0xA1, 0xB2));
+    EXPECT_EQ(OpenIPMIProcessSendMessage(request.get(), response.get(), 0, 0x2C), 0);
+    EXPECT_EQ(driver.requests.back().target, 0x2C);
     EXPECT_THAT((std::vector<int>{response->netFn, response->lun, response->cmd, response->completionCode}),
                 ElementsAre(6, 0, 1, 0));
     EXPECT_THAT(std::vector(response->data, response->data + response->length), ElementsAre(0x11, 0x22, 0x33));
@@ -79,6 +76,11 @@ TEST_F(OpenIpmi, ErrorsOfTheDriverHaveTheirNumbers)
         EXPECT_EQ(exchange(), row.onReceive) << row.systemError;
         driver.receiveError = 0;
     }
+    driver.sendError = EINVAL;
+    response->completionCode = 0;
+    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), 0) << "the BMC's own are not told";
+    request->target = 0xC0;
+    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), ipmiInvalidArgument);
 }
 
 TEST_F(OpenIpmi, WaitsTenSpellsOfWhichInterruptedOnesCount)
@@ -93,43 +95,24 @@ TEST_F(OpenIpmi, WaitsTenSpellsOfWhichInterruptedOnesCount)
 
 TEST_F(OpenIpmi, AnswersToOtherMsgidsAreDropped)
 {
-    driver.strayIds = {9, 8, 7, 6};
+    driver.strays = {{9, {0}}, {8, {0}}, {7, {0}}, {6, {0}}};
     EXPECT_EQ(exchange(5), 0);
     EXPECT_EQ(response->data[0], 0x11);
     EXPECT_THAT(clock.sleeps, ElementsAre(1s, 1s, 1s, 1s));
-    driver.strayIds = {9, 8, 7, 6, 4};
+    driver.strays = {{9, {0}}, {8, {0}}, {7, {0}}, {6, {0}}, {4, {0}}};
     EXPECT_EQ(exchange(5), ipmiTimeout);
 }
 
 TEST_F(OpenIpmi, EmptyAnswerReadsAsLengthBelowZeroAndCopiesNothing)
 {
-    driver.reportedLength = 0;
+    driver.strays = {{1, {}}};
     response->data[0] = 0x77;
     ASSERT_EQ(exchange(), 0);
     EXPECT_EQ(response->length, 0xFFFFFFFFu);
     EXPECT_EQ(response->completionCode, 0xA1) << "the buffer still holds the request";
     EXPECT_EQ(response->data[0], 0x77);
-    driver.reportedLength = 273;
-    EXPECT_EQ(exchange(), ipmiMessageSize) << "longer than the buffer it came in";
-}
-
-TEST_F(OpenIpmi, CodeFFIsRepeatedUpToFiftyTimesForASendMessageToo)
-{
-    driver.on(6, 1, IpmiAnswer{0xFF});
-    EXPECT_EQ(OpenIPMIProcessSendMessage(request.get(), response.get(), 0, 0x2C), 0);
-    EXPECT_EQ(driver.requests.size(), 50u);
-    EXPECT_EQ(driver.requests.back().target, 0x2C);
-    EXPECT_EQ(response->completionCode, 0xFF);
-}
-
-TEST_F(OpenIpmi, DriverErrorShowsForOtherTargetsOnly)
-{
-    driver.sendError = EINVAL;
-    response->length = 0;
-    response->completionCode = 0;
-    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), 0);
-    request->target = 0xC0;
-    EXPECT_EQ(ProcessMessage(request.get(), response.get(), 1), ipmiInvalidArgument);
+    driver.on(6, 1, IpmiAnswer(273));
+    EXPECT_EQ(exchange(2), ipmiMessageSize) << "longer than the buffer it came in";
 }
 
 TEST_F(OpenIpmi, FirstNodeTakesPrecedence)
@@ -146,34 +129,28 @@ TEST_F(OpenIpmi, FirstNodeTakesPrecedence)
               "OpenIPMI driver and try again.\n");
 }
 
-struct RecordingRunner : CommandRunner {
-    std::vector<std::string> lines;
-    int run(const std::vector<std::string>& argv, int) override
-    {
-        lines.push_back(argv.at(0) + " " + argv.at(1));
-        return static_cast<int>(lines.size());
-    }
-};
-
 TEST_F(OpenIpmi, ModulesGoAndComeOnlyWhileUsbIsInUse)
 {
-    RecordingRunner runner;
-    const ScopedSeam<CommandRunner> useRunner(runner);
+    FakePrograms programs;
+    const ScopedSeam<CommandRunner> usePrograms(programs);
     EXPECT_EQ(deinit_openipmi(), 0);
     EXPECT_EQ(Reinitialize_OpenIPMI(), 0);
-    EXPECT_TRUE(runner.lines.empty());
+    EXPECT_TRUE(programs.asked.empty());
 
     transportState().g_UseUSB = 1;
-    EXPECT_EQ(deinit_openipmi(), 3) << "the result of the last command";
+    EXPECT_EQ(deinit_openipmi(), 127) << "the result of the last command";
     EXPECT_EQ(driver.closed, 1);
     EXPECT_EQ(Reinitialize_OpenIPMI(), 0);
     driver.present = false;
     EXPECT_EQ(Reinitialize_OpenIPMI(), -1);
     EXPECT_LT(transportState().openIPMIfd, 0);
     EXPECT_EQ(transportState().OpenIPMIPresence, 1);
-    runner.lines.resize(6);
-    EXPECT_THAT(runner.lines, ElementsAre("rmmod ipmi_si", "rmmod ipmi_msghandler", "rmmod ipmi_devintf",
-                                          "modprobe ipmi_si", "modprobe ipmi_msghandler", "modprobe ipmi_devintf"));
+    std::string commands;
+    for (const auto& argv : programs.asked)
+        commands += argv.at(0) + " " + argv.at(1) + "; ";
+    EXPECT_THAT(commands,
+                testing::StartsWith("rmmod ipmi_si; rmmod ipmi_msghandler; rmmod ipmi_devintf; modprobe ipmi_si; "
+                                    "modprobe ipmi_msghandler; modprobe ipmi_devintf; "));
     EXPECT_THAT(clock.sleeps, ElementsAre(5s, 5s));
 }
 

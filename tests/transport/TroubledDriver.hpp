@@ -13,12 +13,11 @@ class TroubledDriver : public ModelBmc {
 public:
     int sendError = 0, receiveError = 0; ///< errno of the next `errors` calls
     int errors = INT_MAX;
-    bool emptyHanded = false;     ///< ready once without a message
-    bool anothersFirst = false;   ///< the answer of another command comes under our number
-    std::string onlyNode;         ///< the one node that opens, when set
-    std::vector<long> strayIds;   ///< msgids of answers that come before the right one
-    int reportedLength = -1;      ///< data_len of an answer, when not negative
-    std::vector<int> waitResults; ///< replace the model's, from the front
+    bool emptyHanded = false;                        ///< ready once without a message
+    bool anothersFirst = false;                      ///< the answer of another command comes under our number
+    std::string onlyNode;                            ///< the one node that opens, when set
+    std::vector<std::pair<long, IpmiAnswer>> strays; ///< come before the next answer, with their msgids
+    std::vector<int> waitResults;                    ///< replace the model's, from the front
     std::vector<std::string> opened;
     int closed = 0;
     std::vector<std::chrono::milliseconds> waits;
@@ -49,11 +48,14 @@ public:
             return fail(error);
         if (fd < 0 && !present)
             return fail(EBADF);
-        if (sends)
-            return ModelBmc::ioctl(fd, request, argument);
-        if (std::exchange(emptyHanded, false))
+        if (!sends && std::exchange(emptyHanded, false))
             return fail(EAGAIN);
-        return receive(fd, request, *static_cast<ipmi_recv*>(argument));
+        if (sends)
+            for (auto& [msgid, bytes] : std::exchange(strays, {}))
+                replies.push_back({msgid, 7, 1, std::move(bytes), {}});
+        if (sends && std::exchange(anothersFirst, false))
+            replies.push_back({static_cast<const ipmi_req*>(argument)->msgid, 0, 0, {0, 0x99}, {}});
+        return ModelBmc::ioctl(fd, request, argument);
     }
 
 private:
@@ -62,24 +64,15 @@ private:
         errno = error;
         return -1;
     }
+};
 
-    int receive(int fd, unsigned long request, ipmi_recv& message)
-    {
-        const bool isAnothers = std::exchange(anothersFirst, false);
-        if (strayIds.empty() && reportedLength < 0 && !isAnothers)
-            return ModelBmc::ioctl(fd, request, &message);
-        message.msgid = isAnothers ? transport::transportState().lastMsgid : 1;
-        if (!strayIds.empty()) {
-            message.msgid = strayIds.front();
-            strayIds.erase(strayIds.begin());
-        } else if (isAnothers) {
-            message.msg.data_len = 2;
-            message.msg.data[0] = 0;
-            message.msg.data[1] = 0x99;
-        } else {
-            message.msg.netfn = 7;
-            message.msg.data_len = static_cast<unsigned short>(reportedLength);
-        }
-        return 0;
-    }
+/// Driver and clock of a machine of which nothing is known yet, in force for the object's life.
+struct DriverMachine {
+    DriverMachine() { transport::resetTransportForTests(); }
+    ~DriverMachine() { transport::resetTransportForTests(); }
+
+    TroubledDriver driver;
+    FakeClock clock;
+    ScopedSeam<transport::DeviceFile> useDriver{driver};
+    ScopedSeam<Clock> useClock{clock};
 };

@@ -38,7 +38,6 @@ class Usb : public testing::Test, protected PortMachine {
 protected:
     Usb()
     {
-        resetTransportForTests();
         library.record() = {};
         bmc.answer = [](const FakeKcs::Bytes&) { return FakeKcs::Bytes{0x1C, 0x01, 0x00, 0x4B}; };
         *request = {.target = 0x20, .netFn = 6, .lun = 1, .cmd = 1, .data = {}, .length = 129, .completionCode = 0};
