@@ -59,12 +59,18 @@ TEST_F(BIOSConfigModuleTest, MemoryTypeOtherIsDdr3OnNewerPlatformsOnly)
 
 TEST_F(BIOSConfigModuleTest, ChildrenComeAsOneNodeWithoutTheirValues)
 {
-    BIOSConfigModule().ProcessXQuery("/SMBIOS/Type11/@children", results);
-    ASSERT_EQ(results.size(), 1U);
-    const _XNode& node = results.at("/SMBIOS/Type11");
-    EXPECT_EQ(node.mType, NODE_NONLEAF);
-    EXPECT_EQ(node.mXNodeList, (std::vector<std::string>{"/SMBIOS/Type11/Count", "/SMBIOS/Type11/String[1]",
-                                                         "/SMBIOS/Type11/String[2]"}));
+    const std::string switches = "/SMBIOS/Type24/HardwareSecuritySettings";
+    const std::pair<std::string, std::vector<std::string>> rows[] = {
+        {"/SMBIOS/Type11", {"/SMBIOS/Type11/Count", "/SMBIOS/Type11/String[1]", "/SMBIOS/Type11/String[2]"}},
+        {"/SMBIOS/Type24", {switches}},
+        {switches + "/FrontPanelReset", {}}};
+    for (const auto& [path, children] : rows) {
+        results.clear();
+        BIOSConfigModule().ProcessXQuery(path + "/@children", results);
+        ASSERT_EQ(results.size(), 1U);
+        EXPECT_EQ(results.at(path).mType, NODE_NONLEAF);
+        EXPECT_EQ(results.at(path).mXNodeList, children);
+    }
 }
 
 TEST_F(BIOSConfigModuleTest, TablesOutOfReachAreAnErrorAndReadOnceTheyAreThere)

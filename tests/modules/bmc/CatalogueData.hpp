@@ -36,4 +36,18 @@ inline void forEachStep(const Visit& visit)
             visit(key, static_cast<Opcode>(step.opcode), step.arguments.values);
 }
 
+/// Whether the script is a list of children and nothing else.
+inline bool isBranch(const Script& script)
+{
+    return script.size() == 1 && static_cast<Opcode>(script.front().opcode) == Opcode::Append;
+}
+
+inline std::string withoutSubscripts(std::string query)
+{
+    for (std::size_t at = 0; (at = query.find('[', at)) != std::string::npos; ++at)
+        if (query.compare(at, 2, "[@") != 0)
+            query.erase(at + 1, query.find(']', at) - at - 1);
+    return query;
+}
+
 } // namespace catalogue_data

@@ -28,6 +28,7 @@
 #include "common/Util.hpp"
 #include "ipmi/Hex.hpp"
 #include "tests/support/ModelBmc.hpp"
+#include "tests/support/TextTable.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -57,21 +58,6 @@ struct Query {
 
     bool isSet() const { return verb == "set"; }
 };
-
-/// `text` in two at the first of `mark`.
-inline std::pair<std::string, std::string> cutAt(const std::string& text, const std::string& mark)
-{
-    const std::size_t at = text.find(mark);
-    return {text.substr(0, at), at == std::string::npos ? "" : text.substr(at + mark.size())};
-}
-
-inline Texts splitAt(std::string text, const std::string& mark)
-{
-    Texts parts;
-    for (std::string part; !text.empty(); parts.push_back(part))
-        std::tie(part, text) = cutAt(text, mark);
-    return parts;
-}
 
 inline std::string below(const std::string& branch, const std::string& name)
 {

@@ -45,13 +45,6 @@ protected:
         return symbols;
     }
 
-    /// "code detail" of the ResultStatus that `call` throws; empty when it throws none.
-    template<class Call>
-    static std::string failureOf(Call call)
-    {
-        return ::failureOf(call).text();
-    }
-
     std::shared_ptr<Module::BMCConfig::Stores> stores = std::make_shared<Module::BMCConfig::Stores>();
     Module::BMCConfig::SymbolTable table;
     Module::BMCConfig::IPMIFilterDB filters;

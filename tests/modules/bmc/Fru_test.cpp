@@ -1,5 +1,6 @@
 #include "modules/bmc/subjects/FruAreas.hpp"
 #include "tests/modules/bmc/SdrFixture.hpp"
+#include "tests/support/TextTable.hpp"
 
 #include <numeric>
 
@@ -43,37 +44,27 @@ std::vector<std::string> textsOf(FruArea kind, const Bytes& bytes)
     return texts;
 }
 
-struct Damage {
-    const char* name;
-    std::function<void(Bytes& bytes)> inflict;
-};
-
 TEST(FruText, FollowsTheTypeBits)
 {
-    struct Case {
-        std::uint8_t typeLength;
-        Bytes bytes;
-        bool english;
-        const char* text;
-    };
-    const Case cases[] = {
-        {0x00, {}, true, ""},
-        {0x03, {0x00, 0xA1, 0x20}, true, "00 A1 20"},
-        {0x44, {0x12, 0xAB, 0xCD, 0xEF}, true, "12 -.:,_"},
-        {0x83, {0x29, 0xDC, 0xA6}, true, "IPMI"},
-        {0x82, {0x29, 0xDC}, true, "IP"}, // four bits are left over
-        {0xC3, {'a', 0xE9, 0x07}, true, "a\xC3\xA9"},
-        {0xC4, {' ', 'b', ' ', 0x00}, true, " b"},
-        {0xC6, {'a', 0, 0xAC, 0x20, 0x3D, 0xD8}, false, "a\xE2\x82\xAC\xEF\xBF\xBD"},
-        {0xC5, {0x3D, 0xD8, 0x00, 0xDE, 'x'}, false, "\xF0\x9F\x98\x80"},
-    };
-    for (const Case& test : cases)
-        EXPECT_EQ(fruText(test.typeLength, test.bytes, test.english), test.text) << test.text;
+    constexpr char rows[] = R"(
+00 | en |
+03 00 A1 20 | en | 00 A1 20
+44 12 AB CD EF | en | 12 -.:,_
+83 29 DC A6 | en | IPMI
+82 29 DC | en | IP
+C3 61 E9 07 | en | aé
+C4 20 62 20 00 | en |  b
+C6 61 00 AC 20 3D D8 |  | a€�
+C5 3D D8 00 DE 78 |  | 😀)";
+    for (const auto& row : rowsOf(rows)) {
+        const Bytes bytes = ipmi::parseBytes(row[0]);
+        EXPECT_EQ(fruText(bytes[0], std::span(bytes).subspan(1), row[1] == "en"), row[2]) << row[0];
+    }
 }
 
 TEST(FruArea, UntrustworthyAreaHasEmptyFields)
 {
-    const Damage damages[] = {
+    const std::pair<const char*, void (*)(Bytes & bytes)> damages[] = {
         {"checksum", [](Bytes& bytes) { bytes[5] ^= 1; }},
         {"length 0", [](Bytes& bytes) { bytes[1] = 0, bytes.back() += 3; }},
         {"length FFh", [](Bytes& bytes) { bytes[1] = 0xFF, bytes.back() += 4; }},
@@ -82,17 +73,13 @@ TEST(FruArea, UntrustworthyAreaHasEmptyFields)
         {"one byte", [](Bytes& bytes) { bytes.resize(1); }},
         {"absent", [](Bytes& bytes) { bytes.clear(); }},
     };
-    for (const Damage& damage : damages) {
+    for (const auto& [name, inflict] : damages) {
         Bytes bytes = chassis;
-        damage.inflict(bytes);
+        inflict(bytes);
         bytes.shrink_to_fit();
-        EXPECT_THAT(textsOf(FruArea::Chassis, bytes), ElementsAre("", "", "")) << damage.name;
-        EXPECT_THAT(textsOf(FruArea::Board, bytes), Each(IsEmpty())) << damage.name;
+        EXPECT_THAT(textsOf(FruArea::Chassis, bytes), ElementsAre("", "", "")) << name;
+        EXPECT_THAT(textsOf(FruArea::Board, bytes), Each(IsEmpty())) << name;
     }
-}
-
-TEST(FruArea, BoardsHaveTheirDateInMinutesSince1996)
-{
     EXPECT_EQ(textsOf(FruArea::Board, area({0, 0x10, 0x20, 0x30, 0xC1}, 1)).at(1), "12/30/2001-05:36:00");
 }
 
@@ -159,18 +146,13 @@ protected:
 
 TEST_F(Fru, IsReadInPiecesThatTheDeviceTakes)
 {
-    struct Case {
-        std::size_t most;
-        std::uint8_t refusal;
-        std::size_t unit;
-    };
-    const Case cases[] = {{255, 0, 1},  {34, 0xC8, 1}, {34, 0xCA, 1}, {34, 0xC9, 1}, {34, 0xC7, 1},
-                          {1, 0xC8, 1}, {11, 0, 1},    {1, 0, 1},     {255, 0, 2},   {34, 0xC8, 2},
-                          {2, 0xCA, 2}, {10, 0, 2},    {11, 0, 2}};
-    for (const Case& device : cases) {
-        SCOPED_TRACE(testing::Message() << device.most << " bytes, units of " << device.unit << ", "
-                                        << +device.refusal);
-        most = device.most, refusal = device.refusal, unit = device.unit;
+    // bytes at most, the refusal of more (0: fewer are given), bytes of a unit
+    using Case = std::tuple<std::size_t, std::uint8_t, std::size_t>;
+    for (const Case& device : {Case{255, 0, 1}, Case{34, 0xC8, 1}, Case{34, 0xCA, 1}, Case{34, 0xC9, 1},
+                               Case{34, 0xC7, 1}, Case{1, 0xC8, 1}, Case{11, 0, 1}, Case{1, 0, 1}, Case{255, 0, 2},
+                               Case{34, 0xC8, 2}, Case{2, 0xCA, 2}, Case{10, 0, 2}, Case{11, 0, 2}}) {
+        std::tie(most, refusal, unit) = device;
+        SCOPED_TRACE(testing::Message() << most << " bytes, units of " << unit << ", " << +refusal);
         Module::BMCConfig::Cache::instance().Clear();
         load();
         bmc.requests.clear();

@@ -1,3 +1,4 @@
+#include "modules/bmc/engine/Text.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
 // Each value instruction by rows: the step, the symbols before, and a symbol after or the failure.
@@ -47,7 +48,7 @@ protected:
         for (const Row& row : rows) {
             SCOPED_TRACE(describe(row.step));
             set(row.before);
-            EXPECT_EQ(failureOf([&] { run(row.step); }), row.failure);
+            EXPECT_EQ(failureTextOf([&] { run(row.step); }), row.failure);
             EXPECT_EQ(table["$D"].values, row.after.values);
             EXPECT_EQ(table["$D"].type, row.after.type);
         }
@@ -125,6 +126,12 @@ TEST_F(Instructions, FiltersPickFieldsInTheirOwnOrder)
     });
 }
 
+TEST(Text, CodeOfAReplyIsItsFirstNumberOrNone)
+{
+    for (const auto& [reply, code] : {std::pair{Values{}, -1}, {{""}, -1}, {{"CC"}, -1}, {{"193", "1"}, 193}})
+        EXPECT_EQ(codeOf(reply), code);
+}
+
 TEST_F(Instructions, PutTextsTogether)
 {
     const Before four{{"$L", list({"1", "2", "3", "4"})}};
@@ -189,10 +196,12 @@ TEST_F(Instructions, CalculateWithTheirOwnBases)
         {Mathematical("DEVIDE", "100", "7", "2", "$D"), {}, leaf({"7"})},
         {Mathematical("DEVIDE", "-2147483648", "-1", "$D"), {}, leaf({"-2147483648"})},
         {Mathematical("POWER", "2", "3", "$D"), {}, leaf({"0"})},
+        {Mathematical("MULTIPLY", "10", "5", "$D"), {}, leaf({"50"})},
         {Increment("10", "$D"), {}, leaf({"17"})},
         {Increment("a", "$D"), {}, leaf({"11"})},
         {Increment("7FFFFFFF", "$D"), {}, leaf({"-2147483648"})},
         {Expression("10", "+", "5", "-", "3", "$D"), {}, leaf({"12"})},
+        fails(Expression("1", "*", "2", "$D"), {}, "1184 GET://BMC/TEST: an expression of more than sums"),
         fails(Mathematical("DEVIDE", "1", "0", "$D"), {}, "1184 GET://BMC/TEST: division by 0"),
     });
 }
@@ -206,6 +215,7 @@ TEST_F(Instructions, AssertRangesAndLengths)
         fails(Assert("1A", "RANGE_CHECK", "1", "10", "$D"), {}, range),
         fails(Assert("", "RANGE_CHECK", "0", "10", "$D"), {}, range),
         fails(Assert("$UNSET", "RANGE_CHECK", "0", "10", "$D"), {}, range),
+        fails(Assert("1", "RANGE_CHECK", "1", "$D"), {}, "1184 GET://BMC/TEST: a range check without its range"),
         fails(Assert("abcd", "STR_SIZE_CHECK", "3", "$D"), {}, length),
         fails(Assert("abcd", "NO_SUCH_CHECK", "3", "$D"), {}, ""),
     });
@@ -224,7 +234,7 @@ TEST_F(Instructions, TooFewOperandsEndInAnError)
         SCOPED_TRACE(opcode);
         const unsigned fewest = opcodeInfo(opcode).fewestOperands;
         const Script script{Function{opcode, Symbol(NODE_LEAF, Values(fewest ? fewest - 1 : 0, "1"))}};
-        const std::string failure = failureOf([&] { run(script); });
+        const std::string failure = failureTextOf([&] { run(script); });
         EXPECT_EQ(failure.substr(0, 4), fewest ? "1184" : "");
     }
 }

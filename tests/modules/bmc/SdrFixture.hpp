@@ -57,21 +57,30 @@ protected:
         return record(id, 2, body);
     }
 
+    /// The record or log entry of that id among `all`, the first one for id 0.
+    static std::vector<Bytes>::iterator findRecord(std::vector<Bytes>& all, int id)
+    {
+        return id == 0
+                   ? all.begin()
+                   : std::ranges::find_if(all, [id](const Bytes& bytes) { return (bytes[0] | bytes[1] << 8) == id; });
+    }
+
+    /// The completion code and the id of the one behind it, as an answer with it begins.
+    static IpmiAnswer headBefore(const std::vector<Bytes>& all, std::vector<Bytes>::iterator found)
+    {
+        return found + 1 == all.end() ? IpmiAnswer{0, 0xFF, 0xFF} : IpmiAnswer{0, found[1][0], found[1][1]};
+    }
+
     /// Answers Get SDR as the repository `records` stands there; a lost reservation is refused.
     IpmiAnswer readRecord(const IpmiRequest& request)
     {
         const Bytes& data = request.data;
-        const unsigned id = data[2] | data[3] << 8;
-        const auto found = id == 0 ? records.begin() : std::ranges::find_if(records, [id](const Bytes& bytes) {
-            return (bytes[0] | bytes[1] << 8) == static_cast<int>(id);
-        });
+        const auto found = findRecord(records, data[2] | data[3] << 8);
         if (data[0] != reservation)
             return {0xC5};
         if (found == records.end())
             return {0xCB};
-        const auto next = found + 1;
-        IpmiAnswer answer{0, next == records.end() ? std::uint8_t{0xFF} : (*next)[0],
-                          next == records.end() ? std::uint8_t{0xFF} : (*next)[1]};
+        IpmiAnswer answer = headBefore(records, found);
         const std::size_t first = std::min<std::size_t>(data[4], found->size());
         const std::size_t last = std::min(first + data[5], found->size());
         answer.insert(answer.end(), found->begin() + static_cast<int>(first), found->begin() + static_cast<int>(last));

@@ -1,8 +1,7 @@
 #include "tests/modules/bmc/SdrFixture.hpp"
+#include "tests/support/Threads.hpp"
 
-#include <atomic>
 #include <numeric>
-#include <thread>
 
 using namespace std::chrono_literals;
 using testing::SizeIs;
@@ -39,16 +38,6 @@ TEST_F(Sdr, LostReservationAtAnyPieceRepeatsThatPieceAlone)
         EXPECT_EQ(count(0x0A, 0x23), pieces + 1) << lost;
         EXPECT_EQ(count(0x0A, 0x22), 2U) << lost;
     }
-}
-
-TEST_F(Sdr, ControllerThatIsBusyForTheMomentCostsNoRecord)
-{
-    records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
-    disturb([this, start = clock.time](const IpmiRequest& request) {
-        return request.data[2] == 2 && clock.time - start < 300ms ? IpmiAnswer{0xC0} : IpmiAnswer{};
-    });
-    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "3");
-    EXPECT_LE(slept(), 1s);
 }
 
 TEST_F(Sdr, ReadingThatIsGivenUpLeavesNothingAndTheNextQueryReadsAnew)
@@ -99,25 +88,27 @@ TEST_F(Sdr, OnlyBothBytesOfTheNextIdEndTheWalk)
     EXPECT_EQ(text("/BMC/SDR/NUMBER"), "3");
 }
 
-TEST_F(Sdr, RecordOrNextIdThatIsNotTheOneAskedForEndsTheWalk)
+TEST_F(Sdr, AnswerOfAnotherRecordOrANextIdThatLeadsBackEndsTheWalk)
 {
-    struct Case {
-        unsigned id;       ///< of the record that is answered wrongly
-        std::size_t place; ///< of the byte that is wrong
-        int byte;
-        const char* read;
-    };
-    for (const Case& wrong : {Case{3, 1, 0, "3"}, {3, 1, 1, "3"}, {3, 1, 2, "3"}, {3, 1, 3, "3"}, {2, 3, 9, "1"}}) {
+    // of the record, of the byte in its answer; what that says; how many are read
+    using Case = std::tuple<unsigned, std::size_t, std::uint8_t, const char*>;
+    for (const auto& [id, place, byte, read] :
+         {Case{3, 1, 0, "3"}, Case{3, 1, 1, "3"}, Case{3, 1, 2, "3"}, Case{3, 1, 3, "3"}, Case{2, 3, 9, "1"}}) {
         records = {full(1, 1, 1, {}), full(2, 2, 1, {}), full(3, 3, 1, {})};
         Module::BMCConfig::Cache::instance().Clear();
-        disturb([this, wrong](const IpmiRequest& request) {
+        disturb([=, this](const IpmiRequest& request) {
             IpmiAnswer answer = readRecord(request);
-            if (request.data[2] == wrong.id && (wrong.place == 1 || request.data[4] == 0))
-                answer[wrong.place] = static_cast<std::uint8_t>(wrong.byte), answer[2] = 0;
+            if (request.data[2] == id && (place == 1 || request.data[4] == 0))
+                answer[place] = byte, answer[2] = 0;
             return answer;
         });
-        EXPECT_EQ(text("/BMC/SDR/NUMBER"), wrong.read) << wrong.byte;
+        EXPECT_EQ(text("/BMC/SDR/NUMBER"), read) << int{byte};
     }
+    Module::BMCConfig::Cache::instance().Clear();
+    disturb([](const IpmiRequest& request) {
+        return request.data[2] == 2 ? IpmiAnswer{0, 0xFF, 0xFF, 2, 0, 0x51, 1} : IpmiAnswer{};
+    });
+    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1") << "a header cut short";
 }
 
 TEST_F(Sdr, PiecesThatComeShortAreReadOnAndEmptyOnesEndTheRecord)
@@ -133,15 +124,6 @@ TEST_F(Sdr, PiecesThatComeShortAreReadOnAndEmptyOnesEndTheRecord)
     });
     EXPECT_EQ(text("/BMC/SDR[1]"), line(records[0]));
     EXPECT_EQ(text("/BMC/SDR[2]"), line(std::span(records[1]).first(21)));
-}
-
-TEST_F(Sdr, HeaderCutShortEndsTheWalkWithWhatWasRead)
-{
-    records = {full(1, 1, 1, {}), full(2, 2, 1, {})};
-    disturb([](const IpmiRequest& request) {
-        return request.data[2] == 2 ? IpmiAnswer{0, 0xFF, 0xFF, 2, 0, 0x51, 1} : IpmiAnswer{};
-    });
-    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
 }
 
 TEST_F(Sdr, RecordsTooShortForAFieldHaveNoneOfIt)
@@ -166,27 +148,11 @@ TEST_F(Sdr, ListQueriesWalkNoMoreThan1023Records)
     EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[192]"), SizeIs(1 + 1023));
 }
 
-TEST_F(Sdr, CacheThatWasEmptiedIsReadAgain)
-{
-    records = {full(1, 1, 1, {})};
-    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
-    records.push_back(full(2, 2, 1, {}));
-    EXPECT_EQ(text("/BMC/SDR/NUMBER"), "1");
-    Module::BMCConfig::Cache::instance().Clear();
-    EXPECT_THAT(get("/BMC/SDR/RECORD_TYPE[1]"), SizeIs(3));
-}
-
 TEST_F(Sdr, ThreadsThatFindTheCacheEmptyReadTheRepositoryOnce)
 {
     for (unsigned id = 1; id <= 40; ++id)
         records.push_back(full(id, static_cast<std::uint8_t>(id), 1, {}));
-    std::atomic<int> right = 0;
-    {
-        std::vector<std::jthread> readers;
-        for (int reader = 0; reader < 4; ++reader)
-            readers.emplace_back([&] { right += text("/BMC/SDR/NUMBER") == "40"; });
-    }
-    EXPECT_EQ(right, 4);
+    inThreads(1, [this](int, int) { EXPECT_EQ(text("/BMC/SDR/NUMBER"), "40"); });
     EXPECT_EQ(count(0x0A, 0x22), 1U);
 }
 

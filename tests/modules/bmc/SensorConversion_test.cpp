@@ -1,6 +1,8 @@
+#include "ipmi/Hex.hpp"
 #include "modules/bmc/subjects/SensorConversion.hpp"
 #include "modules/bmc/subjects/SensorStates.hpp"
 #include "modules/bmc/subjects/SensorUnits.hpp"
+#include "tests/support/TextTable.hpp"
 
 #include <cmath>
 
@@ -51,27 +53,15 @@ TEST(SensorConversion, LinearSensorsFollowTheFormulaOverAllExponents)
 
 TEST(SensorConversion, OtherFormsTakeTheRawReading)
 {
-    const struct {
-        std::uint8_t form;
-        int x;
-        double value;
-    } cases[] = {{1, 1, 0},
-                 {5, -2, 0.01},
-                 {6, 10, 1024},
-                 {11, 2, 0.125},
-                 {11, 0, 0},
-                 {12, 5, 0},
-                 {0x3F, 5, 0},
-                 {7, 255, 0},
-                 {7, 4, 1 / ((3 * 4 + 50) * 0.1)},
-                 {7, 0, 1 / ((3 * 1 + 50) * 0.1)},
-                 {7, 1, 1 / ((3 * 1 + 50) * 0.1)}};
-    for (const auto& item : cases)
-        EXPECT_NEAR(convert(item.form, 3, item.x, 5, -1, 1), item.value, 1e-12) << int(item.form) << " of " << item.x;
+    using Row = std::tuple<std::uint8_t, int, double>;
+    for (const auto& [form, x, value] :
+         {Row{1, 1, 0}, Row{5, -2, 0.01}, Row{6, 10, 1024}, Row{11, 2, 0.125}, Row{11, 0, 0}, Row{12, 5, 0},
+          Row{0x3F, 5, 0}, Row{7, 255, 0}, Row{7, 4, 1 / 6.2}, Row{7, 0, 1 / 5.3}, Row{7, 1, 1 / 5.3}})
+        EXPECT_NEAR(convert(form, 3, x, 5, -1, 1), value, 1e-12) << int(form) << " of " << x;
     EXPECT_EQ(convert(7, 0, 9, 0, 0, 0), 0.0) << "no division by 0";
 }
 
-TEST(SensorConversion, ToleranceAndAccuracyAreTakenFromTheirBits)
+TEST(SensorConversion, ToleranceIsSignedAndOfLinearSensorsAlone)
 {
     double tolerance = 0;
     CVTCUtilities::CalculateTolerance(3, 2, -1, 0, &tolerance);
@@ -80,36 +70,26 @@ TEST(SensorConversion, ToleranceAndAccuracyAreTakenFromTheirBits)
     EXPECT_NEAR(tolerance, -14.0, 1e-12);
     CVTCUtilities::CalculateTolerance(3, 2, -1, 7, &tolerance);
     EXPECT_EQ(tolerance, 0.0);
-    int factor = 0;
-    CVTCUtilities::CalculateMultiplier(0x34, 0x7F, &factor);
-    EXPECT_EQ(factor, 0x134);
-    CVTCUtilities::CalculateOffset(0xFF, 0xE5, &factor);
-    EXPECT_EQ(factor, -1);
-    unsigned accuracy = 0;
-    CVTCUtilities::CalculateAccuracy(0xC5, 0x7F, &accuracy);
-    EXPECT_EQ(accuracy, 0x1C5U);
 }
 
 TEST(SensorStates, NamesFollowTheReadingType)
 {
-    const struct {
-        std::uint8_t reading, sensor, states1, states2;
-        const char* names;
-    } cases[] = {
-        {0x01, 1, 0xFF, 0x7F, "UNKNOWN"}, // thresholds have no states
-        {0x03, 2, 0x03, 0, "STATE_ASSERTED"},
-        {0x03, 2, 0x00, 0, "UNKNOWN"},
-        {0x08, 4, 0x00, 0, "DEVICE_REMOVED/DEVICE_ABSENT"},
-        {0x08, 4, 0x02, 0, "DEVICE_INSERTED/DEVICE_PRESENT"},
-        {0x09, 4, 0x04, 0, "UNKNOWN"},
-        {0x6F, 0x07, 0xA0, 0x02, "CONFIGURATION_ERROR, PROCESSOR_PRESENCE_DETECTED, THREMAL_PRESENCE_DETECTED"},
-        {0x6F, 0x29, 0xF8, 0x7F, "UNKNOWN"}, // bits above the names
-        {0x70, 0x0D, 0x02, 0x04, "DEVICE_FAULT, DEVICE_INSERTED"},
-        {0x7E, 0xC7, 0xFF, 0x7F, "UNKNOWN"},
-    };
-    for (const auto& item : cases)
-        EXPECT_EQ(nameStates(item.reading, item.sensor, item.states1 | item.states2 << 8), item.names)
-            << int(item.reading) << " of sensor type " << int(item.sensor);
+    // reading type, sensor type, states; those above the names are left out, and thresholds have none
+    constexpr char rows[] = R"(
+01 01 FF 7F | UNKNOWN
+03 02 03 00 | STATE_ASSERTED
+03 02 00 00 | UNKNOWN
+08 04 00 00 | DEVICE_REMOVED/DEVICE_ABSENT
+08 04 02 00 | DEVICE_INSERTED/DEVICE_PRESENT
+09 04 04 00 | UNKNOWN
+6F 07 A0 02 | CONFIGURATION_ERROR, PROCESSOR_PRESENCE_DETECTED, THREMAL_PRESENCE_DETECTED
+6F 29 F8 7F | UNKNOWN
+70 0D 02 04 | DEVICE_FAULT, DEVICE_INSERTED
+7E C7 FF 7F | UNKNOWN)";
+    for (const auto& row : rowsOf(rows)) {
+        const auto bytes = ipmi::parseBytes(row[0]);
+        EXPECT_EQ(nameStates(bytes[0], bytes[1], bytes[2] | bytes[3] << 8), row[1]) << row[0];
+    }
 }
 
 TEST(SensorUnits, ModifierAndPercentAreWrittenIntoTwentyBytes)
@@ -119,15 +99,18 @@ TEST(SensorUnits, ModifierAndPercentAreWrittenIntoTwentyBytes)
     EXPECT_EQ(FindAndLoadTemperatureUnit(1, 5, text), 0);
     EXPECT_EQ(FindAndLoadTemperatureUnit(2, 0, text), 1);
     EXPECT_STREQ(text, "Degrees Fahrenheit");
-    const struct {
-        std::uint8_t base, modifier, units1;
-        const char* text;
-    } cases[] = {
-        {4, 0, 0, "Volts"},    {6, 24, 2, "Watts/Hour"},           {6, 24, 4, "Watts*Hour"},      {18, 0, 1, "RPM%"},
-        {49, 0, 0, "Gilerts"}, {90, 90, 2, "UncorrectableError/"}, {3, 0, 0xC0, "Degrees Kelvin"}};
-    for (const auto& item : cases) {
-        EXPECT_EQ(FindAndLoadNonTemperatureUnit(item.base, item.modifier, item.units1, text), 1);
-        EXPECT_STREQ(text, item.text);
+    constexpr char rows[] = R"(
+04 00 00 | Volts
+06 18 02 | Watts/Hour
+06 18 04 | Watts*Hour
+12 00 01 | RPM%
+31 00 00 | Gilerts
+5A 5A 02 | UncorrectableError/
+03 00 C0 | Degrees Kelvin)";
+    for (const auto& row : rowsOf(rows)) {
+        const auto bytes = ipmi::parseBytes(row[0]);
+        EXPECT_EQ(FindAndLoadNonTemperatureUnit(bytes[0], bytes[1], bytes[2], text), 1);
+        EXPECT_EQ(text, row[1]);
     }
     EXPECT_EQ(FindAndLoadNonTemperatureUnit(91, 0, 0, text), 0);
 }

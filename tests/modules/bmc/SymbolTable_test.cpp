@@ -1,8 +1,5 @@
 #include "modules/bmc/engine/Databases.hpp"
 #include "modules/bmc/engine/SymbolTable.hpp"
-#include "modules/bmc/subjects/Cache.hpp"
-
-#include <thread>
 
 namespace Module::BMCConfig {
 namespace {
@@ -67,22 +64,6 @@ TEST(Database, UnknownKeyIsInsertedIntoTheQuerysOwnLayer)
     EXPECT_EQ(mine.size(), 3U); // the copied entry counts in both layers
     EXPECT_EQ(other.get("GET://BMC/A").size(), 1U);
     EXPECT_EQ(other.size(), 1U);
-}
-
-TEST(Cache, ServesThreadsEvenWithNamedLocksOff)
-{
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread)
-        threads.emplace_back([thread] {
-            for (int i = 0; i < 500; ++i) {
-                Cache::instance().Set("K" + std::to_string(i), Symbol(std::to_string(thread)), BMC_EXEC_LOCAL, false);
-                Cache::instance().Get("K" + std::to_string(499 - i), BMC_EXEC_LOCAL);
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(Cache::instance().Get("K7", BMC_EXEC_LOCAL).size(), 1U);
-    Cache::instance().Clear();
 }
 
 } // namespace
