@@ -80,9 +80,10 @@ int agentx_loop()
     while (agent::isRunning()) {
         agent_check_and_process(1);
         agent::serveSignals();
+        mib::noteArrivedTraps();
     }
     const bool alone = agent::endThreads(agent::stopPatience());
-    mib::sendQueuedTraps();
+    mib::sendLastTraps();
     client::events::keepMark();
     snmp_shutdown(applicationName);
     if (!alone)

@@ -4,8 +4,12 @@
 #include "client/traps/TrapQueue.hpp"
 #include "common/Policy.hpp"
 #include "common/Report.hpp"
+#include "common/Seams.hpp"
+#include "common/Stopwatch.hpp"
 
+#include <chrono>
 #include <cstdio>
+#include <limits>
 #include <utility>
 
 // The library's headers want this one first and lean on each other's order.
@@ -21,11 +25,22 @@ namespace mib {
 namespace {
 
 using namespace client::traps;
+using namespace std::chrono_literals;
 
 static_assert(sizeof(oid) == sizeof(SubId));
 
+constexpr std::size_t everyTrap = std::numeric_limits<std::size_t>::max();
+
+/// A master agent that lives answers within its own time-out, or the library closes the session.
+constexpr auto patienceForAnswers = 60s;
+/// At the end, when nobody waits for more.
+constexpr auto lastPatience = 500ms;
+constexpr auto napForAnswers = 5ms;
+
 bool hasSession = false;
 bool lossIsTold = false;
+u_int answersCounted = 0;
+Clock::SteadyPoint lastMove; ///< a trap went, or an answer came
 
 int noteSession(int, int event, void*, void*)
 {
@@ -81,6 +96,36 @@ void tellLoss()
     lossIsTold = true;
 }
 
+/// Each notification is answered, in order (RFC 2741, 7.1.10). The library tells of that only by its statistics: what came
+/// in are requests and those answers, what went out are responses, one to each request, and notifications.
+u_int countAnswers()
+{
+    const u_int responses = snmp_get_statistic(STAT_SNMPOUTPKTS) - snmp_get_statistic(STAT_SNMPOUTTRAPS);
+    return snmp_get_statistic(STAT_SNMPINPKTS) - responses;
+}
+
+std::size_t takeAnswers()
+{
+    const u_int counted = countAnswers();
+    const u_int before = std::exchange(answersCounted, counted);
+    return counted > before ? counted - before : 0;
+}
+
+/// Sends what may leave; says whether there was something.
+bool sendSome()
+{
+    const std::deque<Trap> taken = takeTraps();
+    for (const Trap& trap : taken) {
+        if (!hasSession)
+            tellLoss();
+        send(trap);
+    }
+    std::fflush(stderr);
+    if (!taken.empty())
+        lastMove = current<Clock>().steady();
+    return !taken.empty();
+}
+
 } // namespace
 
 void startTrapSender()
@@ -92,18 +137,38 @@ void startTrapSender()
 
 void sendQueuedTraps()
 {
-    const std::deque<Trap> taken = takeTraps();
-    for (const Trap& trap : taken) {
-        if (!hasSession)
-            tellLoss();
-        send(trap);
-    }
-    std::fflush(stderr);
-    if (taken.empty())
+    const bool sent = sendSome();
+    if (!common::policy().pacesTrapsApart)
+        trapsArrived(everyTrap);
+    else if (sent)
+        agent::wakeEventThread(); // for the next trap's turn
+}
+
+void noteArrivedTraps()
+{
+    std::size_t arrived = takeAnswers();
+    if (trapStanding().onTheirWay == 0)
         return;
-    trapsAreSent();
-    if (common::policy().pacesTrapsApart)
-        agent::wakeEventThread(); // for the next trap's turn, and to note that these are told
+    const auto now = current<Clock>().steady();
+    if (arrived > 0)
+        lastMove = now;
+    else if (now - lastMove <= patienceForAnswers)
+        return;
+    else
+        arrived = everyTrap;
+    trapsArrived(arrived);
+    agent::wakeEventThread(); // the mark follows
+}
+
+void sendLastTraps()
+{
+    sendQueuedTraps();
+    const common::Stopwatch wait;
+    while (trapStanding().onTheirWay > 0 && hasSession && wait.elapsed() < lastPatience) {
+        current<Clock>().sleepFor(napForAnswers);
+        agent_check_and_process(0);
+        noteArrivedTraps();
+    }
 }
 
 } // namespace mib

@@ -92,9 +92,8 @@ int fitOf(const ipmi::SdrView& sensor, const ipmi::SelView& event)
 
 /// The first record of that number. Satellite controllers and further LUNs use the same numbers again: among several
 /// the first that fits the event's maker best.
-Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap& records)
+Found recordOf(int sensorNumber, ipmi::ByteView event, const ResultMap& records)
 {
-    const ipmi::Bytes eventBytes = bytesOf(event);
     Found best;
     for (const auto& [key, node] : records) {
         if (node.mType != NODE_LEAF || node.mXNodeList.empty())
@@ -103,7 +102,7 @@ Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap
         if (record.size() <= ipmi::sdr::number || ipmi::SdrView(record).number() != sensorNumber)
             continue;
         best.isOnly = best.record.empty();
-        if (const int fit = fitOf(ipmi::SdrView(record), ipmi::SelView(eventBytes)); fit > best.fit) {
+        if (const int fit = fitOf(ipmi::SdrView(record), ipmi::SelView(event)); fit > best.fit) {
             best.fit = fit;
             best.record = std::move(record);
         }
@@ -114,14 +113,15 @@ Found recordOf(int sensorNumber, const EVENT_DATA_STRUCT& event, const ResultMap
 /// Full records first: a compact one counts only where it is the event's maker's and the full one is not.
 Found findByRecordTypes(int sensorNumber, const EVENT_DATA_STRUCT& event)
 {
+    const ipmi::Bytes bytes = bytesOf(event);
     Found best;
     for (const int recordType : {ipmi::sdrtype::full, ipmi::sdrtype::compact}) {
         const auto records = tryQuery("/BMC/SDR/RECORD_TYPE[" + std::to_string(recordType) + "]", noRecords, nullptr);
         if (!records)
             break;
-        if (Found found = recordOf(sensorNumber, event, *records); found.fit > best.fit)
+        if (Found found = recordOf(sensorNumber, bytes, *records); found.fit > best.fit)
             best = std::move(found);
-        if (best.fit > 0 || (best.fit == 0 && bytesOf(event).empty()))
+        if (best.fit > 0 || (best.fit == 0 && bytes.empty()))
             return best;
     }
     if (best.record.empty())
@@ -129,14 +129,18 @@ Found findByRecordTypes(int sensorNumber, const EVENT_DATA_STRUCT& event)
     return best;
 }
 
+std::optional<ResultMap> recordsOfType(int sensorType)
+{
+    return tryQuery("/BMC/SDR/SENSOR_TYPE[" + std::to_string(sensorType) + "]", noRecords, nullptr);
+}
+
 /// Empty without one, also when the query fails.
 Found findSensor(Search search, int sensorNumber, const EVENT_DATA_STRUCT& event)
 {
     if (search == Search::byRecordTypes)
         return findByRecordTypes(sensorNumber, event);
-    const auto records =
-        tryQuery("/BMC/SDR/SENSOR_TYPE[" + std::to_string(event.ucSensorType) + "]", noRecords, nullptr);
-    return records ? recordOf(sensorNumber, event, *records) : Found();
+    const auto records = recordsOfType(event.ucSensorType);
+    return records ? recordOf(sensorNumber, bytesOf(event), *records) : Found();
 }
 
 std::string nameAt(const std::string& sensorPath, const std::string& complaint)
@@ -343,4 +347,11 @@ int Generic_EventOccurred(EVENT_DATA_STRUCT* record)
     trace("Event Severity %s\n", record->sSeverity);
     trace("Returning from Generic_EventOccurred with status %d.\n", noEvent);
     return noEvent;
+}
+
+bool client::events::hasRecordOfSensor(ipmi::ByteView event)
+{
+    const ipmi::SelView view(event);
+    const auto records = recordsOfType(view.sensorType());
+    return records && recordOf(view.sensorNumber(), event, *records).fit > 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "client/traps/EventData.hpp"
+#include "ipmi/Bytes.hpp"
 
 /// One classifier for each family of sensors: which device a record of the event log speaks of, whether it begins or
 /// ends a condition, how grave that is, and in which words it is told. Each hands what it finds to the SNMP side and
@@ -23,3 +24,11 @@ int PhpSlot_EventOccurred(EVENT_DATA_STRUCT* record);
 int PGSurgeLoop_EventOccurred(EVENT_DATA_STRUCT* record);
 /// Makes no event.
 int Generic_EventOccurred(EVENT_DATA_STRUCT* record);
+
+namespace client::events {
+
+/// Whether the sensor data records that are known have that of the sensor of this event, a record of the event log
+/// (IPMI 2.0, 32.1): same number and type, and the event's maker owns it.
+bool hasRecordOfSensor(ipmi::ByteView event);
+
+} // namespace client::events

@@ -1,6 +1,7 @@
 #include "client/events/SelFollower.hpp"
 
 #include "client/door/Functions.hpp"
+#include "client/events/Classifiers.hpp"
 #include "client/events/SelWatcher.hpp"
 #include "client/query/QLInterface.hpp"
 #include "client/traps/TrapQueue.hpp"
@@ -9,6 +10,7 @@
 #include "common/Report.hpp"
 #include "common/ResultStatus.hpp"
 #include "common/Stopwatch.hpp"
+#include "ipmi/Hex.hpp"
 #include "ipmi/SelView.hpp"
 
 #include <algorithm>
@@ -109,7 +111,7 @@ int SelFollower::turn()
         noteTrouble();
         throw;
     }
-    if (std::exchange(tellsOld, false))
+    if (!sensorsToCome && std::exchange(tellsOld, false))
         door::tellingOldEvents(false);
     return 0;
 }
@@ -119,7 +121,7 @@ int SelFollower::turn()
 bool SelFollower::mayTell()
 {
     if (sensorsToCome)
-        return false;
+        return true;
     const auto answer = query::tryQuery(repository, "\nNo sensor data records for events\n");
     const auto list = answer ? answer->find(repository) : ResultMap::const_iterator();
     if (answer && list != answer->end() && !list->second.mXNodeList.empty())
@@ -127,6 +129,17 @@ bool SelFollower::mayTell()
     else
         ++turnsWithoutSensors;
     return turnsWithoutSensors == 0 || turnsWithoutSensors > patienceForSensors;
+}
+
+/// While the records are still being read each event waits for that of its own sensor, and those behind it with it.
+/// What software told of has none.
+bool SelFollower::mustWait(const std::string& record) const
+{
+    if (!sensorsToCome)
+        return false;
+    const ipmi::Bytes bytes = ipmi::parseBytes(record);
+    const ipmi::SelView event(bytes);
+    return event.isSystemEvent() && !event.isFromSoftware() && !hasRecordOfSensor(bytes);
 }
 
 /// By the controller's clock; one that does not tell has erased nothing as far as we know.
@@ -229,8 +242,11 @@ SelFollower::Step SelFollower::takeFresh(const Page& page, const std::vector<std
     const auto mayComeAgain = [&](std::size_t place) { return !isUnique(page.log.records[place]); };
     if (std::ranges::any_of(fresh, mayComeAgain))
         trail.erased = lastErasure();
-    for (const std::size_t place : fresh)
+    for (const std::size_t place : fresh) {
+        if (mustWait(page.log.records[place]))
+            return Step::atEnd;
         take(page, place);
+    }
     if (page.log.endsLog)
         return Step::atEnd;
     return fresh.empty() ? Step::stuck : Step::goOn;

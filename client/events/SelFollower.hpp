@@ -12,7 +12,8 @@ public:
     /// costs one exchange. The very first turn only takes the log's end for its mark. Nothing before the client's
     /// groups are there. 1 if more is waiting, else 0. ResultStatus when the log cannot be read. One thread alone.
     int turn();
-    /// Whether the records of sensors are still being read: until then nothing is told. The same thread.
+    /// Whether the records of sensors are still being read: until then an event whose sensor is not known yet, and those
+    /// behind it, are not told. The same thread.
     void waitForSensors(bool wait) { sensorsToCome = wait; }
     /// Moves the mark on the disk behind what has been told. Any other thread.
     void keep() { mark.keep(); }
@@ -26,6 +27,7 @@ private:
     std::string lastErasure() const;
     void begin();
     bool mayTell();
+    bool mustWait(const std::string& record) const;
     bool readOn();
     Step step(int most);
     Step lookIntoEmptyLog();

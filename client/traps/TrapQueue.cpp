@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -65,12 +66,12 @@ private:
 
 struct Queue {
     std::deque<Waiting> waiting;
+    std::deque<Waiting> onTheirWay; ///< taken, and not yet known to have arrived
     Bucket bucket;
     bool isOpen = true;
-    unsigned long record = 0;            ///< that traps are queued for
-    unsigned id = 0;                     ///< of it in the log
-    unsigned long lastQueued = 0;        ///< that one was queued for
-    unsigned long onTheirWay = noRecord; ///< the oldest of the traps that were taken
+    unsigned long record = 0;     ///< that traps are queued for
+    unsigned id = 0;              ///< of it in the log
+    unsigned long lastQueued = 0; ///< that one was queued for
     unsigned long dropped = 0;
 
     bool frontMayLeave() { return !waiting.empty() && (!waiting.front().isPaced || (isOpen && bucket.hasOne())); }
@@ -80,6 +81,32 @@ struct Queue {
     {
         waiting.push_back({std::move(trap), record, id, isPaced});
         lastQueued = record;
+    }
+
+    Trap take()
+    {
+        if (waiting.front().isPaced)
+            bucket.takeOne();
+        onTheirWay.push_back(std::move(waiting.front()));
+        waiting.pop_front();
+        return onTheirWay.back().trap;
+    }
+
+    /// Those that wait for a session wait again.
+    void takeBack()
+    {
+        std::erase_if(onTheirWay, [](const Waiting& one) { return !one.isPaced; });
+        waiting.insert(waiting.begin(), std::move_iterator(onTheirWay.begin()), std::move_iterator(onTheirWay.end()));
+        onTheirWay.clear();
+    }
+
+    unsigned long oldestRecord() const
+    {
+        unsigned long oldest = noRecord;
+        for (const auto* const traps : {&onTheirWay, &waiting})
+            if (!traps->empty())
+                oldest = std::min(oldest, traps->front().record);
+        return oldest;
     }
 };
 
@@ -144,7 +171,7 @@ void queueTestTrap(Trap trap)
 TrapStanding trapStanding()
 {
     const std::scoped_lock lock(guard);
-    return {queue.isOpen, queue.waiting.size(), queue.dropped};
+    return {queue.isOpen, queue.waiting.size(), queue.onTheirWay.size(), queue.dropped};
 }
 
 std::deque<Trap> takeTraps()
@@ -155,13 +182,8 @@ std::deque<Trap> takeTraps()
     {
         const std::scoped_lock lock(guard);
         while (queue.frontMayLeave()) {
-            Waiting& front = queue.waiting.front();
-            if (front.isPaced)
-                queue.bucket.takeOne();
-            queue.onTheirWay = std::min(queue.onTheirWay, front.record);
-            lines.push_back(lineOf(front));
-            taken.push_back(std::move(front.trap));
-            queue.waiting.pop_front();
+            lines.push_back(lineOf(queue.waiting.front()));
+            taken.push_back(queue.take());
         }
         // not at the first free place: that one is taken again at once
         if (queue.waiting.size() <= queue.mostWaiting() / 2)
@@ -176,10 +198,11 @@ std::deque<Trap> takeTraps()
     return taken;
 }
 
-void trapsAreSent()
+void trapsArrived(std::size_t count)
 {
     const std::scoped_lock lock(guard);
-    queue.onTheirWay = noRecord;
+    const std::size_t known = std::min(count, queue.onTheirWay.size());
+    queue.onTheirWay.erase(queue.onTheirWay.begin(), queue.onTheirWay.begin() + static_cast<std::ptrdiff_t>(known));
 }
 
 void sessionIs(bool open)
@@ -187,6 +210,8 @@ void sessionIs(bool open)
     {
         const std::scoped_lock lock(guard);
         queue.isOpen = open;
+        if (!open)
+            queue.takeBack();
     }
     callForTraps();
 }
@@ -223,7 +248,7 @@ unsigned long lastQueuedRecord()
 unsigned long oldestUntoldRecord()
 {
     const std::scoped_lock lock(guard);
-    return std::min(queue.onTheirWay, queue.waiting.empty() ? noRecord : queue.waiting.front().record);
+    return queue.oldestRecord();
 }
 
 void emptyTrapQueue()

@@ -21,18 +21,21 @@ void queuePacedTrap(Trap trap);
 /// Puts a trap that tells of no event before all others: it waits for no pace, and holds up no mark.
 void queueTestTrap(Trap trap);
 
-/// Everything queued so far, in order; of the paced ones those whose turn it is. They count as on their way until
-/// trapsAreSent.
+/// Everything queued so far, in order; of the paced ones those whose turn it is. They count as on their way until they
+/// are known to have arrived.
 std::deque<Trap> takeTraps();
-void trapsAreSent();
+/// So many of those on their way, the oldest, have arrived.
+void trapsArrived(std::size_t count);
 
-/// Whether there is a session to the master agent; there is one until something else is said.
+/// Whether there is a session to the master agent; there is one until something else is said. When it is lost, paced
+/// traps on their way wait again, before all others.
 void sessionIs(bool open);
 
 /// How the queue stands.
 struct TrapStanding {
     bool hasSession;
     std::size_t waiting;
+    std::size_t onTheirWay;
     unsigned long dropped; ///< and not yet reported as over
 };
 TrapStanding trapStanding();

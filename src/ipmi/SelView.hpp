@@ -40,6 +40,7 @@ public:
     // System events (32.1).
     /// Slave address in the 8-bit form, or a software id with bit 0 set.
     std::uint8_t generator() const { return byteAt(bytes, sel::generator); }
+    bool isFromSoftware() const { return (generator() & 0x01) != 0; }
     std::uint8_t channelAndLun() const { return byteAt(bytes, sel::channelAndLun); }
     std::uint8_t channel() const { return channelAndLun() >> 4; }
     std::uint8_t lun() const { return channelAndLun() & 0x03; }

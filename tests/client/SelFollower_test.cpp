@@ -84,7 +84,7 @@ protected:
         for (std::deque<Trap> some; !(some = takeTraps()).empty(); clock.advance(1h)) {
             for (const Trap& trap : some)
                 told.push_back(std::get<std::string>(trap[1].value).substr(WordLog::prefix.size()));
-            trapsAreSent();
+            trapsArrived(1000);
         }
     }
 
@@ -223,7 +223,7 @@ TEST_F(Follower, WhatWaitsAsATrapAtACrashIsToldByTheNextProcess)
     for (int second = 0; second < 20; ++second) {
         for (const Trap& trap : takeTraps())
             told.push_back(std::get<std::string>(trap[1].value).substr(WordLog::prefix.size()));
-        trapsAreSent();
+        trapsArrived(1000);
         follower->keep();
         clock.advance(1s);
     }
@@ -265,6 +265,27 @@ TEST_F(Follower, EventsWaitForTheRecordsOfTheirSensorsButNotForGood)
     for (int turn = 0; turn < 21; ++turn)
         obey("poll");
     EXPECT_THAT(told, testing::ElementsAre("b"));
+}
+
+/// The maker's address is byte 7 of the record, the sensor's number byte 11.
+TEST_F(Follower, WhileRecordsAreReadAnEventWaitsForThatOfItsSensorAlone)
+{
+    const auto change = [this](std::size_t byte, const char* value) {
+        log.records.back().raw.replace(3 * byte, 2, value);
+    };
+    obey("o1 poll");
+    follower->waitForSensors(true);
+    obey("known software");
+    change(7, "41");
+    obey("poll unknown");
+    change(11, "31");
+    obey("behind poll poll");
+    EXPECT_THAT(told, testing::ElementsAre("known", "software"));
+    addSensor({.number = 0x31, .type = 0x0C});
+    log.answers = sdk.answers;
+    cache_map.clear();
+    obey("poll");
+    EXPECT_THAT(told, testing::ElementsAre("known", "software", "unknown", "behind"));
 }
 
 TEST_F(Follower, WhileOldRecordsAreToldTheHealthWaits)
