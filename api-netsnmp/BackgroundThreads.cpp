@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cxxabi.h>
+#include <memory>
 #include <pthread.h>
 #include <semaphore>
 
@@ -19,7 +20,8 @@ namespace {
 using namespace std::chrono_literals;
 
 std::FILE* logfile = nullptr;
-client::reader::Reader reader;
+/// Not destroyed at exit: its thread may not have ended.
+client::reader::Reader& reader = *std::make_unique<client::reader::Reader>().release();
 
 std::counting_semaphore<> ends{0};
 

@@ -96,8 +96,8 @@ void tellLoss()
     lossIsTold = true;
 }
 
-/// Each notification is answered, in order (RFC 2741, 7.1.10). The library tells of that only by its statistics: what came
-/// in are requests and those answers, what went out are responses, one to each request, and notifications.
+/// Each notification is answered, in order (RFC 2741, 7.1.10). The library tells of that only by its statistics: what
+/// came in are requests and those answers, what went out are responses, one to each request, and notifications.
 u_int countAnswers()
 {
     const u_int responses = snmp_get_statistic(STAT_SNMPOUTPKTS) - snmp_get_statistic(STAT_SNMPOUTTRAPS);
