@@ -31,8 +31,15 @@ TEST(Hex, TextOfAnyWriterGivesTheSameBytes)
     EXPECT_EQ(ipmi::hexBytes(ipmi::parseBytes("a 0 fe")), "0A 00 FE");
 }
 
-TEST(SdrView, ALocatorIsNoSensorAndAShortRecordHasNothing)
+TEST(SdrView, FieldsAreWhereTheStandardHasThemAndALocatorIsNoSensorAndAShortRecordHasNothing)
 {
+    for (const Bytes& record : {countingRecord(1), countingRecord(2), countingRecord(3)}) {
+        const ipmi::SdrView view(record);
+        EXPECT_EQ(
+            (std::vector<int>{view.version(), view.owner(), view.number(), view.entityId(), view.entityInstance()}),
+            (std::vector<int>{2, 5, 7, 8, 9}));
+        EXPECT_EQ(view.isReadable(), record[3] != 3);
+    }
     EXPECT_FALSE(ipmi::SdrView(countingRecord(0x12)).isSensor());
     EXPECT_EQ(ipmi::SdrView(countingRecord(0x12)).sensorType(), std::nullopt);
     const Bytes cut = countingRecord(1, 12);

@@ -91,7 +91,7 @@ protected:
     ScopedSeam<osinfo::OsCalls> useCalls{calls};
 };
 
-TEST_F(OsInfo, HostWithoutANameIsNone)
+TEST_F(OsInfo, HostWithoutANameIsNoneAndTheSystemsIsTheFirstLineOfAKnownReleaseFile)
 {
     _OSINFO info;
     GetOSInfo(info);
@@ -100,10 +100,7 @@ TEST_F(OsInfo, HostWithoutANameIsNone)
     calls.kernelResult = -1;
     GetOSInfo(info);
     EXPECT_EQ(line({info.HostName, info.NodeName}), "(none)|");
-}
 
-TEST_F(OsInfo, DisplayStringIsTheFirstLineOfAKnownReleaseFile)
-{
     std::string display = "old";
     GetOSDisplayString(display);
     EXPECT_EQ(display, "");

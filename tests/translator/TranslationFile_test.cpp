@@ -50,13 +50,6 @@ TEST(TranslationFile, WordSectionsFillTheirTablesInAnyOrder)
     EXPECT_EQ(file.findMiscString(0x1F), L"word 15");
 }
 
-TEST(TranslationFile, SectionSixteenEndsTheReading)
-{
-    const TranslationFile file = fileOf(sectionOf(3, L"1\t\"kept\"\n") + L"$16 0\n^" + sectionOf(4, L"1\t\"lost\"\n"));
-    EXPECT_EQ(file.findSeverity(1), L"kept");
-    EXPECT_THROW(file.findSensorType(1), MetaInfoTableError);
-}
-
 TEST(TranslationFile, MalformedLinesAreLeftOutAndTheOthersKept)
 {
     const std::wstring tooLong = L"2\t\"" + std::wstring(5000, L'x') + L"\"\n";
@@ -72,8 +65,11 @@ TEST(TranslationFile, MalformedLinesAreLeftOutAndTheOthersKept)
     EXPECT_THROW(events.findSpecificTranslation({.sensorType = 0x0C, .event1 = 1}), EventTableError);
 }
 
-TEST(TranslationFile, TheCountBoundsASectionAndAHugeOneDoesNoHarm)
+TEST(TranslationFile, TheCountBoundsASectionAndAHugeOneDoesNoHarmAndSectionSixteenEndsTheReading)
 {
+    const TranslationFile ended = fileOf(sectionOf(3, L"1\t\"kept\"\n") + L"$16 0\n^" + sectionOf(4, L"1\t\"lost\"\n"));
+    EXPECT_EQ(ended.findSeverity(1), L"kept");
+    EXPECT_THROW(ended.findSensorType(1), MetaInfoTableError);
     EXPECT_THROW(fileOf(sectionOf(15, L"1\t\"a\"\n2\t\"b\"\n", 1)).findMiscString(2), MetaInfoTableError);
     const std::wstring_view groups =
         L"&2016F0C\t0\n1\t\t\t\t\t\t\"type too large\"\n\n&0301\t0\n1\t\t\t\t\t\t\"last\"\n";

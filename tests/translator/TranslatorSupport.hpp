@@ -24,13 +24,11 @@ struct Event {
     std::array<unsigned char, 16> record() const
     {
         std::array<unsigned char, 16> bytes{0x01, 0x00, 0x02, 0x0D, 0x0C, 0x0B, 0x4A, 0x20, 0x00, 0x04, 0, 0x05};
-        const int direction = deasserted ? 0x80 : 0;
-        bytes[2] = static_cast<unsigned char>(recordType);
-        bytes[10] = static_cast<unsigned char>(sensorType);
-        bytes[12] = static_cast<unsigned char>(eventType | direction);
-        bytes[13] = static_cast<unsigned char>(event1);
-        bytes[14] = static_cast<unsigned char>(event2);
-        bytes[15] = static_cast<unsigned char>(event3);
+        const std::pair<std::size_t, int> fields[] = {
+            {2, recordType}, {10, sensorType}, {12, eventType | (deasserted ? 0x80 : 0)},
+            {13, event1},    {14, event2},     {15, event3}};
+        for (const auto& [place, value] : fields)
+            bytes[place] = static_cast<unsigned char>(value);
         return bytes;
     }
 };

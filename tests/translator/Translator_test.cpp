@@ -164,12 +164,8 @@ A0 23 AD | [sensor_name | [sensor_name
 00 00 18 | %Number event3% | unknown)";
     for (const auto& row : rowsOf(rows))
         EXPECT_EQ(textOfToken(row[1], eventOf("0C 6F " + row[0])), row[2]) << row[1];
-}
-
-TEST_F(TranslatorOfRecords, ASensorNameWithTokensIsTakenAsItIs)
-{
     translator.setSensorName("[severity] %CPU% %n");
-    EXPECT_EQ(textOfToken("[sensor_name]!", {}), "[severity] %CPU% %n!");
+    EXPECT_EQ(textOfToken("[sensor_name]!", {}), "[severity] %CPU% %n!") << "taken as it is";
     EXPECT_EQ(textOfToken("[sensor_name]!", {}), "the sensor!") << "given for one record only";
 }
 

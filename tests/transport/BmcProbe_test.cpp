@@ -63,7 +63,7 @@ TEST_F(BmcProbe, FindsTheBaseBehindOtherStructures)
     EXPECT_EQ(transportState().kcsBaseAddress, 0x0CC2u);
 }
 
-TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefault)
+TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefaultAndMemoryThatCannotBeUsedIsAnError)
 {
     const std::pair<std::string, int> tables[] = {{bios, 0},
                                                   {bios + device, 1},
@@ -80,10 +80,7 @@ TEST_F(BmcProbe, TableWithoutDeviceTakesTheDefault)
         EXPECT_EQ(MainInit(), -1);
         ports.absent = false;
     }
-}
-
-TEST_F(BmcProbe, MemoryThatCannotBeUsedIsAnError)
-{
+    root.reset();
     root.emplace();
     EXPECT_EQ(MainInit(), -1) << "no file";
     writeImage(bios, 1, entryAddress + 1);

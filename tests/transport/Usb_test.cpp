@@ -51,7 +51,7 @@ protected:
     std::unique_ptr<BMC_MESSAGE> response = std::make_unique<BMC_MESSAGE>();
 };
 
-TEST_F(Usb, SessionOpensWithItsArgumentsAndCarriesRequests)
+TEST_F(Usb, SessionOpensWithItsArgumentsAndCarriesRequestsAndFailures)
 {
     ASSERT_EQ(SelectIPMIInterface(IPMI_INTERFACE_USB), 1);
     const StandInRecord& seen = library.record();
@@ -69,11 +69,7 @@ TEST_F(Usb, SessionOpensWithItsArgumentsAndCarriesRequests)
     EXPECT_EQ(seen.timeout, 7u);
     EXPECT_EQ(seen.requestLength, 129u);
     EXPECT_TRUE(bmc.writes.empty());
-}
-
-TEST_F(Usb, FailuresOfTheLibraryAreReported)
-{
-    ASSERT_EQ(SelectIPMIInterface(IPMI_INTERFACE_USB), 1);
+    library.record().answerLength = 0;
     EXPECT_EQ(exchange(), 3) << "empty response";
     library.record().answerLength = 70000;
     EXPECT_EQ(exchange(), 1) << "longer than the buffer";

@@ -37,23 +37,6 @@ TEST(SymbolTable, OverlayLeavesTheConstantsOfOtherQueriesAlone)
     EXPECT_EQ(other.read("$/IPMI/APP_NET_FUNCTION").text(), "06");
 }
 
-TEST(SymbolTable, OnlyStinkingGarbageIsCollected)
-{
-    SymbolTable table;
-    table["$A"] = "1";
-    table["$B"] = "2";
-    table.mark_as_garbage("$A");
-    table.mark_as_stinking_garbage("$B");
-    table.mark_as_stinking_garbage("$B");
-    table.garbage_collector();
-    table.stinking_garbage_collector();
-    EXPECT_NE(table.find("$A"), nullptr);
-    EXPECT_EQ(table.find("$B"), nullptr);
-    table["$B"] = "again";
-    table.stinking_garbage_collector();
-    EXPECT_NE(table.find("$B"), nullptr);
-}
-
 TEST(Database, UnknownKeyIsInsertedIntoTheQuerysOwnLayer)
 {
     const auto stores = storesWithConstant();
