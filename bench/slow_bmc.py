@@ -4,9 +4,9 @@ controller that takes its time.
 
 For each board size and delay (seconds an answer; "silent" for none) it starts agent, master and simulator, asks for one value
 each half second and walks the whole tree each five seconds, and prints one line: rows and when the first and the last came,
-answers and the slowest of them, walks that lost the tree, exchanges, processor time of the agent. `--plain` leaves the
-practical mode off. With `--machine` all but the controller is in the virtual server, where the agent has the kernel's driver
-or the bare KCS port; else the preload library is its driver."""
+answers and the slowest of them, walks that lost the tree, exchanges, processor time of the agent in all, and its share of a
+processor after the first fifteen seconds. `--plain` leaves the practical mode off. With `--machine` all but the controller is
+in the virtual server, where the agent has the kernel's driver or the bare KCS port; else the preload library is its driver."""
 
 import argparse
 import contextlib
@@ -30,6 +30,7 @@ from hwtools.processes import BenchError  # noqa: E402
 
 HEALTH = ENTERPRISE + ".2.10.3.5.100.1.0"
 TREE = ENTERPRISE + ".2.10.3.5"
+SETTLING = 15
 TICKS = os.sysconf("SC_CLK_TCK")
 # Readings of the three tables that have a value.
 READING = re.compile(r"\.(?:400\.30|600\.20|600\.40)\.1\.6\.\d+ (?!2147483647$)", re.MULTILINE)
@@ -85,11 +86,14 @@ class Manager:
         self.rows.append((time.monotonic() - self.began, len(READING.findall(done.stdout))))
 
 
-def manage(port, seconds):
-    """Asks and walks so long, and tells what was seen."""
+def manage(port, seconds, processes):
+    """Asks and walks so long, and tells what was seen of the agent, whose processes are those."""
     manager, served, walker = Manager(port), None, None
     end = time.monotonic() + seconds
+    settled = None
     while time.monotonic() < end:
+        if settled is None and time.monotonic() > manager.began + SETTLING:
+            settled = time.monotonic(), processor_seconds(processes())
         manager.get()
         if manager.answers and served is None:
             served = time.monotonic() - manager.began
@@ -101,15 +105,17 @@ def manage(port, seconds):
     if walker:
         walker.join()
     manager.walk()
-    return dict(served=served, rows=manager.rows, answers=manager.answers, slowest=manager.slowest, lost=manager.lost)
+    used = processor_seconds(processes())
+    share = (used - settled[1]) / (time.monotonic() - settled[0]) if settled else 0
+    return dict(served=served, rows=manager.rows, answers=manager.answers, slowest=manager.slowest, lost=manager.lost,
+                cpu=used, share=share)
 
 
 def manage_here(line, folder, practical, seconds):
     """The agent on this machine, over the preload library."""
     with MasterAgent(folder / "master") as master, \
             Agent(folder / "agent", line, master, settings(practical=int(practical))) as agent:
-        seen = manage(master.port, seconds)
-        return seen | dict(cpu=processor_seconds(agent.processes()))
+        return manage(master.port, seconds, agent.processes)
 
 
 GUEST = f"""
@@ -137,10 +143,10 @@ def manage_in_machine(line, folder, practical, seconds, driver):
 
 def manage_inside(seconds):
     """What runs in the virtual server."""
-    seen = manage(161, seconds)
-    agents = [int(path.name) for path in Path("/proc").iterdir()
-              if path.name.isdigit() and (path / "comm").read_text().strip() == "hwAgent"]
-    print(json.dumps(seen | dict(cpu=processor_seconds(agents))))
+    def agents():
+        return [int(path.parent.name) for path in Path("/proc").glob("[0-9]*/comm") if path.read_text().strip() == "hwAgent"]
+
+    print(json.dumps(manage(161, seconds, agents)))
 
 
 def run(sensors, delay, options):
@@ -159,7 +165,8 @@ def run(sensors, delay, options):
     served = "-" if seen["served"] is None else f"{seen['served']:.1f}"
     print(f"{options.machine or 'preload':>7} {sensors:>7} {'silent' if delay is None else delay:>7} "
           f"{'plain' if options.plain else 'practical':>9} {served:>7} {most:>5} {first:>6} {last:>6} {seen['answers']:>8} "
-          f"{seen['slowest'] * 1000:>8.0f} {seen['lost']:>5} {fault.hits:>9} {seen['cpu']:>6.1f}", flush=True)
+          f"{seen['slowest'] * 1000:>8.0f} {seen['lost']:>5} {fault.hits:>9} {seen['cpu']:>6.1f} "
+          f"{seen['share'] * 100:>7.1f}", flush=True)
 
 
 def main():
@@ -173,7 +180,7 @@ def main():
     options = parser.parse_args()
     if options.inside:
         return manage_inside(options.inside)
-    print("   road sensors   delay      mode served  rows  first   last  answers slowest,ms lost exchanges  cpu,s")
+    print("   road sensors   delay      mode served  rows  first   last  answers slowest,ms lost exchanges  cpu,s share,%")
     for sensors in options.sensors:
         for delay in options.delays:
             try:

@@ -12,8 +12,8 @@ public:
     /// costs one exchange. The very first turn only takes the log's end for its mark. Nothing before the client's
     /// groups are there. 1 if more is waiting, else 0. ResultStatus when the log cannot be read. One thread alone.
     int turn();
-    /// Whether the records of sensors are still being read: until then an event whose sensor is not known yet, and those
-    /// behind it, are not told. The same thread.
+    /// Whether the records of sensors are still being read: until then an event whose sensor is not known yet, and
+    /// those behind it, are not told. The same thread.
     void waitForSensors(bool wait) { sensorsToCome = wait; }
     /// Moves the mark on the disk behind what has been told. Any other thread.
     void keep() { mark.keep(); }
