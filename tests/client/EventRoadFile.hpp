@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
@@ -43,7 +44,6 @@ inline const Gravity gravities[] = {{"LNR", 6, 0, ". Status is Lower Non-Recover
                                     {"LCR", 5, 1, ". Status is Lower Critical"},
                                     {"LNC", 4, 2, ". Status is Lower Non-Critical"},
                                     {"OK", 3, 3, ". Status is OK"},
-                                    {"BACK", 3, 3, " - transition to OK"},
                                     {"NC", 4, 4, ". Status is Non-Critical"},
                                     {"UNC", 4, 4, ". Status is Upper Non-Critical"},
                                     {"CR", 5, 5, ". Status is Critical"},
@@ -76,16 +76,11 @@ inline const Family families[] = {
     {"0F,10,12,13,16,19,DC", 0, false, no, false, {no, no, no, no, no, no, no}},
     {"21", 0, false, no, false, {no, "80.2", "80.2", "80.1", "80.2", "80.2", no}}};
 
-/// Lists of sensor types, and marks of the texts, for all types or for some.
-inline const std::map<std::string, std::string> lists = {{"own", "01,02,04,05,07,0D,0F,10,12,13,16,19,21,DC"},
-                                                         {"told", "08,0A,0C"}};
-inline const std::map<std::string, std::string> said = {
-    {"data", "(event data {1}h FFh FFh)"},
-    {"more", ", or another state {data}"},
-    {"values", ", reading 0, threshold 0"},
-    {"advice08", ". Check the load and the input of the power supply, and that its own fan runs"},
-    {"advice0A", ". Find out what the sensor watches and check that part and its surroundings"},
-    {"advice0C", ". Find out what the sensor watches and check that part and its surroundings"}};
+/// Lists of sensor types.
+inline const std::map<std::string, std::string> lists = {
+    {"own", "01,02,04,05,07,0D,0F,10,12,13,16,19,21,DC"}, {"told", "08,0A,0C"}, {"all", "own,told"}};
+/// What the log may add to words of the agent's own.
+inline const char* const additions[] = {".", ", from", " again", " any more", " ("};
 
 /// What event-road.txt says of each kind of event; its head tells how.
 class Expectations {
@@ -98,8 +93,10 @@ public:
                 add(line);
     }
 
-    /// "trap severity row health text", "-" for a record that makes no event.
-    static std::string outcome(const EventKind& kind, const std::string& side)
+    /// "trap severity row health text", "-" for a record that makes no event, of a record of which the log says `inLog`
+    /// and the trap `shown`.
+    static std::string outcome(const EventKind& kind, const std::string& side, const std::string& inLog,
+                               const std::string& shown)
     {
         if (side == "-")
             return side;
@@ -120,14 +117,16 @@ public:
             trap = isGrave && severity != 0 ? family.traps[gravity->trap] : family.noTrap;
         const int before = kind.isOver ? ENUM_STATUS_CRITICAL : ENUM_STATUS_OK;
         std::string words = side.substr(std::min(side.size(), begin + (isGrave ? word.size() + 1 : 0)));
-        if (words.empty())
-            words = "=" + gravity->tail.substr(2);
+        if (words.empty() || words == "log")
+            words = "=" + (family.isTranslated ? inLog : ownWords(kind, isGrave ? gravity->tail : "", inLog, shown));
+        else if (words == "=")
+            words += gravity->tail.substr(2);
         else if (words.front() != '=')
             words = "={} reports " + words + (isGrave ? gravity->tail : family.isTranslated ? "." : "");
         std::ostringstream line;
         line << trap << ' ' << severity << ' ' << family.row << ' '
              << (family.counts && severity >= ENUM_STATUS_OK ? severity : before) << ' '
-             << filled(words.substr(1), kind, family.isTranslated);
+             << filled(words.substr(1), kind);
         return line.str();
     }
 
@@ -138,17 +137,16 @@ private:
     {
         const std::size_t bar = line.find(" | "), second = line.find(" | ", bar + 3);
         const std::string asserted = line.substr(bar + 3, second - bar - 3), ended = line.substr(second + 3);
-        std::istringstream words(line.substr(0, bar));
-        std::string types, eventTypes, data;
-        words >> types >> eventTypes >> data;
-        const std::size_t mirror = data.find('~');
-        for (const int type : listed(types))
-            for (const int eventType : listed(eventTypes)) {
-                for (const int data1 : listed(data.substr(0, mirror)))
-                    put({type, eventType, data1}, asserted, ended);
-                if (mirror != std::string::npos)
-                    put({type, eventType, listed(data.substr(mirror + 1)).front()}, ended, asserted);
-            }
+        std::istringstream selections(line.substr(0, bar));
+        for (std::string selection; std::getline(selections, selection, ';');) {
+            std::istringstream fields(selection);
+            std::string types, eventTypes, data;
+            fields >> types >> eventTypes >> data;
+            for (const int type : listed(types))
+                for (const int eventType : listed(eventTypes))
+                    for (const int data1 : listed(data))
+                        put({type, eventType, data1}, asserted, ended);
+        }
     }
 
     void put(EventKind kind, const std::string& asserted, const std::string& ended)
@@ -186,21 +184,30 @@ private:
         });
     }
 
-    static std::string filled(std::string words, const EventKind& kind, bool isTranslated)
+    /// `shown` if it has the log's phrase, without what only the log says, and `tail`; else the log's words.
+    static std::string ownWords(const EventKind& kind, const std::string& tail, const std::string& inLog,
+                                const std::string& shown)
     {
-        for (std::size_t open; (open = words.find('<')) != std::string::npos;) {
-            const std::string inside = words.substr(open + 1, words.find('>') - open - 1);
-            words.replace(open, inside.size() + 2, isTranslated ? inside : "");
-        }
-        for (std::size_t open; (open = words.find('{')) != std::string::npos;) {
-            const std::string mark = words.substr(open + 1, words.find('}') - open - 1);
-            const auto ofType = said.find(mark + hex(kind.sensorType));
-            words.replace(open, mark.size() + 2,
-                          mark.empty()           ? nameOf(kind.sensorType)
-                          : mark == "1"          ? hex(kind.data1)
-                          : ofType != said.end() ? ofType->second
-                                                 : said.at(mark));
-        }
+        const std::string start = nameOf(kind.sensorType) + " reports ";
+        if (!shown.starts_with(start) || !shown.ends_with(tail) || shown.size() <= start.size() + tail.size())
+            return inLog;
+        const std::string phrase = shown.substr(start.size(), shown.size() - start.size() - tail.size());
+        for (const std::string& begin : {start + phrase, start + "its " + phrase})
+            if (inLog.starts_with(begin) && std::ranges::any_of(additions, [&](const char* addition) {
+                    return inLog.compare(begin.size(), std::strlen(addition), addition) == 0;
+                }))
+                return shown;
+        return inLog;
+    }
+
+    static std::string filled(std::string words, const EventKind& kind)
+    {
+        const std::string data = "(event data " + hex(kind.data1) + "h FFh FFh)";
+        for (const auto& [mark, text] : {std::pair<std::string, std::string>{"{more}", ", or another state " + data},
+                                         {"{data}", data},
+                                         {"{}", nameOf(kind.sensorType)}})
+            if (const std::size_t place = words.find(mark); place != std::string::npos)
+                words.replace(place, mark.size(), text);
         return words;
     }
 };
