@@ -143,34 +143,6 @@ TEST_F(Groups, LinearAndNonLinearSensorsOfVoltagesAndFansPartAndNamelessOnesHave
     EXPECT_STREQ(made<voltageProbe>()->getDesc(0), "BB_+12.0V");
 }
 
-/// One column of each kind of a group.
-struct Columns {
-    std::unique_ptr<BaseAccessor> (*make)();
-    _SMAttribute intInfo, strInfo, intData, strData;
-};
-
-TEST_F(Groups, MissingRowsAndForeignAttributesHaveTheirResults)
-{
-    addSensor({.type = 2});
-    addSensor({.type = 10, .linearization = 1});
-    for (const Columns& of :
-         {Columns{made<voltageProbe>, VOLTAGE_DEVICEID, VOLTAGE_DESCRIPTION, VOLTAGE_READING, VOLTAGE_STATUSSTRING},
-          {made<coolingUnit>, COOLINGUNIT_DEVICEID, COOLINGUNIT_DESCRIPTION, COOLINGUNIT_STATUS,
-           COOLINGUNIT_STATUSSTRING}}) {
-        const auto group = of.make();
-        for (const int row : {-1, 1, 1 << 30}) {
-            EXPECT_EQ(intInfo(*group, of.intInfo, row), -25);
-            EXPECT_EQ(strInfo(*group, of.strInfo, row), "! 25");
-            EXPECT_EQ(intData(*group, of.intData, row), -25);
-            EXPECT_EQ(strData(*group, of.strData, row), "! 25");
-        }
-        EXPECT_EQ(intInfo(*group, of.strData), -9);
-        EXPECT_EQ(strInfo(*group, of.intData), "! 9");
-        EXPECT_EQ(intData(*group, of.strInfo), -9);
-        EXPECT_EQ(strData(*group, of.intInfo), "! 9");
-    }
-}
-
 TEST_F(Groups, FiguresOfTemperaturesAreInTenthsUpToTheGreatestNumberAndBoundsAreConvertedByUnit)
 {
     for (const auto& [unit, shown] : {std::pair{0, 300}, {1, 3000}, {2, 270}, {3, 270}, {4, 0}}) {
@@ -360,18 +332,34 @@ TEST_F(Inventory, NamesSayWhatHasNoColumnAndNoTwoAreAlike)
                        "DIMM 0 (DDR5, P1, number 3); DIMM 0");
 }
 
+/// A number and a text of a group, as information or as data, and what a row that it has not results in.
+struct Columns {
+    std::unique_ptr<BaseAccessor> (*make)();
+    long (*number)(BaseAccessor&, _SMAttribute, int);
+    std::string (*text)(BaseAccessor&, _SMAttribute, int);
+    _SMAttribute numeric, textual;
+    int noRow = 25;
+};
+
 TEST_F(Inventory, MissingRowsAndForeignAttributesHaveTheirResults)
 {
-    const auto expectResults = [](auto&& group, _SMAttribute number, _SMAttribute text, int noRow) {
-        EXPECT_EQ(intInfo(group, number), -noRow);
-        EXPECT_EQ(strInfo(group, text, -1), "! " + std::to_string(noRow));
-        group.init();
-        EXPECT_EQ(intInfo(group, text), -9);
-        EXPECT_EQ(strInfo(group, number), "! 9");
-    };
-    expectResults(processorDevice(), PROC_STATUS, PROC_DESCRIPTION, 22);
-    expectResults(memoryArray(), MEMORYARRAY_STATUS, MEMORYARRAY_TAG, 25);
-    expectResults(memoryDevice(), MEMORYDEVICE_SIZE, MEMORYDEVICE_TAG, 25);
+    addSensor({.type = 2});
+    addSensor({.type = 10, .linearization = 1});
+    for (const Columns& of : {Columns{made<voltageProbe>, intInfo, strInfo, VOLTAGE_DEVICEID, VOLTAGE_DESCRIPTION},
+                              {made<voltageProbe>, intData, strData, VOLTAGE_READING, VOLTAGE_STATUSSTRING},
+                              {made<coolingUnit>, intInfo, strInfo, COOLINGUNIT_DEVICEID, COOLINGUNIT_DESCRIPTION},
+                              {made<coolingUnit>, intData, strData, COOLINGUNIT_STATUS, COOLINGUNIT_STATUSSTRING},
+                              {made<processorDevice>, intInfo, strInfo, PROC_STATUS, PROC_DESCRIPTION, 22},
+                              {made<memoryArray>, intInfo, strInfo, MEMORYARRAY_STATUS, MEMORYARRAY_TAG},
+                              {made<memoryDevice>, intInfo, strInfo, MEMORYDEVICE_SIZE, MEMORYDEVICE_TAG}}) {
+        const auto group = of.make();
+        for (const int row : {-1, group->getCount(), 1 << 30}) {
+            EXPECT_EQ(of.number(*group, of.numeric, row), -of.noRow);
+            EXPECT_EQ(of.text(*group, of.textual, row), "! " + std::to_string(of.noRow));
+        }
+        EXPECT_EQ(of.number(*group, of.textual, 0), -9);
+        EXPECT_EQ(of.text(*group, of.numeric, 0), "! 9");
+    }
 }
 
 } // namespace
