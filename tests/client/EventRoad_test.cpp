@@ -15,7 +15,7 @@
 #include <sstream>
 
 // The whole road of an event: bytes of the log, translator with the shipped English file, watcher, route, classifier,
-// clone, trap. What has to come out stands in event-road.txt, a line a case.
+// clone, trap. What has to come out stands in event-road.txt.
 
 namespace {
 

@@ -16,8 +16,8 @@ namespace {
 constexpr std::size_t longestDescription = 1023; ///< of the agent's event record
 constexpr std::size_t longestSeverity = 19;
 
-/// Each state that the standard names, with the words of its beginning and of its end in tests/client/event-road.txt,
-/// and each with bytes that the standard knows.
+/// Each state that the standard names, its beginning and its end, with bytes that the standard knows. Which words they
+/// have, the agent's own hold (tests/client/event-road.txt).
 std::vector<Event> everyEvent()
 {
     std::vector<Event> events;
