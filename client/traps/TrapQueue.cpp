@@ -102,10 +102,9 @@ struct Queue {
 
     unsigned long oldestRecord() const
     {
-        unsigned long oldest = noRecord;
-        for (const auto* const traps : {&onTheirWay, &waiting})
-            if (!traps->empty())
-                oldest = std::min(oldest, traps->front().record);
+        unsigned long oldest = waiting.empty() ? noRecord : waiting.front().record;
+        for (const Waiting& one : onTheirWay) // a test trap may have gone before
+            oldest = std::min(oldest, one.record);
         return oldest;
     }
 };

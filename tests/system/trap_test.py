@@ -195,6 +195,14 @@ class PracticalTraps(Followed):
         self.master.process.send_signal(signal.SIGCONT)
         self.agent.wait_served(20)
         wait_until(lambda: self.told() >= 10, 2 * POLL_SECONDS, "the traps of the stall", 0.1)
+        before = self.told()
+        self.master.process.send_signal(signal.SIGSTOP)
+        self.add(11, 12)
+        time.sleep(POLL_SECONDS + 2)
+        self.lose_master()  # with the notifications unread
+        self.master.start()
+        self.agent.wait_served(30)
+        wait_until(lambda: self.told() >= before + 2, 2 * POLL_SECONDS, "the traps that nobody had read", 0.1)
 
     def test_what_a_killed_agent_had_not_told_is_told_by_the_next(self):
         self.add(*range(15))
