@@ -15,12 +15,6 @@ constinit Bell bellOfLoop;
 
 } // namespace
 
-Bell::~Bell()
-{
-    if (const int old = fd.exchange(-1); old >= 0)
-        close(old);
-}
-
 void Bell::open()
 {
     fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);

@@ -5,10 +5,10 @@
 
 namespace common {
 
-/// Wakes a thread that waits in poll or select, also from a signal handler, and also if it rings before the wait.
+/// Wakes a thread that waits in poll or select, also from a signal handler, and also if it rings before the wait. Bells
+/// are for as long as the process is: a detached thread may ring to the last, so nothing closes them.
 class Bell {
 public:
-    ~Bell();
     /// Makes the descriptor; until then, and if that fails, ringing does nothing and waiting is plain sleeping.
     void open();
     /// Safe in a signal handler.
