@@ -164,7 +164,7 @@ void checkResources()
 void refuseArguments(int count)
 {
     constexpr int wrongUse = 2;
-    if (!common::policy().refusesSecondAgent || count < 2)
+    if (!common::policy().refusesArguments || count < 2)
         return;
     std::fputs("usage: hwAgent\nIt takes no options and makes a daemon of itself; see hwAgent(8).\n", stderr);
     std::exit(wrongUse);

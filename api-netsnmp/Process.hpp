@@ -24,8 +24,8 @@ bool tellExhaustion();
 /// tellExhaustion; by the policy also a look for memory, and the end of the process with status 1 if anything lacks.
 void checkResources();
 
-/// Where the policy refuses a second agent, which "--help" does not ask for: says how the program is called, and ends
-/// the process with status 2, if there is any argument. `count` is main's, with the program's name.
+/// Where the policy refuses arguments: says how the program is called, and ends the process with status 2, if there is
+/// one. `count` is main's, with the program's name.
 void refuseArguments(int count);
 
 /// Where the policy refuses a second agent: takes the lock that this process and its children hold for their lives, or

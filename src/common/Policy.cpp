@@ -59,6 +59,7 @@ constexpr bool Policy::*decisions[] = {
     &Policy::givesUpUnreadRecords,
     &Policy::stopsDuringStart,
     &Policy::refusesSecondAgent,
+    &Policy::refusesArguments,
     &Policy::backsOffCrashes,
     &Policy::endsWithoutResources,
     &Policy::tellsServiceManager,

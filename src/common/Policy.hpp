@@ -63,6 +63,7 @@ struct Policy {
     // The process.
     bool stopsDuringStart = false;     ///< Process: a stop signal ends a start that is under way
     bool refusesSecondAgent = false;   ///< Process: a lock that only root can take is held for the daemon's life
+    bool refusesArguments = false;     ///< Process: any argument gives lines of usage, as nothing takes one
     bool backsOffCrashes = false;      ///< Process: growing pauses between starts after crashes; also after SIGKILL
     bool endsWithoutResources = false; ///< Process: too few descriptors or semaphores end the start with a message
     bool tellsServiceManager = false;  ///< StatusService: a line of state for systemctl, where there is a socket for it
