@@ -42,14 +42,43 @@ bool lossIsTold = false;
 u_int answersCounted = 0;
 Clock::SteadyPoint lastMove; ///< a trap went, or an answer came
 
-int noteSession(int, int event, void*, void*)
+/// Each notification is answered, in order (RFC 2741, 7.1.10). The library tells of that only by its statistics: what
+/// came in are requests and those answers, what went out are responses, one to each request, and notifications. Each
+/// request is counted and answered within one call of the library, as no handler here delegates: between turns of the
+/// loop, and when the session ends, there is none that came in and has no response, to pass for an answer.
+u_int countAnswers()
+{
+    const u_int responses = snmp_get_statistic(STAT_SNMPOUTPKTS) - snmp_get_statistic(STAT_SNMPOUTTRAPS);
+    return snmp_get_statistic(STAT_SNMPINPKTS) - responses;
+}
+
+std::size_t takeAnswers()
+{
+    const u_int counted = countAnswers();
+    const u_int before = std::exchange(answersCounted, counted);
+    return counted > before ? counted - before : 0;
+}
+
+/// A stream loses nothing: what the library sends once more to a master agent that is only slow is told twice. One try
+/// gets the patience of all of them.
+void askOnce(netsnmp_session& session)
+{
+    session.timeout *= session.retries + 1;
+    session.retries = 0;
+}
+
+int noteSession(int, int event, void* session, void*)
 {
     const bool had = std::exchange(hasSession, event == SNMPD_CALLBACK_INDEX_START);
+    if (hasSession && session && common::policy().pacesTrapsApart)
+        askOnce(*static_cast<netsnmp_session*>(session));
     if (hasSession != had)
         common::report(hasSession ? common::Gravity::notice : common::Gravity::warning,
                        hasSession ? "connected to the master agent" : "the master agent is gone");
     if (hasSession)
         lossIsTold = false;
+    else
+        trapsArrived(takeAnswers()); // of this very turn; what is still on its way is sent again
     client::traps::sessionIs(hasSession);
     return 0;
 }
@@ -94,21 +123,6 @@ void tellLoss()
     if (!lossIsTold)
         std::fputs("No session to the master agent: traps are lost until it is back\n", stderr);
     lossIsTold = true;
-}
-
-/// Each notification is answered, in order (RFC 2741, 7.1.10). The library tells of that only by its statistics: what
-/// came in are requests and those answers, what went out are responses, one to each request, and notifications.
-u_int countAnswers()
-{
-    const u_int responses = snmp_get_statistic(STAT_SNMPOUTPKTS) - snmp_get_statistic(STAT_SNMPOUTTRAPS);
-    return snmp_get_statistic(STAT_SNMPINPKTS) - responses;
-}
-
-std::size_t takeAnswers()
-{
-    const u_int counted = countAnswers();
-    const u_int before = std::exchange(answersCounted, counted);
-    return counted > before ? counted - before : 0;
 }
 
 /// Sends what may leave; says whether there was something.
