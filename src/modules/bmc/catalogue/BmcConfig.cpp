@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace bmcConfig {
 
 /// Slave addresses in the 8-bit form.
 constexpr CodeConstant constants[] = {
@@ -34,10 +34,11 @@ constexpr ReadRow reads[] = {
     {.key = "GET://BMC/UPDATE_STATUS", .table = "GET://BMC/UPDATE_STATUS"},
 };
 
-} // namespace
+} // namespace bmcConfig
 
 BmcConfig::BmcConfig(Stores& stores)
 {
+    using namespace bmcConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);

@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace bootConfig {
 
 /// Two names without the slash of the others.
 constexpr TextRow constants[] = {
@@ -48,10 +48,11 @@ Script writeOption(const std::string& name, const char* bits)
     });
 }
 
-} // namespace
+} // namespace bootConfig
 
 BootConfig::BootConfig(Stores& stores)
 {
+    using namespace bootConfig;
     const TablePair words[] = {
         {"GET://BMC/BOOT/OPTION",
          "SET://BMC/BOOT/OPTION",

@@ -10,7 +10,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace channelConfig {
 
 constexpr TextRow constants[] = {
     {"$/CHANNEL/MEMORY", "80"}, // as it is now
@@ -147,12 +147,13 @@ void addInfo(Stores& stores)
                         returnData("GET://BMC/CHANNEL[]/ACCESS")}));
 }
 
-} // namespace
+} // namespace channelConfig
 
 namespace steps {
 
 Steps findChannels(const std::string& table, const std::string& name)
 {
+    using namespace channelConfig;
     const Steps collect = script({
         Map("$CHANNEL_NUMBER", "HEX2DEC", "$CHANNEL_NUMBER_IN_DEC"),
         Append("$CHANNEL_NUMBER_IN_DEC", "$CHANNELS"),
@@ -181,6 +182,7 @@ Steps findChannels(const std::string& table, const std::string& name)
 
 ChannelConfig::ChannelConfig(Stores& stores)
 {
+    using namespace channelConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);

@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace chassisConfig {
 
 constexpr TextRow constants[] = {
     {"$/CHASSIS/BLOCK_SELECTOR", "00"},
@@ -181,10 +181,11 @@ void addSets(Stores& stores)
                 setWord("SET://BMC/CHASSIS/POWERRESTOREPOLICY", "$RESTOREPOLICY", setPolicyTable, codesName));
 }
 
-} // namespace
+} // namespace chassisConfig
 
 ChassisConfig::ChassisConfig(Stores& stores)
 {
+    using namespace chassisConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilter(stores, "GET://BMC/CHASSIS/FRONT_PANEL", "4");

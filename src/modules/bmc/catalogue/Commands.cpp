@@ -45,7 +45,7 @@ constexpr NetFunction functions[] = {
     {transport, ipmi::netfn::transport},
 };
 
-constexpr Command all[] = {
+constexpr Command everyCommand[] = {
     {"$/PG/COMMAND", group, own::getCapabilities},                 // unless told otherwise
     {"$/SDR/ALLOCATION_INFO", storage, cmd::getSdrRepositoryInfo}, // in spite of the name
     {"$/SDR/CFG_CONTROL_CMD", oemGeneral, cmd::controlSdrConfiguration},
@@ -167,7 +167,7 @@ std::span<const NetFunction> netFunctions()
 
 std::span<const Command> commands()
 {
-    return all;
+    return everyCommand;
 }
 
 } // namespace Module::BMCConfig

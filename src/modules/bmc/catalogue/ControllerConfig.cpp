@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace controllerConfig {
 
 constexpr char target[] = "$CONTROLLER_NUMBER", absent[] = "ERROR_CONTROLLER_NOT_PRESENT";
 
@@ -53,10 +53,11 @@ Script writeMode()
     });
 }
 
-} // namespace
+} // namespace controllerConfig
 
 ControllerConfig::ControllerConfig(Stores& stores)
 {
+    using namespace controllerConfig;
     addPackets(stores, packets);
     addTable(stores, "SET://BMC/CONTROLLER[]/MODE", {{"OPERATIONAL", "OPERATIONAL"}, {"UPDATE", "UPDATE"}});
     addTemplate(

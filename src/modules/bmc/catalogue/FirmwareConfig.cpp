@@ -12,7 +12,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace firmwareConfig {
 
 constexpr char engine[] = "$/BMC/CHIPSET_ENGINE_ADDRESS", hotSwap[] = "$/BMC/HOT_SWAP_ADDRESS";
 
@@ -241,10 +241,11 @@ void addLogs(Stores& stores)
     }
 }
 
-} // namespace
+} // namespace firmwareConfig
 
 FirmwareConfig::FirmwareConfig(Stores& stores)
 {
+    using namespace firmwareConfig;
     addPackets(stores, packets);
     addPackets(stores, unnumbered);
     addWords(stores);

@@ -8,7 +8,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace fruConfig {
 
 constexpr PacketRow packets[] = {
     {"GET://BMC/FRU/DEVICEID", "GET_DEVICEID_COMMAND"},
@@ -51,10 +51,11 @@ Script writePiece()
     });
 }
 
-} // namespace
+} // namespace fruConfig
 
 FruConfig::FruConfig(Stores& stores)
 {
+    using namespace fruConfig;
     addPackets(stores, packets);
     addFilters(stores, filters);
     addReads(stores, reads);

@@ -4,7 +4,7 @@ namespace Module::BMCConfig {
 
 namespace {
 
-constexpr ParameterRow parameters[] = {
+constexpr ParameterRow guideParameters[] = {
     {"GET://BMC/CHANNEL[]/ACCESS", "MEMORY"},
     {"GET://BMC/CHASSIS/BOOTOPTION_GETTABLE", "SET_SELECTOR BLOCK_SELECTOR"},
     {"GET://BMC/CHASSIS/BOOT_OPTION", "PARAMETER_SELECTOR SET_SELECTOR BLOCK_SELECTOR"},
@@ -158,7 +158,7 @@ constexpr SubjectRow subjects[] = {
 
 std::span<const ParameterRow> parameterRows()
 {
-    return parameters;
+    return guideParameters;
 }
 
 std::span<const CautionRow> cautionRows()

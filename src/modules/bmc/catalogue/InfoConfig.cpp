@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace infoConfig {
 
 constexpr PacketRow packets[] = {
     {"GET://BMC/INFO/ACPI_POWER_STATE", "GET_ACPI_POWER_STATE"},
@@ -243,12 +243,13 @@ Script masterReadWriteScript()
     });
 }
 
-} // namespace
+} // namespace infoConfig
 
 namespace steps {
 
 Steps returnVersion(const std::string& majorFilter, const std::string& minorFilter, const std::string& error)
 {
+    using namespace infoConfig;
     return script({
         IPMIResponse("$BUFFER", majorFilter, "$MAJOR"),
         IPMIResponse("$BUFFER", minorFilter, "$MINOR"),
@@ -264,6 +265,7 @@ Steps returnVersion(const std::string& majorFilter, const std::string& minorFilt
 
 InfoConfig::InfoConfig(Stores& stores)
 {
+    using namespace infoConfig;
     addPackets(stores, packets);
     addFilters(stores, filters);
     addInfoTables(stores);

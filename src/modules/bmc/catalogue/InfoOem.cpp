@@ -15,7 +15,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace infoOem {
 
 /// Where the boards keep them; a caller may give others under the same names without the "$".
 constexpr TextRow constants[] = {
@@ -215,10 +215,11 @@ void addAddIn(Stores& stores)
                     }));
 }
 
-} // namespace
+} // namespace infoOem
 
 void addOemInfo(Stores& stores)
 {
+    using namespace infoOem;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilters(stores, filters);

@@ -7,7 +7,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace infoProducts {
 
 constexpr TextRow filters[] = {
     {"GET://BMC/INFO/PRODUCT_RAW", "10 11"},
@@ -151,10 +151,11 @@ Script motherboardScript()
     });
 }
 
-} // namespace
+} // namespace infoProducts
 
 void addProducts(Stores& stores)
 {
+    using namespace infoProducts;
     addFilters(stores, filters);
     addProductTables(stores);
     addReads(stores, reads);

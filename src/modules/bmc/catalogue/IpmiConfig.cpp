@@ -8,17 +8,18 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace ipmiConfig {
 
 /// The whole request is the caller's: "target netFn LUN command data...", hexadecimal, separated by blanks or commas.
 constexpr TextRow packets[] = {
     {"GET://BMC/IPMI/RAW_COMMAND", "$RAW_COMMAND"},
 };
 
-} // namespace
+} // namespace ipmiConfig
 
 IpmiConfig::IpmiConfig(Stores& stores)
 {
+    using namespace ipmiConfig;
     addCommands(stores);
     addPackets(stores, packets);
 

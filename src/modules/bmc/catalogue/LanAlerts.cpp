@@ -8,7 +8,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace lanAlerts {
 
 constexpr char path[] = "LAN[]/ALERT/DESTINATION[]", packet[] = "LAN[]/ALERT/IP", count[] = "11", type[] = "12",
                address[] = "13";
@@ -103,10 +103,11 @@ Script readMembers()
     });
 }
 
-} // namespace
+} // namespace lanAlerts
 
 void addLanAlerts(Stores& stores)
 {
+    using namespace lanAlerts;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addTable(stores, "GET://BMC/LAN[]/ALERT/DESTINATION[]/TYPE", {{"0", "PET"}, {"6", "OEM_1"}, {"7", "OEM_2"}});

@@ -6,7 +6,7 @@
 
 namespace Module::BMCConfig {
 
-namespace {
+namespace lanAuthentication {
 
 constexpr char packet[] = "LAN[]/AUTHENTICATIONTYPE";
 
@@ -48,10 +48,11 @@ void addTypeTables(Stores& stores)
     }
 }
 
-} // namespace
+} // namespace lanAuthentication
 
 void addLanAuthentication(Stores& stores)
 {
+    using namespace lanAuthentication;
     addTypeTables(stores);
     addParameterPackets(stores, lanParameters, packet, "02", "$RECORD");
     addParameterPackets(stores, lanParameters, "LAN[]/AUTHENTICATIONTYPE/SUPPORTED", "01", nullptr);

@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace lanConfig {
 
 constexpr Parameter parameters[] = {
     {.name = "ARPINTERVAL", .selector = "0B"}, // in steps of half a second
@@ -135,10 +135,11 @@ void addLists(Stores& stores)
     addTemplate(stores, "GET://BMC/LAN[]/ASSERT", script({assertSubscript("LAN", 1, 14), returnText("SUCCESS")}));
 }
 
-} // namespace
+} // namespace lanConfig
 
 LanConfig::LanConfig(Stores& stores)
 {
+    using namespace lanConfig;
     const TablePair words[] = {
         {"GET://BMC/LAN/IPTYPE",
          "SET://BMC/LAN/IPTYPE",

@@ -6,7 +6,7 @@
 
 namespace Module::BMCConfig {
 
-namespace {
+namespace lanIpv6 {
 
 constexpr char staticAddress[] = "38", router[] = "41", enables[] = "33";
 
@@ -55,10 +55,11 @@ void addSetting(Stores& stores, const Field& field, const char* selector, const 
     addFields(stores, lanRecord(lanParameters.path, get, set, size), {&field, 1});
 }
 
-} // namespace
+} // namespace lanIpv6
 
 void addLanIpv6(Stores& stores)
 {
+    using namespace lanIpv6;
     addTable(stores, "GET://BMC/LAN[]/IPV6STATUS", {{"0", "DISABLE"}, {"1", "ENABLE"}, {"2", "ENABLE"}});
     addTable(stores, "SET://BMC/LAN[]/IPV6STATUS", {{"DISABLE", "0"}, {"ENABLE", "2"}}); // beside IPv4
     const TablePair words[] = {

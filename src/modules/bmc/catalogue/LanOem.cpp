@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace lanOem {
 
 /// Parameters from C0h on are the manufacturer's (IPMI 2.0, table 23-4).
 constexpr TextRow constants[] = {
@@ -102,10 +102,11 @@ Script writeSmtp()
     });
 }
 
-} // namespace
+} // namespace lanOem
 
 void addLanOem(Stores& stores)
 {
+    using namespace lanOem;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilter(stores, "GET://BMC/LAN/FAILOVERMODE", "1");

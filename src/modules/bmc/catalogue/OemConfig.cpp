@@ -14,7 +14,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace oemConfig {
 
 constexpr TextRow constants[] = {
     {"$/OEM/COMMAND", ""}, // given by the caller
@@ -180,12 +180,13 @@ void addUnnumbered(Stores& stores)
                         Flatten("$FIELD", "$RESULT"), Return("$RESULT")}));
 }
 
-} // namespace
+} // namespace oemConfig
 
 namespace steps {
 
 Steps takeCommand()
 {
+    using namespace oemConfig;
     return script({
         takeRequired("$/OEM/COMMAND"),
         encode("$/OEM/COMMAND", {.name = "COMMAND"}),
@@ -199,6 +200,7 @@ Steps takeCommand()
 
 OemConfig::OemConfig(Stores& stores)
 {
+    using namespace oemConfig;
     const TableRow tables[] = {{"GET://BMC/OEM/RANK_TYPE", {{"0", "BMC"}, {"1", "USER"}}}};
     constexpr Field shutdown[] = {{"SHUTDOWNPOLICY", 0, 1, Codec::word}};
     addConstants(stores, constants);

@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace pefConfig {
 
 constexpr char getCommand[] = "GET_PEF_CONFIGURATION_PARAMETERS", setCommand[] = "SET_PEF_CONFIGURATION_PARAMETERS";
 
@@ -143,10 +143,11 @@ void addCommand(Stores& stores, const char* name, unsigned bytes)
     addTemplate(stores, key, script({encode(std::string("$") + name, whole), sendOrThrow(key, "$COMPLETION_CODE")}));
 }
 
-} // namespace
+} // namespace pefConfig
 
 PefConfig::PefConfig(Stores& stores)
 {
+    using namespace pefConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFields(stores, parameterAt("$/PEF/SELECTOR 01", 1), control);

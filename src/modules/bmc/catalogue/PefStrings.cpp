@@ -8,10 +8,10 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace pefStrings {
 
 constexpr unsigned blockBytes = 16, mostBlocks = 8;
-constexpr char keySelector[] = "0C", stringSelector[] = "0D", own[] = "$COMPLETION_CODE";
+constexpr char keySelector[] = "0C", stringSelector[] = "0D", ownCode[] = "$COMPLETION_CODE";
 
 Steps selectString()
 {
@@ -46,7 +46,7 @@ Script readString()
             {
                 Copy("$BLOCK", "$/PEF/BLOCK"),
                 send("GET://BMC/PEF/DATA"),
-                If("$COMPLETION_CODE != 0 AND $BLOCK == 1", {Throw(own)}),
+                If("$COMPLETION_CODE != 0 AND $BLOCK == 1", {Throw(ownCode)}),
                 // behind the last block of a string that fills it, a BMC may have nothing to give
                 If("$COMPLETION_CODE != 0", {Return("$TEXT")}),
                 addBlock(),
@@ -69,7 +69,7 @@ Steps writeBlock(unsigned block)
                FormatString("$ALERT_STRING_NUMBER", " ", std::to_string(block + 1), " ", "$PART", "$RECORD"),
                Split("$RECORD", ":SPACE", "$RECORD"),
                send("SET://BMC/PEF/DATA"),
-               If("$COMPLETION_CODE != 0", {Throw(own)}),
+               If("$COMPLETION_CODE != 0", {Throw(ownCode)}),
            }),
     });
 }
@@ -106,9 +106,9 @@ Script readKey()
     return script({
         selectKey(),
         send("GET://BMC/PEF/DATA"),
-        If("$COMPLETION_CODE != 0", {Throw(own)}),
-        readField("GET://BMC/PEF/ALERT_STRING_KEY[]/FILTER", "$KIND", own),
-        readField("GET://BMC/PEF/ALERT_STRING_KEY[]/NUMBER", "$FIELD", own),
+        If("$COMPLETION_CODE != 0", {Throw(ownCode)}),
+        readField("GET://BMC/PEF/ALERT_STRING_KEY[]/FILTER", "$KIND", ownCode),
+        readField("GET://BMC/PEF/ALERT_STRING_KEY[]/NUMBER", "$FIELD", ownCode),
         Map("$KIND", "MASK", "7F", "$KIND"),
         Map("$KIND", "HEX2DEC", "$KIND"),
         If("$KIND != $FILTER_NUMBER_IN_DEC", {returnText("NONE")}),
@@ -124,14 +124,15 @@ Script writeKey()
         encode("$ALERT_STRING_NUMBER", {.name = "NUMBER", .codec = Codec::number, .mask = 0x7F}),
         Copy(":NULL", "$RECORD"),
         Append("$ALERT_STRING_KEY_NUMBER", "$FILTER_NUMBER", "$ALERT_STRING_NUMBER", "$RECORD"),
-        sendOrThrow("SET://BMC/PEF/DATA", own),
+        sendOrThrow("SET://BMC/PEF/DATA", ownCode),
     });
 }
 
-} // namespace
+} // namespace pefStrings
 
 void addPefStrings(Stores& stores)
 {
+    using namespace pefStrings;
     constexpr char key[] = "//BMC/PEF/ALERT_STRING_KEY[]/FILTER[]/ALERT_STRING_NUMBER";
     addFilter(stores, "GET://BMC/PEF/ALERT_STRING_KEY[]/FILTER", "3");
     addFilter(stores, "GET://BMC/PEF/ALERT_STRING_KEY[]/NUMBER", "4");

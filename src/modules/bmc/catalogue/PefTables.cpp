@@ -8,10 +8,10 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace pefTables {
 
 constexpr char filterError[] = "ERROR_PEF_FILTER_GET", policyError[] = "ERROR_PEF_POLICY_GET",
-               own[] = "$COMPLETION_CODE";
+               ownCode[] = "$COMPLETION_CODE";
 
 constexpr Record filter = {.path = "PEF/FILTER[]",
                            .get = "PEF/FILTER_EVENT_ENTRY",
@@ -136,10 +136,11 @@ void addWords(Stores& stores)
     addTable(stores, "GET://BMC/PEF/FILTER[]/TYPE", {{"0", "CONFIGURABLE"}, {"2", "PRECONFIGURED"}});
 }
 
-} // namespace
+} // namespace pefTables
 
 void addPefTables(Stores& stores)
 {
+    using namespace pefTables;
     addWords(stores);
     addFilter(stores, "GET://BMC/PEF/COUNT", "2");
     constexpr BranchRow branches[] = {
@@ -150,12 +151,12 @@ void addPefTables(Stores& stores)
     addBranches(stores, branches);
     addFields(stores, filter, filterSettings);
     addFields(stores, filter, filterReadings);
-    addUpdate(stores, filter, filterSettings, own);
+    addUpdate(stores, filter, filterSettings, ownCode);
     addRaw(stores, filter, "PEF/FILTER_EVENT_ENTRY_RAW", filterError);
     addTemplate(stores, "GET://BMC/PEF/FILTER", readMembers("FILTER", "05"));
 
     addFieldBranch(stores, policy, policySettings);
-    addUpdate(stores, policy, policySettings, own);
+    addUpdate(stores, policy, policySettings, ownCode);
     addRaw(stores, policy, "PEF/ALERT_POLICY_ENTRY_RAW", policyError);
     addTemplate(stores, "GET://BMC/PEF/POLICY", readMembers("POLICY", "08"));
 }

@@ -10,7 +10,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace pgConfig {
 
 /// Four commands take a domain and one byte more: which one, and that byte, are set by each query.
 constexpr PacketRow packets[] = {
@@ -319,10 +319,11 @@ void addQuantities(Stores& stores)
     }
 }
 
-} // namespace
+} // namespace pgConfig
 
 PgConfig::PgConfig(Stores& stores)
 {
+    using namespace pgConfig;
     addPackets(stores, packets);
     addFilters(stores, filters);
     addWords(stores);

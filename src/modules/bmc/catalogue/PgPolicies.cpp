@@ -8,7 +8,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace pgPolicies {
 
 /// The commands on policies share a packet; only a whole policy has what stands behind the record.
 constexpr PacketRow packets[] = {
@@ -184,10 +184,11 @@ Script destinationScript()
     });
 }
 
-} // namespace
+} // namespace pgPolicies
 
 void addPgWrites(Stores& stores)
 {
+    using namespace pgPolicies;
     addPackets(stores, packets);
     addWords(stores);
     addTemplate(stores, "SET://BMC/PG/ALERT_DESTINATION", destinationScript());

@@ -11,7 +11,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace scfConfig {
 
 Steps returnLines()
 {
@@ -124,10 +124,11 @@ void addHeader(Stores& stores)
                 }));
 }
 
-} // namespace
+} // namespace scfConfig
 
 ScfConfig::ScfConfig(Stores& stores)
 {
+    using namespace scfConfig;
     addHeader(stores);
     addFilters(stores);
     addProfile(stores, "CHASSIS/STATUS/POWERSTATE", "SCF/POWER", "RESTOREPOLICY");

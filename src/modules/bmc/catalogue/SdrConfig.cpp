@@ -8,7 +8,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace sdrConfig {
 
 constexpr PacketRow packets[] = {
     {"GET://BMC/SDR/ALLOCATION_INFO", "$/SDR/ALLOCATION_INFO"},
@@ -144,10 +144,11 @@ Script readFile()
     });
 }
 
-} // namespace
+} // namespace sdrConfig
 
 SdrConfig::SdrConfig(Stores& stores)
 {
+    using namespace sdrConfig;
     addPackets(stores, packets);
     addFilters(stores, filters);
     addReads(stores, reads);

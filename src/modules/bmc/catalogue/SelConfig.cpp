@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace selConfig {
 
 constexpr TextRow constants[] = {
     {"$/SEL/BYTES_TO_READ", "FF"},
@@ -61,10 +61,11 @@ Script clear()
     });
 }
 
-} // namespace
+} // namespace selConfig
 
 SelConfig::SelConfig(Stores& stores)
 {
+    using namespace selConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addReads(stores, reads);

@@ -10,7 +10,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace sensorConfig {
 
 constexpr PacketRow packets[] = {
     {"GET://BMC/SENSOR/EVENT_ENABLE", "GET_SENSOR_EVENT_ENABLE", "$/BMC/SENSOR/NUMBER"},
@@ -206,10 +206,11 @@ void addForm(Stores& stores, const Form& form)
         addTemplate(stores, key + "/THRESHOLD/" + threshold.name, readThreshold(form, threshold));
 }
 
-} // namespace
+} // namespace sensorConfig
 
 SensorConfig::SensorConfig(Stores& stores)
 {
+    using namespace sensorConfig;
     addPackets(stores, packets);
     addFilters(stores, filters);
     addTables(stores, tables);

@@ -7,7 +7,7 @@
 
 namespace Module::BMCConfig::steps {
 
-namespace {
+namespace sensorEvents {
 
 struct Named {
     const char* name;   ///< as the query's last word
@@ -170,10 +170,11 @@ Script invokeDiscrete()
     });
 }
 
-} // namespace
+} // namespace sensorEvents
 
 void addEvents(Stores& stores)
 {
+    using namespace sensorEvents;
     addTemplate(stores, "GET://BMC/SENSOR[]/EVENT",
                 branch({"STATUS", "LOWER_ASSERTION", "UPPER_ASSERTION", "LOWER_DEASSERTION", "UPPER_DEASSERTION"}));
     for (const Named& event : events)

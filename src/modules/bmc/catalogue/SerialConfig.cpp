@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace serialConfig {
 
 /// One GET packet serves two parameters, the connection's mode and the terminal's; each query sets which.
 constexpr PacketRow packets[] = {
@@ -154,10 +154,11 @@ constexpr Record recordOf(const char* path, const char* get, unsigned size, cons
     return record;
 }
 
-} // namespace
+} // namespace serialConfig
 
 SerialConfig::SerialConfig(Stores& stores)
 {
+    using namespace serialConfig;
     const std::string channel = "SERIAL/CHANNEL[]";
     addPackets(stores, packets);
     addWords(stores);

@@ -8,7 +8,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace smbiosConfig {
 
 /// Region 1 holds the tables; a reading starts at its begin unless told otherwise.
 constexpr TextRow constants[] = {
@@ -39,10 +39,11 @@ constexpr ReadRow reads[] = {
     {.key = validTable, .packet = status, .fields = "3", .table = validTable},
 };
 
-} // namespace
+} // namespace smbiosConfig
 
 SmbiosConfig::SmbiosConfig(Stores& stores)
 {
+    using namespace smbiosConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     const TableRow tables[] = {

@@ -9,7 +9,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace solConfig {
 
 constexpr char getCommand[] = "GET_SOL_CONFIGURATION_PARAMETERS", setCommand[] = "SET_SOL_CONFIGURATION_PARAMETERS";
 
@@ -130,10 +130,11 @@ Script readPayloadAccess()
     });
 }
 
-} // namespace
+} // namespace solConfig
 
 SolConfig::SolConfig(Stores& stores)
 {
+    using namespace solConfig;
     addPackets(stores, packets);
     addFilter(stores, "GET://BMC/SOL/CHANNEL[]/BAUDRATESERIAL", "2");
     addFilter(stores, "GET://BMC/SOL/CHANNEL[]/USER[]/PAYLOADACCESS", "1");

@@ -10,7 +10,7 @@ namespace Module::BMCConfig {
 
 using namespace steps;
 
-namespace {
+namespace userConfig {
 
 constexpr TextRow constants[] = {
     {"$/USER/CHANNEL", "01"}, // whether a user is enabled does not depend on the channel that is asked
@@ -150,10 +150,11 @@ void addWords(Stores& stores)
     addTable(stores, "SET://BMC/USER[]/CHANNEL[]/PAYLOADACCESS", {{"ENABLE", "0"}, {"DISABLE", "40"}});
 }
 
-} // namespace
+} // namespace userConfig
 
 UserConfig::UserConfig(Stores& stores)
 {
+    using namespace userConfig;
     addConstants(stores, constants);
     addPackets(stores, packets);
     addFilter(stores, "GET://BMC/USER", "1");
@@ -186,6 +187,7 @@ namespace steps {
 
 Script setPayloadAccess(const std::string& packet)
 {
+    using namespace userConfig;
     return script({
         assertSubscript("USER", 1, 63),
         assertSubscript("CHANNEL", 0, 15),
