@@ -13,6 +13,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace client::query {
@@ -186,6 +187,13 @@ ReadingScope::ReadingScope()
 ReadingScope::~ReadingScope()
 {
     --readingScopes;
+}
+
+LookUpScope::LookUpScope() : before(std::exchange(readingScopes, 0)) {}
+
+LookUpScope::~LookUpScope()
+{
+    readingScopes = before;
 }
 
 bool mayAsk()

@@ -20,6 +20,18 @@ public:
     ReadingScope& operator=(const ReadingScope&) = delete;
 };
 
+/// Marks the calling thread, for a scope, as one that only looks up: for what keeps others waiting meanwhile.
+class LookUpScope {
+public:
+    LookUpScope();
+    ~LookUpScope();
+    LookUpScope(const LookUpScope&) = delete;
+    LookUpScope& operator=(const LookUpScope&) = delete;
+
+private:
+    int before;
+};
+
 /// Whether the calling thread may wait for the controller.
 bool mayAsk();
 

@@ -25,9 +25,9 @@ HEALTHY = "2"
 UNANSWERED = 4   # seconds that the driver waits for the controller
 BACK = 15        # seconds for the next refresh and what is left of this one
 
-BOARD = f"""from hwtools.board import TEMPERATURE, Board
+BOARD = """from hwtools.board import TEMPERATURE, Board
 board = Board("faulty")
-for number in range({SENSORS[0]}, {SENSORS[-1] + 1}):
+for number in {}:
     board.analog(number, TEMPERATURE, f"Probe {{number}}", number, "degrees C", thresholds=dict(unc=200))
 """
 
@@ -39,8 +39,9 @@ def reading_fault(number, **deed):
 class Spoilt(Bench):
     """A running agent on a line that can be spoilt."""
 
-    def begin(self, *faults, configuration=None):
-        self.simulate(BOARD)
+    def begin(self, *faults, configuration=None, sensors=SENSORS):
+        self.sensors = sensors
+        self.simulate(BOARD.format(sensors))
         self.line = self.enter_context(FaultLine(self.simulator))
         self.enter_context(self.line.faulty(*faults))
         self.start_agent(configuration, line=self.line)
@@ -53,19 +54,19 @@ class Spoilt(Bench):
         return self
 
     def readings(self):
-        """Degrees by number of the sensor; in the order of the rows."""
-        found = self.read("temperatureProbeTable")
+        """Degrees by number of the sensor; in the order of the rows. One that comes meanwhile lacks the first columns."""
+        found = [row for row in self.read("temperatureProbeTable") if "temperatureDescription" in row]
         numbers = [int(row["temperatureDescription"].split()[1]) for row in found]
         return dict(zip(numbers, (row["temperatureReading"] // 10 for row in found)))
 
     def raise_all(self):
         self.raised += 20
-        for number in SENSORS:
+        for number in self.sensors:
             self.simulator.say(f"sensor_set_value {BMC_ADDRESS:#x} 0 {number:#x} {number + self.raised} 0")
 
     def wait_shown(self, seconds=BACK, changed=None):
         """Waits until all rows show the present values, but for those of `changed`."""
-        want = {number: number + self.raised for number in SENSORS} | (changed or {})
+        want = {number: number + self.raised for number in self.sensors} | (changed or {})
         found = {}
 
         def shown():
@@ -180,3 +181,26 @@ class BusyController(unittest.TestCase):
             bench.wait_shown(30)
             wait_until(lambda: bench.agent.health() == HEALTHY, 10, "the health")
             self.assertEqual(bench.agent.pid, bench.pid)
+
+
+class SlowController(unittest.TestCase):
+    """In the practical mode, with a board of ninety-two sensors."""
+
+    def test_its_rows_come_and_follow_at_any_pace_and_every_request_is_answered(self):
+        bench = self.enterContext(Spoilt())
+        bench.begin(Fault(delay=1), configuration=settings(practical=1, refreshPeriod=1, debugEnabled=1), sensors=range(1, 93))
+
+        def right():
+            """How many rows have a reading, each of them the board's."""
+            self.assertIn(bench.agent.health(), (UNAVAILABLE, HEALTHY))
+            found = {n: value for n, value in bench.readings().items() if value != NO_VALUE // 10}
+            self.assertEqual(found, {n: n + bench.raised for n in found})
+            return len(found)
+
+        wait_until(right, 90, "the first row at a second an answer", 0.25)
+        with bench.line.faulty(Fault(delay=0.1)):
+            wait_until(lambda: right() == len(bench.sensors), 120, "all rows at a tenth", 0.25)
+        with bench.line.faulty(Fault(delay=0.02)):
+            bench.raise_all()
+            bench.wait_shown(60)
+        self.assertEqual((bench.agent.folder / "agent.log").read_text(encoding="latin-1").count("subagent connected"), 1)
