@@ -7,10 +7,8 @@
 #include "client/reader/Reader.hpp"
 #include "tests/api-netsnmp/FakeClient.hpp"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <optional>

@@ -11,7 +11,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <sstream>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -183,26 +182,6 @@ TEST(ProcessDeathTest, ByThePolicyPausesGrowFromCrashToCrash)
     unsetenv(agent::crashPauseVariable);
     EXPECT_EXIT(agent::endWatch(W_EXITCODE(3, 0)), testing::ExitedWithCode(0), "");
     EXPECT_EXIT((stop_server(SIGTERM), agent::endWatch(W_EXITCODE(0, SIGSEGV))), testing::ExitedWithCode(0), "");
-}
-
-TEST(Signals, ByThePolicyAStopEndsAStart)
-{
-    const auto startWith = [](auto signal) {
-        return exitStatusOf([&] {
-            close(STDERR_FILENO);
-            signal();
-            return 7;
-        });
-    };
-    const auto inStart = [] { agent::beginStart(), stop_server(SIGTERM); };
-    const auto beforeStart = [] { stop_server(SIGHUP), agent::beginStart(); };
-    const auto behindStart = [] { agent::beginStart(), agent::startRunning(), stop_server(SIGTERM); };
-    EXPECT_EQ(startWith(inStart), 7);
-    EXPECT_EQ(startWith(beforeStart), 7);
-    const common::ScopedPolicy policy({.stopsDuringStart = true});
-    EXPECT_EQ(startWith(inStart), 0);
-    EXPECT_EQ(startWith(beforeStart), 0);
-    EXPECT_EQ(startWith(behindStart), 7);
 }
 
 TEST(Signals, StopCountsOnlyOnceTheLoopMayRun)

@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
-#include <set>
 
 using namespace client::query;
 using namespace client::words;

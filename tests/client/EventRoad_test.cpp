@@ -11,7 +11,6 @@
 #include "translator/WideText.hpp"
 
 #include <gmock/gmock.h>
-#include <optional>
 #include <sstream>
 
 // The whole road of an event: bytes of the log, translator with the shipped English file, watcher, route, classifier,

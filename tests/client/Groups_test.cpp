@@ -50,22 +50,6 @@ TEST(DiscreteWords, ListsAreTakenWordByWord)
     EXPECT_EQ(mapValueToRedundancyStatus(offsetThree, true), 6);
 }
 
-/// The SDK's words of a sensor of `readingType` and `sensorType`.
-TEST(DiscreteWords, InAllStatesTheWorstCountsByOneList)
-{
-    const std::tuple<std::uint8_t, std::uint8_t, const StatusWords&, const char*, const char*> cases[] = {
-        {0x6F, 0x07, discreteProcessorWords, "THERMAL_TRIP, PROCESSOR_PRESENCE_DETECTED", "critical"},
-        {0x6F, 0x07, discreteProcessorWords, "PROCESSOR_PRESENCE_DETECTED, no such word", "ok"},
-        {0x6F, 0x08, powerSupplyWords, "READING_UNAVAILABLE", "unknown"},
-        {0x6F, 0x0D, driveSlotWords, "DRIVE_PRESENCE, PREDICTIVE_FAILURE", "nonCritical"},
-        {0x6F, 0x13, miscSensorWords, "FATAL_NMI", "nonRecoverable"},
-        {0x08, 0x04, discreteCoolingWords, "DEVICE_REMOVED/DEVICE_ABSENT", "unknown"},
-        {0x72, 0xC3, miscSensorWords, "UNKNOWN", "unknown"},
-        {0x6F, 0x10, miscSensorWords, "ALL_DEASSERTED", "ok"}};
-    for (const auto& [readingType, sensorType, words, states, status] : cases)
-        EXPECT_STREQ(judgeStates(states, ipmi::statesOf(readingType, sensorType), words), status) << states;
-}
-
 template<class Group>
 std::unique_ptr<BaseAccessor> made()
 {
@@ -193,18 +177,6 @@ TEST_F(Groups, MiscellaneousCollectsItsTypesInOrderAndReadsThresholdsOfOneOnly)
         EXPECT_TRUE(query.find("/THRESHOLD/") == std::string::npos || query.starts_with("/BMC/SENSOR[15]/")) << query;
 }
 
-TEST_F(Groups, AReadOfStatesThatFailsShowsTheTextOfTheStart)
-{
-    const Sensor sensor{.type = 12, .value = "STATE_DEASSERTED"};
-    addSensor(sensor);
-    const auto group = made<discreteMemory>();
-    EXPECT_EQ(strData(*group, DISCRETE_MEMORY_STATUSSTRING), "Healthy");
-    changeReading(sensor, "no such word");
-    EXPECT_EQ(strData(*group, DISCRETE_MEMORY_STATUSSTRING), "Unavailable");
-    forget();
-    EXPECT_EQ(strData(*group, DISCRETE_MEMORY_STATUSSTRING), "Healthy");
-}
-
 TEST_F(Groups, OnlyAnOpenLidIsCritical)
 {
     for (const auto& [eventType, reading, status] : {std::tuple{0x6F, "0 C0 0 0", 2},
@@ -223,24 +195,6 @@ TEST_F(Groups, OnlyAnOpenLidIsCritical)
         sdk.answer("/BMC/SENSOR[115]/VALUE", reading);
         EXPECT_EQ(intData(*made<chassisInfo>(), CHASSIS_STATUS), status) << eventType << ' ' << reading;
     }
-}
-
-TEST_F(Groups, WithoutAnythingToReadTheChassisIsUnknownAndHealthy)
-{
-    traceWanted = true;
-    testing::internal::CaptureStderr();
-    const auto group = made<chassisInfo>();
-    EXPECT_EQ(intData(*group, CHASSIS_SECURITYSTATE), 0);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("on /SMBIOS/Type3/Operation: "), std::string::npos);
-    traceWanted = false;
-    EXPECT_EQ(intData(*group, CHASSIS_STATUS), 2);
-    EXPECT_EQ(intData(*group, CHASSIS_BOOTSTATE), 1);
-    EXPECT_EQ(intData(*group, CHASSIS_LOCKSTATE), 0);
-    EXPECT_EQ(intInfo(*group, CHASSIS_CONTAINERTYPE), 2);
-    EXPECT_EQ(intInfo(*group, CHASSIS_POPWDSTATUS), 2);
-    EXPECT_EQ(strInfo(*group, CHASSIS_SERIALNUMBER), "");
-    EXPECT_EQ(intData(*group, CHASSIS_STATUS, 1), -25);
-    EXPECT_EQ(intData(*group, CHASSIS_NAME), -9);
 }
 
 /// A firmware table of two processors and a memory array with one module in two places.

@@ -177,22 +177,6 @@ TEST_F(FilledBehind, StartsWithoutAQueryAndFillsBehind)
     EXPECT_GT(sdk.timesAsked(sensor.path() + "/INTERPRET_SENSOR_VALUE"), 1);
 }
 
-TEST_F(FilledBehind, ASilentControllerAtStartIsReadWhenItComesBack)
-{
-    addSensor({});
-    start();
-    failInterface();
-    turns(20);
-    EXPECT_EQ(getCount(VOLTAGE), 0);
-    sdk.onGet = nullptr;
-    turns(70);
-    EXPECT_EQ(voltage(VOLTAGE_READING), 12050);
-    failInterface();
-    turns(120);
-    EXPECT_EQ(voltage(VOLTAGE_READING), noValue);
-    EXPECT_EQ(voltage(VOLTAGE_STATUS), ENUM_STATUS_UNAVAILABLE);
-}
-
 TEST_F(FilledBehind, HealthIsTheWorstOfWhatTheSensorsSayAndUnavailableWithoutThem)
 {
     Sensor hot{.number = 1, .type = 1, .value = "20", .unit = 1};

@@ -1,6 +1,5 @@
 #include "client/query/CacheRefresher.hpp"
 #include "client/query/HWAGENTLock.hpp"
-#include "client/status/StateWords.hpp"
 #include "common/Policy.hpp"
 #include "tests/client/ClientFixture.hpp"
 
@@ -219,25 +218,6 @@ TEST_F(Refresher, TurnSurvivesAFailingPassAndLetsGoOfTheMutex)
         EXPECT_EQ(in_refresh, 1);
         EXPECT_EQ(pthread_mutex_trylock(&snmp_mtx), 0);
         pthread_mutex_unlock(&snmp_mtx);
-    }
-}
-
-TEST(StateWords, ListsAreMappedWordByWord)
-{
-    traceWanted = false;
-    const std::string longList(600, 'x');
-    const std::pair<std::string, std::string> lists[] = {
-        {"IERR, THERMAL_TRIP", "IERR (Internal Error,Thermal Trip"},
-        {"12.050000", "12.050000"},
-        {",,IERR,", "IERR (Internal Error"},
-        {"", ""},
-        {",", ","},
-        {longList, longList.substr(0, 511)},
-    };
-    for (const auto& [list, text] : lists) {
-        std::string out;
-        MapMultipleQLStrToSNMPStr(list.c_str(), &out);
-        EXPECT_EQ(out, text);
     }
 }
 

@@ -26,15 +26,6 @@ protected:
     }
 };
 
-TEST_F(Acquisition, BoundNotSupportedIsNoValueWithoutATranslation)
-{
-    const CSensorWrapper sensor = readOne({.bounds = std::vector<std::string>(6, "NOT SUPPORTED")});
-    EXPECT_EQ(sensor.m_cData.m_iUpperCritical, noValue);
-    EXPECT_EQ(thresholdsAsked(), 6);
-    EXPECT_EQ(std::ranges::count_if(sdk.asked, [](const auto& query) { return query.ends_with("]"); }), 1)
-        << "the list of the records is the only query that ends with a subscript";
-}
-
 TEST_F(Acquisition, OnlyBytesWithinTheRecordAreAskedFor)
 {
     for (const auto& [bytes, thresholds] : {std::pair{48U, 6}, {41U, 5}, {37U, 1}, {36U, 0}, {24U, 0}}) {
@@ -61,10 +52,12 @@ TEST_F(Acquisition, OtherRecordsEmptyNodesAndFailedListsGiveNoSensor)
 
 TEST_F(Acquisition, ReadingsBecomeFixedPointNumbersAndText)
 {
+    const std::string longList(600, 'x');
     for (const auto& [value, number, text] : {std::tuple{"12.05", 12050, "12.05"},
                                               {"-3.5", -3500, "-3.5"},
                                               {"READING_UNAVAILABLE", noValue, "READING_UNAVAILABLE"},
-                                              {"IERR, THERMAL_TRIP", 0, "IERR (Internal Error,Thermal Trip"},
+                                              {",,IERR, THERMAL_TRIP", 0, "IERR (Internal Error,Thermal Trip"},
+                                              {longList.c_str(), 0, longList.c_str() + 89},
                                               {"1e30", greatestValue, "1e30"},
                                               {"-inf", std::numeric_limits<int>::min(), "-inf"},
                                               {"nan", noValue, "nan"}}) {

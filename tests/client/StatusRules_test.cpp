@@ -45,40 +45,4 @@ TEST(Status, AReadingAtABoundIsBeyondItByTheRuleForAllTables)
     }
 }
 
-TEST(Status, FanBeyondItsNonRecoverableBoundIsCriticalOnlyOnListedBoards)
-{
-    constexpr Bounds narrow{.upperNonRec = 70,
-                            .upperCritical = 80,
-                            .upperNonCri = 70,
-                            .lowerNonCri = 30,
-                            .lowerCritical = 20,
-                            .lowerNonRec = 30};
-    for (const auto& [model, word] :
-         {std::pair{"Larch-3", "critical"}, {"Larch-6", "nonCritical"}, {"", "nonCritical"}}) {
-        EXPECT_STREQ(fanStatusOf(29, narrow, model), word);
-        EXPECT_STREQ(fanStatusOf(71, narrow, model), word);
-        EXPECT_STREQ(fanStatusOf(50, narrow, model), "ok");
-        EXPECT_STREQ(fanStatusOf(15, {.lowerCritical = 20}, model), "critical");
-        EXPECT_STREQ(fanStatusOf(25, all, model), "nonCritical");
-        EXPECT_STREQ(fanStatusOf(noValue, all, model), "unknown");
-    }
-}
-
-TEST(Status, BothScalesHaveTheirWordsAndNumbers)
-{
-    const std::tuple<int, const char*, int, const char*> cases[] = {
-        {1, "other", 1, "Unavailable"},   {2, "unknown", 1, "Unavailable"}, {3, "ok", 2, "Healthy"},
-        {4, "nonCritical", 3, "Warning"}, {5, "critical", 4, "Critical"},   {6, "nonRecoverable", 4, "Critical"}};
-    for (const auto& [number, word, ofRow, shown] : cases) {
-        EXPECT_STREQ(getStringStatus(number), word);
-        EXPECT_EQ(getNewHealthEnum(number), ofRow) << word;
-        EXPECT_STREQ(healthWord(number), shown) << word;
-        EXPECT_EQ(rowStatusOf(word), ofRow) << word;
-    }
-    for (const int number : {0, 7})
-        EXPECT_EQ(getNewHealthEnum(number), 1);
-    EXPECT_EQ(rowStatusOf("warning"), 3);
-    EXPECT_EQ(rowStatusOf("Healthy"), 1);
-}
-
 } // namespace

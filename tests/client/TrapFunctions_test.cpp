@@ -92,29 +92,16 @@ TEST(TrapVarbinds, FourObjectsAreNamedByTableAndRow)
 {
     traceWanted = false;
     TrapMaker maker;
-    for (const auto& [group, table, tail] : std::initializer_list<std::tuple<int, SubId, SubId>>{{4, 600, 20},
-                                                                                                 {5, 600, 10},
-                                                                                                 {8, 500, 20},
-                                                                                                 {10, 400, 20},
-                                                                                                 {11, 400, 10},
-                                                                                                 {12, 300, 10},
-                                                                                                 {14, 600, 40},
-                                                                                                 {15, 400, 30},
-                                                                                                 {17, 400, 40},
-                                                                                                 {18, 600, 30},
-                                                                                                 {19, 700, 10}}) {
-        eventData made = event(group, 5, "Status is Lower Critical");
-        made.nInstIndex = 258;
-        made.nDeviceId = 0x01032001;
-        copyText(made.stDeviceDesc, "Front Panel Temp");
-        EXPECT_EQ(maker.makeFourObjects(*findTrapGroup(group), made, TLowCri),
-                  (Trap{{trapOidName, name({1000, 70, 14})},
-                        {name({1000, 10, 1}), std::string("Status is Lower Critical")},
-                        {name({table, tail, 1, 5, 258}), 4L},
-                        {name({table, tail, 1, 3, 258}), std::string("Front Panel Temp")},
-                        {name({table, tail, 1, 2, 258}), 0x01032001L}}))
-            << group;
-    }
+    eventData made = event(14, 5, "Status is Lower Critical");
+    made.nInstIndex = 258;
+    made.nDeviceId = 0x01032001;
+    copyText(made.stDeviceDesc, "Front Panel Temp");
+    EXPECT_EQ(maker.makeFourObjects(*findTrapGroup(14), made, TLowCri),
+              (Trap{{trapOidName, name({1000, 70, 14})},
+                    {name({1000, 10, 1}), std::string("Status is Lower Critical")},
+                    {name({600, 40, 1, 5, 258}), 4L},
+                    {name({600, 40, 1, 3, 258}), std::string("Front Panel Temp")},
+                    {name({600, 40, 1, 2, 258}), 0x01032001L}}));
 }
 
 TEST(TrapVarbinds, ASlotsObjectsKeepTheTailOfTheTrapBefore)

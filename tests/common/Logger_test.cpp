@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 using LOGGER::Category;

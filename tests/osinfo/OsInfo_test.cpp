@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstring>
 #include <fcntl.h>
-#include <map>
 #include <net/if.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>

@@ -7,7 +7,6 @@
 #include "transport/TransportState.hpp"
 
 #include <fcntl.h>
-#include <functional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -3,8 +3,6 @@
 #include "tests/support/BmcTest.hpp"
 #include "tests/support/CaughtLog.hpp"
 
-#include <cstdlib>
-
 namespace {
 
 using namespace std::chrono_literals;

@@ -73,6 +73,7 @@ def changed(data, at, value):
 # What is wrong, and the areas of which nothing is to be believed.
 DAMAGED = {
     "chassis, wrong sum": (image(changed(CHASSIS, 5, 0x41), BOARD, PRODUCT), ["Chassis"]),
+    "chassis, of a later version": (image(changed(changed(CHASSIS, 0, 2), len(CHASSIS) - 1, CHASSIS[-1] - 1), BOARD, PRODUCT), ["Chassis"]),
     "board, length 0": (image(CHASSIS, changed(BOARD, 1, 0), PRODUCT), ["Board"]),
     "product, length FFh": (image(CHASSIS, BOARD, changed(PRODUCT, 1, 0xFF)), ["Product"]),
     "chassis, no end mark": (image(area([0x17], [("CH-1", "ascii"), ("SN-1x", "ascii")], end=False), BOARD, PRODUCT), []),

@@ -47,15 +47,6 @@ class Module(unittest.TestCase):
         masters = ["1.3.6.1.6.3.1.1.5.1", "1.3.6.1.6.3.1.1.4.3.0"]  # of the first trap that a manager sees
         self.assertEqual(self.translate(masters, "-m", "SNMPv2-MIB"), ["SNMPv2-MIB::coldStart", "SNMPv2-MIB::snmpTrapEnterprise.0"])
 
-    def test_the_agent_sends_the_traps_that_the_table_names(self):
-        sent = re.findall(r"TrapOid (\w+) = (?:client::traps::)?trapOid\((\d+), (\d+)\);", (ROOT / "client" / "traps" / "TrapOids.hpp").read_text())
-        arcs = {name: (TRAP_ARC, int(group), int(number)) for name, group, number in sent}
-        objects = {name for name, arc in arcs.items() if arc[1] == TRAP_OBJECT_ARC}
-        self.assertEqual({arcs[name][2] for name in objects}, {c.suffix for c in TRAP_OBJECTS})
-        self.assertEqual({name: arc for name, arc in arcs.items() if name not in objects},
-                         {trap.constant: trap.arc for trap in TRAPS})
-        self.assertEqual((len(TRAPS), len({trap.oid for trap in TRAPS})), (71, 71))
-
     def check_both_ways(self, names):
         self.assertEqual(self.translate([oid for _, oid in names]), ["HWAGENT-MIB::" + name for name, _ in names])
         self.assertEqual(self.translate(["HWAGENT-MIB::" + name for name, _ in names], "-On"), ["." + oid for _, oid in names])

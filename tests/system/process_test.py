@@ -118,14 +118,6 @@ class Requests(WithMaster):
             answer = snmp(self.master, "snmpset", name, kind, value, community="private")
             self.assertIn("Reason: notWritable", answer, column.name)
 
-    def test_names_without_a_row_have_no_instance(self):
-        for column in ("300.10.1.1", "400.30.1.7", "800.10.1.5"):
-            for row in ("0", "9999", "2147483648", "4294967295", ".".join(["1"] * 100)):
-                name = f"{BASE}.{column}.{row}"
-                self.assertIn("No Such Instance", snmp(self.master, "snmpget", name))
-                self.assertIn("Reason:", snmp(self.master, "snmpset", name, "i", "1", community="private"))
-        self.assertTrue(is_running(self.daemon))
-
 
 class Life(WithMaster):
     """Starts and ends of the process, plainly."""

@@ -20,7 +20,6 @@ esac
 
 # What ipmitool writes, and what a path reads then.
 WRITTEN_BY_IPMITOOL = (
-    ("lan set 1 ipsrc static", "/BMC/LAN[1]/IPTYPE", "STATIC"),
     ("lan set 1 ipsrc dhcp", "/BMC/LAN[1]/IPTYPE", "DHCP"),
     ("lan set 1 ipaddr 10.1.2.3", "/BMC/LAN[1]/IP", "10.1.2.3"),
     ("lan set 1 netmask 255.255.254.0", "/BMC/LAN[1]/SUBNETMASK", "255.255.254.0"),
@@ -68,7 +67,6 @@ READ_BY_BOTH = (
     ("/BMC/LAN[1]/COMMUNITYSTRING", "public", "lan print 1", "SNMP Community String +: public"),
     ("/BMC/LAN[1]/MAC", "00:00:00:00:00:00", "lan print 1", "MAC Address +: 00:00:00:00:00:00"),
     ("/BMC/USER[2]/NAME", "hwuser", "user list 1", "2 +hwuser .*ADMINISTRATOR"),
-    ("/BMC/USER[2]/CHANNEL[1]/PRIVILEGE", "ADMIN", "channel getaccess 1 2", "Privilege Level +: ADMINISTRATOR"),
     ("/BMC/CHANNEL[1]/TYPE", "LAN", "channel info 1", r"Channel Medium Type +: 802\.3 LAN"),
     ("/BMC/CHANNEL[15]/TYPE", "SERIAL", "channel info 15", "Channel Medium Type +: Serial/Modem"),
     ("/BMC/CHANNEL[1]/NONVOLATILE/ACCESS/ACCESS_MODE", "ALWAYS", "channel info 1", "Access Mode +: always available"),

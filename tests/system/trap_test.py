@@ -118,14 +118,6 @@ class Traps(Followed):
         check_traps(self, expected)
         self.assertEqual(self.agent.health(), CRITICAL)
 
-    def test_in_the_pause_before_a_trap_a_stop_is_clean(self):
-        self.log(TEMPERATURE, SOCKET_0_DIE, 0x01, 0x59, 97, 96)
-        wait_until(lambda: "SEL Start" in self.diagnostics(), POLL_SECONDS + 5, "the poll that finds the record", 0.02)
-        daemon = self.agent.pid
-        os.kill(daemon, 15)
-        wait_until(lambda: daemon not in self.agent.processes(), 20, "the daemon's end", 0.02)
-        self.assertNotIn("Caught SIGSEGV", self.diagnostics())
-
 
 class PracticalHealth(Followed):
     BOARD, SETTINGS = BOARDS / "server2025.py", PRACTICAL

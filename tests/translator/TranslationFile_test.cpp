@@ -4,7 +4,6 @@
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace translator;

@@ -4,7 +4,6 @@
 #include "translator/TranslationErrors.hpp"
 #include "translator/WideText.hpp"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace translator;
@@ -200,13 +199,6 @@ TEST(Records, RepositoryLeavesOutWhatIsNoSensor)
     EXPECT_EQ(repository.find(0x200005).getIDString(), L"P5V");
     EXPECT_THROW(repository.find(0x200006), SDRRepositoryError);
     EXPECT_EQ(SDREntry(nullptr, 64).getIDString(), L"");
-    for (const auto& [coded, name] :
-         {std::pair{"83 29 DC A6", L"IPMI"}, {"42 12 AB", L"12 -"}, {"04 41 00 42 00", L"AB"}}) {
-        auto sdr = voltageSdr();
-        sdr.resize(64);
-        std::ranges::copy(ipmi::parseBytes(coded), sdr.begin() + 47);
-        EXPECT_EQ(SDREntry(sdr.data(), static_cast<int>(sdr.size())).getIDString(), name);
-    }
     for (const auto& [type, function, linear] :
          {std::tuple{1, 0x00, true}, {1, 0xEF, true}, {1, 0x70, false}, {2, 0, false}}) {
         auto sdr = voltageSdr();

@@ -3,7 +3,6 @@
 #include "transport/BmcMessage.hpp"
 #include "transport/TransportState.hpp"
 
-#include <algorithm>
 #include <deque>
 #include <memory>
 

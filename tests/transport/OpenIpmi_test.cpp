@@ -5,7 +5,6 @@
 #include "tests/support/TempRoot.hpp"
 #include "tests/transport/TroubledDriver.hpp"
 
-#include <algorithm>
 #include <memory>
 
 using namespace transport;

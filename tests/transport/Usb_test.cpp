@@ -4,7 +4,6 @@
 #include "tests/transport/IpmiLibraryStandIn.hpp"
 #include "transport/TransportState.hpp"
 
-#include <algorithm>
 #include <dlfcn.h>
 #include <memory>
 #include <stdexcept>

@@ -2,11 +2,6 @@
 #include "modules/bmc/engine/ThrowNames.hpp"
 #include "tests/modules/bmc/CatalogueData.hpp"
 
-#include <filesystem>
-#include <fstream>
-#include <iomanip>
-#include <sstream>
-
 // What a script names must be there, what is there must be named.
 
 using namespace catalogue_data;

@@ -5,11 +5,8 @@
 #include <numeric>
 
 using Module::BMCConfig::BMCConfigModule;
-using Module::BMCConfig::decodeFruArea;
-using Module::BMCConfig::FruArea;
 using Module::BMCConfig::fruAreaOffsets;
 using Module::BMCConfig::fruText;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -35,15 +32,6 @@ Bytes area(const Bytes& body, std::uint8_t units)
 const Bytes chassis =
     area({0x11, 0xC2, 'P', '1', 0xC3, 'S', 'N', '2', 0xC2, 'x', 'y', 0xC0, 0x02, 0xAB, 0x0C, 0xC1}, 3);
 
-/// The texts of an area's fields, without their names.
-std::vector<std::string> textsOf(FruArea kind, const Bytes& bytes)
-{
-    std::vector<std::string> texts;
-    for (const auto& [name, text] : decodeFruArea(kind, bytes))
-        texts.push_back(text);
-    return texts;
-}
-
 TEST(FruText, FollowsTheTypeBits)
 {
     constexpr char rows[] = R"(
@@ -60,27 +48,6 @@ C5 3D D8 00 DE 78 |  | 😀)";
         const Bytes bytes = ipmi::parseBytes(row[0]);
         EXPECT_EQ(fruText(bytes[0], std::span(bytes).subspan(1), row[1] == "en"), row[2]) << row[0];
     }
-}
-
-TEST(FruArea, UntrustworthyAreaHasEmptyFields)
-{
-    const std::pair<const char*, void (*)(Bytes & bytes)> damages[] = {
-        {"checksum", [](Bytes& bytes) { bytes[5] ^= 1; }},
-        {"length 0", [](Bytes& bytes) { bytes[1] = 0, bytes.back() += 3; }},
-        {"length FFh", [](Bytes& bytes) { bytes[1] = 0xFF, bytes.back() += 4; }},
-        {"version", [](Bytes& bytes) { bytes[0] = 2, bytes.back() -= 1; }},
-        {"cut", [](Bytes& bytes) { bytes.resize(8); }},
-        {"one byte", [](Bytes& bytes) { bytes.resize(1); }},
-        {"absent", [](Bytes& bytes) { bytes.clear(); }},
-    };
-    for (const auto& [name, inflict] : damages) {
-        Bytes bytes = chassis;
-        inflict(bytes);
-        bytes.shrink_to_fit();
-        EXPECT_THAT(textsOf(FruArea::Chassis, bytes), ElementsAre("", "", "")) << name;
-        EXPECT_THAT(textsOf(FruArea::Board, bytes), Each(IsEmpty())) << name;
-    }
-    EXPECT_EQ(textsOf(FruArea::Board, area({0, 0x10, 0x20, 0x30, 0xC1}, 1)).at(1), "12/30/2001-05:36:00");
 }
 
 class Fru : public SdrFixture {

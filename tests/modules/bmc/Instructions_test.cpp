@@ -1,4 +1,3 @@
-#include "modules/bmc/engine/Text.hpp"
 #include "tests/modules/bmc/EngineFixture.hpp"
 
 // Each value instruction by rows: the step, the symbols before, and a symbol after or the failure.
@@ -124,12 +123,6 @@ TEST_F(Instructions, FiltersPickFieldsInTheirOwnOrder)
         {IPMIResponse("$B", "F", "$D"), {{"$B", "CC"}}, leaf({"IPMI_RESPONSE_ERROR"})},
         {IPMIResponse("$UNSET", "F", "$D"), {}, leaf({"IPMI_RESPONSE_ERROR"})},
     });
-}
-
-TEST(Text, CodeOfAReplyIsItsFirstNumberOrNone)
-{
-    for (const auto& [reply, code] : {std::pair{Values{}, -1}, {{""}, -1}, {{"CC"}, -1}, {{"193", "1"}, 193}})
-        EXPECT_EQ(codeOf(reply), code);
 }
 
 TEST_F(Instructions, PutTextsTogether)

@@ -59,12 +59,6 @@ TEST_F(InterpreterTest, ReturnEndsTheScriptFromWithinNestedLoops)
     EXPECT_EQ(table["$GET://BMC/TEST"].text(), "1");
 }
 
-TEST_F(InterpreterTest, StrayEndAndUnnamedOpcodesAreHarmless)
-{
-    const Script stray{Function{19, {}}, Function{7, {}}, Function{99, {}}};
-    EXPECT_EQ(failureTextOf([&] { run(stray); }), "");
-}
-
 TEST_F(InterpreterTest, ScriptsThatNeverEndAreEnded)
 {
     const Script noEnd{Function{10, Symbol(NODE_LEAF, {"1", "==", "1"})}};
