@@ -252,7 +252,6 @@ int smClient::followReadings()
 std::vector<client::door::GroupStanding> smClient::standingOfGroups()
 {
     std::vector<client::door::GroupStanding> standing;
-    const client::query::LookUpScope looksUp; // requests wait for the groups
     const auto hold = holdGroups();
     for (const Group& group : groups) {
         BaseAccessor* const rows = group.entity == SMINFO ? nullptr : group.find(*this);

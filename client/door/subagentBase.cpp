@@ -4,12 +4,12 @@
 #include "client/traps/eventHandler.hpp"
 #include "common/Policy.hpp"
 
-std::unique_lock<std::mutex> subagentBase::holdGroups()
+GroupsHold::GroupsHold(std::mutex& groups)
 {
-    std::unique_lock<std::mutex> lock(groupsGuard, std::defer_lock);
-    if (common::policy().fillsBehindRegistration)
-        lock.lock();
-    return lock;
+    if (!common::policy().fillsBehindRegistration)
+        return;
+    looksUp.emplace();
+    lock = std::unique_lock(groups);
 }
 
 int subagentBase::getIntInfo(_SMEntity entity, _SMAttribute attribute, int row, long& out)

@@ -1,12 +1,25 @@
 #pragma once
 
+#include "client/query/Publication.hpp"
 #include "client/traps/EventData.hpp"
 #include "client/words/Entities.hpp"
 
 #include <mutex>
+#include <optional>
 
 class BaseAccessor;
 class eventHandler;
+
+/// Held while a group is asked, where another thread may put a fresher group in its place meanwhile
+/// (Policy::fillsBehindRegistration). Requests wait for it, so on no thread does its holder ask the controller.
+class GroupsHold {
+public:
+    explicit GroupsHold(std::mutex& groups);
+
+private:
+    std::optional<client::query::LookUpScope> looksUp;
+    std::unique_lock<std::mutex> lock;
+};
 
 /// The client as the flat functions see it. The ten operations from getIntInfo to getDesc find the group and pass the
 /// call on; 8, or a null description, when there is no such group.
@@ -37,8 +50,7 @@ public:
     virtual eventHandler* getEventHandler() = 0;
 
 protected:
-    /// Held while a group is asked, where another thread may put a fresher group in its place meanwhile.
-    std::unique_lock<std::mutex> holdGroups();
+    GroupsHold holdGroups() { return GroupsHold(groupsGuard); }
 
     std::mutex groupsGuard;
 };

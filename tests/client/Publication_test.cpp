@@ -177,6 +177,25 @@ TEST_F(FilledBehind, StartsWithoutAQueryAndFillsBehind)
     EXPECT_GT(sdk.timesAsked(sensor.path() + "/INTERPRET_SENSOR_VALUE"), 1);
 }
 
+TEST_F(FilledBehind, WhoeverHoldsTheGroupsAsksNobodyNotEvenOnTheReadingThread)
+{
+    addSensor({});
+    start();
+    sdk.onGet = [this](const std::string& query) {
+        if (query.ends_with("/INTERPRET_SENSOR_VALUE"))
+            throw ResultStatus(ERROR_BMC_INTERFACE_ERROR, "no answer", query, COMMAND_GET);
+    };
+    turns(1);
+    sdk.onGet = nullptr;
+    sdk.asked.clear();
+    const ReadingScope reads;
+    EXPECT_EQ(voltage(VOLTAGE_READING), noValue);
+    const auto standing = client::door::standingOfGroups();
+    EXPECT_EQ(std::ranges::find(standing, "voltageProbe", &client::door::GroupStanding::name)->silent.size(), 1U);
+    client::door::followReadings();
+    EXPECT_TRUE(sdk.asked.empty()) << sdk.asked.front();
+}
+
 TEST_F(FilledBehind, HealthIsTheWorstOfWhatTheSensorsSayAndUnavailableWithoutThem)
 {
     Sensor hot{.number = 1, .type = 1, .value = "20", .unit = 1};
