@@ -135,7 +135,7 @@ def manage_in_machine(line, folder, practical, seconds, driver):
     share = folder / "share"
     share.mkdir()
     (share / "hwagent.conf").write_text(settings(practical=int(practical)))
-    done = run_in_machine(GUEST.replace("SECONDS", str(seconds)), share, line.serial_port, driver, timeout=seconds * 2 + 240)
+    done = run_in_machine(GUEST.replace("SECONDS", str(seconds)), share, line.serial_port, driver, timeout=seconds * 4 + 420)
     if done.returncode:
         raise BenchError(done.stderr)
     return json.loads(done.stdout)
