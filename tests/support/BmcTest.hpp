@@ -4,6 +4,7 @@
 #include "tests/support/Failure.hpp"
 #include "tests/support/FakeClock.hpp"
 #include "tests/support/ModelBmc.hpp"
+#include "tests/support/TempRoot.hpp"
 #include "transport/TransportState.hpp"
 
 #include <algorithm>
@@ -39,6 +40,7 @@ protected:
             bmc.requests, [=](const IpmiRequest& request) { return request.netFn == netFn && request.cmd == cmd; }));
     }
 
+    TempRoot emptyRoot; ///< without /run: nobody else's lock is waited for
     FakeClock clock;
     ScopedSeam<Clock> useClock{clock};
     ModelBmc bmc;

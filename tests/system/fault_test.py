@@ -123,6 +123,16 @@ class RunningAgent(unittest.TestCase):
             walks.result()
 
 
+class StartingAgent(unittest.TestCase):
+    def test_senseless_answers_at_the_start_leave_tables_empty_and_the_rest_serves(self):
+        for answer in (bytes((OK,)), bytes((OK,)) + bytes((0xFF,)) * 255):
+            with self.subTest(answer[:2]), Spoilt() as bench:
+                bench.begin(Fault(answer=answer))
+                self.assertEqual(bench.readings(), {})
+                self.assertEqual(bench.read("systemManagementSoftwareGroup")[0]["systemProductName"], "hwAgent")
+                self.assertEqual(bench.agent.pid, bench.pid)
+
+
 class BusyController(unittest.TestCase):
     """In the practical mode."""
 
