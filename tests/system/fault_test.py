@@ -136,7 +136,7 @@ class StartingAgent(unittest.TestCase):
 class BusyController(unittest.TestCase):
     """In the practical mode."""
 
-    def test_one_that_is_busy_for_long_costs_no_row_and_no_answer(self):
+    def test_one_that_is_busy_or_silent_for_long_costs_no_row_and_no_answer(self):
         with Spoilt() as bench:
             bench.begin(Fault(code=BUSY), configuration=settings(practical=1, refreshPeriod=2, exchangeBudget=500))
 
@@ -150,6 +150,8 @@ class BusyController(unittest.TestCase):
                 self.assertEqual(found, shown)
 
             hold(8, (UNAVAILABLE, set()))
+            with bench.line.faulty(Fault(drop=True)):
+                hold(8, (UNAVAILABLE, set()))
             with bench.line.faulty():
                 bench.wait_shown(60)
             with bench.line.faulty(Fault(code=TIMEOUT)):
